@@ -1,0 +1,20 @@
+# What every target of the project is compiled with.
+add_library(pixmora_options INTERFACE)
+target_compile_options(pixmora_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor)
+if(PIXMORA_WERROR)
+  target_compile_options(pixmora_options INTERFACE -Werror)
+endif()
+if(PIXMORA_SANITIZE)
+  target_compile_options(pixmora_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                   -fno-omit-frame-pointer)
+  target_link_options(pixmora_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(PIXMORA_COVERAGE)
+  target_compile_options(pixmora_options INTERFACE --coverage)
+  target_link_options(pixmora_options INTERFACE --coverage)
+endif()
+target_compile_definitions(
+  pixmora_options INTERFACE QT_NO_KEYWORDS PIXMORA_VERSION_MAJOR=${PROJECT_VERSION_MAJOR}
+                            PIXMORA_VERSION_MINOR=${PROJECT_VERSION_MINOR}
+                            PIXMORA_VERSION_REVISION=${PROJECT_VERSION_PATCH})
+target_include_directories(pixmora_options INTERFACE ${PROJECT_SOURCE_DIR}/src)

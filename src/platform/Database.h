@@ -1,0 +1,153 @@
+// The database engine: recordsets over SQLite 3, with the names of the interface that the program was designed on.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "platform/Clock.h"
+
+struct sqlite3;
+
+namespace pixmora {
+
+enum class FieldType { Text, Long, Integer, Boolean, Date, Double };
+enum class RecordsetType { Table = 1, Dynaset = 2, Snapshot = 4 };
+
+struct Null {
+    bool operator==(const Null &) const = default;
+};
+/// A field's value. Whole numbers of every size are int64; a Boolean field reads as bool, a Date field as DateTime.
+using FieldValue = std::variant<Null, std::int64_t, double, bool, std::string, DateTime>;
+
+/// Readings of a value; Null raises InvalidUseOfNull, a value of another kind is converted or raises TypeMismatch.
+std::int64_t AsLong(const FieldValue &value);
+double AsDouble(const FieldValue &value);
+bool AsBoolean(const FieldValue &value);
+std::string AsText(const FieldValue &value);
+DateTime AsDate(const FieldValue &value);
+bool IsNull(const FieldValue &value);
+
+/// A visitor's or owner's text as a literal in single quotes for a statement or criterion.
+/// @throws RunTimeError SyntaxError when the text holds "'": such a text fails the statement and never changes its meaning.
+std::string QuotedText(std::string_view text);
+/// A date literal between "#" signs, in the short form.
+std::string QuotedDate(DateTime date);
+
+struct Field {
+    std::string Name;
+    FieldType Type;
+};
+
+class Recordset;
+
+/// An open database file, in WAL mode. Not copied; closed by its destructor.
+class Database {
+public:
+    /// Makes a new, empty file. @throws RunTimeError DatabaseError, also when the file exists
+    static std::unique_ptr<Database> CreateDatabase(std::string_view path);
+    /// Opens an existing file for reading and writing. @throws RunTimeError DatabaseError when it isn't there, can't be
+    /// opened, is locked or is no database
+    static std::unique_ptr<Database> OpenDatabase(std::string_view path);
+    ~Database();
+    Database(const Database &) = delete;
+    Database &operator=(const Database &) = delete;
+
+    bool TableExists(std::string_view table) const;
+    std::vector<std::string> TableNames() const;
+    void CreateTable(std::string_view table, const std::vector<Field> &fields);
+    /// @throws RunTimeError ItemNotFound
+    void DeleteTable(std::string_view table);
+    std::vector<Field> Fields(std::string_view table) const;
+    /// Appends the field at the end.
+    void AppendField(std::string_view table, const Field &field);
+    void DeleteField(std::string_view table, std::string_view field);
+
+    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*` and `?`, ORDER BY, SUM(...) as name, texts in single
+    /// or double quotes, dates between #. Texts compare and sort without regard to ASCII case. @throws RunTimeError
+    std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
+
+    /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last
+    /// checkpoint (a crash of the program takes nothing in either case).
+    void SetSynchronousFull(bool full);
+    /// Brings the log into the database file, without waiting for readers.
+    void Checkpoint();
+
+    /// The engine's handle, for this layer's own use.
+    sqlite3 *Handle() const { return handle_; }
+
+private:
+    explicit Database(sqlite3 *handle);
+    friend class Recordset;
+    friend class Transaction;
+    struct StatementCache;
+    sqlite3 *handle_;
+    std::unique_ptr<StatementCache> statements_;
+    int transactionDepth_ = 0;
+};
+
+/// All changes of a scope together or not at all; nests, the outermost decides. Rolled back unless Commit was called.
+class Transaction {
+public:
+    explicit Transaction(Database &database);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+    /// @throws RunTimeError DatabaseError
+    void Commit();
+
+private:
+    Database &database_;
+    bool done_ = false;
+};
+
+/// Rows of a table or statement, with a current row. Opened on the first row, in the order in which rows were added unless the
+/// statement says otherwise. Rows are fetched as they are asked for: opening costs nothing that grows with the table.
+class Recordset {
+public:
+    ~Recordset();
+    Recordset(const Recordset &) = delete;
+    Recordset &operator=(const Recordset &) = delete;
+
+    /// The full number of rows, also right after opening.
+    std::int64_t RecordCount();
+    bool Eof() const;
+
+    /// @throws RunTimeError NoCurrentRecord on an empty recordset
+    void MoveFirst();
+    void MoveNext();
+    /// Moves on from the current row. @param rows 0 or more
+    void Move(std::int64_t rows);
+
+    /// Goes to the first row that meets the criteria, or the next one behind the current row; NoMatch tells the outcome. With no
+    /// match the current row stays.
+    void FindFirst(std::string_view criteria);
+    void FindNext(std::string_view criteria);
+    bool NoMatch() const;
+
+    /// A field of the current row. Names compare without regard to case; ordinals count from 0.
+    /// @throws RunTimeError NoCurrentRecord, ItemNotFound
+    FieldValue Value(std::string_view field) const;
+    FieldValue Value(int ordinal) const;
+
+    /// Begin a new row, or a change of the current row; Set takes values until Update writes them.
+    void AddNew();
+    void Edit();
+    void Set(std::string_view field, FieldValue value);
+    void Set(int ordinal, FieldValue value);
+    void Update();
+    /// Deletes the current row; FindNext and MoveNext go on from where it stood.
+    void Delete();
+    void Close();
+
+private:
+    Recordset(Database &database, std::string_view source, RecordsetType type);
+    friend class Database;
+    struct Implementation;
+    std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace pixmora

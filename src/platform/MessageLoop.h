@@ -1,0 +1,56 @@
+// The one message loop, its timers, and the guard around every event's handler.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Clock.h"
+#include "platform/RunTimeError.h"
+
+namespace pixmora {
+
+/// Runs the pending events and comes back.
+void DoEvents();
+
+/// Sleeps in the loop until something has happened or the moment has come, whichever is first; other handlers run inside it.
+/// Never spins the processor. With a clock set by a test and nothing pending, the clock moves to the moment at once.
+void WaitUntilTick(Tick moment);
+
+/// Sleeps without running any event. @param ms milliseconds. Returns at once when a test has set the clock (and moves it).
+void SleepBlocking(int ms);
+
+/// Runs the loop until QuitMessageLoop; gives the exit status passed there.
+int RunMessageLoop();
+void QuitMessageLoop(int exitStatus);
+
+/// Runs an event's handler. A RunTimeError that comes out of it goes to the handler set below; nothing else is caught.
+void RunEventHandler(const std::function<void()> &handler);
+
+/// What is done with an error that no handler caught. The program shows the message and ends the process with status 70,
+/// which is also what happens when none is set.
+void SetUnhandledErrorHandler(std::function<void(const RunTimeError &)> handler);
+
+/// A timer of the run time: repeats while enabled. Disabled when made.
+class Timer {
+public:
+    Timer();
+    ~Timer();
+    Timer(const Timer &) = delete;
+    Timer &operator=(const Timer &) = delete;
+
+    std::string Tag;                ///< free text of the owner
+    std::function<void()> OnTimer;  ///< runs under the event guard; may run inside another handler's DoEvents
+
+    int Interval() const;  ///< ms
+    void SetInterval(int ms);
+    bool Enabled() const;
+    /// Enabling starts a whole interval anew.
+    void SetEnabled(bool enabled);
+
+private:
+    struct Implementation;
+    std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace pixmora

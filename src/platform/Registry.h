@@ -1,0 +1,52 @@
+// The registry: a tree of keys holding named values, kept in one readable text file that is replaced as a whole.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace pixmora::Registry {
+
+/// Root keys of the tree.
+enum class Root { CurrentUser, LocalMachine };
+
+/// A string, or a double word.
+using Value = std::variant<std::string, std::int64_t>;
+
+/// Key and value names compare without regard to ASCII case; a key's path has its parts separated by "\", and the spelling of
+/// the first writer stays. Every write is on the disk, whole, when the call returns. Another process's changes are seen at the
+/// next call.
+
+bool KeyExists(Root root, std::string_view path);
+void CreateKey(Root root, std::string_view path);
+/// With everything below it; a key that isn't there is no error.
+void DeleteKey(Root root, std::string_view path);
+/// Names of the keys right below, in the file's order.
+std::vector<std::string> EnumKeys(Root root, std::string_view path);
+std::vector<std::pair<std::string, Value>> EnumValues(Root root, std::string_view path);
+bool ValueExists(Root root, std::string_view path, std::string_view name);
+/// The fallback when the value is absent.
+Value GetValue(Root root, std::string_view path, std::string_view name, Value fallback = std::string());
+void SetValue(Root root, std::string_view path, std::string_view name, const Value &value);
+void DeleteValue(Root root, std::string_view path, std::string_view name);
+
+/// The file behind the tree: settings.ini in $XDG_CONFIG_HOME/pixmora, or ~/.config/pixmora.
+std::string FilePath();
+/// Chooses another file, for tests, and forgets what was read.
+void SetFilePath(std::string path);
+
+}  // namespace pixmora::Registry
+
+namespace pixmora {
+
+/// The run time's settings, values of the current user's tree below "Software\VB and VBA Program Settings", application,
+/// section. Every value is text.
+std::string GetSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view fallback);
+void SaveSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view value);
+/// Removes one value; an absent one is no error.
+void DeleteSetting(std::string_view app, std::string_view section, std::string_view key);
+
+}  // namespace pixmora

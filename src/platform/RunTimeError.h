@@ -1,0 +1,51 @@
+// The run time's error: the one exception of the server.
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace pixmora {
+
+/// The numbers of the run time's errors that the program raises or looks at.
+enum class ErrorNumber : int {
+    InvalidProcedureCall = 5,
+    Overflow = 6,
+    SubscriptOutOfRange = 9,
+    DivisionByZero = 11,
+    TypeMismatch = 13,
+    FileNotFound = 53,
+    DeviceIOError = 57,
+    DiskFull = 61,
+    PermissionDenied = 70,
+    PathFileAccessError = 75,
+    ObjectNotSet = 91,
+    InvalidPattern = 93,
+    InvalidUseOfNull = 94,
+    MethodNotFound = 438,
+    WrongNumberOfArguments = 450,
+    NoCurrentRecord = 3021,
+    DatabaseError = 3000,   ///< the engine refused; its own words are the message
+    SyntaxError = 3075,     ///< a statement or criterion that can't be read
+    ItemNotFound = 3265,    ///< no such table or field
+    AddressInUse = 10048,   ///< Listen on a port that another program holds
+    PictureError = 32000,   ///< the picture engine could not do its work
+};
+
+/// An error of the run time. A request's handler turns it into the failure answer; one that reaches an event's guard ends
+/// the process (see MessageLoop.h).
+class RunTimeError : public std::exception {
+public:
+    /// With the run time's own message for the number ("Subscript out of range").
+    explicit RunTimeError(ErrorNumber number);
+    RunTimeError(ErrorNumber number, std::string message);
+
+    ErrorNumber Number() const { return number_; }
+    const std::string &Message() const { return message_; }
+    const char *what() const noexcept override { return message_.c_str(); }
+
+private:
+    ErrorNumber number_;
+    std::string message_;
+};
+
+}  // namespace pixmora

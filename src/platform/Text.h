@@ -1,0 +1,49 @@
+// Pure functions of text. A text is a byte string: one char a byte, whatever the encoding; case means ASCII case.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pixmora {
+
+/// Every occurrence of `from` replaced, case-sensitively and without looking at what was put in. An empty `from` changes
+/// nothing.
+std::string Replace(std::string text, std::string_view from, std::string_view to);
+
+/// The pieces between the delimiters, empty ones included. An empty text gives no piece at all, as the run time has it.
+std::vector<std::string> Split(std::string_view text, std::string_view delimiter);
+
+std::string Join(const std::vector<std::string> &pieces, std::string_view delimiter);
+
+/// Without the blanks (and only blanks) at both ends.
+std::string Trim(std::string_view text);
+
+std::string LCase(std::string_view text);
+std::string UCase(std::string_view text);
+
+/// Less, equal or greater than 0, without regard to ASCII case.
+int CompareIgnoreCase(std::string_view left, std::string_view right);
+bool EqualsIgnoreCase(std::string_view left, std::string_view right);
+
+bool Contains(std::string_view text, std::string_view part);
+
+/// The last `count` bytes, or all of a shorter text.
+std::string LastCharacters(std::string_view text, std::size_t count);
+
+/// The text up to its first NUL.
+std::string CutAtNul(std::string_view text);
+
+/// `count` times the text; none for 0 and below.
+std::string RepeatString(std::string_view text, int count);
+
+/// Wildcard match of the run time's Like, binary compare: `*` any run, `?` one character, `#` one digit, `[a-z]` and `[!a-z]`
+/// character lists. Takes time in proportion to text times pattern at the worst.
+/// @throws RunTimeError InvalidPattern for a list that is never closed.
+bool Like(std::string_view text, std::string_view pattern);
+
+/// The shell's path match: semicolon-separated wildcards of `*` and `?`, blanks around each ignored, without regard to case.
+/// An empty list entry matches nothing.
+bool PathMatchSpec(std::string_view name, std::string_view patterns);
+
+}  // namespace pixmora

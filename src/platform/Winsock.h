@@ -1,0 +1,88 @@
+// The Winsock element: one TCP socket with the operations and events of the run time's control, on a non-blocking
+// descriptor watched by the message loop. IPv4 only.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace pixmora {
+
+/// The control's states, by its numbers.
+enum class SocketState { Closed = 0, Listening = 2, ResolvingHost = 4, Connecting = 6, Connected = 7, Error = 9 };
+
+/// Always owned through a shared_ptr: events hold the element while their handler runs, so a handler may drop the last
+/// reference of its owner. All events run under the event guard and may run inside another handler's DoEvents.
+///
+///                 Listen                     Close
+///     Closed ---------------> Listening ----------------> Closed
+///     Closed -- Accept -----> Connected -- Close -------> Closed
+///     Closed -- Connect ----> ResolvingHost > Connecting > Connected
+///                                  |              |            | failed write
+///                                  +--------------+------------+----> Error event; the handler closes
+class Winsock : public std::enable_shared_from_this<Winsock> {
+public:
+    static std::shared_ptr<Winsock> Create();
+    ~Winsock();
+    Winsock(const Winsock &) = delete;
+    Winsock &operator=(const Winsock &) = delete;
+
+    int Index = 0;    ///< place in a control array, for the owner
+    std::string Tag;  ///< free text of the owner
+
+    /// A connection waits to be accepted; `requestId` is its descriptor. One that no element accepts in the handler is closed.
+    std::function<void(int requestId)> OnConnectionRequest;
+    std::function<void()> OnConnect;
+    /// Bytes have arrived; GetData fetches them. Comes again only for further bytes.
+    std::function<void(std::size_t bytesTotal)> OnDataArrival;
+    /// The send buffer has emptied into the network. Once for each emptying, always from the loop and never from inside
+    /// SendData, also while another handler of this element waits in DoEvents.
+    std::function<void()> OnSendComplete;
+    /// The peer has ended its sending. Held back while a handler of this element is on the stack or bytes wait to be sent, so
+    /// that a half-closed client still gets its answer.
+    std::function<void()> OnClose;
+    /// A failed connect, read or write. The element is in state Error. @param number errno; @param description its text
+    std::function<void(int number, const std::string &description)> OnError;
+
+    SocketState State() const;
+
+    /// Port to listen on, 0 to 65535; after Listen the port in use (which tells what a 0 became).
+    int LocalPort() const;
+    void SetLocalPort(int port);
+    /// On all of the machine's IPv4 addresses. Accepting pauses while the process has no descriptors left and goes on when one
+    /// is closed. @throws RunTimeError AddressInUse when another program holds the port, PermissionDenied
+    void Listen();
+    /// Takes a pending connection. @param requestId from OnConnectionRequest. On failure the state stays Closed.
+    void Accept(int requestId);
+
+    void SetRemoteHost(std::string host);
+    const std::string &RemoteHost() const;
+    void SetRemotePort(int port);
+    /// Name resolution and connecting run on the loop; OnConnect or OnError tells the outcome.
+    void Connect();
+
+    /// The peer's dotted address, empty before there is one.
+    const std::string &RemoteHostIP() const;
+
+    /// Appends to the send buffer and tries to write at once; never blocks. Bytes leave in the order of the calls.
+    /// @throws RunTimeError ObjectNotSet when the element isn't connected
+    void SendData(std::string_view bytes);
+    /// Bytes not yet taken by the network.
+    std::size_t BytesWaiting() const;
+
+    /// Everything that has arrived and was not fetched yet.
+    std::string GetData();
+
+    /// Closes; on a closed element it does nothing. What the network has taken is still delivered; what has not is dropped.
+    /// No event comes after it.
+    void Close();
+
+private:
+    Winsock();
+    struct Implementation;
+    std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace pixmora
