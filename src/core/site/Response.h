@@ -1,0 +1,27 @@
+// What every answer is made with: the head, the send that ignores a vanished visitor, the booking of its kilobytes.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/Winsock.h"
+
+namespace pixmora {
+
+/// An element of wnskConnect. Page operations hold it by shared ownership, as it can be unloaded while they wait.
+using Connection = std::shared_ptr<Winsock>;
+
+/// The head of an answer (RFC 1945): status 200, server, type, no-cache, each line ended by CR LF.
+/// @param endHead whether the blank line that ends the head follows
+std::string WriteResponseHead(std::string_view contentType, bool endHead);
+
+/// SendData with errors ignored: the visitor may have gone.
+void SendIgnoringErrors(const Connection &socket, std::string_view bytes);
+
+/// Whole kilobytes of an answer, added to gBandwidthSession and recorded. @param album the album's name, or " " for none
+void BookKilobytes(std::string_view album, std::size_t bytes);
+
+inline constexpr std::string_view NoAlbum = " ";
+
+}  // namespace pixmora

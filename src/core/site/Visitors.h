@@ -1,0 +1,43 @@
+// Who is visiting, what counts as counted, and which transfers run.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/Clock.h"
+#include "platform/Files.h"
+
+namespace pixmora {
+
+/// One remote address that has asked for a named page in the last ten minutes, however many browsers stand behind it.
+struct clsVisitor {
+    Tick LastTime = 0;        ///< of the last request of any kind
+    Tick ConnectTime = 0;     ///< of the first request
+    std::string IP;           ///< dotted address; the visitor's identity
+    std::string CurrentPage;  ///< page name of the last request that had one; picture requests leave it
+};
+
+/// One counted download or visit: while it lives, the same request from the same address isn't counted again.
+struct clsDownloadCookie {
+    std::string IP;
+    Tick CookieTime = 0;            ///< when it was made
+    std::int32_t AlbumNumber = 0;
+    std::string FilePath;           ///< full path of a file, or a directory below the album's root
+};
+
+/// The record of one movie transfer, by its connection's index.
+///
+///     idle (FileSize 0) -- genShowMovie --> running -- last chunk, sweep after 20 s without a chunk, StopWebsite --> idle
+struct SendState {
+    std::shared_ptr<BinaryFile> FileNumber;  ///< the open file; kept also by an empty movie, which nothing closes
+    std::string FilePath;                    ///< full path
+    std::int64_t FileSize = 0;               ///< bytes; above 0 means that a transfer is running
+    std::int64_t BytesSent = 0;              ///< bytes read and handed to the socket so far
+    Tick LastSendTick = 0;                   ///< of the last chunk
+};
+
+/// Adds a cookie for this visitor, album and path unless one is alive. @return whether it was added, so that this one counts
+bool AddDownloadCookie(const std::string &ip, std::int32_t album, const std::string &path);
+
+}  // namespace pixmora

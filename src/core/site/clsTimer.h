@@ -1,0 +1,27 @@
+// Elapsed time.
+#pragma once
+
+#include <string>
+
+#include "platform/Clock.h"
+
+namespace pixmora {
+
+/// A stop watch in ms ticks.
+class clsTimer {
+public:
+    void StopTimer();
+    void StartTimer();
+    /// ms from start to stop, or to now while it runs.
+    Tick Elapsed() const;
+    /// A duration as text: "3:07" when `isShort`; "07:42.25" for ms; else "03:07:42".
+    std::string TimeFromSecs(double value, bool isMilliseconds, bool isShort) const;
+    /// Sleeps without running any event.
+    void Pause(double seconds) const;
+
+private:
+    Tick start_ = 0;
+    Tick stop_ = 0;
+};
+
+}  // namespace pixmora

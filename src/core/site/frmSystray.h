@@ -1,0 +1,40 @@
+// The hidden form: it owns all sockets and the server's timers.
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "core/site/Response.h"
+#include "platform/MessageLoop.h"
+#include "platform/Winsock.h"
+
+namespace pixmora {
+
+/// The loadable array of connections. Element 0 exists from the start and is never used for one.
+class ConnectionArray {
+public:
+    ConnectionArray();
+    /// The highest index loaded; 0 when there is no connection.
+    int UBound() const;
+    /// Loads a new element behind the highest; holes lower down are not reused.
+    Connection Load();
+    /// Closes and drops the element; one that isn't loaded is no error.
+    void Unload(int index);
+    /// The element, or null when it isn't loaded.
+    Connection Item(int index) const;
+    /// Unloads closed elements from the top down to the first that is open.
+    void Trim();
+
+private:
+    std::map<int, Connection> elements_;
+};
+
+struct frmSystray {
+    std::shared_ptr<Winsock> wnskListen = Winsock::Create();
+    ConnectionArray wnskConnect;
+    std::shared_ptr<Winsock> wnskDownload = Winsock::Create();  ///< the outbound requests' one socket
+    Timer tmrConnections;                                       ///< 60000 ms; Tag counts down to the report
+    Timer tmrWebCam;                                            ///< 5000 ms; enabled exactly while the webcam is live
+};
+
+}  // namespace pixmora

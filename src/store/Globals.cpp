@@ -1,0 +1,9 @@
+#include "store/Globals.h"
+
+namespace pixmora {
+
+std::unique_ptr<Database> gDatabase;
+std::vector<AlbumPointer> gAlbums;
+std::vector<std::string> gRestrictedWords;
+
+}  // namespace pixmora

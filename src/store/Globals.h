@@ -1,0 +1,22 @@
+// The process-wide values of the stores.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Database.h"
+#include "store/clsAlbum.h"
+
+namespace pixmora {
+
+/// The one open database, from program start until ShutDownProgram.
+extern std::unique_ptr<Database> gDatabase;
+
+/// The albums of the running website, made anew at each start; an album's number is its 1-based position.
+extern std::vector<AlbumPointer> gAlbums;
+
+/// Patterns of directory names that are protected by their name alone; loaded at website start.
+extern std::vector<std::string> gRestrictedWords;
+
+}  // namespace pixmora

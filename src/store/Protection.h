@@ -1,0 +1,27 @@
+// Who may see which directory.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace pixmora {
+
+/// In a stored directory an apostrophe stands as "%34". The mark belongs to statements alone: no directory on the disk has it
+/// and no decoding may see it.
+std::string ProtectionKey(std::string_view directory);
+
+/// Whether a pattern of gRestrictedWords matches; case counts. An empty name never does.
+bool IsRestrictedName(std::string_view name);
+
+/// Whether the directory or one above it has a row in PrivateDirs, or else the name is a restricted one.
+/// @param album 1-based number @param name plain, as on the disk @param directory plain, "\" or "\a\b"
+/// @throws RunTimeError SubscriptOutOfRange for an album that isn't there
+bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory);
+
+/// Whether the user may see a protected directory: administrators all, others those that have a row of their own, exactly.
+/// @param directory plain; @param message why not, for the visitor; empty when nobody is logged in
+/// @throws RunTimeError SyntaxError when a text holds an apostrophe
+bool CanViewDir(std::string_view user, std::int32_t album, std::string_view directory, std::string &message);
+
+}  // namespace pixmora
