@@ -1,0 +1,30 @@
+// The pieces that several pages share.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pixmora {
+
+inline constexpr std::string_view CrLf = "\r\n";
+
+/// Replaces every occurrence of the placeholder, braces included, in the page under construction.
+void Fill(std::string &page, std::string_view placeholder, std::string_view value);
+
+/// One of three sentences, drawn anew each time, as a link to the product's home page. It closes a font element that the
+/// template has opened.
+std::string MakeFooter();
+
+/// The block of script that gives the picture cells their hover frame, as templates with such cells carry it.
+std::string BrowserScript();
+
+/// For use inside a quoted script string: every "'" as "\'".
+std::string EscapeForScript(std::string_view text);
+
+/// "User: " and the name, or nothing.
+std::string LoginNameText(std::string_view username);
+
+/// A uniformly drawn number in [0, 1).
+double Rnd();
+
+}  // namespace pixmora
