@@ -39,7 +39,7 @@ std::string RepeatString(std::string_view text, int count);
 
 /// Wildcard match of the run time's Like, binary compare: `*` any run, `?` one character, `#` one digit, `[a-z]` and `[!a-z]`
 /// character lists. Takes time in proportion to text times pattern at the worst.
-/// @throws RunTimeError InvalidPattern for a list that is never closed.
+/// @throws RunTimeError InvalidPattern for a list that is never closed and for a range that runs backwards.
 bool Like(std::string_view text, std::string_view pattern);
 
 /// The shell's path match: semicolon-separated wildcards of `*` and `?`, blanks around each ignored, without regard to case.
