@@ -1,0 +1,73 @@
+// Reads the machine's clocks, or the one that a test has set.
+#include "platform/Clock.h"
+
+#include <optional>
+
+namespace pixmora {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+const auto processStart = std::chrono::steady_clock::now();
+
+struct SetClock {
+    Tick tick;
+    std::chrono::local_time<milliseconds> now;
+};
+
+std::optional<SetClock> setClock;
+
+/// `later` - `earlier` on a counter that wraps.
+std::int32_t TicksBetween(Tick earlier, Tick later) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(later) - static_cast<std::uint32_t>(earlier));
+}
+
+}  // namespace
+
+Tick GetTickCount() {
+    if (setClock) return setClock->tick;
+    const auto elapsed = std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - processStart);
+    return static_cast<Tick>(elapsed.count());
+}
+
+DateTime Now() {
+    if (setClock) return std::chrono::floor<std::chrono::seconds>(setClock->now);
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    return LocalTime(now.time_since_epoch().count());
+}
+
+DateTime Today() {
+    return std::chrono::floor<std::chrono::days>(Now());
+}
+
+ClockSetForTest::ClockSetForTest(Tick tick, DateTime now) {
+    setClock = SetClock{tick, now};
+}
+
+ClockSetForTest::~ClockSetForTest() {
+    setClock.reset();
+}
+
+void ClockSetForTest::Advance(std::int32_t ms) {
+    setClock->tick = static_cast<Tick>(static_cast<std::uint32_t>(setClock->tick) + static_cast<std::uint32_t>(ms));
+    setClock->now += milliseconds(ms);
+}
+
+void ClockSetForTest::SetNow(DateTime now) {
+    setClock->now = now;
+}
+
+bool IsClockSet() {
+    return setClock.has_value();
+}
+
+void MoveSetClockTo(Tick tick) {
+    if (!setClock) return;
+    const std::int32_t ms = TicksBetween(setClock->tick, tick);
+    if (ms <= 0) return;  // the moment is past
+    setClock->tick = tick;
+    setClock->now += milliseconds(ms);
+}
+
+}  // namespace pixmora

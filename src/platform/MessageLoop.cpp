@@ -1,0 +1,131 @@
+// The message loop on Qt's: waits, timers, and what becomes of an error that no handler caught.
+#include "platform/MessageLoop.h"
+
+#include <unistd.h>
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QTimer>
+#include <chrono>
+#include <cstdio>
+#include <optional>
+#include <thread>
+#include <utility>
+
+namespace pixmora {
+
+namespace {
+
+constexpr int unhandledErrorStatus = 70;
+
+std::function<void(const RunTimeError &)> unhandledErrorHandler;
+std::optional<int> quitStatus;
+
+/// Leaves at once: handlers may be running on the stack, and destroying what they use would only add a second failure.
+[[noreturn]] void EndProcess(const RunTimeError &error) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s\n", error.what());
+    std::fflush(stderr);
+    _exit(unhandledErrorStatus);
+}
+
+}  // namespace
+
+void DoEvents() {
+    QCoreApplication::processEvents();
+}
+
+void WaitUntilTick(Tick moment) {
+    if (IsClockSet()) {
+        const bool hasRunEvent = QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
+        if (!hasRunEvent) MoveSetClockTo(moment);
+        return;
+    }
+    const auto ms =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(moment) - static_cast<std::uint32_t>(GetTickCount()));
+    if (ms <= 0) {
+        DoEvents();
+        return;
+    }
+    QTimer alarm;
+    alarm.setSingleShot(true);
+    alarm.setTimerType(Qt::PreciseTimer);
+    alarm.start(ms);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void SleepBlocking(int ms) {
+    if (IsClockSet()) {
+        MoveSetClockTo(static_cast<Tick>(static_cast<std::uint32_t>(GetTickCount()) + static_cast<std::uint32_t>(ms)));
+    } else {
+        std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+    }
+}
+
+int RunMessageLoop() {
+    if (!quitStatus) QCoreApplication::exec();
+    return std::exchange(quitStatus, std::nullopt).value_or(0);
+}
+
+void QuitMessageLoop(int exitStatus) {
+    quitStatus = exitStatus;  // kept, so that quitting before the loop has begun holds too
+    QCoreApplication::exit(exitStatus);
+}
+
+void RunEventHandler(const std::function<void()> &handler) {
+    try {
+        handler();
+    } catch (const RunTimeError &error) {
+        if (!unhandledErrorHandler) EndProcess(error);
+        unhandledErrorHandler(error);
+    }
+}
+
+void SetUnhandledErrorHandler(std::function<void(const RunTimeError &)> handler) {
+    unhandledErrorHandler = std::move(handler);
+}
+
+struct Timer::Implementation {
+    QTimer timer;
+    int interval = 0;
+    bool isEnabled = false;
+
+    /// An interval of 0 never ticks, enabled or not.
+    void Restart() {
+        if (isEnabled && interval > 0) {
+            timer.start(interval);
+        } else {
+            timer.stop();
+        }
+    }
+};
+
+Timer::Timer() : implementation_(std::make_unique<Implementation>()) {
+    implementation_->timer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&implementation_->timer, &QTimer::timeout, [this] {
+        const auto handler = OnTimer;  // a copy: the handler may destroy this timer
+        if (handler) RunEventHandler(handler);
+    });
+}
+
+Timer::~Timer() = default;
+
+int Timer::Interval() const {
+    return implementation_->interval;
+}
+
+void Timer::SetInterval(int ms) {
+    implementation_->interval = ms;
+    implementation_->Restart();
+}
+
+bool Timer::Enabled() const {
+    return implementation_->isEnabled;
+}
+
+void Timer::SetEnabled(bool enabled) {
+    implementation_->isEnabled = enabled;
+    implementation_->Restart();
+}
+
+}  // namespace pixmora
