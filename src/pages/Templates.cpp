@@ -1,0 +1,69 @@
+// The pieces that several pages share.
+#include "pages/Templates.h"
+
+#include <array>
+#include <random>
+
+#include "platform/Text.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::array<std::string_view, 3> footerSentences = {
+    "Download Pixmora! and share your pictures free!",
+    "See why Pixmora! is better than online picture services.",
+    "Want to set up your own picture website? Download Pixmora! for free!",
+};
+
+}  // namespace
+
+void Fill(std::string &page, std::string_view placeholder, std::string_view value) {
+    std::size_t position = 0;
+    while ((position = page.find(placeholder, position)) != std::string::npos) {
+        page.replace(position, placeholder.size(), value);
+        position += value.size();
+    }
+}
+
+std::string MakeFooter() {
+    const auto drawn = static_cast<std::size_t>(Rnd() * footerSentences.size());
+    return Concat("<a href=\"", PIXMORA_HOME_PAGE, "\" target=\"_blank\"><b>", footerSentences[drawn],
+                  "</b></a></font>");
+}
+
+std::string BrowserScript() {
+    return Replace(R"(<script language="javascript">
+sBrowser = "IE"; sBrowserVer = 6;
+function mMouseOver(tdID) {
+   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
+       var tdbox = document.all("pic_" + tdID);
+       if (tdbox != null) tdbox.style.border = "solid #2254B1 1px"
+   }
+}
+
+function mMouseOut(tdID) {
+   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
+       var tdbox = document.all("pic_" + tdID);
+       if (tdbox != null) tdbox.style.border = "solid white 1px"
+   }
+}
+</script>
+)",
+                   "\n", CrLf);
+}
+
+std::string EscapeForScript(std::string_view text) {
+    return Replace(std::string(text), "'", "\\'");
+}
+
+std::string LoginNameText(std::string_view username) {
+    return username.empty() ? std::string() : Concat("User: ", username);
+}
+
+double Rnd() {
+    std::random_device device;  // no seed and no state of our own, so no page can foresee another's draw
+    return std::uniform_real_distribution<double>(0, 1)(device);
+}
+
+}  // namespace pixmora
