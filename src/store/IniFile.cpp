@@ -1,0 +1,73 @@
+// A plain reader of INI files.
+#include "store/IniFile.h"
+
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\f\v";
+
+std::string_view WithoutBlanksAround(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::string_view WithoutQuotes(std::string_view text) {
+    const bool isQuoted =
+        text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
+
+/// No line holds a line end, so it parts section and key for sure.
+std::string PlaceOf(std::string_view section, std::string_view key) {
+    return LCase(section) + "\n" + LCase(key);
+}
+
+std::string ReadIfThere(std::string_view path) {
+    try {
+        return BinaryFile::OpenForRead(path)->ReadAll();
+    } catch (const RunTimeError &) {
+        return {};
+    }
+}
+
+}  // namespace
+
+IniFile::IniFile(std::string_view path) {
+    const std::string content = ReadIfThere(path);
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    std::string_view rest = content;
+    if (rest.starts_with(byteOrderMark)) rest.remove_prefix(byteOrderMark.size());
+    std::string section;
+    while (!rest.empty()) {
+        const std::size_t end = rest.find('\n');
+        AddLine(WithoutBlanksAround(rest.substr(0, end)), section);
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    }
+}
+
+std::string IniFile::Value(std::string_view section, std::string_view key) const {
+    const auto found = values_.find(PlaceOf(WithoutBlanksAround(section), WithoutBlanksAround(key)));
+    return found == values_.end() ? std::string() : found->second;
+}
+
+void IniFile::AddLine(std::string_view line, std::string &section) {
+    if (line.starts_with(';')) return;
+    if (line.starts_with('[')) {
+        const std::size_t end = line.find(']');
+        section = WithoutBlanksAround(line.substr(1, end == std::string_view::npos ? end : end - 1));
+        return;
+    }
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos) return;
+    const std::string_view key = WithoutBlanksAround(line.substr(0, equals));
+    const std::string_view value = WithoutBlanksAround(line.substr(equals + 1));
+    values_.try_emplace(PlaceOf(section, key), WithoutQuotes(value));
+}
+
+}  // namespace pixmora
