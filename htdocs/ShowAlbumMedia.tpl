@@ -1,0 +1,97 @@
+<!DOCTYPE html>
+<html lang="en">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>{DIR_TITLE} - {SERVER_TITLE}</title>
+<style>
+body { margin: 0; }
+a:focus-visible { outline: 2px solid var(--link, #1F57B5); outline-offset: 2px; }
+img { border: 0; max-width: 100%; }
+.heading { display: flex; flex-wrap: wrap; align-items: center; justify-content: space-between; gap: 6px 16px; padding: 14px 20px 10px; }
+.heading h1 { margin: 0; overflow-wrap: anywhere; }
+.view { white-space: nowrap; }
+.view img, .toolbar img { vertical-align: middle; }
+.toolbar { display: flex; flex-wrap: wrap; align-items: center; justify-content: center; gap: 4px 14px; padding: 6px 20px;
+  position: sticky; top: 0; z-index: 1; background: var(--page, #FFFFFF);
+  border-top: 1px solid var(--line, #D5DBE5); border-bottom: 1px solid var(--line, #D5DBE5); }
+.toolbar br { display: none; }
+.toolbar:not(:has(font, img)) { display: none; }
+.pictures { padding: 12px 20px 24px; }
+.pictures > table { margin: 0 auto; }
+.pictures font { overflow-wrap: anywhere; }
+td.tdPictureCell[id] { vertical-align: middle; }
+td.tdPictureCell > font > a > img { height: auto; margin-bottom: 6px; }
+td.tdPictureCell img[src^="ShowPicture"][width] { aspect-ratio: auto 4 / 3; background: var(--tint, #F3F6FB); }
+.about { padding: 0 20px 20px; text-align: center; }
+.about span:empty { display: none; }
+.about .by::before { content: "Pictures and movies by "; }
+/* Thumbnails wrap where the window is too narrow for the owner's number of files in a row. */
+.wrapped table.thumbs { display: flex; flex-wrap: wrap; justify-content: center; gap: 12px; }
+.wrapped table.thumbs > tbody, .wrapped table.thumbs > tbody > tr { display: contents; }
+.wrapped table.thumbs > tbody > tr > td { display: block; flex: 0 1 calc(50% - 6px); max-width: calc(50% - 6px); box-sizing: border-box; padding: 0; }
+@media (max-width: 640px) {
+  .heading { padding: 10px 12px 8px; }
+  .toolbar { padding: 8px 12px; }
+  .pictures { padding: 8px 8px 20px; }
+  .pictures > table { border-spacing: 4px; max-width: 100%; }
+  .toolbar img { min-width: 30px; height: auto; }
+}
+</style>
+<style>
+{STYLE_SHEET}
+</style>
+<script language="javascript">
+sBrowser = "IE"; sBrowserVer = 6;
+function mMouseOver(tdID) {
+   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
+       var tdbox = document.all(tdID);
+       if (tdbox != null) tdbox.style.border = "solid #2254B1 1px"
+   }
+}
+
+function mMouseOut(tdID) {
+   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
+       var tdbox = document.all(tdID);
+       if (tdbox != null) tdbox.style.border = "solid white 1px"
+   }
+}
+</script>
+<script>
+function Wrap() {
+  var table = document.querySelector('.pictures > table');
+  if (!table || !table.querySelector('td > table td.tdPictureCell')) return;
+  table.classList.add('thumbs');
+  document.body.classList.remove('wrapped');
+  if (document.documentElement.scrollWidth > document.documentElement.clientWidth) document.body.classList.add('wrapped');
+}
+// The arrow keys do what the arrows on the page do.
+function ArrowKey(event) {
+  var words = { ArrowLeft: ['Back', 'Previous'], ArrowRight: ['Forward', 'Next'] }[event.key];
+  if (!words || event.altKey || event.ctrlKey || event.metaKey) return;
+  words.forEach(function (word) {
+    var image = document.querySelector('.toolbar a > img[alt="' + word + '"]');
+    if (image) image.parentNode.click();
+  });
+}
+document.addEventListener('DOMContentLoaded', Wrap);
+window.addEventListener('resize', Wrap);
+document.addEventListener('keydown', ArrowKey);
+</script>
+</head>
+<body>
+<div class="heading">
+  <h1>{DIR_TITLE}</h1>
+  <div class="view">{PIC_VIEW}</div>
+</div>
+<div class="toolbar">
+  <div>{PIC_NAV_LEFT}</div>
+  <div>{PIC_PAGE}</div>
+  <div>{PIC_NAV_RIGHT}</div>
+</div>
+<div class="pictures">
+{PIC_LIST}
+</div>
+<div class="about lblPictureList"><span class="by">{AUTHOR}</span> <span>{LOGIN_NAME}</span></div>
+</body>
+</html>
