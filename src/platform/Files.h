@@ -1,4 +1,5 @@
-// Files and directories. Paths of the program keep "\" between their parts; only these calls turn them into the system's.
+// Files and directories. Paths of the program keep "\" between their parts; only these calls turn them into the
+// system's.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +17,8 @@ std::string SystemPath(std::string_view path);
 /// The program's form of a path of the system: every "/" a "\".
 std::string ProgramPath(std::string_view path);
 
-/// Whether something stands at the path, file or directory. A path with a NUL, an empty one and one ending in a separator
-/// have nothing.
+/// Whether something stands at the path, file or directory. A path with a NUL, an empty one and one ending in a
+/// separator have nothing.
 bool FileExists(std::string_view path);
 /// As FileExists, after doubled backslashes are made single, a trailing backslash is cut and double quotes are removed.
 bool PathExists(std::string_view path);
@@ -36,15 +37,15 @@ struct DirectoryEntry {
 /// A file's or directory's facts, links followed.
 struct FileFacts {
     bool IsDirectory = false;
-    std::int64_t Size = 0;  ///< bytes
-    DateTime CreationTime;   ///< birth time where the file system has one, else as LastWriteTime; local
-    DateTime LastWriteTime;  ///< local
+    std::int64_t Size = 0;     ///< bytes
+    DateTime CreationTime;     ///< birth time where the file system has one, else as LastWriteTime; local
+    DateTime LastWriteTime;    ///< local
     std::uint64_t Device = 0;  ///< with Inode the identity, so that a walk sees a loop of links
     std::uint64_t Inode = 0;
 };
 
-/// One directory opened for a walk: its entries, "." and ".." among them, in byte-wise name order. Entries whose name can't stand in a path of
-/// the program (it holds a "\") are left out, as are broken links.
+/// One directory opened for a walk: its entries, "." and ".." among them, in byte-wise name order. Entries whose name
+/// can't stand in a path of the program (it holds a "\") are left out, as are broken links.
 class Directory {
 public:
     /// A path that can't be read gives a walk with no entries and IsReadable false.
@@ -99,9 +100,12 @@ std::string ReadBinaryFile(std::string_view path);
 void WriteFileAtomically(std::string_view path, std::string_view bytes);
 /// @throws RunTimeError FileNotFound, PathFileAccessError
 void DeleteFile(std::string_view path);
+/// Makes the directory, and those above it, where they aren't there. @throws RunTimeError PathFileAccessError
+void MakeDirectory(std::string_view path);
 /// Copies the bytes to a file that appears whole or not at all. @throws RunTimeError
 void CopyFile(std::string_view from, std::string_view to);
-/// With everything below it; existing files at the target stay. @throws RunTimeError
+/// With everything below it; existing files at the target stay, and no directory is entered from within itself.
+/// @throws RunTimeError
 void CopyDirectory(std::string_view from, std::string_view to);
 
 }  // namespace pixmora

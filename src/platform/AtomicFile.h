@@ -1,0 +1,31 @@
+// A file that appears whole or not at all. For the sources of Files.h only.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pixmora {
+
+/// Bytes go to a new file beside the target, which Commit puts in the target's place; without it nothing has happened.
+/// A link at the target stays one: what it leads to is replaced. Every operation @throws RunTimeError
+/// PathFileAccessError, DiskFull
+class AtomicFile {
+public:
+    explicit AtomicFile(std::string_view path);
+    ~AtomicFile();
+    AtomicFile(const AtomicFile &) = delete;
+    AtomicFile &operator=(const AtomicFile &) = delete;
+
+    void Write(std::string_view bytes);
+    /// On return the bytes and the name are on the disk.
+    void Commit();
+
+private:
+    void CreateBeside();
+
+    std::string target_;     ///< in the system's form, links resolved
+    std::string temporary_;  ///< empty once it has taken the target's place
+    int descriptor_ = -1;
+};
+
+}  // namespace pixmora

@@ -1,0 +1,77 @@
+// Reading files byte for byte.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+
+namespace pixmora {
+
+namespace {
+
+int OpenRegularFile(std::string_view path, int flags) {
+    if (path.find('\0') != std::string_view::npos) throw RunTimeError(ErrorNumber::FileNotFound);
+    // Opening a pipe would otherwise wait for its other end.
+    const int descriptor = open(SystemPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags, 0666);
+    if (descriptor < 0) {
+        const bool isMissing = errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG || errno == ELOOP;
+        throw RunTimeError(isMissing ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError);
+    }
+    struct stat facts {};
+    if (fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        close(descriptor);
+        throw RunTimeError(ErrorNumber::PathFileAccessError);
+    }
+    return descriptor;
+}
+
+}  // namespace
+
+std::unique_ptr<BinaryFile> BinaryFile::OpenForRead(std::string_view path) {
+    return std::unique_ptr<BinaryFile>(new BinaryFile(OpenRegularFile(path, 0)));
+}
+
+std::unique_ptr<BinaryFile> BinaryFile::OpenBinary(std::string_view path) {
+    return std::unique_ptr<BinaryFile>(new BinaryFile(OpenRegularFile(path, O_CREAT)));
+}
+
+BinaryFile::~BinaryFile() {
+    close(descriptor_);
+}
+
+std::int64_t BinaryFile::Length() const {
+    struct stat facts {};
+    return fstat(descriptor_, &facts) == 0 ? facts.st_size : 0;
+}
+
+std::string BinaryFile::Read(std::size_t count) {
+    constexpr std::size_t largestPiece = 1024 * 1024;  // the count may be far beyond what the file holds
+    std::string bytes;
+    std::size_t filled = 0;
+    while (filled < count) {
+        if (filled == bytes.size()) bytes.resize(filled + std::min(count - filled, largestPiece));
+        const ssize_t got = read(descriptor_, bytes.data() + filled, bytes.size() - filled);
+        if (got == 0) break;
+        if (got > 0) {
+            filled += static_cast<std::size_t>(got);
+        } else if (errno != EINTR) {
+            throw RunTimeError(ErrorNumber::DeviceIOError);
+        }
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+std::string BinaryFile::ReadAll() {
+    return Read(std::string().max_size());
+}
+
+std::string ReadBinaryFile(std::string_view path) {
+    return BinaryFile::OpenBinary(path)->ReadAll();
+}
+
+}  // namespace pixmora

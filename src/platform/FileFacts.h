@@ -1,0 +1,14 @@
+// Facts of files by a directory's descriptor. For the sources of Files.h only.
+#pragma once
+
+#include <string>
+
+#include "platform/Files.h"
+
+namespace pixmora {
+
+/// @param directory an open directory's descriptor, or AT_FDCWD @param name in the system's form, without NUL
+/// @throws RunTimeError FileNotFound
+FileFacts FactsAt(int directory, const std::string &name);
+
+}  // namespace pixmora
