@@ -17,8 +17,8 @@ struct SubDirectory {
     bool IsNew = false;  ///< last written less than 14 calendar days ago
 };
 
-/// The subdirectories of one directory of the album, sorted by gSortMethod and gSortOrder; none when the album doesn't take in
-/// subdirectories. @param directory below the album's root, "\" or "\a\", with both separators
+/// The subdirectories of one directory of the album, sorted by gSortMethod and gSortOrder; none when the album doesn't
+/// take in subdirectories. @param directory below the album's root, "\" or "\a\", with both separators
 std::vector<SubDirectory> ListSubDirs(std::int32_t album, std::string_view directory);
 
 struct DirContents {
@@ -30,7 +30,8 @@ struct DirContents {
 /// What lies right in the directory; zeros for one that can't be read. @param path full
 DirContents CountDirContents(std::string_view path);
 
-/// Whether a visitor takes the file for a picture: its last three characters are jpg, gif or bmp in any case. Else it's a movie.
+/// Whether a visitor takes the file for a picture: its last three characters are jpg, gif or bmp in any case. Else it's
+/// a movie.
 bool IsPictureName(std::string_view name);
 
 /// A file's full path from an address: the album's root and the link path, decoded. @param linkPath with a leading "/"

@@ -9,9 +9,9 @@
 
 namespace pixmora {
 
-/// Made at website start, when it reads the templates, and dropped at stop. Each operation puts one answer together, hands it to
-/// the socket in one send and returns; the closing is the connection's own. An error that comes out of an operation is
-/// answered by its caller. Operations may turn the message loop, so all state is in their locals.
+/// Made at website start, when it reads the templates, and dropped at stop. Each operation puts one answer together,
+/// hands it to the socket in one send and returns; the closing is the connection's own. An error that comes out of an
+/// operation is answered by its caller. Operations may turn the message loop, so all state is in their locals.
 class clsWebServerCommands {
 public:
     /// Reads the ten templates from htdocs. A missing one is created empty.

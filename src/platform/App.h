@@ -10,8 +10,9 @@ inline constexpr int Major = PIXMORA_VERSION_MAJOR;
 inline constexpr int Minor = PIXMORA_VERSION_MINOR;
 inline constexpr int Revision = PIXMORA_VERSION_REVISION;
 
-/// The program's folder, "\" between parts and none at the end: $PIXMORA_HOME when set, else the executable's folder when it is
-/// writable, else $XDG_DATA_HOME/pixmora. Made when it doesn't exist; read from the environment once, at the first call.
+/// The program's folder, "\" between parts and none at the end: $PIXMORA_HOME when set, else the executable's folder
+/// when it is writable, else $XDG_DATA_HOME/pixmora. Made when it doesn't exist; read from the environment once, at the
+/// first call.
 const std::string &Path();
 /// Chooses another folder, for tests.
 void SetPath(std::string path);
@@ -19,8 +20,8 @@ void SetPath(std::string path);
 /// Copies the shipped htdocs into the program's folder when it holds none. @throws RunTimeError when the copy fails
 void InstallHtdocs();
 
-/// Whether another process of this user has the same program's folder. The first call takes the folder's lock and keeps it for
-/// the life of the process; however a process ends, its lock goes with it.
+/// Whether another process of this user has the same program's folder. The first call takes the folder's lock and keeps
+/// it for the life of the process; however a process ends, its lock goes with it.
 bool PrevInstance();
 
 }  // namespace pixmora::App

@@ -19,8 +19,8 @@ DateTime Now();
 /// Midnight at the start of the present day.
 DateTime Today();
 
-/// Sets the clock for a test and gives it back at the end of the scope. While it is set it stands still, save that a wait for
-/// a moment (WaitUntilTick) moves it to that moment when nothing else is pending.
+/// Sets the clock for a test and gives it back at the end of the scope. While it is set it stands still, save that a
+/// wait for a moment (WaitUntilTick) moves it to that moment when nothing else is pending.
 class ClockSetForTest {
 public:
     explicit ClockSetForTest(Tick tick, DateTime now);

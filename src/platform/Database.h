@@ -32,7 +32,8 @@ DateTime AsDate(const FieldValue &value);
 bool IsNull(const FieldValue &value);
 
 /// A visitor's or owner's text as a literal in single quotes for a statement or criterion.
-/// @throws RunTimeError SyntaxError when the text holds "'": such a text fails the statement and never changes its meaning.
+/// @throws RunTimeError SyntaxError when the text holds "'": such a text fails the statement and never changes its
+/// meaning.
 std::string QuotedText(std::string_view text);
 /// A date literal between "#" signs, in the short form.
 std::string QuotedDate(DateTime date);
@@ -66,8 +67,9 @@ public:
     void AppendField(std::string_view table, const Field &field);
     void DeleteField(std::string_view table, std::string_view field);
 
-    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*` and `?`, ORDER BY, SUM(...) as name, texts in single
-    /// or double quotes, dates between #. Texts compare and sort without regard to ASCII case. @throws RunTimeError
+    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*` and `?`, ORDER BY, SUM(...) as name, texts in
+    /// single or double quotes, dates between #. Texts compare and sort without regard to ASCII case. @throws
+    /// RunTimeError
     std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
 
     /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last
@@ -104,8 +106,9 @@ private:
     bool done_ = false;
 };
 
-/// Rows of a table or statement, with a current row. Opened on the first row, in the order in which rows were added unless the
-/// statement says otherwise. Rows are fetched as they are asked for: opening costs nothing that grows with the table.
+/// Rows of a table or statement, with a current row. Opened on the first row, in the order in which rows were added
+/// unless the statement says otherwise. Rows are fetched as they are asked for: opening costs nothing that grows with
+/// the table.
 class Recordset {
 public:
     ~Recordset();
@@ -122,8 +125,8 @@ public:
     /// Moves on from the current row. @param rows 0 or more
     void Move(std::int64_t rows);
 
-    /// Goes to the first row that meets the criteria, or the next one behind the current row; NoMatch tells the outcome. With no
-    /// match the current row stays.
+    /// Goes to the first row that meets the criteria, or the next one behind the current row; NoMatch tells the
+    /// outcome. With no match the current row stays.
     void FindFirst(std::string_view criteria);
     void FindNext(std::string_view criteria);
     bool NoMatch() const;

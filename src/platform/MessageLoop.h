@@ -13,11 +13,13 @@ namespace pixmora {
 /// Runs the pending events and comes back.
 void DoEvents();
 
-/// Sleeps in the loop until something has happened or the moment has come, whichever is first; other handlers run inside it.
-/// Never spins the processor. With a clock set by a test and nothing pending, the clock moves to the moment at once.
+/// Sleeps in the loop until something has happened or the moment has come, whichever is first; other handlers run
+/// inside it. Never spins the processor. With a clock set by a test and nothing pending, the clock moves to the moment
+/// at once.
 void WaitUntilTick(Tick moment);
 
-/// Sleeps without running any event. @param ms milliseconds. Returns at once when a test has set the clock (and moves it).
+/// Sleeps without running any event. @param ms milliseconds. Returns at once when a test has set the clock (and moves
+/// it).
 void SleepBlocking(int ms);
 
 /// Runs the loop until QuitMessageLoop; gives the exit status passed there.
@@ -27,8 +29,8 @@ void QuitMessageLoop(int exitStatus);
 /// Runs an event's handler. A RunTimeError that comes out of it goes to the handler set below; nothing else is caught.
 void RunEventHandler(const std::function<void()> &handler);
 
-/// What is done with an error that no handler caught. The program shows the message and ends the process with status 70,
-/// which is also what happens when none is set.
+/// What is done with an error that no handler caught. The program shows the message and ends the process with status
+/// 70, which is also what happens when none is set.
 void SetUnhandledErrorHandler(std::function<void(const RunTimeError &)> handler);
 
 /// A timer of the run time: repeats while enabled. Disabled when made.

@@ -15,8 +15,8 @@ struct MovieFacts {
     std::int64_t LengthMs = 0;
 };
 
-/// Opens, reads and closes the file (AVI, MPEG, QuickTime and their kin, told by content from a closed list, local file only).
-/// Bounded: reads a limited part of the file and gives up after half a second. Never throws.
+/// Opens, reads and closes the file (AVI, MPEG, QuickTime and their kin, told by content from a closed list, local file
+/// only). Bounded: reads a limited part of the file and gives up after half a second. Never throws.
 MovieFacts ReadMovieFacts(std::string_view path);
 
 }  // namespace pixmora

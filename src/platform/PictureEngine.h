@@ -7,8 +7,8 @@
 
 namespace pixmora {
 
-/// One picture in memory. JPEG, GIF (its first image) and BMP, told by content. Load reads the header only; the decode happens
-/// once, in Save, at the size wanted. A photograph's Exif orientation is applied, so that it stands upright.
+/// One picture in memory. JPEG, GIF (its first image) and BMP, told by content. Load reads the header only; the decode
+/// happens once, in Save, at the size wanted. A photograph's Exif orientation is applied, so that it stands upright.
 class PictureEngine {
 public:
     PictureEngine();
@@ -19,12 +19,13 @@ public:
     std::int32_t Width() const;   ///< pixels; 0 with no picture
     std::int32_t Height() const;  ///< pixels; 0 with no picture
 
-    /// Replaces what is held. `success` is non-zero when the file is a picture that can be read. A header that shows more than
-    /// 250 megapixels, or more than 50 in a progressive JPEG, counts as unreadable. @param zero not used
+    /// Replaces what is held. `success` is non-zero when the file is a picture that can be read. A header that shows
+    /// more than 250 megapixels, or more than 50 in a progressive JPEG, counts as unreadable. @param zero not used
     void Load(std::string_view path, std::int32_t zero, std::int32_t &success);
 
-    /// Writes a JPEG, replacing the file as a whole. @param flags low bits the file type, 3 (or 0) meaning JPEG; bits from 12 up
-    /// the quality in percent, 0 the default of 75. @throws RunTimeError PictureError when it can't be decoded or written
+    /// Writes a JPEG, replacing the file as a whole. @param flags low bits the file type, 3 (or 0) meaning JPEG; bits
+    /// from 12 up the quality in percent, 0 the default of 75. @throws RunTimeError PictureError when it can't be
+    /// decoded or written
     void Save(std::string_view path, std::int32_t flags, std::int32_t &success);
 
     /// Scales to the width, keeping the proportions. @param height and @param mode always 0

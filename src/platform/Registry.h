@@ -16,9 +16,9 @@ enum class Root { CurrentUser, LocalMachine };
 /// A string, or a double word.
 using Value = std::variant<std::string, std::int64_t>;
 
-/// Key and value names compare without regard to ASCII case; a key's path has its parts separated by "\", and the spelling of
-/// the first writer stays. Every write is on the disk, whole, when the call returns. Another process's changes are seen at the
-/// next call.
+/// Key and value names compare without regard to ASCII case; a key's path has its parts separated by "\", and the
+/// spelling of the first writer stays. Every write is on the disk, whole, when the call returns. Another process's
+/// changes are seen at the next call.
 
 bool KeyExists(Root root, std::string_view path);
 void CreateKey(Root root, std::string_view path);
@@ -42,8 +42,8 @@ void SetFilePath(std::string path);
 
 namespace pixmora {
 
-/// The run time's settings, values of the current user's tree below "Software\VB and VBA Program Settings", application,
-/// section. Every value is text.
+/// The run time's settings, values of the current user's tree below "Software\VB and VBA Program Settings",
+/// application, section. Every value is text.
 std::string GetSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view fallback);
 void SaveSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view value);
 /// Removes one value; an absent one is no error.

@@ -24,15 +24,15 @@ enum class ErrorNumber : int {
     MethodNotFound = 438,
     WrongNumberOfArguments = 450,
     NoCurrentRecord = 3021,
-    DatabaseError = 3000,   ///< the engine refused; its own words are the message
-    SyntaxError = 3075,     ///< a statement or criterion that can't be read
-    ItemNotFound = 3265,    ///< no such table or field
-    AddressInUse = 10048,   ///< Listen on a port that another program holds
-    PictureError = 32000,   ///< the picture engine could not do its work
+    DatabaseError = 3000,  ///< the engine refused; its own words are the message
+    SyntaxError = 3075,    ///< a statement or criterion that can't be read
+    ItemNotFound = 3265,   ///< no such table or field
+    AddressInUse = 10048,  ///< Listen on a port that another program holds
+    PictureError = 32000,  ///< the picture engine could not do its work
 };
 
-/// An error of the run time. A request's handler turns it into the failure answer; one that reaches an event's guard ends
-/// the process (see MessageLoop.h).
+/// An error of the run time. A request's handler turns it into the failure answer; one that reaches an event's guard
+/// ends the process (see MessageLoop.h).
 class RunTimeError : public std::exception {
 public:
     /// With the run time's own message for the number ("Subscript out of range").

@@ -7,8 +7,8 @@
 
 namespace pixmora {
 
-/// Every occurrence of `from` replaced, case-sensitively and without looking at what was put in. An empty `from` changes
-/// nothing.
+/// Every occurrence of `from` replaced, case-sensitively and without looking at what was put in. An empty `from`
+/// changes nothing.
 std::string Replace(std::string text, std::string_view from, std::string_view to);
 
 /// The pieces between the delimiters, empty ones included. An empty text gives no piece at all, as the run time has it.
@@ -37,13 +37,13 @@ std::string CutAtNul(std::string_view text);
 /// `count` times the text; none for 0 and below.
 std::string RepeatString(std::string_view text, int count);
 
-/// Wildcard match of the run time's Like, binary compare: `*` any run, `?` one character, `#` one digit, `[a-z]` and `[!a-z]`
-/// character lists. Takes time in proportion to text times pattern at the worst.
+/// Wildcard match of the run time's Like, binary compare: `*` any run, `?` one character, `#` one digit, `[a-z]` and
+/// `[!a-z]` character lists. Takes time in proportion to text times pattern at the worst.
 /// @throws RunTimeError InvalidPattern for a list that is never closed and for a range that runs backwards.
 bool Like(std::string_view text, std::string_view pattern);
 
-/// The shell's path match: semicolon-separated wildcards of `*` and `?`, blanks around each ignored, without regard to case.
-/// An empty list entry matches nothing.
+/// The shell's path match: semicolon-separated wildcards of `*` and `?`, blanks around each ignored, without regard to
+/// case. An empty list entry matches nothing.
 bool PathMatchSpec(std::string_view name, std::string_view patterns);
 
 }  // namespace pixmora

@@ -32,7 +32,8 @@ public:
     int Index = 0;    ///< place in a control array, for the owner
     std::string Tag;  ///< free text of the owner
 
-    /// A connection waits to be accepted; `requestId` is its descriptor. One that no element accepts in the handler is closed.
+    /// A connection waits to be accepted; `requestId` is its descriptor. One that no element accepts in the handler is
+    /// closed.
     std::function<void(int requestId)> OnConnectionRequest;
     std::function<void()> OnConnect;
     /// Bytes have arrived; GetData fetches them. Comes again only for further bytes.
@@ -40,8 +41,8 @@ public:
     /// The send buffer has emptied into the network. Once for each emptying, always from the loop and never from inside
     /// SendData, also while another handler of this element waits in DoEvents.
     std::function<void()> OnSendComplete;
-    /// The peer has ended its sending. Held back while a handler of this element is on the stack or bytes wait to be sent, so
-    /// that a half-closed client still gets its answer.
+    /// The peer has ended its sending. Held back while a handler of this element is on the stack or bytes wait to be
+    /// sent, so that a half-closed client still gets its answer.
     std::function<void()> OnClose;
     /// A failed connect, read or write. The element is in state Error. @param number errno; @param description its text
     std::function<void(int number, const std::string &description)> OnError;
@@ -51,8 +52,8 @@ public:
     /// Port to listen on, 0 to 65535; after Listen the port in use (which tells what a 0 became).
     int LocalPort() const;
     void SetLocalPort(int port);
-    /// On all of the machine's IPv4 addresses. Accepting pauses while the process has no descriptors left and goes on when one
-    /// is closed. @throws RunTimeError AddressInUse when another program holds the port, PermissionDenied
+    /// On all of the machine's IPv4 addresses. Accepting pauses while the process has no descriptors left and goes on
+    /// when one is closed. @throws RunTimeError AddressInUse when another program holds the port, PermissionDenied
     void Listen();
     /// Takes a pending connection. @param requestId from OnConnectionRequest. On failure the state stays Closed.
     void Accept(int requestId);
@@ -75,8 +76,8 @@ public:
     /// Everything that has arrived and was not fetched yet.
     std::string GetData();
 
-    /// Closes; on a closed element it does nothing. What the network has taken is still delivered; what has not is dropped.
-    /// No event comes after it.
+    /// Closes; on a closed element it does nothing. What the network has taken is still delivered; what has not is
+    /// dropped. No event comes after it.
     void Close();
 
 private:

@@ -31,11 +31,12 @@ bool IsAlbumNumber(std::int32_t number);
 /// The album's number by its name, from the settings. @throws RunTimeError TypeMismatch when it has none
 std::int32_t AlbumNumberByName(std::string_view albumName);
 
-/// A new album from its row of the Albums table, not scanned. @throws RunTimeError NoCurrentRecord when there is no such row
+/// A new album from its row of the Albums table, not scanned. @throws RunTimeError NoCurrentRecord when there is no
+/// such row
 AlbumPointer LoadAlbum(std::string_view albumName, std::int16_t id);
 
-/// Makes the album's media table and fills it with its pictures, counts and sizes its files and dates it by the newest. Turns the
-/// message loop once a folder. Files of protected folders are left out.
+/// Makes the album's media table and fills it with its pictures, counts and sizes its files and dates it by the newest.
+/// Turns the message loop once a folder. Files of protected folders are left out.
 void ScanAlbum(clsAlbum &album);
 
 }  // namespace pixmora

@@ -7,8 +7,8 @@
 
 namespace pixmora {
 
-/// In a stored directory an apostrophe stands as "%34". The mark belongs to statements alone: no directory on the disk has it
-/// and no decoding may see it.
+/// In a stored directory an apostrophe stands as "%34". The mark belongs to statements alone: no directory on the disk
+/// has it and no decoding may see it.
 std::string ProtectionKey(std::string_view directory);
 
 /// Whether a pattern of gRestrictedWords matches; case counts. An empty name never does.
@@ -19,7 +19,8 @@ bool IsRestrictedName(std::string_view name);
 /// @throws RunTimeError SubscriptOutOfRange for an album that isn't there
 bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory);
 
-/// Whether the user may see a protected directory: administrators all, others those that have a row of their own, exactly.
+/// Whether the user may see a protected directory: administrators all, others those that have a row of their own,
+/// exactly.
 /// @param directory plain; @param message why not, for the visitor; empty when nobody is logged in
 /// @throws RunTimeError SyntaxError when a text holds an apostrophe
 bool CanViewDir(std::string_view user, std::int32_t album, std::string_view directory, std::string &message);

@@ -51,15 +51,15 @@ extern std::string gAuthor;
 extern std::string gSiteDescription;
 extern std::string gWelcomeText;
 extern std::int32_t gFilesPerRow;
-extern std::int32_t gFilesPerPage;    ///< 0: no paging
-extern std::int32_t gThumbSize;       ///< pixels of width
-extern std::int32_t gPreviewSize;     ///< pixels of width
-extern std::int32_t gSlideshowSize;   ///< pixels of width
-extern std::int32_t gThumbQuality;    ///< flag value: percent times 4096
-extern std::int32_t gPreviewQuality;  ///< flag value
+extern std::int32_t gFilesPerPage;      ///< 0: no paging
+extern std::int32_t gThumbSize;         ///< pixels of width
+extern std::int32_t gPreviewSize;       ///< pixels of width
+extern std::int32_t gSlideshowSize;     ///< pixels of width
+extern std::int32_t gThumbQuality;      ///< flag value: percent times 4096
+extern std::int32_t gPreviewQuality;    ///< flag value
 extern std::int32_t gSlideshowQuality;  ///< flag value
-extern std::int32_t gSortMethod;      ///< of subdirectories: 0 name, 1 date, 2 the owner's order
-extern std::int32_t gSortOrder;       ///< 0 ascending, 1 descending
+extern std::int32_t gSortMethod;        ///< of subdirectories: 0 name, 1 date, 2 the owner's order
+extern std::int32_t gSortOrder;         ///< 0 ascending, 1 descending
 
 extern Tick gLastConversionTick;  ///< when the last picture conversion began or ended
 extern Tick gLastCaptureTick;     ///< when the webcam last gave a still

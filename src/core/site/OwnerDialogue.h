@@ -24,18 +24,21 @@ public:
     virtual void OpenInBrowser(const std::string &url) = 0;
     /// The main window's status and figures are to be drawn anew.
     virtual void WebsiteStatusChanged() = 0;
+    /// The display of the running figures is to be started or stopped.
+    virtual void SetFiguresRunning(bool) {}
     /// Opens the setup dialog and returns when it is closed.
     virtual void ShowSetup() = 0;
 };
 
-/// Installs the dialogue, owned by the caller, for the life of the process. None installed: messages are dropped and questions
-/// take their No.
+/// Installs the dialogue, owned by the caller, for the life of the process. None installed: messages are dropped and
+/// questions take their No.
 void SetOwnerDialogue(OwnerDialogue *dialogue);
 
 int ShowMessageBox(const std::string &text, int flags);
 void ShowHelpBalloon(const std::string &title, const std::string &text);
 void OpenInBrowser(const std::string &url);
 void WebsiteStatusChanged();
+void SetFiguresRunning(bool running);
 void ShowSetup();
 
 }  // namespace pixmora

@@ -11,11 +11,13 @@ namespace pixmora {
 /// Arguments of an address, 0-based.
 using Arguments = std::vector<std::string>;
 
-/// Percent decoder with the program's own symbols, in this order: "%XX" until no "%" is left (so a decoded "%" is decoded
-/// again), "+" and "**" to a blank, "*" to "&". @throws RunTimeError TypeMismatch for an escape that isn't hexadecimal
+/// Percent decoder with the program's own symbols, in this order: "%XX" until no "%" is left (so a decoded "%" is
+/// decoded again), "+" and "**" to a blank, "*" to "&". @throws RunTimeError TypeMismatch for an escape that isn't
+/// hexadecimal
 std::string DecodeQuery(std::string text);
 
-/// A file or directory name made fit for a link: "&", "+", "#" and "%" as tokens that survive the query's decoding, a blank as
+/// A file or directory name made fit for a link: "&", "+", "#" and "%" as tokens that survive the query's decoding, a
+/// blank as
 /// "%20". Nothing else changes.
 std::string EncodeLinkPart(std::string_view text);
 
@@ -44,7 +46,7 @@ std::string GetVisitorPageName(std::string_view head, const std::vector<std::str
 
 /// A request's target taken apart.
 struct Target {
-    std::string Name;      ///< operation's name without "gen"
+    std::string Name;       ///< operation's name without "gen"
     bool HasQuery = false;  ///< a "?" was there: the operation takes arguments
     Arguments Args;
 };

@@ -21,14 +21,15 @@ struct clsVisitor {
 /// One counted download or visit: while it lives, the same request from the same address isn't counted again.
 struct clsDownloadCookie {
     std::string IP;
-    Tick CookieTime = 0;            ///< when it was made
+    Tick CookieTime = 0;  ///< when it was made
     std::int32_t AlbumNumber = 0;
-    std::string FilePath;           ///< full path of a file, or a directory below the album's root
+    std::string FilePath;  ///< full path of a file, or a directory below the album's root
 };
 
 /// The record of one movie transfer, by its connection's index.
 ///
-///     idle (FileSize 0) -- genShowMovie --> running -- last chunk, sweep after 20 s without a chunk, StopWebsite --> idle
+///     idle (FileSize 0) -- genShowMovie --> running -- last chunk, sweep after 20 s without a chunk, StopWebsite -->
+///     idle
 struct SendState {
     std::shared_ptr<BinaryFile> FileNumber;  ///< the open file; kept also by an empty movie, which nothing closes
     std::string FilePath;                    ///< full path
@@ -37,7 +38,8 @@ struct SendState {
     Tick LastSendTick = 0;                   ///< of the last chunk
 };
 
-/// Adds a cookie for this visitor, album and path unless one is alive. @return whether it was added, so that this one counts
+/// Adds a cookie for this visitor, album and path unless one is alive. @return whether it was added, so that this one
+/// counts
 bool AddDownloadCookie(const std::string &ip, std::int32_t album, const std::string &path);
 
 }  // namespace pixmora

@@ -1,0 +1,69 @@
+// The website's one-minute heartbeat.
+#include "core/Sweep.h"
+
+#include <string>
+
+#include "core/site/Globals.h"
+#include "core/site/Transfers.h"
+#include "core/site/frmSystray.h"
+#include "outside/CentralService.h"
+#include "platform/Numbers.h"
+#include "store/Settings.h"
+#include "store/Statistics.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr Tick idleLimit = 600000;
+constexpr Tick cookieLifetime = 600000;
+constexpr Tick stallLimit = 20000;
+
+/// Whether more than the limit has gone since the tick. Sums that leave the range are the run time's overflow, as the
+/// tick count wraps after some 24.9 days and nothing allows for it.
+bool IsOlderThan(Tick tick, Tick limit) {
+    return AddLong(tick, limit) < GetTickCount();
+}
+
+}  // namespace
+
+void HandleConnectionsTick() {
+    SaveSetting("Website", "LastOnline", DateText(Now()));
+    SaveSetting("Website", "Address", gWebsiteAddress);
+    RecordStat(static_cast<std::int16_t>(Stat::RunningTime), NoAlbum, 1);
+    std::string &countdown = gSystray->tmrConnections.Tag;
+    countdown = std::to_string(CLng(countdown) - 1);
+    if (countdown == "0") {
+        countdown = TicksBetweenReports;
+        SendPing();
+    }
+    SweepVisitors();
+    SweepDownloadCookies();
+    SweepTransfers();
+    // What a power cut could take is thus a minute of counts at most.
+    gDatabase->Checkpoint();
+}
+
+void SweepVisitors() {
+    std::erase_if(gVisitors, [](const clsVisitor &visitor) {
+        const bool isIdle = IsOlderThan(visitor.LastTime, idleLimit);
+        if (isIdle) --gVisitorsActive;
+        return isIdle;
+    });
+}
+
+void SweepDownloadCookies() {
+    std::erase_if(gDownloadCookies,
+                  [](const clsDownloadCookie &cookie) { return IsOlderThan(cookie.CookieTime, cookieLifetime); });
+}
+
+void SweepTransfers() {
+    for (int index = 0; index <= HighestSendIndex; ++index) {
+        const SendState &state = gSendStates[static_cast<std::size_t>(index)];
+        if (state.FileSize <= 0 || !IsOlderThan(state.LastSendTick, stallLimit)) continue;
+        ClearTransfer(index);
+        if (const Connection element = gSystray->wnskConnect.Item(index)) element->Close();
+    }
+}
+
+}  // namespace pixmora

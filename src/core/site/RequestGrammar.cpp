@@ -1,0 +1,191 @@
+// The grammar of requests and links.
+#include "core/site/RequestGrammar.h"
+
+#include <cctype>
+
+#include "platform/Numbers.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+
+namespace pixmora {
+
+namespace {
+
+struct LinkToken {
+    std::string_view Character;
+    std::string_view Token;
+};
+
+// The percent sign has a token too: as an escape it would not survive the decoding of the query, which leaves no "%" at
+// all.
+constexpr LinkToken linkTokens[] = {
+    {"%", "<percent>num<percent>"},
+    {"&", "<amp>and<amp>"},
+    {"+", "<plus>and<plus>"},
+    {"#", "<pound>num<pound>"},
+};
+
+int HexadecimalDigit(char digit) {
+    if (!std::isxdigit(static_cast<unsigned char>(digit))) throw RunTimeError(ErrorNumber::TypeMismatch);
+    if (std::isdigit(static_cast<unsigned char>(digit))) return digit - '0';
+    return std::tolower(static_cast<unsigned char>(digit)) - 'a' + 10;
+}
+
+/// The character of an escape: one or two digits, the second missing only at the text's end.
+char EscapedCharacter(std::string_view digits) {
+    if (digits.empty()) throw RunTimeError(ErrorNumber::TypeMismatch);
+    int code = 0;
+    for (const char digit : digits) code = code * 16 + HexadecimalDigit(digit);
+    return static_cast<char>(code);
+}
+
+void ReplaceFrom(std::string &text, std::size_t position, const std::string &from, char to) {
+    while ((position = text.find(from, position)) != std::string::npos) text.replace(position++, from.size(), 1, to);
+}
+
+std::string WithoutLineEnds(std::string_view text) {
+    return Replace(Replace(std::string(text), "\r", ""), "\n", "");
+}
+
+const std::string &Piece(const Arguments &pieces, std::size_t index) {
+    if (index >= pieces.size()) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    return pieces[index];
+}
+
+std::string AlbumPageName(const std::string &target, const std::vector<std::string> &albumNames) {
+    const Arguments pieces = Split(std::string_view(target).substr(target.find('?') + 1), "&");
+    if (pieces.size() < 3) return {};
+    const auto number = static_cast<std::size_t>(CInt(pieces[0]));
+    if (number > albumNames.size() || number < 1) return {};
+    std::string name = "Album: " + albumNames[number - 1];
+    const std::size_t start = FirstDirectoryIndex(pieces[1]);
+    if (pieces.size() <= start) return name;
+    name += ", Dir: ";
+    for (std::size_t i = start; i < pieces.size(); ++i) {
+        if (!pieces[i].empty()) name += DecodeQuery(pieces[i]) + " > ";
+    }
+    if (name.ends_with(" > ")) name.resize(name.size() - 3);
+    return name;
+}
+
+bool IsPartOfAPage(const std::string &target) {
+    constexpr std::string_view parts[] = {"ShowGraphic",     "ShowPicture",    "Border",          "ShowAlbumTop",
+                                          "ShowAlbumBottom", "ShowAlbumMedia", "ShowAlbumDirList"};
+    if (target == "Blank") return true;
+    for (const std::string_view part : parts) {
+        if (Contains(target, part)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+std::string DecodeQuery(std::string text) {
+    std::size_t position = 0;
+    while ((position = text.find('%', position)) != std::string::npos) {
+        const std::string escape = text.substr(position, 3);
+        ReplaceFrom(text, position, escape, EscapedCharacter(std::string_view(escape).substr(1)));
+    }
+    return Replace(Replace(Replace(std::move(text), "+", " "), "**", " "), "*", "&");
+}
+
+std::string EncodeLinkPart(std::string_view text) {
+    std::string encoded(text);
+    for (const LinkToken &token : linkTokens) encoded = Replace(std::move(encoded), token.Character, token.Token);
+    return Replace(std::move(encoded), " ", "%20");
+}
+
+std::string DecodeLinkPart(std::string_view text) {
+    return DecodeLinkTokens(DecodeQuery(std::string(text)));
+}
+
+std::string DecodeLinkTokens(std::string text) {
+    for (const LinkToken &token : linkTokens) text = Replace(std::move(text), token.Token, token.Character);
+    return text;
+}
+
+std::string FileDisplayName(std::string_view name) {
+    const std::string text = Replace(std::string(name), "_", " ");
+    return text.substr(0, text.rfind('.'));
+}
+
+std::string GetCookieUsername(std::string_view head) {
+    constexpr std::string_view header = "Cookie: ";
+    const std::size_t start = head.find(header);
+    if (start == std::string_view::npos) return {};
+    head.remove_prefix(start + header.size());
+    // Deliberate: other headers that follow are swallowed into the last piece.
+    for (const std::string &cookie : Split(head.substr(0, head.find("\r\n\r\n")), ";")) {
+        const Arguments sides = Split(cookie, "=");
+        if (!sides.empty() && Trim(sides[0]) == "ms_username") return Piece(sides, 1);
+    }
+    return {};
+}
+
+std::string GetRequestMethod(std::string_view head) {
+    const std::size_t blank = head.find(' ');
+    return blank == std::string_view::npos ? std::string() : std::string(head.substr(0, blank));
+}
+
+std::optional<std::string> GetRequestTarget(std::string_view head) {
+    const std::size_t first = head.find(' ');
+    if (first == std::string_view::npos) return std::nullopt;
+    const std::size_t second = head.find(' ', first + 1);
+    if (second == std::string_view::npos) return std::nullopt;
+    const std::size_t start = first + 2;  // the "/" is dropped unlooked-at
+    if (start >= second) return std::string();
+    return Trim(head.substr(start, second - start));
+}
+
+std::string GetVisitorPageName(std::string_view head, const std::vector<std::string> &albumNames) {
+    const std::optional<std::string> target = GetRequestTarget(head);
+    if (!target || IsPartOfAPage(*target)) return {};
+    if (target->empty() || EqualsIgnoreCase(*target, "Index")) return "Home Page";
+    if (Contains(*target, "ShowPopular")) return "Most Popular";
+    if (Contains(*target, "ShowAlbum?")) {
+        try {
+            return AlbumPageName(*target, albumNames);
+        } catch (const RunTimeError &) {
+            return {};
+        }
+    }
+    if (*target == "ShowHelp") return "Help";
+    if (*target == "ShowStats") return "Statistics";
+    return {};
+}
+
+Target ParseTarget(std::string target) {
+    if (target.empty()) target = "Index";
+    const std::size_t mark = target.find('?');
+    if (mark == std::string::npos) return {Replace(std::move(target), ".", ""), false, {}};
+    std::string query = DecodeQuery(target.substr(mark + 1));
+    if (query.ends_with('&')) query.pop_back();
+    return {target.substr(0, mark), true, Split(query, "&")};
+}
+
+std::size_t FirstDirectoryIndex(std::string_view view) {
+    return view == "slideshow" ? 6 : 3;
+}
+
+LoginForm ParseLoginForm(std::string_view request) {
+    const std::size_t blankLine = request.find("\r\n\r\n");
+    const std::string body = blankLine == std::string_view::npos ? "" : WithoutLineEnds(request.substr(blankLine + 4));
+    LoginForm form;
+    for (const std::string &field : Split(body, "&")) {
+        const Arguments sides = Split(field, "=");
+        const std::string &value = Piece(sides, 1);
+        if (sides[0] == "username") form.Username = value;
+        if (sides[0] == "password") form.Password = value;
+        // The names stay in link form, since an "&" in one must not split the address that the visitor is taken on to.
+        if (sides[0] == "args") form.ArgText = DecodeQuery(value);
+    }
+    Piece(Split(form.ArgText, "&"), 1);
+    form.Args = Split(Replace(form.ArgText, "+", "%20"), "&");
+    return form;
+}
+
+bool IsLoginAddress(const Arguments &args) {
+    return args.size() >= 3 && IsNumeric(args[0]) && !args[1].empty() && IsNumeric(args[2]);
+}
+
+}  // namespace pixmora

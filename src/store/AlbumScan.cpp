@@ -1,0 +1,110 @@
+// The scan of an album's files at website start.
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/MessageLoop.h"
+#include "platform/Text.h"
+#include "store/Catalogue.h"
+#include "store/Globals.h"
+#include "store/Popularity.h"
+#include "store/Protection.h"
+#include "store/Schema.h"
+
+namespace pixmora {
+
+namespace {
+
+using Identity = std::pair<std::uint64_t, std::uint64_t>;
+
+class AlbumScan {
+public:
+    explicit AlbumScan(clsAlbum &album) : album_(album) {}
+
+    void Run() {
+        DropMediaList(album_.ID);
+        CreateMediaList(album_.ID);
+        Transaction transaction(*gDatabase);
+        mediaList_ = gDatabase->OpenRecordset("MediaList" + std::to_string(album_.ID), RecordsetType::Dynaset);
+        ScanDirectory(album_.Directory);
+        mediaList_->Close();
+        transaction.Commit();
+        album_.PictureCount = pictureCount_;
+        album_.PictureSize = pictureSize_;
+        album_.MovieCount = movieCount_;
+        album_.MovieSize = movieSize_;
+        album_.DateUpdated = DateText(AddDays(today_, -days_));
+    }
+
+private:
+    void ScanDirectory(const std::string &path) {
+        DoEvents();
+        const Directory directory(path);
+        if (!directory.IsReadable()) return;
+        open_.push_back(IdentityOf(GetFileFacts(path)));
+        const std::string relativePath = RelativePath(path);
+        const bool isProtected = IsProtectedDir(album_.ID, LastPathPart(path), relativePath);
+        for (const DirectoryEntry &entry : directory.Entries()) {
+            if (entry.IsDirectory && entry.Name.starts_with('.')) {
+                NoteAge(directory.Facts(entry).CreationTime);
+            } else if (entry.IsDirectory) {
+                const bool isWanted = !isProtected && album_.SubDirectories != 0;
+                if (isWanted && !IsOpen(directory.Facts(entry))) ScanDirectory(path + "\\" + entry.Name);
+            } else if (!isProtected) {
+                ScanFile(directory, entry, path);
+            }
+        }
+        open_.pop_back();
+    }
+
+    void ScanFile(const Directory &directory, const DirectoryEntry &entry, const std::string &path) {
+        if (album_.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) {
+            const FileFacts facts = directory.Facts(entry);
+            ++pictureCount_;
+            pictureSize_ += static_cast<double>(facts.Size);
+            NoteAge(facts.LastWriteTime);
+            mediaList_->AddNew();
+            mediaList_->Set("AlbumName", album_.Name);
+            mediaList_->Set("FilePath", (path + "\\" + entry.Name).substr(album_.Directory.size()));
+            mediaList_->Update();
+        }
+        if (album_.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) {
+            const FileFacts facts = directory.Facts(entry);
+            ++movieCount_;
+            movieSize_ += static_cast<double>(facts.Size);
+            NoteAge(facts.LastWriteTime);
+        }
+    }
+
+    std::string RelativePath(const std::string &path) const {
+        const std::string relativePath = path.substr(album_.Directory.size());
+        return relativePath.empty() ? "\\" : relativePath;
+    }
+
+    void NoteAge(DateTime date) { days_ = std::min(days_, DateDiffDays(date, today_)); }
+
+    static Identity IdentityOf(const FileFacts &facts) { return {facts.Device, facts.Inode}; }
+
+    /// Whether the folder is one of those being scanned: a link to a folder above itself would never end.
+    bool IsOpen(const FileFacts &facts) const { return std::ranges::find(open_, IdentityOf(facts)) != open_.end(); }
+
+    clsAlbum &album_;
+    const DateTime today_ = Today();
+    std::unique_ptr<Recordset> mediaList_;
+    std::vector<Identity> open_;  ///< the folders from the root to the present one
+    std::int32_t pictureCount_ = 0;
+    double pictureSize_ = 0;
+    std::int32_t movieCount_ = 0;
+    double movieSize_ = 0;
+    int days_ = 32000;  ///< since the newest entry
+};
+
+}  // namespace
+
+void ScanAlbum(clsAlbum &album) {
+    AlbumScan(album).Run();
+}
+
+}  // namespace pixmora

@@ -1,0 +1,75 @@
+// Who may see which directory.
+#include "store/Protection.h"
+
+#include <vector>
+
+#include "platform/Text.h"
+#include "store/Catalogue.h"
+#include "store/Globals.h"
+
+namespace pixmora {
+
+namespace {
+
+bool HasRows(const std::string &statement) {
+    return !gDatabase->OpenRecordset(statement, RecordsetType::Snapshot)->Eof();
+}
+
+/// The album's root and each level down to the directory itself: "\a\b" gives "\", "\a", "\a\b".
+std::vector<std::string> DirectoryPrefixes(std::string_view directory) {
+    const std::vector<std::string> parts = Split(directory, "\\");
+    std::vector<std::string> prefixes;
+    std::string prefix;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (i > 0) prefix += "\\" + parts[i];
+        prefixes.push_back(prefix.empty() ? "\\" : prefix);
+    }
+    return prefixes;
+}
+
+std::string RightsStatement(const std::string &albumName, std::string_view directory) {
+    return "SELECT * FROM PrivateDirs WHERE AlbumName=" + QuotedText(albumName) +
+           " and SubDir=" + QuotedText(ProtectionKey(directory));
+}
+
+}  // namespace
+
+std::string ProtectionKey(std::string_view directory) {
+    return Replace(std::string(directory), "'", "%34");
+}
+
+bool IsRestrictedName(std::string_view name) {
+    if (name.empty()) return false;
+    for (const std::string &pattern : gRestrictedWords) {
+        if (Like(name, pattern)) return true;
+    }
+    return false;
+}
+
+bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory) {
+    const std::string albumName = AlbumByNumber(album)->Name;
+    for (const std::string &prefix : DirectoryPrefixes(directory)) {
+        if (HasRows(RightsStatement(albumName, prefix))) return true;
+    }
+    return IsRestrictedName(name);
+}
+
+bool CanViewDir(std::string_view user, std::int32_t album, std::string_view directory, std::string &message) {
+    message.clear();
+    if (user.empty()) return false;
+    const auto account =
+        gDatabase->OpenRecordset("SELECT Admin FROM Users WHERE Username=" + QuotedText(user), RecordsetType::Snapshot);
+    if (account->Eof()) {
+        message = "You are logged in as an invalid user!";
+        return false;
+    }
+    const FieldValue isAdministrator = account->Value("Admin");
+    if (!IsNull(isAdministrator) && AsBoolean(isAdministrator)) return true;
+    // Deliberate: a right reaches exactly the directory that it was given for, nothing below it.
+    if (HasRows(RightsStatement(AlbumByNumber(album)->Name, directory) + " and Username=" + QuotedText(user)))
+        return true;
+    message = "Login is correct but you do not have permission to view this directory!";
+    return false;
+}
+
+}  // namespace pixmora
