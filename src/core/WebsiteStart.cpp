@@ -1,0 +1,183 @@
+// The website's start.
+#include "core/WebsiteStart.h"
+
+#include <cstdint>
+#include <vector>
+
+#include "core/SiteSettings.h"
+#include "core/Sweep.h"
+#include "core/WebsiteStop.h"
+#include "core/site/Globals.h"
+#include "core/site/OwnerDialogue.h"
+#include "core/site/Transfers.h"
+#include "core/site/frmSystray.h"
+#include "outside/Address.h"
+#include "outside/CentralService.h"
+#include "pages/clsWebServerCommands.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "store/Catalogue.h"
+#include "store/Popularity.h"
+#include "store/Schema.h"
+#include "store/Settings.h"
+#include "store/Statistics.h"
+#include "webcam/modWebCam.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr double pauseSeconds = 0.5;
+constexpr int popularDirsPerRow = 5;
+
+class StartSequence {
+public:
+    explicit StartSequence(StartView &view) : view_(view) {}
+
+    void Run() {
+        if (PreparePort() && LoadSettings() && LoadAlbums() && GoOnline()) {
+            ShowLive();
+        } else {
+            StopWebsite(false);
+            view_.ShowStatus("Pixmora! Stopped!");
+            view_.ShowStopped();
+        }
+    }
+
+private:
+    bool PreparePort() {
+        names_ = GetAlbumNames(count_);
+        if (names_.empty()) {
+            const int answer = ShowMessageBox("You haven't setup any albums! Would you like to set one up now?",
+                                              FlagYesNo | FlagCritical);
+            if (answer == AnswerYes) ShowSetup();
+            return false;
+        }
+        DoEvents();
+        gOnlineTimer->Pause(pauseSeconds);
+        if (view_.Cancelled()) return false;
+        view_.AdvanceProgress();
+        view_.ShowStatus("Opening Ports...");
+        gSystray->wnskListen->Close();
+        gSystray->wnskListen->SetLocalPort(ListenPort());
+        view_.ShowStatus("Checking for News and Updates...");
+        DoEvents();
+        return CheckCentralService(true) && !view_.Cancelled();
+    }
+
+    bool LoadSettings() {
+        gSystray->tmrConnections.Tag = TicksBetweenReports;
+        view_.AdvanceProgress();
+        view_.ShowStatus("Loading Settings...");
+        DoEvents();
+        gOnlineTimer->StartTimer();
+        ClearSessionFigures();
+        ReadTotals();
+        gVisitors.clear();
+        CreateStatsRecent();
+        SetFiguresRunning(true);
+        gSystray->tmrConnections.SetEnabled(true);
+        LoadStyleSheet();
+        LoadSiteTexts();
+        LoadDisplaySettings();
+        StartWebcam();
+        LoadRestrictedWords();
+        for (SendState &state : gSendStates) state.FileSize = 0;
+        return !view_.Cancelled();
+    }
+
+    bool LoadAlbums() {
+        view_.AdvanceProgress();
+        view_.ShowStatus("Loading Albums...");
+        gAlbums.clear();
+        std::int16_t number = 0;
+        for (const std::string &name : names_) {
+            const AlbumPointer album = LoadAlbum(name, ++number);
+            if (!PathExists(album->Directory) && WantsToFix(name)) return false;
+            gAlbums.push_back(album);
+            SaveSetting("AlbumIDs", name, std::to_string(number));
+            ScanAlbum(*album);
+            pictures_ += album->PictureCount;
+            movies_ += album->MovieCount;
+        }
+        SaveSetting("Setup", "NextAlbumID", std::to_string(number + 1));
+        TidyTables();
+        return true;
+    }
+
+    bool GoOnline() {
+        if (GetSettingNumber("Setup", "ListOnline", 0) == 1) {
+            view_.ShowStatus("Listing Online...");
+            view_.AdvanceProgress();
+            SendListing(pictures_, movies_);
+        }
+        gWebServerCommands = std::make_shared<clsWebServerCommands>();
+        // Last of all, so that no request can arrive before everything is in place.
+        if (!Listen()) return false;
+        gDatabase->SetSynchronousFull(false);
+        SaveSetting("Website", "LastOnline", DateText(Now()));
+        SaveSetting("Website", "Address", gWebsiteAddress);
+        InstallAwayMessage();
+        return true;
+    }
+
+    void ShowLive() {
+        view_.AdvanceProgress();
+        view_.ShowStatus("Website Started!");
+        gOnlineTimer->Pause(pauseSeconds);
+        gWebsiteStarted = true;
+        WebsiteStatusChanged();
+        view_.AdvanceProgress();
+        view_.ShowStatus("Your Website is Live!");
+        view_.ShowLive();
+    }
+
+    static void ClearSessionFigures() {
+        gVisitorsActive = 0;
+        gConnectionsSession = 0;
+        gThumbsSession = 0;
+        gDownloadsSession = 0;
+        gBandwidthSession = 0;
+    }
+
+    static bool WantsToFix(const std::string &albumName) {
+        return ShowMessageBox("Your album '" + albumName +
+                                  "' cannot be found! The directory which contains its files has been moved or "
+                                  "deleted.\r\n\r\nWould you like to stop your website and fix your album in Setup?",
+                              FlagYesNo | FlagCritical) == AnswerYes;
+    }
+
+    static void TidyTables() {
+        TidyPopularFiles(GetAlbumDirectory);
+        TidyPopularDirs(gFilesPerRow * popularDirsPerRow, GetAlbumDirectory);
+        PurgeHourly();
+        PurgeDaily();
+    }
+
+    static bool Listen() {
+        try {
+            gSystray->wnskListen->Listen();
+            return true;
+        } catch (const RunTimeError &) {
+            ShowMessageBox("There is another application already listening on port " +
+                               std::to_string(gSystray->wnskListen->LocalPort()) +
+                               "! Please go to Port Setup in Setup and choose another port.",
+                           FlagCritical);
+            return false;
+        }
+    }
+
+    StartView &view_;
+    std::vector<std::string> names_;
+    std::int32_t count_ = 0;
+    std::int32_t pictures_ = 0;
+    std::int32_t movies_ = 0;
+};
+
+}  // namespace
+
+void RunStartSequence(StartView &view) {
+    StartSequence(view).Run();
+}
+
+}  // namespace pixmora

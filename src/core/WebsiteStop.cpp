@@ -1,0 +1,64 @@
+// The website's stop.
+#include "core/WebsiteStop.h"
+
+#include "core/SiteSettings.h"
+#include "core/site/Globals.h"
+#include "core/site/OwnerDialogue.h"
+#include "core/site/Transfers.h"
+#include "core/site/frmSystray.h"
+#include "outside/Address.h"
+#include "platform/RunTimeError.h"
+#include "store/Schema.h"
+#include "store/Settings.h"
+#include "webcam/modWebCam.h"
+
+namespace pixmora {
+
+namespace {
+
+bool OwnerRefuses() {
+    return ShowMessageBox(
+               "There are still people on your website! If you stop your website they won't be able to see "
+               "your files.\r\n\r\nAre you sure you want to stop?",
+               FlagYesNo) == AnswerNo;
+}
+
+void DropMediaLists() {
+    for (const AlbumPointer &album : gAlbums) {
+        try {
+            DropMediaList(album->ID);
+        } catch (const RunTimeError &) {
+            // The next start drops what is left.
+        }
+    }
+}
+
+void CloseTransfers() {
+    for (int index = 0; index <= HighestSendIndex; ++index) {
+        if (gSendStates[static_cast<std::size_t>(index)].FileSize > 0) ClearTransfer(index);
+    }
+}
+
+}  // namespace
+
+bool StopWebsite(bool silent) {
+    if (!silent && gVisitorsActive != 0 && OwnerRefuses()) return false;
+    gWebsiteStarted = false;
+    gOnlineTimer->StopTimer();
+    ReadTotals();
+    SaveSetting("Website", "LastOnline", "0");
+    DropMediaLists();
+    RemoveAwayMessage();
+    gVisitorsActive = 0;
+    StopWebcam();
+    CloseTransfers();
+    SetFiguresRunning(false);
+    gSystray->tmrConnections.SetEnabled(false);
+    gSystray->wnskListen->Close();
+    gWebServerCommands = nullptr;
+    gDatabase->SetSynchronousFull(true);
+    WebsiteStatusChanged();
+    return true;
+}
+
+}  // namespace pixmora

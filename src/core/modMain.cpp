@@ -1,0 +1,110 @@
+// The program's entry and end.
+#include "core/modMain.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "core/Intake.h"
+#include "core/SiteSettings.h"
+#include "core/Sweep.h"
+#include "core/site/Globals.h"
+#include "core/site/OwnerDialogue.h"
+#include "core/site/frmSystray.h"
+#include "platform/App.h"
+#include "platform/Numbers.h"
+#include "platform/RunTimeError.h"
+#include "store/Schema.h"
+#include "store/Settings.h"
+#include "webcam/modWebCam.h"
+
+namespace pixmora {
+
+namespace {
+
+/// The longer text is meant for the shell's album command; every command line that isn't empty gets it.
+std::string SecondCopyMessage(const std::string &commandLine) {
+    const std::string message = App::Title + " is already running!";
+    return commandLine.empty() ? message : message + " To create an album, click on Setup and then Albums.";
+}
+
+std::string DatabaseMessage() {
+    return "Error loading database!\r\n\r\nPlease make sure '" + DatabasePath() + "' is not in use!";
+}
+
+template <typename Step>
+void IgnoringErrors(const Step &step) {
+    try {
+        step();
+    } catch (const RunTimeError &) {
+        // The process ends in any case.
+    }
+}
+
+}  // namespace
+
+ProgramStart BeginProgram(const std::string &commandLine) {
+    MigrateSettings();
+    if (App::PrevInstance()) {
+        ShowMessageBox(SecondCopyMessage(commandLine), FlagCritical);
+        return ProgramStart::SecondCopy;
+    }
+    App::InstallHtdocs();
+    gPictureEngine = std::make_unique<PictureEngine>();
+    gOnlineTimer = std::make_unique<clsTimer>();
+    gAlbums.clear();
+    gVisitors.clear();
+    gDownloadCookies.clear();
+    gWebsiteStarted = false;
+    gLastConversionTick = 0;
+    if (!OpenOrCreateDatabase()) {
+        ShowMessageBox(DatabaseMessage(), FlagCritical);
+        return ProgramStart::DatabaseFailed;
+    }
+    ReadTotals();
+    return ProgramStart::Ready;
+}
+
+void NoteInstallTime() {
+    if (!GetSetting("Records", "InstallTime").empty()) return;
+    const DateTime now = Now();
+    SaveSetting("Records", "InstallTime",
+                std::to_string(YearOf(now)) + FormatPadded(MonthOf(now), 2) + FormatPadded(DayOf(now), 2) +
+                    FormatPadded(HourOf(now), 2));
+}
+
+void LoadSystray() {
+    gSystray = std::make_unique<frmSystray>();
+    gSystray->wnskListen->OnConnectionRequest = HandleConnectionRequest;
+    gSystray->tmrConnections.SetInterval(SweepIntervalMs);
+    gSystray->tmrConnections.OnTimer = HandleConnectionsTick;
+    gSystray->tmrWebCam.SetInterval(WebcamIntervalMs);
+    gSystray->tmrWebCam.OnTimer = WebcamTick;
+}
+
+void ReleaseProgram(const ShutDownHooks &hooks) {
+    gOnlineTimer.reset();
+    if (hooks.RemoveTrayIcon) IgnoringErrors(hooks.RemoveTrayIcon);
+    if (gSystray) {
+        const int last = gSystray->wnskConnect.UBound();
+        for (int index = 1; index <= last; ++index) {
+            IgnoringErrors([index] { gSystray->wnskConnect.Unload(index); });
+        }
+    }
+    gDatabase.reset();
+    if (hooks.UnloadForms) IgnoringErrors(hooks.UnloadForms);
+    gSystray.reset();
+    gPictureEngine.reset();
+    gAlbums.clear();
+    gVisitors.clear();
+    gDownloadCookies.clear();
+    gWebServerCommands.reset();
+}
+
+void ShutDownProgram(const ShutDownHooks &hooks) {
+    ReleaseProgram(hooks);
+    std::fflush(nullptr);
+    // Handlers may wait further down this stack; what they hold must not be torn down under them.
+    std::_Exit(0);
+}
+
+}  // namespace pixmora
