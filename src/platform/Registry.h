@@ -18,7 +18,8 @@ using Value = std::variant<std::string, std::int64_t>;
 
 /// Key and value names compare without regard to ASCII case; a key's path has its parts separated by "\", and the
 /// spelling of the first writer stays. Every write is on the disk, whole, when the call returns. Another process's
-/// changes are seen at the next call.
+/// changes are seen at the next call. A damaged line in the file is passed over and kept.
+/// Every call @throws RunTimeError PathFileAccessError for a file that is there and can't be read or written.
 
 bool KeyExists(Root root, std::string_view path);
 void CreateKey(Root root, std::string_view path);
@@ -33,7 +34,7 @@ Value GetValue(Root root, std::string_view path, std::string_view name, Value fa
 void SetValue(Root root, std::string_view path, std::string_view name, const Value &value);
 void DeleteValue(Root root, std::string_view path, std::string_view name);
 
-/// The file behind the tree: settings.ini in $XDG_CONFIG_HOME/pixmora, or ~/.config/pixmora.
+/// The file behind the tree, in the system's form: settings.ini in $XDG_CONFIG_HOME/pixmora, or ~/.config/pixmora.
 std::string FilePath();
 /// Chooses another file, for tests, and forgets what was read.
 void SetFilePath(std::string path);

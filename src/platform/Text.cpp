@@ -68,6 +68,13 @@ std::string Trim(std::string_view text) {
     return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
+std::string_view TrimWhitespace(std::string_view text) {
+    constexpr std::string_view whitespace = " \t\r\n\f\v";
+    const std::size_t first = text.find_first_not_of(whitespace);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(whitespace) - first + 1);
+}
+
 std::string LCase(std::string_view text) {
     std::string result(text);
     std::transform(result.begin(), result.end(), result.begin(), LowerOf);

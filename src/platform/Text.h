@@ -19,6 +19,9 @@ std::string Join(const std::vector<std::string> &pieces, std::string_view delimi
 /// Without the blanks (and only blanks) at both ends.
 std::string Trim(std::string_view text);
 
+/// Without blanks, tabs and line ends at both ends; a part of the text that was given, not a copy.
+std::string_view TrimWhitespace(std::string_view text);
+
 std::string LCase(std::string_view text);
 std::string UCase(std::string_view text);
 

@@ -9,14 +9,6 @@ namespace pixmora {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r\f\v";
-
-std::string_view WithoutBlanksAround(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 std::string_view WithoutQuotes(std::string_view text) {
     const bool isQuoted =
         text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
@@ -46,13 +38,13 @@ IniFile::IniFile(std::string_view path) {
     std::string section;
     while (!rest.empty()) {
         const std::size_t end = rest.find('\n');
-        AddLine(WithoutBlanksAround(rest.substr(0, end)), section);
+        AddLine(TrimWhitespace(rest.substr(0, end)), section);
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     }
 }
 
 std::string IniFile::Value(std::string_view section, std::string_view key) const {
-    const auto found = values_.find(PlaceOf(WithoutBlanksAround(section), WithoutBlanksAround(key)));
+    const auto found = values_.find(PlaceOf(TrimWhitespace(section), TrimWhitespace(key)));
     return found == values_.end() ? std::string() : found->second;
 }
 
@@ -60,13 +52,13 @@ void IniFile::AddLine(std::string_view line, std::string &section) {
     if (line.starts_with(';')) return;
     if (line.starts_with('[')) {
         const std::size_t end = line.find(']');
-        section = WithoutBlanksAround(line.substr(1, end == std::string_view::npos ? end : end - 1));
+        section = TrimWhitespace(line.substr(1, end == std::string_view::npos ? end : end - 1));
         return;
     }
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos) return;
-    const std::string_view key = WithoutBlanksAround(line.substr(0, equals));
-    const std::string_view value = WithoutBlanksAround(line.substr(equals + 1));
+    const std::string_view key = TrimWhitespace(line.substr(0, equals));
+    const std::string_view value = TrimWhitespace(line.substr(equals + 1));
     values_.try_emplace(PlaceOf(section, key), WithoutQuotes(value));
 }
 

@@ -1,0 +1,166 @@
+// The text form of the registry's file.
+#include "platform/RegistryFile.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "platform/Text.h"
+
+namespace pixmora::Registry {
+
+namespace {
+
+constexpr std::string_view doubleWordMark = "dword:";
+
+int HexadecimalValue(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+/// Whether the text has "%" and two hexadecimal digits at the position.
+bool HasEscapeAt(std::string_view text, std::size_t i) {
+    return text[i] == '%' && i + 2 < text.size() && HexadecimalValue(text[i + 1]) >= 0 &&
+           HexadecimalValue(text[i + 2]) >= 0;
+}
+
+std::string Unescaped(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (HasEscapeAt(text, i)) {
+            result.push_back(static_cast<char>(HexadecimalValue(text[i + 1]) * 16 + HexadecimalValue(text[i + 2])));
+            i += 2;
+        } else {
+            result.push_back(text[i]);
+        }
+    }
+    return result;
+}
+
+/// Escapes what would not come back from a line: control characters, blanks at the ends, and the characters named.
+/// @param anywhere characters escaped wherever they stand @param atStart those escaped as the first character
+std::string Escaped(std::string_view text, std::string_view anywhere, std::string_view atStart) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const auto code = static_cast<unsigned char>(c);
+        const bool isAtEnd = i == 0 || i + 1 == text.size();
+        const bool isEscaped = code < 0x20 || code == 0x7F || (c == ' ' && isAtEnd) || HasEscapeAt(text, i) ||
+                               Contains(anywhere, text.substr(i, 1)) ||
+                               (i == 0 && Contains(atStart, text.substr(i, 1)));
+        if (isEscaped) {
+            result.push_back('%');
+            result.push_back(digits[code / 16]);
+            result.push_back(digits[code % 16]);
+        } else {
+            result.push_back(c);
+        }
+    }
+    return result;
+}
+
+std::optional<std::int64_t> DoubleWordOf(std::string_view text) {
+    if (!text.starts_with(doubleWordMark)) return std::nullopt;
+    text.remove_prefix(doubleWordMark.size());
+    std::int64_t number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return std::nullopt;
+    return number;
+}
+
+Value ReadValue(std::string_view text) {
+    if (const std::optional<std::int64_t> number = DoubleWordOf(text)) return *number;
+    return Unescaped(text);
+}
+
+std::string ValueLine(const Entry &entry) {
+    const std::string start = Escaped(entry.Name, "=", "[;#") + "=";
+    if (const auto *number = std::get_if<std::int64_t>(&entry.Data))
+        return start + std::string(doubleWordMark) + std::to_string(*number);
+    const auto &text = std::get<std::string>(entry.Data);
+    return start + Escaped(text, "", DoubleWordOf(text) ? "d" : "");
+}
+
+/// The path in the brackets of a key's line; none when the line is no such line.
+std::optional<std::string> KeyPathOf(std::string_view line) {
+    if (line.size() < 2 || line.front() != '[' || line.back() != ']') return std::nullopt;
+    return Unescaped(TrimWhitespace(line.substr(1, line.size() - 2)));
+}
+
+void AddLine(Tree &tree, Key *&key, std::string_view line) {
+    const std::string_view content = TrimWhitespace(line);
+    if (content.empty()) return;
+    if (const std::optional<std::string> path = KeyPathOf(content)) {
+        key = &tree.FindOrAdd(*path);
+        return;
+    }
+    const bool isRemark = content.front() == ';' || content.front() == '#' || content.front() == '[';
+    const std::size_t equals = content.find('=');
+    if (key == nullptr) {
+        tree.Preamble.emplace_back(content);
+    } else if (isRemark || equals == std::string_view::npos) {
+        key->Entries.push_back({.Name = {}, .Data = {}, .Remark = std::string(content), .IsValue = false});
+    } else {
+        SetValue(*key, Unescaped(TrimWhitespace(content.substr(0, equals))),
+                 ReadValue(TrimWhitespace(content.substr(equals + 1))));
+    }
+}
+
+}  // namespace
+
+Key *Tree::Find(std::string_view path) {
+    const std::string folded = LCase(path);
+    const auto found = std::find_if(Keys.begin(), Keys.end(), [&](const Key &key) { return key.Folded == folded; });
+    return found == Keys.end() ? nullptr : &*found;
+}
+
+Key &Tree::FindOrAdd(std::string_view path) {
+    if (Key *key = Find(path)) return *key;
+    return Keys.emplace_back(Key{std::string(path), LCase(path), {}});
+}
+
+Entry *FindValue(Key &key, std::string_view name) {
+    const auto found = std::find_if(key.Entries.begin(), key.Entries.end(), [&](const Entry &entry) {
+        return entry.IsValue && EqualsIgnoreCase(entry.Name, name);
+    });
+    return found == key.Entries.end() ? nullptr : &*found;
+}
+
+void SetValue(Key &key, std::string_view name, const Value &value) {
+    if (Entry *entry = FindValue(key, name)) {
+        entry->Data = value;
+    } else {
+        key.Entries.push_back({.Name = std::string(name), .Data = value, .Remark = {}, .IsValue = true});
+    }
+}
+
+Tree ReadTree(std::string_view text) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+    Tree tree;
+    Key *key = nullptr;
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        AddLine(tree, key, text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return tree;
+}
+
+std::string WriteTree(const Tree &tree) {
+    std::string text;
+    for (const std::string &line : tree.Preamble) text += line + "\n";
+    for (const Key &key : tree.Keys) {
+        if (!text.empty()) text += "\n";
+        text += "[" + Escaped(key.Path, "", "") + "]\n";
+        for (const Entry &entry : key.Entries) text += (entry.IsValue ? ValueLine(entry) : entry.Remark) + "\n";
+    }
+    return text;
+}
+
+}  // namespace pixmora::Registry
