@@ -1,0 +1,88 @@
+// The owner of a test: a person at the machine who is asked what the script foresees, in its order, and nothing else.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "core/site/OwnerDialogue.h"
+
+namespace pixmora {
+
+/// Installs itself as the owner's dialogue for its life. Whatever comes when something else was expected, or nothing,
+/// fails the test; so does what was expected and has not come by the end of the scope. Questions that the script
+/// doesn't foresee take their No.
+class ScriptedOwner : public OwnerDialogue {
+public:
+    ScriptedOwner() { SetOwnerDialogue(this); }
+    ~ScriptedOwner() override {
+        SetOwnerDialogue(nullptr);
+        for (const Step &step : script_) ADD_FAILURE() << "never came: " << step.Text;
+    }
+    ScriptedOwner(const ScriptedOwner &) = delete;
+    ScriptedOwner &operator=(const ScriptedOwner &) = delete;
+
+    /// What the owner does while a box or dialog is open.
+    using Action = std::function<void()>;
+
+    /// A message box. @param text whole @param flags exact
+    void ExpectMessage(const std::string &text, int flags, int answer = AnswerOk, Action whileOpen = {}) {
+        script_.push_back({Described(text, flags), answer, std::move(whileOpen)});
+    }
+    void ExpectBrowser(const std::string &url) { script_.push_back({"opens " + url, AnswerOk, {}}); }
+    void ExpectBalloon(const std::string &title, const std::string &text) {
+        script_.push_back({"balloon " + title + ": " + text, AnswerOk, {}});
+    }
+    void ExpectSetup(Action whileOpen = {}) { script_.push_back({"setup", AnswerOk, std::move(whileOpen)}); }
+
+    /// Whether all that was expected has come.
+    bool IsDone() const { return script_.empty(); }
+    int StatusChanges() const { return statusChanges_; }
+    /// What SetFiguresRunning was last called with; nothing when it never was.
+    std::optional<bool> FiguresRunning() const { return figuresRunning_; }
+
+    int ShowMessageBox(const std::string &text, int flags) override {
+        return Take(Described(text, flags), (flags & FlagYesNo) != 0 ? AnswerNo : AnswerOk);
+    }
+    void ShowHelpBalloon(const std::string &title, const std::string &text) override {
+        Take("balloon " + title + ": " + text, AnswerOk);
+    }
+    void OpenInBrowser(const std::string &url) override { Take("opens " + url, AnswerOk); }
+    void WebsiteStatusChanged() override { ++statusChanges_; }
+    void SetFiguresRunning(bool running) override { figuresRunning_ = running; }
+    void ShowSetup() override { Take("setup", AnswerOk); }
+
+private:
+    struct Step {
+        std::string Text;
+        int Answer;
+        Action WhileOpen;
+    };
+
+    static std::string Described(const std::string &text, int flags) {
+        return "message (flags " + std::to_string(flags) + ") " + text;
+    }
+
+    int Take(const std::string &text, int refusal) {
+        if (script_.empty()) {
+            ADD_FAILURE() << "not expected: " << text;
+            return refusal;
+        }
+        const Step step = std::move(script_.front());
+        script_.pop_front();
+        EXPECT_EQ(text, step.Text);
+        if (text != step.Text) return refusal;
+        if (step.WhileOpen) step.WhileOpen();
+        return step.Answer;
+    }
+
+    std::deque<Step> script_;
+    int statusChanges_ = 0;
+    std::optional<bool> figuresRunning_;
+};
+
+}  // namespace pixmora
