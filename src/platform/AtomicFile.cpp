@@ -69,9 +69,14 @@ void AtomicFile::Write(std::string_view bytes) {
 }
 
 void AtomicFile::Commit() {
-    if (fsync(descriptor_) != 0 || std::rename(temporary_.c_str(), target_.c_str()) != 0) ThrowSystemError();
-    temporary_.clear();
+    if (fsync(descriptor_) != 0) ThrowSystemError();
+    CommitUnflushed();
     FlushFolder(FolderOf(target_));
+}
+
+void AtomicFile::CommitUnflushed() {
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) ThrowSystemError();
+    temporary_.clear();
 }
 
 void AtomicFile::CreateBeside() {

@@ -1,4 +1,4 @@
-// A file that appears whole or not at all. For the sources of Files.h only.
+// A file that appears whole or not at all. For the sources of this room only.
 #pragma once
 
 #include <string>
@@ -19,6 +19,8 @@ public:
     void Write(std::string_view bytes);
     /// On return the bytes and the name are on the disk.
     void Commit();
+    /// As Commit, but the disk may take it later: for what can be made again.
+    void CommitUnflushed();
 
 private:
     void CreateBeside();

@@ -70,6 +70,14 @@ std::string BinaryFile::ReadAll() {
     return Read(std::string().max_size());
 }
 
+std::size_t BinaryFile::ReadAt(std::int64_t offset, void *bytes, std::size_t count) const {
+    ssize_t got = 0;
+    do {
+        got = pread(descriptor_, bytes, count, offset);
+    } while (got < 0 && errno == EINTR);
+    return got > 0 ? static_cast<std::size_t>(got) : 0;
+}
+
 std::string ReadBinaryFile(std::string_view path) {
     return BinaryFile::OpenBinary(path)->ReadAll();
 }

@@ -88,6 +88,10 @@ public:
     /// The next bytes from the current position; fewer only at the file's end. @throws RunTimeError DeviceIOError
     std::string Read(std::size_t count);
     std::string ReadAll();
+    /// Reads at an offset and leaves the current position. @return how many bytes came; 0 at the end and on failure
+    std::size_t ReadAt(std::int64_t offset, void *bytes, std::size_t count) const;
+    /// For a library that reads by itself; stays ours to close.
+    int Descriptor() const { return descriptor_; }
 
 private:
     explicit BinaryFile(int descriptor) : descriptor_(descriptor) {}
