@@ -1,0 +1,276 @@
+// pixmoractl: the owner's settings and tables from a shell, while the website is stopped.
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/site/Globals.h"
+#include "core/site/OwnerDialogue.h"
+#include "platform/App.h"
+#include "platform/Application.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+#include "setup/rules/AlbumEditor.h"
+#include "setup/rules/UserEditor.h"
+#include "store/Catalogue.h"
+#include "store/Schema.h"
+#include "store/Settings.h"
+
+namespace {
+
+using pixmora::AlbumEditor;
+using pixmora::AlbumFields;
+using Words = std::vector<std::string>;
+
+constexpr int statusDone = 0;
+constexpr int statusRefused = 1;
+constexpr int statusUsage = 2;
+
+constexpr const char *usage =
+    "usage: pixmoractl get SECTION KEY [DEFAULT] | set SECTION KEY VALUE | unset SECTION KEY\n"
+    "       pixmoractl album list | album add NAME DIRECTORY [--description TEXT] [--no-pictures] [--no-movies]\n"
+    "                  [--no-subdirs] [--featured none|random|FILE] | album remove NAME\n"
+    "       pixmoractl user list | user add NAME PASSWORD [--admin] | user remove NAME\n"
+    "       pixmoractl protect ALBUM SUBDIR USER | unprotect ALBUM SUBDIR USER     (SUBDIR is \"\\\" or \"\\a\\b\")\n";
+
+int Refuse(const std::string &message) {
+    std::fprintf(stderr, "%s\n", pixmora::Replace(pixmora::Replace(message, "\r\n", "\n"), "\n\n", "\n").c_str());
+    return statusRefused;
+}
+
+int ShowUsage() {
+    std::fputs(usage, stderr);
+    return statusUsage;
+}
+
+/// The owner's messages as lines on standard error; a question takes its No.
+class LineDialogue : public pixmora::OwnerDialogue {
+public:
+    int ShowMessageBox(const std::string &text, int flags) override {
+        Refuse(text);
+        return (flags & pixmora::FlagYesNo) != 0 ? pixmora::AnswerNo : pixmora::AnswerOk;
+    }
+    void ShowHelpBalloon(const std::string &, const std::string &) override {}
+    void OpenInBrowser(const std::string &) override {}
+    void WebsiteStatusChanged() override {}
+    void ShowSetup() override {}
+};
+
+bool HasAlbum(const std::string &name) {
+    std::int32_t count = 0;
+    for (const std::string &album : pixmora::GetAlbumNames(count)) {
+        if (pixmora::EqualsIgnoreCase(album, name)) return true;
+    }
+    return false;
+}
+
+bool HasUser(const std::string &name) {
+    for (const std::string &user : pixmora::GetUserNames()) {
+        if (pixmora::EqualsIgnoreCase(user, name)) return true;
+    }
+    return false;
+}
+
+std::string NoAlbumMessage(const std::string &name) {
+    return "There is no album named '" + name + "'.";
+}
+std::string NoUserMessage(const std::string &name) {
+    return "There is no user named '" + name + "'.";
+}
+
+/// A path from the shell, which may be relative to the present folder.
+std::string AbsolutePath(const std::string &path) {
+    return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
+}
+
+int Get(const Words &words) {
+    std::printf("%s\n", pixmora::GetSetting(words[0], words[1], words.size() > 2 ? words[2] : "").c_str());
+    return statusDone;
+}
+
+int Set(const Words &words) {
+    pixmora::SaveSetting(words[0], words[1], words[2]);
+    return statusDone;
+}
+
+int Unset(const Words &words) {
+    pixmora::DeleteSetting(words[0], words[1]);
+    return statusDone;
+}
+
+int ListAlbums(const Words &) {
+    std::int32_t count = 0;
+    for (const std::string &name : pixmora::GetAlbumNames(count)) {
+        std::printf("%s\t%s\n", name.c_str(), pixmora::GetAlbumDirectory(name).c_str());
+    }
+    return statusDone;
+}
+
+void SetFeatured(AlbumFields &fields, const std::string &featured) {
+    if (featured == "none" || featured == "random") {
+        fields.FeaturedImage = featured == "none" ? 0 : 1;
+        return;
+    }
+    fields.FeaturedImage = 2;
+    fields.FeaturedImagePath = AbsolutePath(featured);
+}
+
+/// The options behind "album add NAME DIRECTORY"; nothing when one isn't known or lacks its value.
+std::optional<AlbumFields> ReadAlbumFields(const Words &words) {
+    AlbumFields fields;
+    fields.Name = words[0];
+    fields.Directory = AbsolutePath(words[1]);
+    const std::map<std::string, bool AlbumFields::*> switches = {{"--no-pictures", &AlbumFields::Pictures},
+                                                                 {"--no-movies", &AlbumFields::Movies},
+                                                                 {"--no-subdirs", &AlbumFields::SubDirs}};
+    for (std::size_t i = 2; i < words.size(); ++i) {
+        if (const auto found = switches.find(words[i]); found != switches.end()) {
+            fields.*found->second = false;
+        } else if (words[i] == "--description" && i + 1 < words.size()) {
+            fields.Description = words[++i];
+        } else if (words[i] == "--featured" && i + 1 < words.size()) {
+            SetFeatured(fields, words[++i]);
+        } else {
+            return std::nullopt;
+        }
+    }
+    return fields;
+}
+
+int AddAlbum(const Words &words) {
+    std::optional<AlbumFields> fields = ReadAlbumFields(words);
+    if (!fields) return ShowUsage();
+    if (pixmora::IsDriveRoot(fields->Directory)) return Refuse(pixmora::DriveRootQuestion);
+    if (const auto refusal = AlbumEditor::Validate(*fields)) return Refuse(refusal->Message);
+    if (!fields->FeaturedImagePath.empty()) {
+        if (!pixmora::FileExists(fields->FeaturedImagePath))
+            return Refuse("There is no file '" + fields->FeaturedImagePath + "'.");
+        fields->FeaturedImagePath = pixmora::OfferSmallCopy(fields->FeaturedImagePath);
+    }
+    AlbumEditor().Save(*fields);
+    return statusDone;
+}
+
+int RemoveAlbum(const Words &words) {
+    if (!HasAlbum(words[0])) return Refuse(NoAlbumMessage(words[0]));
+    AlbumEditor(words[0]).Delete();
+    return statusDone;
+}
+
+int ListUsers(const Words &) {
+    for (const std::string &name : pixmora::GetUserNames()) {
+        std::printf("%s\t%s\n", name.c_str(), pixmora::LoadUser(name).Admin ? "admin" : "user");
+    }
+    return statusDone;
+}
+
+int AddUser(const Words &words) {
+    const bool isAdmin = words.size() > 2;
+    if (isAdmin && words[2] != "--admin") return ShowUsage();
+    const pixmora::UserFields fields{words[0], words[1], words[1], isAdmin};
+    if (const auto message = pixmora::ValidateUser(fields, "")) return Refuse(*message);
+    pixmora::SaveUser(fields, "");
+    return statusDone;
+}
+
+int RemoveUser(const Words &words) {
+    if (!HasUser(words[0])) return Refuse(NoUserMessage(words[0]));
+    pixmora::DeleteUser(words[0]);
+    return statusDone;
+}
+
+/// A directory of an album as the tables have it, from either kind of separator.
+std::string SubDirOf(const std::string &word) {
+    std::string subDir = pixmora::ProgramPath(word);
+    if (!subDir.starts_with('\\')) subDir.insert(0, "\\");
+    while (subDir.size() > 1 && subDir.ends_with('\\')) subDir.pop_back();
+    return subDir;
+}
+
+int Protect(const Words &words) {
+    const std::string subDir = SubDirOf(words[1]);
+    if (!HasAlbum(words[0])) return Refuse(NoAlbumMessage(words[0]));
+    if (!HasUser(words[2])) return Refuse(NoUserMessage(words[2]));
+    if (!pixmora::PathExists(pixmora::GetAlbumDirectory(words[0]) + subDir)) {
+        return Refuse("There is no directory '" + subDir + "' in the album '" + words[0] + "'.");
+    }
+    if (!pixmora::HasRight(words[0], subDir, words[2])) pixmora::AddRight(words[0], subDir, words[2]);
+    return statusDone;
+}
+
+int Unprotect(const Words &words) {
+    const std::string subDir = SubDirOf(words[1]);
+    if (!pixmora::HasRight(words[0], subDir, words[2])) {
+        return Refuse("'" + words[2] + "' has no right to '" + subDir + "' in the album '" + words[0] + "'.");
+    }
+    pixmora::RemoveRight(words[0], subDir, words[2]);
+    return statusDone;
+}
+
+enum class Needs { Settings, Tables, TablesToChange };
+
+struct Command {
+    Words Name;              ///< its leading words
+    std::size_t LeastWords;  ///< behind the name
+    std::size_t MostWords;
+    Needs What;
+    int (*Run)(const Words &);
+};
+
+constexpr std::size_t anyNumber = 100;
+
+const std::vector<Command> commands = {
+    {{"get"}, 2, 3, Needs::Settings, Get},
+    {{"set"}, 3, 3, Needs::Settings, Set},
+    {{"unset"}, 2, 2, Needs::Settings, Unset},
+    {{"album", "list"}, 0, 0, Needs::Tables, ListAlbums},
+    {{"album", "add"}, 2, anyNumber, Needs::TablesToChange, AddAlbum},
+    {{"album", "remove"}, 1, 1, Needs::TablesToChange, RemoveAlbum},
+    {{"user", "list"}, 0, 0, Needs::Tables, ListUsers},
+    {{"user", "add"}, 2, 3, Needs::TablesToChange, AddUser},
+    {{"user", "remove"}, 1, 1, Needs::TablesToChange, RemoveUser},
+    {{"protect"}, 3, 3, Needs::TablesToChange, Protect},
+    {{"unprotect"}, 3, 3, Needs::TablesToChange, Unprotect},
+};
+
+int RunCommand(const Command &command, const Words &words) {
+    if (command.What == Needs::TablesToChange && pixmora::App::PrevInstance()) {
+        return Refuse(pixmora::App::Title + " is already running! Stop it before you change its albums or users.");
+    }
+    if (command.What != Needs::Settings && !pixmora::OpenOrCreateDatabase()) {
+        return Refuse("Error loading database!\n\nPlease make sure '" + pixmora::DatabasePath() + "' is not in use!");
+    }
+    pixmora::gPictureEngine = std::make_unique<pixmora::PictureEngine>();
+    const int status = command.Run(words);
+    pixmora::gDatabase.reset();
+    return status;
+}
+
+int RunWords(const Words &words) {
+    for (const Command &command : commands) {
+        const std::size_t length = command.Name.size();
+        if (words.size() < length || !std::equal(command.Name.begin(), command.Name.end(), words.begin())) continue;
+        const Words rest(words.begin() + static_cast<std::ptrdiff_t>(length), words.end());
+        if (rest.size() < command.LeastWords || rest.size() > command.MostWords) return ShowUsage();
+        return RunCommand(command, rest);
+    }
+    return ShowUsage();
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+    const pixmora::Application application(argc, argv);
+    LineDialogue dialogue;
+    pixmora::SetOwnerDialogue(&dialogue);
+    try {
+        return RunWords(Words(argv + 1, argv + argc));
+    } catch (const pixmora::RunTimeError &error) {
+        return Refuse(error.Message());
+    }
+}
