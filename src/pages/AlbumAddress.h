@@ -1,0 +1,37 @@
+// What the arguments of an album address say, and how its parts are put back into a link.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/site/RequestGrammar.h"
+#include "store/clsAlbum.h"
+
+namespace pixmora {
+
+/// @throws RunTimeError SubscriptOutOfRange for an argument that isn't there
+const std::string &Argument(const Arguments &args, std::size_t index);
+
+/// The album that an argument names by its number.
+/// @throws RunTimeError TypeMismatch, Overflow or SubscriptOutOfRange when it names none
+AlbumPointer AlbumArgument(const Arguments &args, std::size_t index);
+
+/// A path below an album's root as it stands in links: "/" between the parts, and each part in link form.
+/// @param path plain, with "\"
+std::string LinkPath(std::string_view path);
+
+/// The directory of an album address, in each form that the pages need. Names that are empty are passed over.
+struct AlbumDirectory {
+    std::string Path;           ///< "\" for the root, else "\a\b"; plain
+    std::string RelativePath;   ///< empty for the root, else "a\b\"; plain
+    std::string LinkArguments;  ///< "a&b&", each name in link form
+    std::string LastName;       ///< the directory's own name, or at the root the address's last argument; plain
+    bool IsUsable =
+        true;  ///< false for names that lead elsewhere ("..", a separator, a NUL): there is no such directory
+};
+
+/// @param args of an album address, with the view in args[1] @throws RunTimeError SubscriptOutOfRange, TypeMismatch
+AlbumDirectory ReadAlbumDirectory(const Arguments &args);
+
+}  // namespace pixmora

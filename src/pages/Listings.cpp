@@ -1,0 +1,122 @@
+// Walks over an album's directories for the pages.
+#include "pages/Listings.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "core/site/Globals.h"
+#include "core/site/RequestGrammar.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+#include "store/Catalogue.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int newForDays = 14;
+
+/// A subdirectory with the text that it is sorted by.
+struct Row {
+    std::string Key;
+    SubDirectory Entry;
+};
+
+/// @param directory as ListSubDirs has it
+std::string SortKey(const clsAlbum &album, std::string_view directory, const std::string &name, DateTime lastWrite) {
+    if (gSortMethod == 0) return EncodeLinkPart(name);
+    if (gSortMethod == 1) return IsoDate(lastWrite);
+    // Deliberate: the separator in front of the directory's own. The order of an album's top level is stored in that
+    // form, so it takes effect there and nowhere below.
+    return GetDirOrderPos(album.Name, "\\" + std::string(directory) + name, "000000");
+}
+
+bool IsSubDirectory(const DirectoryEntry &entry) {
+    return entry.IsDirectory && !entry.Name.starts_with('.');
+}
+
+/// None for a directory that has vanished since the walk began.
+std::optional<DateTime> LastWriteTime(const Directory &walk, const DirectoryEntry &entry) {
+    try {
+        return walk.Facts(entry).LastWriteTime;
+    } catch (const RunTimeError &) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> ListMediaFiles(std::int32_t album, std::string_view directory) {
+    const AlbumPointer owner = AlbumByNumber(album);
+    std::vector<std::string> names;
+    const Directory walk(directory);
+    for (const DirectoryEntry &entry : walk.Entries()) {
+        if (entry.IsDirectory) continue;
+        if (owner->ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) names.push_back(entry.Name);
+        if (owner->ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) names.push_back(entry.Name);
+    }
+    return names;
+}
+
+std::vector<SubDirectory> ListSubDirs(std::int32_t album, std::string_view directory) {
+    const AlbumPointer owner = AlbumByNumber(album);
+    if (owner->SubDirectories == 0) return {};
+
+    std::vector<Row> rows;
+    const Directory walk(owner->Directory + std::string(directory));
+    for (const DirectoryEntry &entry : walk.Entries()) {
+        if (!IsSubDirectory(entry)) continue;
+        const std::optional<DateTime> lastWrite = LastWriteTime(walk, entry);
+        if (!lastWrite) continue;
+        const bool isNew = DateDiffDays(*lastWrite, Now()) < newForDays;
+        rows.push_back({SortKey(*owner, directory, entry.Name, *lastWrite), {entry.Name, isNew}});
+    }
+    std::ranges::stable_sort(rows, [](const Row &left, const Row &right) {
+        const int order = CompareIgnoreCase(left.Key, right.Key);
+        return gSortOrder == 0 ? order < 0 : order > 0;
+    });
+
+    std::vector<SubDirectory> sorted;
+    sorted.reserve(rows.size());
+    for (Row &row : rows) sorted.push_back(std::move(row.Entry));
+    return sorted;
+}
+
+DirContents CountDirContents(std::string_view path) {
+    DirContents contents;
+    const Directory walk(path);
+    for (const DirectoryEntry &entry : walk.Entries()) {
+        if (entry.IsDirectory) {
+            if (IsSubDirectory(entry)) ++contents.SubDirs;
+        } else if (PathMatchSpec(entry.Name, PicturePatterns)) {
+            ++contents.Pictures;
+        } else if (PathMatchSpec(entry.Name, MoviePatterns)) {
+            ++contents.Movies;
+        }
+    }
+    return contents;
+}
+
+bool IsPictureName(std::string_view name) {
+    const std::string ending = LCase(LastCharacters(name, 3));
+    return ending == "jpg" || ending == "gif" || ending == "bmp";
+}
+
+std::string VisitorFilePath(std::string_view albumDirectory, std::string_view linkPath) {
+    const std::string path = DecodeLinkPart(Replace(std::string(linkPath), "/", "\\"));
+    // Without its separator in front a path would lead to the album's neighbours on the disk.
+    if (!path.starts_with('\\') || HasForbiddenPart(path)) return {};
+    return std::string(albumDirectory) + path;
+}
+
+std::string DirDisplayTitle(std::int32_t album, std::string_view name) {
+    if (!name.empty() && !Contains(name, "/")) return std::string(name);
+    const std::vector<std::string> parts = Split(name, "/");
+    const auto last = std::find_if(parts.rbegin(), parts.rend(), [](const std::string &part) { return !part.empty(); });
+    return last == parts.rend() ? AlbumByNumber(album)->Name : *last;
+}
+
+}  // namespace pixmora
