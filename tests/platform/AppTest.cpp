@@ -1,0 +1,72 @@
+// The program's folder: its choice, its lock, and the htdocs put there.
+#include "platform/App.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+class AppTest : public testing::Test {
+protected:
+    ~AppTest() override {
+        unsetenv("PIXMORA_HOME");
+        App::SetPath("");
+    }
+    TempFolder folder;
+};
+
+TEST_F(AppTest, TakesItsFolderFromTheEnvironmentOnce) {
+    setenv("PIXMORA_HOME", (folder.Path("a/b") + "/").c_str(), 1);
+    App::SetPath("");
+    EXPECT_EQ(App::Path(), ProgramPath(folder.Path("a/b")));
+    EXPECT_TRUE(IsDirectory(App::Path()));
+    setenv("PIXMORA_HOME", folder.Path("c").c_str(), 1);
+    EXPECT_EQ(App::Path(), ProgramPath(folder.Path("a/b")));
+}
+
+TEST_F(AppTest, IsBesideTheExecutableOtherwise) {
+    unsetenv("PIXMORA_HOME");
+    App::SetPath("");
+    const std::filesystem::path executable = std::filesystem::read_symlink("/proc/self/exe");
+    EXPECT_EQ(SystemPath(App::Path()), executable.parent_path().string());
+}
+
+TEST_F(AppTest, KnowsWhoHasTheFolder) {
+    App::SetPath(ProgramPath(folder.Path()));
+    const int other = open(folder.Path("pixmora.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    ASSERT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
+    EXPECT_TRUE(App::PrevInstance());
+    close(other);
+    EXPECT_FALSE(App::PrevInstance()) << "its end gives the folder back";
+    EXPECT_FALSE(App::PrevInstance());
+
+    const int late = open(folder.Path("pixmora.lock").c_str(), O_RDWR | O_CLOEXEC);
+    EXPECT_NE(flock(late, LOCK_EX | LOCK_NB), 0) << "the lock is kept";
+    close(late);
+}
+
+TEST_F(AppTest, InstallsHtdocsOnlyWhereThereIsNone) {
+    App::SetPath(ProgramPath(folder.Path()));
+    folder.Write("htdocs.part/stale.tpl", "half a copy");
+    App::InstallHtdocs();
+    EXPECT_TRUE(FileExists(folder.Path("htdocs/Index.tpl")));
+    EXPECT_FALSE(FileExists(folder.Path("htdocs/stale.tpl")));
+    EXPECT_FALSE(FileExists(folder.Path("htdocs.part")));
+
+    folder.Write("htdocs/Index.tpl", "mine");
+    DeleteFile(folder.Path("htdocs/StyleSheet_Default.tpl"));
+    App::InstallHtdocs();
+    EXPECT_EQ(folder.Read("htdocs/Index.tpl"), "mine");
+    EXPECT_FALSE(FileExists(folder.Path("htdocs/StyleSheet_Default.tpl")));
+}
+
+}  // namespace pixmora

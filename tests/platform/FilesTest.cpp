@@ -1,0 +1,230 @@
+// Paths, facts of files, reading, and every way of changing them.
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/RunTimeError.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+namespace {
+
+using testing::ElementsAre;
+using namespace std::string_literals;
+
+/// The error's number, 0 when there is none.
+template <typename Call>
+int ErrorOf(Call call) {
+    try {
+        call();
+    } catch (const RunTimeError &error) {
+        return static_cast<int>(error.Number());
+    }
+    return 0;
+}
+
+constexpr int notFound = static_cast<int>(ErrorNumber::FileNotFound);
+constexpr int accessError = static_cast<int>(ErrorNumber::PathFileAccessError);
+
+std::vector<std::string> NamesIn(std::string_view path) {
+    std::vector<std::string> names;
+    const Directory directory(path);
+    for (const DirectoryEntry &entry : directory.Entries()) names.push_back(entry.Name);
+    return names;
+}
+
+/// While it lives no file of this process grows beyond the limit, as on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : formerHandler_(signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &former_);
+        const rlimit limit{bytes, former_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &former_);
+        signal(SIGXFSZ, formerHandler_);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit former_{};
+    void (*formerHandler_)(int);
+};
+
+}  // namespace
+
+TEST(Paths, TellWhatStandsThere) {
+    const TempFolder folder;
+    folder.Write("a/x.txt", "1");
+    const std::string path = ProgramPath(folder.Path());
+    EXPECT_EQ(SystemPath(path), folder.Path());
+
+    EXPECT_TRUE(FileExists(path + "\\a\\x.txt"));
+    EXPECT_TRUE(FileExists(path + "\\a"));
+    EXPECT_FALSE(FileExists(path + "\\a\\"));
+    EXPECT_FALSE(FileExists(path + "\\a/"));
+    EXPECT_FALSE(FileExists(path + "\\A\\x.txt"));
+    EXPECT_FALSE(FileExists(path + "\\a\\x.txt\0"s));
+    EXPECT_FALSE(FileExists(""));
+
+    EXPECT_TRUE(PathExists(path + "\\\\a\\"));
+    EXPECT_TRUE(PathExists(folder.Path() + "/a/"));
+    EXPECT_TRUE(PathExists("\"" + path + "\\a\""));
+    EXPECT_FALSE(PathExists(""));
+    EXPECT_FALSE(PathExists(path + "\\b"));
+
+    EXPECT_TRUE(IsDirectory(path + "\\a"));
+    EXPECT_FALSE(IsDirectory(path + "\\a\\x.txt"));
+    EXPECT_FALSE(IsDirectory(path + "\\a\0"s));
+}
+
+TEST(Paths, RefuseAWayUpAndBadNames) {
+    for (const auto &path : {".."s, "a\\..\\b"s, "../x"s, "\\a/.."s, "a\0b"s}) EXPECT_TRUE(HasForbiddenPart(path));
+    for (const auto &path : {""s, "a..b"s, "...\\x"s, "\\a\\.\\b"s}) EXPECT_FALSE(HasForbiddenPart(path)) << path;
+    for (const char c : R"(\/:*?"'<>|)"s) EXPECT_TRUE(HasBadFileChars("a"s + c)) << c;
+    EXPECT_FALSE(HasBadFileChars("Rock & Roll; 100% #1 (é)"));
+}
+
+TEST(Facts, AreThoseOfTheFile) {
+    const TempFolder folder;
+    const std::string file = folder.Write("x.bin", std::string(1340, 'x'));
+    const timespec times[] = {{0, UTIME_OMIT}, {1078157106, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+    const FileFacts facts = GetFileFacts(file);
+    EXPECT_EQ(facts.Size, 1340);
+    EXPECT_FALSE(facts.IsDirectory);
+    EXPECT_EQ(facts.LastWriteTime, MakeDate(2004, 3, 1, 16, 5, 6));
+    struct statx system {};
+    ASSERT_EQ(statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME, &system), 0);
+    const bool hasBirth = (system.stx_mask & STATX_BTIME) != 0;
+    EXPECT_EQ(facts.CreationTime, hasBirth ? LocalTime(system.stx_btime.tv_sec) : facts.LastWriteTime);
+
+    EXPECT_EQ(FileLength(file), 1340);
+    EXPECT_EQ(FormatFileSize(file), "1.30 KB");
+    EXPECT_EQ(FormatFileSize(folder.Path()), "");
+    EXPECT_EQ(FormatFileSize(file + "\0"s), "");
+    EXPECT_EQ(ErrorOf([&] { FileLength(file + "x"); }), notFound);
+    EXPECT_TRUE(GetFileFacts(folder.Path()).IsDirectory);
+}
+
+TEST(Walk, ListsByBytesAndFollowsLinks) {
+    const TempFolder folder;
+    for (const char *name : {"b.jpg", "B.jpg", "\xC3\xA9.jpg", "!.jpg", "a.jpg", "back\\slash.jpg", "\xFF.jpg"})
+        folder.Write(name);
+    folder.MakeFolder("a");
+    ASSERT_EQ(symlink("a", folder.Path("to folder").c_str()), 0);
+    ASSERT_EQ(symlink("a.jpg", folder.Path("to file").c_str()), 0);
+    ASSERT_EQ(symlink("nowhere", folder.Path("broken").c_str()), 0);
+
+    const Directory directory(ProgramPath(folder.Path()));
+    ASSERT_TRUE(directory.IsReadable());
+    EXPECT_THAT(NamesIn(folder.Path()), ElementsAre("!.jpg", ".", "..", "B.jpg", "a", "a.jpg", "b.jpg", "to file",
+                                                    "to folder", "\xC3\xA9.jpg", "\xFF.jpg"));
+    std::vector<std::string> folders;
+    for (const DirectoryEntry &entry : directory.Entries()) {
+        if (entry.IsDirectory) folders.push_back(entry.Name);
+    }
+    EXPECT_THAT(folders, ElementsAre(".", "..", "a", "to folder"));
+
+    const FileFacts self = directory.Facts({".", true});
+    EXPECT_EQ(self.Inode, GetFileFacts(folder.Path()).Inode);
+    EXPECT_EQ(self.Device, GetFileFacts(folder.Path()).Device);
+    DeleteFile(folder.Path("b.jpg"));
+    EXPECT_EQ(ErrorOf([&] { directory.Facts({"b.jpg", false}); }), notFound);
+}
+
+TEST(Walk, OfNoDirectoryHasNoEntries) {
+    const TempFolder folder;
+    for (const auto &path : {folder.Path("none"), folder.Write("file"), folder.Path() + "\0"s, ""s}) {
+        const Directory directory(path);
+        EXPECT_FALSE(directory.IsReadable()) << path;
+        EXPECT_TRUE(directory.Entries().empty());
+    }
+}
+
+TEST(BinaryFiles, ReadInPieces) {
+    const TempFolder folder;
+    const std::string bytes = "\0\xFF\r\n\x1A"s + std::string(3 * 1024 * 1024, 'x') + "end";
+    const auto file = BinaryFile::OpenForRead(folder.Write("x", bytes));
+    EXPECT_EQ(file->Length(), static_cast<std::int64_t>(bytes.size()));
+    EXPECT_EQ(file->Read(5), "\0\xFF\r\n\x1A"s);
+    EXPECT_EQ(file->Read(0), "");
+    EXPECT_EQ(file->ReadAll(), bytes.substr(5));
+    EXPECT_EQ(file->Read(1024), "");
+}
+
+TEST(BinaryFiles, RefuseWhatIsNoFile) {
+    const TempFolder folder;
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path("none")); }), notFound);
+    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Write("x") + "/y"); }), notFound);
+    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path()); }), accessError);
+    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path("pipe")); }), accessError) << "and does not wait";
+    EXPECT_EQ(ReadBinaryFile(folder.Path("new")), "");
+    EXPECT_TRUE(FileExists(folder.Path("new"))) << "the binary open makes a missing file";
+}
+
+TEST(Changes, ReplaceAFileWholeOrNotAtAll) {
+    const TempFolder folder;
+    const std::string file = folder.Write("x\xFF", "old");
+    ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+    WriteFileAtomically(ProgramPath(file), "new\0bytes"s);
+    EXPECT_EQ(folder.Read("x\xFF"), "new\0bytes"s);
+    struct stat facts {};
+    ASSERT_EQ(stat(file.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, 0640u) << "the replaced file's rights stay";
+
+    {
+        const FileSizeLimit limit(10);
+        EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(file, std::string(100, 'x')); }),
+                  static_cast<int>(ErrorNumber::DiskFull));
+    }
+    EXPECT_EQ(folder.Read("x\xFF"), "new\0bytes"s);
+    EXPECT_THAT(NamesIn(folder.Path()), ElementsAre(".", "..", "x\xFF")) << "nothing left behind";
+
+    ASSERT_EQ(symlink("x\xFF", folder.Path("link").c_str()), 0);
+    WriteFileAtomically(folder.Path("link"), "through");
+    EXPECT_EQ(folder.Read("x\xFF"), "through") << "a link stays one";
+
+    EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(folder.Path(), "x"); }), accessError);
+    EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(folder.Path("none/x"), "x"); }), accessError);
+    EXPECT_EQ(ErrorOf([&] { WriteFileAtomically("", "x"); }), accessError);
+}
+
+TEST(Changes, Delete) {
+    const TempFolder folder;
+    DeleteFile(folder.Write("x"));
+    EXPECT_FALSE(FileExists(folder.Path("x")));
+    EXPECT_EQ(ErrorOf([&] { DeleteFile(folder.Path("x")); }), notFound);
+    EXPECT_EQ(ErrorOf([&] { DeleteFile(folder.Path()); }), accessError);
+}
+
+TEST(Changes, CopyATreeAndKeepWhatIsThere) {
+    const TempFolder folder;
+    folder.Write("from/a.txt", "a");
+    folder.Write("from/sub/deep/b.txt", std::string(600000, 'b'));
+    folder.MakeFolder("from/empty");
+    ASSERT_EQ(symlink("..", folder.Path("from/sub/up").c_str()), 0);
+    folder.Write("to/a.txt", "mine");
+    CopyDirectory(folder.Path("from"), folder.Path("to"));
+    EXPECT_EQ(folder.Read("to/a.txt"), "mine");
+    EXPECT_EQ(folder.Read("to/sub/deep/b.txt").size(), 600000u);
+    EXPECT_TRUE(IsDirectory(folder.Path("to/empty")));
+    EXPECT_FALSE(FileExists(folder.Path("to/sub/up"))) << "a link back up is not followed";
+
+    CopyDirectory(folder.Path("from"), folder.Path("from/sub/copy"));
+    EXPECT_EQ(folder.Read("from/sub/copy/a.txt"), "a") << "a copy into itself ends";
+    EXPECT_THROW(CopyDirectory(folder.Path("none"), folder.Path("to")), RunTimeError);
+    EXPECT_EQ(ErrorOf([&] { MakeDirectory(folder.Path("to/a.txt/x")); }), accessError);
+}
+
+}  // namespace pixmora

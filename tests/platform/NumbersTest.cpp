@@ -1,0 +1,163 @@
+// Numbers from texts and texts from numbers.
+#include "platform/Numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "platform/RunTimeError.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int mismatch = static_cast<int>(ErrorNumber::TypeMismatch);
+constexpr int overflow = static_cast<int>(ErrorNumber::Overflow);
+
+/// The error's number, 0 when there is none.
+template <typename Call>
+int ErrorOf(Call call) {
+    try {
+        call();
+    } catch (const RunTimeError &error) {
+        return static_cast<int>(error.Number());
+    }
+    return 0;
+}
+
+}  // namespace
+
+struct LongCase {
+    const char *text;
+    std::int32_t value;
+};
+
+TEST(Numbers, ReadsALong) {
+    const LongCase cases[] = {{"8080", 8080},
+                              {"  -12 ", -12},
+                              {"+5", 5},
+                              {"0.5", 0},
+                              {"1.5", 2},
+                              {"2.5", 2},
+                              {"-2.5", -2},
+                              {".75", 1},
+                              {"5.", 5},
+                              {"1e3", 1000},
+                              {"25E-1", 2},
+                              {"2147483647.4", 2147483647},
+                              {"&H10", 16},
+                              {"&hff", 255},
+                              {"&HFFFF", 65535},
+                              {"&HFFFFFFFF", -1},
+                              {" &H0000000041 ", 65},
+                              {"-2147483648", std::numeric_limits<std::int32_t>::min()}};
+    for (const LongCase &one : cases) EXPECT_EQ(CLng(one.text), one.value) << one.text;
+    EXPECT_EQ(CInt("&HFFFF"), -1);
+    EXPECT_EQ(CInt("32767.4"), 32767);
+}
+
+TEST(Numbers, RefusesWhatIsNoNumber) {
+    for (const char *text : {"",      " ",    "a",  "1a",  "1 2",  "--1",  "- 1", ".",   "+",   "e5",      "1e",
+                             "1,000", "0x10", "&H", "&HG", "&H 4", "-&H4", "inf", "nan", "1\t", "\xD9\xA1"}) {
+        EXPECT_EQ(ErrorOf([&] { CLng(text); }), mismatch) << '"' << text << '"';
+        EXPECT_FALSE(IsNumeric(text)) << '"' << text << '"';
+    }
+    EXPECT_EQ(ErrorOf([] { CLng(std::string_view("1\0", 2)); }), mismatch);
+}
+
+TEST(Numbers, OverflowsAtTheRangesEnds) {
+    EXPECT_EQ(ErrorOf([] { CInt("32768"); }), overflow);
+    EXPECT_EQ(ErrorOf([] { CInt("&H10000"); }), overflow);
+    EXPECT_EQ(ErrorOf([] { CLng("2147483647.5"); }), overflow);
+    EXPECT_EQ(ErrorOf([] { CLng("&H100000000"); }), overflow);
+    EXPECT_EQ(ErrorOf([] { CDbl("1e999"); }), overflow);
+    EXPECT_EQ(ErrorOf([] { RoundToLong(std::nan("")); }), overflow);
+    EXPECT_EQ(ErrorOf([] { AddLong(std::numeric_limits<std::int32_t>::max(), 1); }), overflow);
+    EXPECT_EQ(AddLong(std::numeric_limits<std::int32_t>::max(), -1), std::numeric_limits<std::int32_t>::max() - 1);
+    EXPECT_EQ(CDbl("1e-999"), 0);
+    EXPECT_EQ(CDbl("-1.25e2"), -125);
+}
+
+TEST(Numbers, ValTakesTheNumberAtTheHead) {
+    EXPECT_EQ(Val("12abc"), 12);
+    EXPECT_EQ(Val("  1 615 198th Street"), 1615198);
+    EXPECT_EQ(Val("02"), 2);
+    EXPECT_EQ(Val("-3.5e1x"), -35);
+    EXPECT_EQ(Val("1e"), 1);
+    EXPECT_EQ(Val("abc"), 0);
+    EXPECT_EQ(Val(""), 0);
+    EXPECT_EQ(Val("-1e999"), std::numeric_limits<double>::lowest());
+    EXPECT_EQ(Val(std::string(400, '9')), std::numeric_limits<double>::max());
+}
+
+TEST(Numbers, FormatsForPeople) {
+    EXPECT_EQ(FormatPadded(7, 6), "000007");
+    EXPECT_EQ(FormatPadded(-7, 2), "-07");
+    EXPECT_EQ(FormatPadded(12345, 2), "12345");
+    EXPECT_EQ(FormatFixed(2.857, 2), "2.86");
+    EXPECT_EQ(FormatFixed(2.675, 2), "2.68") << "rounds the digits that are shown, not the binary fraction";
+    EXPECT_EQ(FormatFixed(-0.5, 0), "-1");
+    EXPECT_EQ(FormatFixed(-0.001, 2), "0.00");
+    EXPECT_EQ(FormatFixed(0.0449, 1), "0.0");
+    EXPECT_EQ(FormatFixed(0.05, 1), "0.1");
+    EXPECT_EQ(FormatFixed(999.996, 2), "1000.00");
+    EXPECT_EQ(FormatFixed(1e20, 1), "100000000000000000000.0");
+    EXPECT_EQ(FormatGrouped(999.4), "999");
+    EXPECT_EQ(FormatGrouped(12345), "12,345");
+    EXPECT_EQ(FormatGrouped(-1234567), "-1,234,567");
+    EXPECT_EQ(NumberText(2.5), "2.5");
+    EXPECT_EQ(NumberText(40), "40");
+    EXPECT_EQ(NumberText(-0.0), "0");
+    EXPECT_EQ(NumberText(1.0 / 3), "0.333333333333333");
+    EXPECT_EQ(NumberText(0.1 + 0.2), "0.3");
+    EXPECT_EQ(NumberText(999999999999999), "999999999999999");
+    EXPECT_EQ(NumberText(-1.5e15), "-1.5E+15");
+    EXPECT_EQ(NumberText(0.00002), "2E-05");
+    EXPECT_EQ(ErrorOf([] { FormatFixed(HUGE_VAL, 0); }), overflow);
+}
+
+TEST(Numbers, RoundsUpWhatWasCut) {
+    EXPECT_EQ(RoundUpTo(2.01, 0), 3);
+    EXPECT_EQ(RoundUpTo(2, 0), 2);
+    EXPECT_EQ(RoundUpTo(11.0 / 4, 0), 3);
+    EXPECT_DOUBLE_EQ(RoundUpTo(2.341, 2), 2.35);
+}
+
+struct SizeCase {
+    double bytes;
+    const char *text;
+};
+
+TEST(Numbers, PrintsByteSizesAsTheShell) {
+    constexpr double kilo = 1024;
+    constexpr double mega = 1024 * 1024;
+    const SizeCase cases[] = {{0, "0 bytes"},
+                              {1, "1 byte"},
+                              {532, "532 bytes"},
+                              {1023, "1023 bytes"},
+                              {1024, "1.00 KB"},
+                              {1340, "1.30 KB"},
+                              {1.309 * kilo, "1.30 KB"},
+                              {13.09 * kilo, "13.0 KB"},
+                              {130.9 * kilo, "130 KB"},
+                              {999.9 * kilo, "999 KB"},
+                              {1000 * kilo, "0.97 MB"},
+                              {1022 * kilo, "0.99 MB"},
+                              {1.219 * mega, "1.21 MB"},
+                              {1000 * mega, "0.97 GB"},
+                              {2000000000, "1.86 GB"},
+                              {2000000001, "1.86 GB"},
+                              {5.0 * 1024 * mega - 1, "5.00 GB"},
+                              {1500.0 * 1024 * mega, "1500.00 GB"}};
+    for (const SizeCase &one : cases) EXPECT_EQ(FormatByteSize(one.bytes), one.text) << one.bytes;
+}
+
+TEST(Numbers, PrintsDurations) {
+    EXPECT_EQ(FormatElapsed(2 * 86400 + 5 * 3600 + 3599, true, true), "2d 5h");
+    EXPECT_EQ(FormatElapsed(723.9, false, true), "12m 3s");
+    EXPECT_EQ(FormatElapsed(97399, false, false), "27h 3m");
+    EXPECT_EQ(FormatElapsed(0, false, false), "0h 0m");
+}
+
+}  // namespace pixmora

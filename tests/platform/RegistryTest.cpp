@@ -1,0 +1,164 @@
+// The registry: its tree, its file, and what other hands do to that file.
+#include "platform/Registry.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+namespace {
+
+using Registry::Root;
+using Registry::Value;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr Root user = Root::CurrentUser;
+
+}  // namespace
+
+class RegistryTest : public testing::Test {
+protected:
+    RegistryTest() { Reread(); }
+    ~RegistryTest() override { Registry::SetFilePath(""); }
+
+    void Reread() { Registry::SetFilePath(folder.Path("config/settings.ini")); }
+    std::string FileText() { return folder.Read("config/settings.ini"); }
+    void WriteFile(std::string_view text) { folder.Write("config/settings.ini", text); }
+
+    TempFolder folder;
+};
+
+TEST_F(RegistryTest, WritesALegibleFile) {
+    SaveSetting("App", "Setup", "ListenPort", "8080");
+    Registry::SetValue(Root::LocalMachine, "\\Software\\\\Messenger\\", "Count", std::int64_t{15});
+    EXPECT_EQ(FileText(),
+              "[HKCU\\Software\\VB and VBA Program Settings\\App\\Setup]\n"
+              "ListenPort=8080\n"
+              "\n"
+              "[HKLM\\Software\\Messenger]\n"
+              "Count=dword:15\n");
+}
+
+TEST_F(RegistryTest, FoldsCaseAndKeepsTheFirstSpelling) {
+    SaveSetting("App", "IgnoreMsg", "DifferentIPs", "1");
+    EXPECT_EQ(GetSetting("APP", "ignoremsg", "DifferentIps", ""), "1");
+    SaveSetting("app", "IGNOREMSG", "differentips", "2");
+    EXPECT_THAT(FileText(), HasSubstr("App\\IgnoreMsg]\nDifferentIPs=2\n"));
+    EXPECT_EQ(GetSetting("App", "IgnoreMsg", "Other", "fallback"), "fallback");
+    SaveSetting("App", "IgnoreMsg", "Empty", "");
+    EXPECT_EQ(GetSetting("App", "IgnoreMsg", "Empty", "fallback"), "");
+    DeleteSetting("App", "IgnoreMsg", "DIFFERENTIPS");
+    DeleteSetting("App", "IgnoreMsg", "DIFFERENTIPS");
+    EXPECT_EQ(GetSetting("App", "IgnoreMsg", "DifferentIPs", "gone"), "gone");
+}
+
+TEST_F(RegistryTest, BringsBackEveryText) {
+    std::string allBytes;
+    for (int c = 0; c < 256; ++c) allBytes.push_back(static_cast<char>(c));
+    const std::string texts[] = {
+        "",    " ",      "  both ends  ", "a=b", "[x]",    ";x",           "#x",  "100%",    "%41",    "%%41",
+        "%4",  "%",      "C:\\x\\",       "\\",  "a\r\nb", "\n",           "\t",  "dword:5", "dword:", "\"q\"",
+        "é ü", allBytes, "a\\\nb",        "=",   "x]",     "\xEF\xBB\xBF", "% 41"};
+    for (const std::string &text : texts) {
+        const std::string key = "S\\" + Replace(text, "\\", "");  // the separator alone can't be part of a key's name
+        Registry::SetValue(user, "A", "value", text);
+        Registry::SetValue(user, "A", text, std::string("named"));
+        Registry::SetValue(user, key, "in", text);
+        Reread();
+        EXPECT_EQ(Registry::GetValue(user, "A", "value"), Value(text)) << text;
+        EXPECT_EQ(Registry::GetValue(user, "A", text), Value("named")) << text;
+        EXPECT_EQ(Registry::GetValue(user, key, "in"), Value(text)) << text;
+        Registry::DeleteValue(user, "A", text);
+    }
+    for (const std::int64_t number : {std::int64_t{0}, std::int64_t{-1}, std::int64_t{4294967295}}) {
+        Registry::SetValue(user, "A", "number", number);
+        Reread();
+        EXPECT_EQ(Registry::GetValue(user, "A", "number"), Value(number));
+    }
+}
+
+TEST_F(RegistryTest, KeepsKeysAsATree) {
+    Registry::SetValue(user, "Program\\Two", "x", std::string("1"));
+    Registry::SetValue(user, "Program\\One\\Deep", "x", std::string("1"));
+    Registry::SetValue(user, "Program\\One", "y", std::string("1"));
+    Registry::SetValue(user, "Programs\\Other", "x", std::string("1"));
+    Registry::CreateKey(user, "Program\\Empty");
+    Reread();
+    EXPECT_THAT(Registry::EnumKeys(user, "program"), ElementsAre("Two", "One", "Empty"));
+    EXPECT_THAT(Registry::EnumKeys(user, ""), ElementsAre("Program", "Programs"));
+    EXPECT_THAT(Registry::EnumValues(user, "Program\\One"), ElementsAre(std::pair<std::string, Value>("y", "1")));
+    EXPECT_TRUE(Registry::KeyExists(user, "Program\\One\\"));
+    EXPECT_FALSE(Registry::KeyExists(user, "Prog"));
+    EXPECT_FALSE(Registry::KeyExists(Root::LocalMachine, "Program"));
+
+    Registry::DeleteKey(user, "program\\one");
+    EXPECT_THAT(Registry::EnumKeys(user, "Program"), ElementsAre("Two", "Empty"));
+    Registry::DeleteKey(user, "Programs\\Other");
+    EXPECT_TRUE(Registry::KeyExists(user, "Programs")) << "a key outlives the last one below it";
+    Registry::DeleteKey(user, "Nowhere");
+    EXPECT_TRUE(Registry::ValueExists(user, "Program\\Two", "X"));
+    EXPECT_FALSE(Registry::ValueExists(user, "Program\\Two", "y"));
+}
+
+TEST_F(RegistryTest, SeesWhatOthersWrite) {
+    SaveSetting("App", "Setup", "Style", "Default");
+    EXPECT_EQ(GetSetting("App", "Setup", "Style", ""), "Default");
+    const std::string text = FileText();
+    WriteFile(text.substr(0, text.size() - 8) + "Changed\nNew=1\n");
+    EXPECT_EQ(GetSetting("App", "Setup", "Style", ""), "Changed");
+    SaveSetting("App", "Setup", "Author", "Ann");
+    EXPECT_EQ(GetSetting("App", "Setup", "New", ""), "1") << "a save loses nothing that others wrote";
+    DeleteFile(folder.Path("config/settings.ini"));
+    EXPECT_EQ(GetSetting("App", "Setup", "New", "none"), "none");
+}
+
+TEST_F(RegistryTest, SurvivesHandEditing) {
+    WriteFile(
+        "\xEF\xBB\xBF; my settings\r\n\r\n"
+        "  [HKCU\\A]  \r\n"
+        "  Port =  81  \r\n"
+        "no equals sign\r\n"
+        "# a remark\r\n"
+        "Bad=%zz%4\r\n"
+        "[HKCU\\B\r\n"
+        "Number=dword:many\r\n"
+        "[Elsewhere]\r\n"
+        "x=1\r\n"
+        "[hkcu\\a]\r\n"
+        "port=82");
+    EXPECT_EQ(Registry::GetValue(user, "A", "Port"), Value("82"));
+    EXPECT_EQ(Registry::GetValue(user, "A", "Bad"), Value("%zz%4"));
+    EXPECT_EQ(Registry::GetValue(user, "A", "Number"), Value("dword:many"));
+    EXPECT_THAT(Registry::EnumKeys(user, ""), ElementsAre("A"));
+
+    Registry::SetValue(user, "A", "Port", std::string("83"));
+    EXPECT_EQ(
+        FileText(),
+        "; my settings\n\n[HKCU\\A]\nPort=83\nno equals sign\n# a remark\nBad=%zz%4\n[HKCU\\B\nNumber=dword:many\n"
+        "\n[Elsewhere]\nx=1\n");
+}
+
+TEST_F(RegistryTest, NeverTakesAnUnreadableFileForAnEmptyOne) {
+    folder.MakeFolder("config/settings.ini");
+    EXPECT_THROW(GetSetting("App", "Setup", "Style", ""), RunTimeError);
+    EXPECT_THROW(SaveSetting("App", "Setup", "Style", "x"), RunTimeError);
+}
+
+TEST_F(RegistryTest, WritesNothingWhereNothingChanges) {
+    SaveSetting("App", "Setup", "Style", "Default");
+    const FileFacts before = GetFileFacts(Registry::FilePath());
+    SaveSetting("App", "Setup", "Style", "Default");
+    DeleteSetting("App", "Setup", "Absent");
+    Registry::DeleteKey(user, "Absent");
+    EXPECT_EQ(GetFileFacts(Registry::FilePath()).Inode, before.Inode);
+}
+
+}  // namespace pixmora

@@ -1,0 +1,111 @@
+// Texts: cutting, replacing, comparing, and wildcard matches.
+#include "platform/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "platform/RunTimeError.h"
+
+namespace pixmora {
+
+TEST(Text, ReplacesWithoutLookingAtWhatWasPutIn) {
+    EXPECT_EQ(Replace("a\"b\"", "\"", "\"\""), "a\"\"b\"\"");
+    EXPECT_EQ(Replace("aaa", "aa", "a"), "aa");
+    EXPECT_EQ(Replace("abc", "", "x"), "abc");
+    EXPECT_EQ(Replace("ABab", "a", ""), "ABb");
+}
+
+TEST(Text, SplitsAsTheRunTimeDoes) {
+    using Pieces = std::vector<std::string>;
+    EXPECT_EQ(Split("", "&"), Pieces{});
+    EXPECT_EQ(Split("&", "&"), (Pieces{"", ""}));
+    EXPECT_EQ(Split("1&&x&", "&"), (Pieces{"1", "", "x", ""}));
+    EXPECT_EQ(Split("a\r\nb", "\r\n"), (Pieces{"a", "b"}));
+    EXPECT_EQ(Split("ab", ""), Pieces{"ab"});
+    EXPECT_EQ(Join(Split("1&&x&", "&"), "&"), "1&&x&");
+}
+
+TEST(Text, TrimsBlanksOnlyAndWhitespaceWhereAsked) {
+    EXPECT_EQ(Trim("  a b\t "), "a b\t");
+    EXPECT_EQ(Trim("   "), "");
+    EXPECT_EQ(TrimWhitespace(" \ta b\r\n"), "a b");
+    EXPECT_EQ(TrimWhitespace("\r\n"), "");
+}
+
+TEST(Text, FoldsAsciiCaseAndLeavesOtherBytesAlone) {
+    EXPECT_EQ(LCase("ÀZ[@"), "Àz[@");
+    EXPECT_EQ(UCase("àz{`"), "àZ{`");
+    EXPECT_TRUE(EqualsIgnoreCase("Webcam", "WebCam"));
+    EXPECT_FALSE(EqualsIgnoreCase("Webcam", "Webcams"));
+    EXPECT_LT(CompareIgnoreCase("a", "B"), 0);
+    EXPECT_GT(CompareIgnoreCase("b", "A"), 0);
+    EXPECT_LT(CompareIgnoreCase("a", "AB"), 0);
+    EXPECT_GT(CompareIgnoreCase("\xC3", "z"), 0) << "bytes compare unsigned";
+}
+
+TEST(Text, CutsAtItsEndAndAtNul) {
+    EXPECT_EQ(LastCharacters("a.jpg", 3), "jpg");
+    EXPECT_EQ(LastCharacters("jg", 3), "jg");
+    EXPECT_EQ(CutAtNul(std::string_view("a\0b", 3)), "a");
+    EXPECT_EQ(RepeatString("ab", 3), "ababab");
+    EXPECT_EQ(RepeatString("ab", -1), "");
+}
+
+struct LikeCase {
+    const char *name;
+    const char *text;
+    const char *pattern;
+    bool fits;
+};
+
+class LikeTest : public testing::TestWithParam<LikeCase> {};
+
+TEST_P(LikeTest, Matches) {
+    EXPECT_EQ(Like(GetParam().text, GetParam().pattern), GetParam().fits) << GetParam().name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Patterns, LikeTest,
+    testing::Values(LikeCase{"a run at the end", "Private stuff", "Private*", true},
+                    LikeCase{"case counts", "private stuff", "Private*", false},
+                    LikeCase{"the whole text, not a part", "Censored too", "Censored", false},
+                    LikeCase{"empty pattern on empty text", "", "", true},
+                    LikeCase{"empty pattern on a text", "a", "", false}, LikeCase{"star on nothing", "", "*", true},
+                    LikeCase{"last star gives way", "aXbXc", "*X*c", true},
+                    LikeCase{"star then too little", "ab", "*abc", false},
+                    LikeCase{"question mark needs a character", "a", "a?", false},
+                    LikeCase{"digit", "IMG_1", "IMG_#", true}, LikeCase{"no digit", "IMG_x", "IMG_#", false},
+                    LikeCase{"list", "b", "[abc]", true}, LikeCase{"range", "m", "[a-z]", true},
+                    LikeCase{"outside a range", "M", "[a-z]", false}, LikeCase{"negated range", "5", "[!a-z]", true},
+                    LikeCase{"negated, inside", "q", "[!a-z]", false},
+                    LikeCase{"hyphen at the end stands for itself", "-", "[a-]", true},
+                    LikeCase{"lone exclamation mark in a list", "!", "[!]", true},
+                    LikeCase{"special characters in a list", "*", "[*?#[]", true},
+                    LikeCase{"an empty list is nothing", "ab", "a[]b", true},
+                    LikeCase{"closing bracket alone is itself", "a]", "a]", true},
+                    LikeCase{"bytes above 127", "\xC3\xA9", "[\xC0-\xFF]?", true}));
+
+TEST(LikePattern, RefusesWhatIsNoPattern) {
+    EXPECT_THROW(Like("abc", "a[bc"), RunTimeError);
+    EXPECT_THROW(Like("x", "[z-a]"), RunTimeError);
+}
+
+TEST(LikePattern, ManyStarsTakeNoForever) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(Like(std::string(5000, 'a'), RepeatString("a*", 500) + "b"));
+    EXPECT_FALSE(PathMatchSpec(std::string(5000, 'a'), RepeatString("a*", 500) + "b"));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST(PathMatch, TriesEachWildcardWithoutCase) {
+    EXPECT_TRUE(PathMatchSpec("A.JPG", "*.jpg; *.gif; *.bmp;"));
+    EXPECT_TRUE(PathMatchSpec("b.Gif", "*.jpg; *.gif ; *.bmp;"));
+    EXPECT_TRUE(PathMatchSpec("x1.mpg", "x?.mpg"));
+    EXPECT_FALSE(PathMatchSpec("a.jpeg", "*.jpg;*.gif"));
+    EXPECT_FALSE(PathMatchSpec("a.jpg.tmp", "*.jpg"));
+    EXPECT_FALSE(PathMatchSpec("", "*.jpg;;")) << "an empty wildcard matches nothing";
+    EXPECT_FALSE(PathMatchSpec("a", "[a]")) << "the shell knows no lists";
+}
+
+}  // namespace pixmora
