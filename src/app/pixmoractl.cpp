@@ -1,13 +1,13 @@
 // pixmoractl: the owner's settings and tables from a shell, while the website is stopped.
+#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "app/LineDialogue.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
 #include "platform/App.h"
@@ -39,7 +39,7 @@ constexpr const char *usage =
     "       pixmoractl protect ALBUM SUBDIR USER | unprotect ALBUM SUBDIR USER     (SUBDIR is \"\\\" or \"\\a\\b\")\n";
 
 int Refuse(const std::string &message) {
-    std::fprintf(stderr, "%s\n", pixmora::Replace(pixmora::Replace(message, "\r\n", "\n"), "\n\n", "\n").c_str());
+    pixmora::ShowMessageBox(message, pixmora::FlagCritical);
     return statusRefused;
 }
 
@@ -47,19 +47,6 @@ int ShowUsage() {
     std::fputs(usage, stderr);
     return statusUsage;
 }
-
-/// The owner's messages as lines on standard error; a question takes its No.
-class LineDialogue : public pixmora::OwnerDialogue {
-public:
-    int ShowMessageBox(const std::string &text, int flags) override {
-        Refuse(text);
-        return (flags & pixmora::FlagYesNo) != 0 ? pixmora::AnswerNo : pixmora::AnswerOk;
-    }
-    void ShowHelpBalloon(const std::string &, const std::string &) override {}
-    void OpenInBrowser(const std::string &) override {}
-    void WebsiteStatusChanged() override {}
-    void ShowSetup() override {}
-};
 
 bool HasAlbum(const std::string &name) {
     std::int32_t count = 0;
@@ -266,7 +253,7 @@ int RunWords(const Words &words) {
 
 int main(int argc, char **argv) {
     const pixmora::Application application(argc, argv);
-    LineDialogue dialogue;
+    pixmora::LineDialogue dialogue;
     pixmora::SetOwnerDialogue(&dialogue);
     try {
         return RunWords(Words(argv + 1, argv + argc));

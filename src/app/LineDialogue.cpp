@@ -1,0 +1,22 @@
+// The owner's dialogue of the programs without windows.
+#include "app/LineDialogue.h"
+
+#include "platform/Text.h"
+
+namespace pixmora {
+
+void PrintLine(std::FILE *stream, const std::string &text) {
+    std::fprintf(stream, "%s\n", text.c_str());
+    std::fflush(stream);
+}
+
+int LineDialogue::ShowMessageBox(const std::string &text, int flags) {
+    PrintLine(stderr, Replace(Replace(text, "\r\n", "\n"), "\n", " | "));
+    return (flags & FlagYesNo) != 0 ? AnswerNo : AnswerOk;
+}
+
+void LineDialogue::ShowHelpBalloon(const std::string &title, const std::string &text) {
+    ShowMessageBox(title + "\n" + text, FlagInformation);
+}
+
+}  // namespace pixmora

@@ -1,0 +1,25 @@
+// The owner's dialogue of the programs without windows.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include "core/site/OwnerDialogue.h"
+
+namespace pixmora {
+
+/// Prints the line and hands it on at once.
+void PrintLine(std::FILE *stream, const std::string &text);
+
+/// The owner's messages and questions, one line each on standard error, line ends shown as " | "; a question takes its
+/// No.
+class LineDialogue : public OwnerDialogue {
+public:
+    int ShowMessageBox(const std::string &text, int flags) override;
+    void ShowHelpBalloon(const std::string &title, const std::string &text) override;
+    void OpenInBrowser(const std::string &) override {}
+    void WebsiteStatusChanged() override {}
+    void ShowSetup() override {}
+};
+
+}  // namespace pixmora

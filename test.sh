@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Installs what is needed, builds, and runs all tests: ./test.sh [PRESET], by default release (see CMakePresets.json).
+set -euo pipefail
+cd "$(dirname "$0")"
+preset=${1:-release}
+
+scripts/install-packages build run test
+cmake --preset "$preset"
+cmake --build --preset "$preset"
+ctest --test-dir "build/$preset" -j "$(nproc)" --output-on-failure
