@@ -10,10 +10,10 @@
 
 #include "platform/Clock.h"
 
-struct sqlite3;
-
 namespace pixmora {
 
+/// A Long is a whole number of 32 bits, an Integer one of 16. A Boolean is never Null: a row that didn't get one has
+/// false.
 enum class FieldType { Text, Long, Integer, Boolean, Date, Double };
 enum class RecordsetType { Table = 1, Dynaset = 2, Snapshot = 4 };
 
@@ -23,7 +23,8 @@ struct Null {
 /// A field's value. Whole numbers of every size are int64; a Boolean field reads as bool, a Date field as DateTime.
 using FieldValue = std::variant<Null, std::int64_t, double, bool, std::string, DateTime>;
 
-/// Readings of a value; Null raises InvalidUseOfNull, a value of another kind is converted or raises TypeMismatch.
+/// Readings of a value; Null raises InvalidUseOfNull, a value of another kind is converted or raises TypeMismatch. A
+/// Boolean counts as 1 or 0, a Double is rounded half to even.
 std::int64_t AsLong(const FieldValue &value);
 double AsDouble(const FieldValue &value);
 bool AsBoolean(const FieldValue &value);
@@ -43,9 +44,11 @@ struct Field {
     FieldType Type;
 };
 
+class DatabaseEngine;
 class Recordset;
 
-/// An open database file, in WAL mode. Not copied; closed by its destructor.
+/// An open database file, in WAL mode. Not copied; closed by its destructor, which no recordset or transaction may
+/// outlive. Another connection's write lock is waited for, at most 2 s.
 class Database {
 public:
     /// Makes a new, empty file. @throws RunTimeError DatabaseError, also when the file exists
@@ -60,8 +63,9 @@ public:
     bool TableExists(std::string_view table) const;
     std::vector<std::string> TableNames() const;
     void CreateTable(std::string_view table, const std::vector<Field> &fields);
-    /// @throws RunTimeError ItemNotFound
+    /// Also while recordsets are open. @throws RunTimeError ItemNotFound
     void DeleteTable(std::string_view table);
+    /// @throws RunTimeError ItemNotFound
     std::vector<Field> Fields(std::string_view table) const;
     /// Appends the field at the end.
     void AppendField(std::string_view table, const Field &field);
@@ -75,23 +79,19 @@ public:
     /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last
     /// checkpoint (a crash of the program takes nothing in either case).
     void SetSynchronousFull(bool full);
-    /// Brings the log into the database file, without waiting for readers.
+    /// Brings the log into the database file as far as that goes without waiting: not at all while a transaction or an
+    /// ordered recordset is open.
     void Checkpoint();
 
-    /// The engine's handle, for this layer's own use.
-    sqlite3 *Handle() const { return handle_; }
-
 private:
-    explicit Database(sqlite3 *handle);
+    explicit Database(std::unique_ptr<DatabaseEngine> engine);
     friend class Recordset;
     friend class Transaction;
-    struct StatementCache;
-    sqlite3 *handle_;
-    std::unique_ptr<StatementCache> statements_;
-    int transactionDepth_ = 0;
+    std::unique_ptr<DatabaseEngine> engine_;
 };
 
 /// All changes of a scope together or not at all; nests, the outermost decides. Rolled back unless Commit was called.
+/// No scope may turn the message loop: what other handlers write meanwhile would share its fate.
 class Transaction {
 public:
     explicit Transaction(Database &database);
@@ -121,8 +121,9 @@ public:
 
     /// @throws RunTimeError NoCurrentRecord on an empty recordset
     void MoveFirst();
+    /// Past the last row Eof is true. @throws RunTimeError NoCurrentRecord when it was already
     void MoveNext();
-    /// Moves on from the current row. @param rows 0 or more
+    /// Moves on from the current row, at most to Eof. @param rows 0 or more
     void Move(std::int64_t rows);
 
     /// Goes to the first row that meets the criteria, or the next one behind the current row; NoMatch tells the
@@ -136,7 +137,11 @@ public:
     FieldValue Value(std::string_view field) const;
     FieldValue Value(int ordinal) const;
 
-    /// Begin a new row, or a change of the current row; Set takes values until Update writes them.
+    /// Begin a new row, or a change of the current row as it stands in the file now; Set takes values until Update
+    /// writes them, and moving on before that drops them. Each Update and Delete outside a Transaction is one of its
+    /// own.
+    /// @throws RunTimeError Overflow from Set for a number beyond the field's range, TypeMismatch for a value that
+    /// doesn't fit
     void AddNew();
     void Edit();
     void Set(std::string_view field, FieldValue value);
@@ -144,12 +149,14 @@ public:
     void Update();
     /// Deletes the current row; FindNext and MoveNext go on from where it stood.
     void Delete();
+    /// From here on every call raises ObjectNotSet.
     void Close();
 
 private:
     Recordset(Database &database, std::string_view source, RecordsetType type);
     friend class Database;
     struct Implementation;
+    Implementation &Open() const;
     std::unique_ptr<Implementation> implementation_;
 };
 

@@ -1,0 +1,108 @@
+// Opening, making and changing a database file.
+#include "platform/Database.h"
+
+#include <utility>
+
+#include "platform/DatabaseEngine.h"
+#include "platform/FieldTypes.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "platform/StatementTranslator.h"
+
+namespace pixmora {
+
+namespace {
+
+/// Sets the connection up and reads the file's head, which is where a file that is no database, or is held by another
+/// program, shows it.
+void BeginUse(DatabaseEngine &engine) {
+    // Checkpoints come each minute and when the log has grown; the file of the log is then cut back to its usual size.
+    engine.Execute(
+        "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=1000;"
+        "PRAGMA journal_size_limit=4194304; PRAGMA temp_store=MEMORY; SELECT count(*) FROM sqlite_master");
+}
+
+std::string ColumnOf(const Field &field) {
+    return QuotedIdentifier(field.Name) + " " + std::string(DeclarationOf(field.Type));
+}
+
+}  // namespace
+
+Database::Database(std::unique_ptr<DatabaseEngine> engine) : engine_(std::move(engine)) {}
+
+Database::~Database() = default;
+
+std::unique_ptr<Database> Database::CreateDatabase(std::string_view path) {
+    if (FileExists(path)) throw RunTimeError(ErrorNumber::DatabaseError, "Database already exists.");
+    auto engine = std::make_unique<DatabaseEngine>(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    BeginUse(*engine);
+    return std::unique_ptr<Database>(new Database(std::move(engine)));
+}
+
+std::unique_ptr<Database> Database::OpenDatabase(std::string_view path) {
+    auto engine = std::make_unique<DatabaseEngine>(path, SQLITE_OPEN_READWRITE);
+    // The engine would take an empty file for a new database.
+    if (FileLength(path) == 0) throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errstr(SQLITE_NOTADB));
+    if (sqlite3_db_readonly(engine->Handle(), "main") != 0) {
+        throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errstr(SQLITE_READONLY));
+    }
+    BeginUse(*engine);
+    return std::unique_ptr<Database>(new Database(std::move(engine)));
+}
+
+bool Database::TableExists(std::string_view table) const {
+    return engine_->TableExists(table);
+}
+
+std::vector<std::string> Database::TableNames() const {
+    PreparedStatement statement(
+        *engine_, "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite!_%' ESCAPE '!'");
+    std::vector<std::string> names;
+    while (statement.Step()) names.push_back(AsText(statement.Column(0)));
+    return names;
+}
+
+void Database::CreateTable(std::string_view table, const std::vector<Field> &fields) {
+    std::string columns;
+    for (const Field &field : fields) columns += (columns.empty() ? "" : ", ") + ColumnOf(field);
+    engine_->ChangeSchema("CREATE TABLE " + QuotedIdentifier(table) + " (" + columns + ")");
+}
+
+void Database::DeleteTable(std::string_view table) {
+    engine_->ChangeSchema("DROP TABLE " + QuotedIdentifier(engine_->Table(table)->Name));
+}
+
+std::vector<Field> Database::Fields(std::string_view table) const {
+    return engine_->Table(table)->Fields;
+}
+
+void Database::AppendField(std::string_view table, const Field &field) {
+    const TablePointer definition = engine_->Table(table);
+    engine_->ChangeSchema("ALTER TABLE " + QuotedIdentifier(definition->Name) + " ADD COLUMN " + ColumnOf(field));
+}
+
+void Database::DeleteField(std::string_view table, std::string_view field) {
+    const TablePointer definition = engine_->Table(table);
+    const std::string name = definition->Fields[definition->PlaceOf(field)].Name;
+    engine_->ChangeSchema("ALTER TABLE " + QuotedIdentifier(definition->Name) + " DROP COLUMN " +
+                          QuotedIdentifier(name));
+}
+
+std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view source, RecordsetType type) {
+    return std::unique_ptr<Recordset>(new Recordset(*this, source, type));
+}
+
+void Database::SetSynchronousFull(bool full) {
+    engine_->Execute(full ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL");
+    // What was written before must reach the disk too.
+    if (full) Checkpoint();
+}
+
+void Database::Checkpoint() {
+    const int result =
+        sqlite3_wal_checkpoint_v2(engine_->Handle(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+    // Busy: another connection does this work at the moment. Locked: this one is in the middle of something.
+    if (result != SQLITE_OK && result != SQLITE_BUSY && result != SQLITE_LOCKED) engine_->RaiseLastError();
+}
+
+}  // namespace pixmora

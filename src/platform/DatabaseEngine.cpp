@@ -1,0 +1,166 @@
+// The connection to a database file.
+#include "platform/DatabaseEngine.h"
+
+#include <algorithm>
+
+#include "platform/FieldTypes.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+
+namespace pixmora {
+
+namespace {
+
+/// Far more shapes than the program has; only the tables that each album brings multiply them.
+constexpr std::size_t mostStatements = 256;
+
+constexpr int busyTimeout = 2000;  // ms
+
+}  // namespace
+
+std::size_t TableDefinition::PlaceOf(std::string_view field) const {
+    const auto place =
+        std::ranges::find_if(Fields, [&](const Field &each) { return EqualsIgnoreCase(each.Name, field); });
+    if (place == Fields.end()) throw RunTimeError(ErrorNumber::ItemNotFound);
+    return static_cast<std::size_t>(place - Fields.begin());
+}
+
+DatabaseEngine::DatabaseEngine(std::string_view path, int flags) {
+    // One thread uses the connection, so it takes no lock on itself.
+    const int result = sqlite3_open_v2(SystemPath(path).c_str(), &handle_, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (result != SQLITE_OK) {
+        const RunTimeError error(ErrorNumber::DatabaseError, sqlite3_errstr(result));
+        sqlite3_close_v2(handle_);
+        throw error;
+    }
+    sqlite3_busy_timeout(handle_, busyTimeout);
+    // Without this a misspelt field in double quotes would pass as a text.
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+}
+
+DatabaseEngine::~DatabaseEngine() {
+    statements_.clear();
+    sqlite3_close_v2(handle_);
+}
+
+void DatabaseEngine::RaiseLastError() const {
+    throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errmsg(handle_));
+}
+
+void DatabaseEngine::Execute(const std::string &sql) {
+    if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) RaiseLastError();
+}
+
+void DatabaseEngine::ChangeSchema(const std::string &sql) {
+    while (!readers_.empty()) readers_.back()->ReadToEnd();
+    statements_.clear();
+    ForgetTables();
+    Execute(sql);
+}
+
+bool DatabaseEngine::TableExists(std::string_view table) {
+    PreparedStatement statement(*this, "SELECT 1 FROM sqlite_master WHERE type='table' AND name=? COLLATE NOCASE");
+    statement.Bind(std::string(table));
+    return statement.Step();
+}
+
+TablePointer DatabaseEngine::Table(std::string_view table) {
+    const std::string key = LCase(table);
+    if (const auto known = tables_.find(key); known != tables_.end()) return known->second;
+
+    auto definition = std::make_shared<TableDefinition>();
+    PreparedStatement statement(*this,
+                                "SELECT m.name, f.name, f.type FROM sqlite_master m, pragma_table_info(m.name) f "
+                                "WHERE m.type='table' AND m.name=? COLLATE NOCASE ORDER BY f.cid");
+    statement.Bind(std::string(table));
+    while (statement.Step()) {
+        definition->Name = AsText(statement.Column(0));
+        definition->Fields.push_back({AsText(statement.Column(1)), TypeOfDeclaration(AsText(statement.Column(2)))});
+    }
+    if (definition->Fields.empty()) throw RunTimeError(ErrorNumber::ItemNotFound);
+    return tables_[key] = definition;
+}
+
+StatementCache::node_type DatabaseEngine::TakeStatement(const std::string &sql) {
+    if (auto node = statements_.extract(sql)) return node;
+
+    sqlite3_stmt *handle = nullptr;
+    const int length = static_cast<int>(sql.size()) + 1;
+    if (sqlite3_prepare_v3(handle_, sql.c_str(), length, SQLITE_PREPARE_PERSISTENT, &handle, nullptr) != SQLITE_OK) {
+        // Another program may have changed the tables; the next try looks at them anew.
+        ForgetTables();
+        RaiseLastError();
+    }
+    StatementCache fresh;
+    fresh[sql].Handle.reset(handle);
+    return fresh.extract(fresh.begin());
+}
+
+void DatabaseEngine::GiveBack(StatementCache::node_type statement) {
+    if (statements_.size() >= mostStatements) DropLeastUsedStatement();
+    statement.mapped().LastUse = ++uses_;
+    statements_.insert(std::move(statement));
+}
+
+void DatabaseEngine::DropLeastUsedStatement() {
+    statements_.erase(
+        std::ranges::min_element(statements_, {}, [](const auto &entry) { return entry.second.LastUse; }));
+}
+
+void DatabaseEngine::RemoveReader(OpenReader *reader) {
+    std::erase(readers_, reader);
+}
+
+PreparedStatement::PreparedStatement(DatabaseEngine &engine, const std::string &sql)
+    : engine_(engine), node_(engine.TakeStatement(sql)), handle_(node_.mapped().Handle.get()) {}
+
+PreparedStatement::~PreparedStatement() {
+    sqlite3_reset(handle_);
+    sqlite3_clear_bindings(handle_);
+    engine_.GiveBack(std::move(node_));
+}
+
+void PreparedStatement::Bind(const FieldValue &stored) {
+    const int place = ++bound_;
+    int result = SQLITE_OK;
+    if (IsNull(stored)) {
+        result = sqlite3_bind_null(handle_, place);
+    } else if (const auto *whole = std::get_if<std::int64_t>(&stored)) {
+        result = sqlite3_bind_int64(handle_, place, *whole);
+    } else if (const auto *number = std::get_if<double>(&stored)) {
+        result = sqlite3_bind_double(handle_, place, *number);
+    } else {
+        const std::string &text = std::get<std::string>(stored);
+        result = sqlite3_bind_text64(handle_, place, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    }
+    if (result != SQLITE_OK) engine_.RaiseLastError();
+}
+
+void PreparedStatement::Bind(const std::vector<FieldValue> &stored) {
+    for (const FieldValue &value : stored) Bind(value);
+}
+
+bool PreparedStatement::Step() {
+    const int result = sqlite3_step(handle_);
+    if (result != SQLITE_ROW && result != SQLITE_DONE) engine_.RaiseLastError();
+    return result == SQLITE_ROW;
+}
+
+FieldValue PreparedStatement::Column(int column) const {
+    switch (sqlite3_column_type(handle_, column)) {
+        case SQLITE_NULL:
+            return Null{};
+        case SQLITE_INTEGER:
+            return std::int64_t{sqlite3_column_int64(handle_, column)};
+        case SQLITE_FLOAT:
+            return sqlite3_column_double(handle_, column);
+        default:
+            break;
+    }
+    const auto *bytes = static_cast<const char *>(sqlite3_column_blob(handle_, column));
+    if (bytes == nullptr) return std::string();
+    return std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(handle_, column)));
+}
+
+}  // namespace pixmora
