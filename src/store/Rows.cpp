@@ -1,0 +1,15 @@
+// What is done with the rows of a table that meet a criterion.
+#include "store/Rows.h"
+
+#include "store/Globals.h"
+
+namespace pixmora {
+
+void DeleteRows(std::string_view table, std::string_view criteria) {
+    Transaction transaction(*gDatabase);
+    const auto rows = gDatabase->OpenRecordset(table, RecordsetType::Dynaset);
+    for (rows->FindFirst(criteria); !rows->NoMatch(); rows->FindNext(criteria)) rows->Delete();
+    transaction.Commit();
+}
+
+}  // namespace pixmora

@@ -1,0 +1,164 @@
+// Statistics: every event leaves its mark in five tables at once.
+#include "store/Statistics.h"
+
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "platform/Numbers.h"
+#include "platform/RunTimeError.h"
+#include "store/Globals.h"
+#include "store/Rows.h"
+#include "store/Schema.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::int32_t recentWindow = 3600000;  // ms
+
+/// The row that an event belongs to in one of the tables, and its counter there.
+struct Counter {
+    std::string Table;
+    std::vector<std::pair<std::string, FieldValue>> Keys;
+    std::string Criteria;
+    int Ordinal;
+    bool MayOutgrowLong;
+};
+
+void RequireKind(std::int16_t kind) {
+    if (kind < Stat::RunningTime || kind > Stat::Bandwidth) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+}
+
+void RecordRecent(std::int16_t kind, std::int32_t value) {
+    const auto rows = gDatabase->OpenRecordset("StatsRecent", RecordsetType::Dynaset);
+    rows->AddNew();
+    rows->Set("WhatTime", GetTickCount());
+    rows->Set("WhatStat", kind);
+    rows->Set("StatValue", value);
+    rows->Update();
+}
+
+/// Deliberate: a row's first event stores 1 whatever its value.
+void AddRow(Recordset &rows, const Counter &counter) {
+    rows.AddNew();
+    for (const auto &[field, value] : counter.Keys) rows.Set(field, value);
+    rows.Set(counter.Ordinal, 1);
+    rows.Update();
+}
+
+bool IsLong(const Counter &counter) {
+    return gDatabase->Fields(counter.Table)[static_cast<std::size_t>(counter.Ordinal)].Type == FieldType::Long;
+}
+
+void Add(const Counter &counter, std::int32_t value) {
+    const auto rows = gDatabase->OpenRecordset(counter.Table, RecordsetType::Dynaset);
+    rows->FindFirst(counter.Criteria);
+    if (rows->NoMatch()) {
+        AddRow(*rows, counter);
+        return;
+    }
+    rows->Edit();
+    const FieldValue old = rows->Value(counter.Ordinal);
+    const double sum = (IsNull(old) ? 0 : AsDouble(old)) + value;
+    if (sum > std::numeric_limits<std::int32_t>::max() && counter.MayOutgrowLong && IsLong(counter)) {
+        const std::string field = gDatabase->Fields(counter.Table)[static_cast<std::size_t>(counter.Ordinal)].Name;
+        WidenToDouble(counter.Table, field);
+        Add(counter, value);
+        return;
+    }
+    rows->Set(counter.Ordinal, sum);
+    rows->Update();
+}
+
+Counter TotalCounter(std::int16_t kind) {
+    return {"StatsTotal", {{"Stat", kind}}, "Stat=" + std::to_string(kind), 1, true};
+}
+
+Counter HourlyCounter(std::int16_t kind, const std::string &album, DateTime now, DateTime today) {
+    const int hour = HourOf(now);
+    return {"StatsHourly",
+            {{"AlbumName", album}, {"WhichDay", today}, {"WhichHour", hour}},
+            "AlbumName=" + QuotedText(album) + " and WhichDay=" + QuotedDate(today) +
+                " and WhichHour=" + std::to_string(hour),
+            kind + 3,
+            kind == Stat::Bandwidth};
+}
+
+Counter DailyCounter(std::int16_t kind, const std::string &album, DateTime today) {
+    return {"StatsDaily",
+            {{"AlbumName", album}, {"WhichDay", today}},
+            "AlbumName=" + QuotedText(album) + " and WhichDay=" + QuotedDate(today),
+            kind + 2,
+            kind == Stat::Bandwidth};
+}
+
+Counter MonthlyCounter(std::int16_t kind, const std::string &album, DateTime today) {
+    const int year = YearOf(today);
+    const int month = MonthOf(today);
+    return {"StatsMonthly",
+            {{"AlbumName", album}, {"WhichYear", year}, {"WhichMonth", month}},
+            "AlbumName=" + QuotedText(album) + " and WhichYear=" + std::to_string(year) +
+                " and WhichMonth=" + std::to_string(month),
+            kind + 3,
+            kind == Stat::Bandwidth};
+}
+
+void PurgeDaysBefore(const std::string &table, int days) {
+    DeleteRows(table, "WhichDay < " + QuotedDate(AddDays(Today(), -days)));
+}
+
+}  // namespace
+
+void RecordStat(std::int16_t kind, std::string_view albumName, std::int32_t value) {
+    RequireKind(kind);
+    const std::string album(albumName);
+    // Read once, so that an event at midnight falls on one day in all tables.
+    const DateTime now = Now();
+    const DateTime today = std::chrono::floor<std::chrono::days>(now);
+
+    Transaction transaction(*gDatabase);
+    RecordRecent(kind, value);
+    Add(TotalCounter(kind), value);
+    Add(HourlyCounter(kind, album, now, today), value);
+    Add(DailyCounter(kind, album, today), value);
+    Add(MonthlyCounter(kind, album, today), value);
+    transaction.Commit();
+}
+
+double ReadStatTotal(std::int16_t kind) {
+    const auto rows = gDatabase->OpenRecordset("StatsTotal", RecordsetType::Dynaset);
+    rows->FindFirst("Stat=" + std::to_string(kind));
+    return rows->NoMatch() ? 0 : AsDouble(rows->Value("TotalCount"));
+}
+
+std::int32_t ReadRecentSum(std::int16_t kind) {
+    const auto sum = gDatabase->OpenRecordset("SELECT SUM(StatValue) as s FROM StatsRecent WHERE WhatTime > " +
+                                                  std::to_string(AddLong(GetTickCount(), -recentWindow)) +
+                                                  " and WhatStat=" + std::to_string(kind),
+                                              RecordsetType::Snapshot);
+    const FieldValue value = sum->Value("s");
+    return IsNull(value) ? 0 : RoundToLong(AsDouble(value));
+}
+
+void PurgeRecent() {
+    const auto isOld = [] {
+        return "WhatTime < " + std::to_string(AddLong(GetTickCount(), -recentWindow));
+    };
+    Transaction transaction(*gDatabase);
+    const auto rows = gDatabase->OpenRecordset("StatsRecent", RecordsetType::Dynaset);
+    for (rows->FindFirst(isOld()); !rows->NoMatch(); rows->FindNext(isOld())) rows->Delete();
+    transaction.Commit();
+}
+
+void PurgeHourly() {
+    PurgeDaysBefore("StatsHourly", 2);
+}
+
+void PurgeDaily() {
+    PurgeDaysBefore("StatsDaily", 15);
+}
+
+}  // namespace pixmora

@@ -1,0 +1,42 @@
+// Statistics: every event leaves its mark in five tables at once, and is kept as soon as the call returned.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace pixmora {
+
+/// The kinds of events, with the unit of the value.
+struct Stat {
+    enum Kind : std::int16_t {
+        RunningTime = 0,  ///< minutes
+        Visitors = 1,
+        Thumbs = 2,     ///< pictures delivered
+        Downloads = 3,  ///< counted views of a file
+        Bandwidth = 4,  ///< kilobytes
+    };
+};
+
+/// The names under which events of no album, and those of the most popular page, are recorded.
+inline constexpr std::string_view NoAlbum = " ";
+inline constexpr std::string_view MostPopularAlbum = "Most Popular";
+
+/// Records one event, in one transaction. The first event of a row counts 1 whatever its value. A total or a bandwidth
+/// that outgrows a Long turns its field into a Double.
+/// @throws RunTimeError SyntaxError for a name with an apostrophe, InvalidProcedureCall for a kind that there isn't,
+/// DatabaseError
+void RecordStat(std::int16_t kind, std::string_view albumName, std::int32_t value);
+
+/// The total of a kind since the database was made, 0 when there was no such event.
+double ReadStatTotal(std::int16_t kind);
+
+/// What the last hour brought of a kind. @throws RunTimeError Overflow in the hour after the tick count's wrap
+std::int32_t ReadRecentSum(std::int16_t kind);
+/// Drops what is older than an hour from the recent events. @throws RunTimeError Overflow in the hour after the wrap
+void PurgeRecent();
+
+/// Drop the rows of days before the day before yesterday, and of more than 15 days ago.
+void PurgeHourly();
+void PurgeDaily();
+
+}  // namespace pixmora
