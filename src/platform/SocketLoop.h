@@ -10,7 +10,8 @@
 
 namespace pixmora {
 
-/// A socket descriptor that the message loop watches. It lives until its event is over, whatever the event's handlers drop.
+/// A socket descriptor that the message loop watches. It lives until its event is over, whatever the event's handlers
+/// drop.
 class SocketDescriptor : public std::enable_shared_from_this<SocketDescriptor> {
 public:
     virtual ~SocketDescriptor();
@@ -23,14 +24,16 @@ public:
 
     /// The descriptor's number, -1 when there is none (any more).
     int Number() const { return number_; }
-    /// Gives the descriptor up at once. What was sent before is still delivered, unless unread input turns the end into a reset.
+    /// Gives the descriptor up at once. What was sent before is still delivered, unless unread input turns the end into
+    /// a reset.
     void Close();
 
 protected:
     /// Takes the descriptor over. -1: none.
     explicit SocketDescriptor(int number) : number_(number) {}
 
-    /// Sets what is watched for: EPOLLIN, EPOLLOUT, both or nothing. Free when that is so already. @return whether it could
+    /// Sets what is watched for: EPOLLIN, EPOLLOUT, both or nothing. Free when that is so already. @return whether it
+    /// could
     bool Watch(std::uint32_t events);
     std::uint32_t Watched() const { return watched_; }
 
@@ -38,24 +41,26 @@ protected:
     ssize_t Receive(std::string &bytes);
     /// Throws away at most 64 KB of input. @return recv's result
     ssize_t Discard();
-    /// Ends the sending side and gives the descriptor away: it is closed when the peer has ended its side too, or has sent
-    /// another 64 KB, or after a second. So input that is still on its way can't turn the close into a reset, which would
-    /// destroy what the peer has not read yet.
+    /// Ends the sending side and gives the descriptor away: it is closed when the peer has ended its side too, or has
+    /// sent another 64 KB, or after a second. So input that is still on its way can't turn the close into a reset,
+    /// which would destroy what the peer has not read yet.
     void CloseLingering();
+
+    /// Whether a new connection would leave the process descriptors for its files.
+    bool HasSpareNumbers() const;
+    /// Calls back once, when some socket's descriptor has been closed or a second has gone: another part of the process
+    /// may have closed one of its own.
+    static void CallWhenFreed(std::function<void()> callback);
 
 private:
     class Lingering;
+    class Loop;
 
     int number_;
     bool isRegistered_ = false;
     std::uint32_t watched_ = 0;
 };
 
-/// Whether a new connection leaves the process descriptors for its files. @param descriptor any open one
-bool HasSpareDescriptors(int descriptor);
-/// Calls back once, when a descriptor of an element has been closed or a second has gone: another part of the process may have
-/// closed one of its own.
-void CallWhenDescriptorIsFreed(std::function<void()> callback);
 /// Raises the limit of the process's descriptors to what is allowed, at most 4096. Only the first call does it.
 void RaiseDescriptorLimit();
 

@@ -53,7 +53,8 @@ public:
     int LocalPort() const;
     void SetLocalPort(int port);
     /// On all of the machine's IPv4 addresses. Accepting pauses while the process has no descriptors left and goes on
-    /// when one is closed. @throws RunTimeError AddressInUse when another program holds the port, PermissionDenied
+    /// when one is closed. @throws RunTimeError AddressInUse when another program holds the port, PermissionDenied,
+    /// InvalidProcedureCall for a port out of range or, as with Accept and Connect, when the element isn't closed
     void Listen();
     /// Takes a pending connection. @param requestId from OnConnectionRequest. On failure the state stays Closed.
     void Accept(int requestId);

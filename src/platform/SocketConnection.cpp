@@ -1,0 +1,216 @@
+#include "platform/SocketConnection.h"
+
+#include <netinet/tcp.h>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+
+#include <QCoreApplication>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include "platform/MessageLoop.h"
+
+namespace pixmora {
+
+namespace {
+
+/// Answers are written whole or in chunks that must not wait for each other's acknowledgement.
+void SendWithoutDelay(int number) {
+    const int on = 1;
+    setsockopt(number, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
+/// @return ECONNRESET where the kernel has told the reason before
+int ErrorOf(int number) {
+    int error = 0;
+    socklen_t length = sizeof error;
+    getsockopt(number, SOL_SOCKET, SO_ERROR, &error, &length);
+    return error != 0 ? error : ECONNRESET;
+}
+
+bool IsTransient(int error) {
+    return error == EAGAIN || error == EINTR;
+}
+
+}  // namespace
+
+SocketConnection::SocketConnection(std::weak_ptr<Winsock> element, int number, SocketState state)
+    : SocketDescriptor(number), element_(std::move(element)), state_(state) {}
+
+std::shared_ptr<SocketConnection> SocketConnection::Accepted(std::weak_ptr<Winsock> element, int number) {
+    auto connection = std::make_shared<SocketConnection>(std::move(element), number, SocketState::Connected);
+    SendWithoutDelay(number);
+    if (!connection->Watch(EPOLLIN)) connection->FailFromLoop(errno);
+    return connection;
+}
+
+std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Winsock> element, const in_addr &address,
+                                                               int port) {
+    const int number = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    auto connection = std::make_shared<SocketConnection>(std::move(element), number, SocketState::Connecting);
+    sockaddr_in peer{};
+    peer.sin_family = AF_INET;
+    peer.sin_port = htons(static_cast<std::uint16_t>(port));
+    peer.sin_addr = address;
+    if (number < 0) {
+        connection->FailFromLoop(errno);
+    } else if (port < 0 || port > std::numeric_limits<std::uint16_t>::max()) {
+        connection->FailFromLoop(EINVAL);
+    } else {
+        SendWithoutDelay(number);
+        const int result = connect(number, reinterpret_cast<const sockaddr *>(&peer), sizeof peer);
+        const bool hasBegun = result == 0 || errno == EINPROGRESS;
+        if (!hasBegun || !connection->Watch(EPOLLOUT)) connection->FailFromLoop(errno);
+    }
+    return connection;
+}
+
+void SocketConnection::Send(std::string_view bytes) {
+    if (failure_ != 0) return;
+    isSendCompleteDue_ = true;
+    if (BytesWaiting() == 0) bytes.remove_prefix(WriteNow(bytes));
+    if (failure_ == 0 && !bytes.empty()) {
+        if (unsentStart_ > unsent_.size() / 2) unsent_.erase(0, std::exchange(unsentStart_, 0));
+        unsent_.append(bytes);
+    }
+    Watch(Watched() | Wanted());
+}
+
+std::string SocketConnection::Fetch() {
+    auto bytes = std::exchange(received_, {});
+    if (Number() >= 0) Watch(Watched() | Wanted());
+    return bytes;
+}
+
+void SocketConnection::Finish() {
+    const bool hasNothingToWaitFor =
+        state_ != SocketState::Connected || failure_ != 0 || isInputEnded_ || BytesWaiting() > 0;
+    state_ = SocketState::Closed;
+    received_.clear();
+    DropUnsent();
+    if (Number() < 0) return;
+    if (hasNothingToWaitFor) {
+        Discard();
+        Close();
+    } else {
+        CloseLingering();
+    }
+}
+
+/// Fails at the loop's next turn, for a failure met while a caller of the element is on the stack.
+void SocketConnection::FailFromLoop(int number) {
+    failure_ = number;
+    const auto fail = [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->OnReady(0);
+    };
+    QMetaObject::invokeMethod(QCoreApplication::instance(), fail, Qt::QueuedConnection);
+}
+
+void SocketConnection::Fail(int number, const std::string &description) {
+    const auto element = element_.lock();
+    state_ = SocketState::Error;
+    failure_ = number;
+    DropUnsent();
+    Close();
+    if (!element || !element->OnError) return;
+    const auto handler = element->OnError;
+    RunEventHandler([&] { handler(number, description); });
+}
+
+void SocketConnection::OnReady(std::uint32_t events) {
+    const auto element = element_.lock();  // held, so that its handlers may drop it
+    if (!element || state_ == SocketState::Closed || state_ == SocketState::Error) return;
+    if (failure_ == 0 && (events & (EPOLLERR | EPOLLHUP)) != 0) failure_ = ErrorOf(Number());
+    if (failure_ == 0) {
+        if (state_ == SocketState::Connecting && (events & EPOLLOUT) != 0) BecomeConnected();
+        if ((events & EPOLLOUT) != 0 && WantsToWrite()) Write();
+        if ((events & EPOLLIN) != 0 && WantsToRead()) Read();
+        if (IsCloseDue()) {
+            isCloseRaised_ = true;
+            Raise(CloseHandler, element->OnClose);
+        }
+    }
+    if (state_ == SocketState::Closed || state_ == SocketState::Error) return;
+    if (failure_ != 0) {
+        Fail(failure_, std::strerror(failure_));
+    } else {
+        Watch(Wanted());
+    }
+}
+
+/// @param event a copy, since its handler may replace it
+template <class Event, class... Arguments>
+void SocketConnection::Raise(Handler handler, Event event, Arguments... arguments) {
+    if (!event) return;
+    running_ |= handler;
+    RunEventHandler([&] { event(arguments...); });
+    running_ &= ~handler;
+}
+
+bool SocketConnection::WantsToRead() const {
+    return state_ == SocketState::Connected && !isInputEnded_ && received_.empty() &&
+           (running_ & DataArrivalHandler) == 0;
+}
+
+bool SocketConnection::WantsToWrite() const {
+    if (state_ != SocketState::Connected) return state_ == SocketState::Connecting;
+    return BytesWaiting() > 0 || (isSendCompleteDue_ && (running_ & SendCompleteHandler) == 0);
+}
+
+std::uint32_t SocketConnection::Wanted() const {
+    return (WantsToRead() ? EPOLLIN : 0U) | (WantsToWrite() || failure_ != 0 ? EPOLLOUT : 0U);
+}
+
+bool SocketConnection::IsCloseDue() const {
+    return state_ == SocketState::Connected && isInputEnded_ && !isCloseRaised_ && running_ == 0 && failure_ == 0 &&
+           !WantsToWrite();
+}
+
+void SocketConnection::BecomeConnected() {
+    state_ = SocketState::Connected;
+    if (const auto element = element_.lock()) Raise(ConnectHandler, element->OnConnect);
+}
+
+void SocketConnection::Write() {
+    if (BytesWaiting() > 0) {
+        unsentStart_ += WriteNow(std::string_view(unsent_).substr(unsentStart_));
+        if (failure_ != 0 || BytesWaiting() > 0) return;
+        DropUnsent();
+    }
+    if (isSendCompleteDue_ && (running_ & SendCompleteHandler) == 0) {
+        isSendCompleteDue_ = false;
+        if (const auto element = element_.lock()) Raise(SendCompleteHandler, element->OnSendComplete);
+    }
+}
+
+/// Gives the memory back too: the answer before may have been a big one.
+void SocketConnection::DropUnsent() {
+    std::string().swap(unsent_);
+    unsentStart_ = 0;
+}
+
+/// @return how many bytes the network has taken; sets failure_
+std::size_t SocketConnection::WriteNow(std::string_view bytes) {
+    if (bytes.empty()) return 0;
+    const ssize_t count = send(Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (!IsTransient(errno)) failure_ = errno;
+    return 0;
+}
+
+void SocketConnection::Read() {
+    const ssize_t count = Receive(received_);
+    if (count > 0) {
+        if (const auto element = element_.lock()) {
+            Raise(DataArrivalHandler, element->OnDataArrival, static_cast<std::size_t>(count));
+        }
+    } else if (count == 0) {
+        isInputEnded_ = true;
+    } else if (!IsTransient(errno)) {
+        failure_ = errno;
+    }
+}
+
+}  // namespace pixmora

@@ -1,0 +1,77 @@
+// The connected end of a Winsock element: its buffers, and the order in which its events come.
+#pragma once
+
+#include <netinet/in.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/SocketLoop.h"
+#include "platform/Winsock.h"
+
+namespace pixmora {
+
+/// One connection, from its begin to its end; the element gets a new one for its next.
+///
+/// An event is never raised inside a handler of its own kind (that handler may turn the loop, and would nest without
+/// bound); what has come meanwhile is raised when the handler returns. Events of different kinds do nest. While
+/// DataArrival's handler is on the stack, or its bytes were not fetched, nothing is read: so at most 64 KB of input
+/// wait here.
+///
+///     begin -> Connecting -> Connected -> Closed (Finish)
+///                  |             |
+///                  +-------------+------> Error -> Closed (Finish)
+class SocketConnection : public SocketDescriptor {
+public:
+    /// Over a descriptor that was accepted.
+    static std::shared_ptr<SocketConnection> Accepted(std::weak_ptr<Winsock> element, int number);
+    /// Begins to connect. Every failure is told from the loop.
+    static std::shared_ptr<SocketConnection> Connecting(std::weak_ptr<Winsock> element, const in_addr &address,
+                                                        int port);
+
+    SocketConnection(std::weak_ptr<Winsock> element, int number, SocketState state);
+
+    SocketState State() const { return state_; }
+    /// Only while connected.
+    void Send(std::string_view bytes);
+    std::size_t BytesWaiting() const { return unsent_.size() - unsentStart_; }
+    std::string Fetch();
+    /// The element's Close. No event comes after it.
+    void Finish();
+    /// Ends the connection and raises the error; only from the loop.
+    void Fail(int number, const std::string &description);
+
+    void OnReady(std::uint32_t events) override;
+
+private:
+    enum Handler : unsigned { ConnectHandler = 1, DataArrivalHandler = 2, SendCompleteHandler = 4, CloseHandler = 8 };
+
+    template <class Event, class... Arguments>
+    void Raise(Handler handler, Event event, Arguments... arguments);
+
+    bool WantsToRead() const;
+    bool WantsToWrite() const;
+    bool IsCloseDue() const;
+    std::uint32_t Wanted() const;
+
+    void BecomeConnected();
+    void Write();
+    void Read();
+    void DropUnsent();
+    std::size_t WriteNow(std::string_view bytes);
+    void FailFromLoop(int number);
+
+    const std::weak_ptr<Winsock> element_;
+    SocketState state_;
+    std::string received_;         ///< not yet fetched
+    std::string unsent_;           ///< not yet taken by the network, from unsentStart_ on
+    std::size_t unsentStart_ = 0;  ///< an offset, so that a slow reader of a big answer costs no copying
+    unsigned running_ = 0;         ///< the handlers on the stack
+    int failure_ = 0;              ///< errno that waits to be raised
+    bool isSendCompleteDue_ = false;
+    bool isInputEnded_ = false;
+    bool isCloseRaised_ = false;
+};
+
+}  // namespace pixmora
