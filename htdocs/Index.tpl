@@ -8,7 +8,7 @@
 <style>
 body { margin: 0; }
 a:focus-visible { outline: 2px solid var(--link, #1F57B5); outline-offset: 2px; }
-img { border: 0; max-width: 100%; }
+img { border: 0; }
 .masthead { padding: 26px 24px 22px; }
 .masthead h1 { margin: 0; overflow-wrap: anywhere; }
 .masthead p { margin: 4px 0 0; }
@@ -27,8 +27,10 @@ img { border: 0; max-width: 100%; }
 .albums > tbody > tr > td[colspan="3"]:not([class]) { padding: 0; height: 12px; border-bottom: 1px solid var(--line, #D5DBE5); }
 .albums > tbody > tr > td[colspan="3"]:not([class]) br { display: none; }
 .albums > tbody > tr:last-child > td[colspan="3"]:not([class]) { border: 0; }
+.albums > tbody > tr:has(+ tr > td[colspan="2"]) > td:nth-child(3) { vertical-align: bottom; padding-bottom: 6px; }
 .albums td.tdAlbumList { overflow-wrap: anywhere; }
 .albums td.tdPictureCell img { height: auto; vertical-align: middle; }
+.albums td.tdPictureCell:empty { visibility: hidden; }
 .panel { margin: 0 0 22px; padding: 14px 16px; border: 1px solid var(--line, #D5DBE5); border-radius: 8px; background: var(--side, #F5F7FA); }
 .panel h2 { margin: 0 0 8px; }
 .panel ul { list-style: none; margin: 0; padding: 0; }
@@ -49,7 +51,8 @@ img { border: 0; max-width: 100%; }
   .albums > tbody > tr > td, .albums > tbody > tr > td:first-child, .albums > tbody > tr > td:nth-child(3) { width: auto; padding: 10px 4px; }
   .albums > tbody > tr > td:nth-child(3), .albums > tbody > tr > td[colspan="3"], .albums > tbody > tr > td[colspan="2"] + td { grid-column: 1 / -1; text-align: center; }
   .albums > tbody > tr > td.lblPictureList { text-align: left; }
-  .albums > tbody > tr > td[colspan="2"] { display: none; }
+  .albums td.tdPictureCell img { max-width: 100%; }
+  .albums > tbody > tr > td[colspan="2"], .albums > tbody > tr > td:has(td.tdPictureCell:empty) { display: none; }
 }
 </style>
 <style>
@@ -112,9 +115,9 @@ document.addEventListener('DOMContentLoaded', KeepLinks);
         <li><a href="javascript:SendSite();"><img src="ShowGraphic?digitalcam16.gif" alt="">Tell a friend</a></li>
       </ul>
     </div>
-    <div class="panel lblPictureList">
+    <div class="panel">
       <h2>This site so far</h2>
-      <table class="figures">
+      <table class="figures lblPictureList">
         <tr><th></th><td>Session</td><td>Total</td></tr>
         <tr><th>Online</th><td>{SESSION_RUNTIME}</td><td>{TOTAL_RUNTIME}</td></tr>
         <tr><th>Visitors</th><td>{SESSION_CONNECTIONS}</td><td>{TOTAL_CONNECTIONS}</td></tr>

@@ -4,6 +4,10 @@
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <title>{SERVER_TITLE}</title>
+<style>
+frame.plain { visibility: hidden; }
+</style>
+<noscript><style>frame.plain { visibility: visible; }</style></noscript>
 <script>
 // The frames of an album. The bottom bar's own script gives the middle row myHeight - 200 and the middle column
 // myWidth - 100 pixels once it has loaded, so both are kept at what this window needs.
@@ -56,12 +60,19 @@ function Dress(page) {
 }
 
 // Margins and borders come without a response head, which browsers refuse on most ports: an empty page takes their place.
+// They stay hidden until painted, so that the browser's own page about the refusal never flashes up.
+function ShowPlain(frame) {
+  if (Paint(frame)) frame.style.visibility = 'visible';
+  else frame.contentWindow.location.replace('about:blank');
+}
+
 function Paint(frame) {
   var page = PageIn(frame);
-  if (!page) { frame.contentWindow.location.replace('about:blank'); return; }
+  if (!page) return false;
   var given = /Border\?([0-9a-f]{6})/i.exec(frame.getAttribute('src'));
   var colour = given ? look['--line'] || '#' + given[1] : look['--desk'] || '#FFFFFF';
   page.documentElement.style.background = page.body.style.background = colour;
+  return true;
 }
 
 function PaintAll() {
@@ -91,7 +102,7 @@ function OfferTree() {
 function FrameLoaded(event) {
   var frame = event.target;
   if (frame.tagName != 'FRAME') return;
-  if (frame.className == 'plain') Paint(frame);
+  if (frame.className == 'plain') ShowPlain(frame);
   if (frame.id == 'titlebar') { ReadLook(); PaintAll(); OfferTree(); }
   if (frame.id == 'media') {
     var page = PageIn(frame);

@@ -7,7 +7,7 @@
 <style>
 body { margin: 0; }
 a:focus-visible { outline: 2px solid var(--link, #1F57B5); outline-offset: 2px; }
-img { border: 0; max-width: 100%; }
+img { border: 0; }
 .heading { display: flex; flex-wrap: wrap; align-items: center; justify-content: space-between; gap: 6px 16px; padding: 14px 20px 10px; }
 .heading h1 { margin: 0; overflow-wrap: anywhere; }
 .view { white-space: nowrap; }
@@ -19,9 +19,13 @@ img { border: 0; max-width: 100%; }
 .toolbar:not(:has(font, img)) { display: none; }
 .pictures { padding: 12px 20px 24px; }
 .pictures > table { margin: 0 auto; }
-.pictures font { overflow-wrap: anywhere; }
-td.tdPictureCell[id] { vertical-align: middle; }
-td.tdPictureCell > font > a > img { height: auto; margin-bottom: 6px; }
+.pictures > table { border-spacing: 12px; }
+td[valign="top"]:not([class]) { height: 1px; padding: 0; }
+td[valign="top"]:not([class]) > table { height: 100%; }
+td.tdPictureCell[id] { vertical-align: middle; padding: 8px; }
+/* A long name breaks at the picture's width. */
+td.tdPictureCell[id] > font { display: block; width: min-content; min-width: 112px; margin: 0 auto; overflow-wrap: anywhere; }
+td.tdPictureCell[id] img { height: auto; margin-bottom: 4px; }
 td.tdPictureCell img[src^="ShowPicture"][width] { aspect-ratio: auto 4 / 3; background: var(--tint, #F3F6FB); }
 .about { padding: 0 20px 20px; text-align: center; }
 .about span:empty { display: none; }
@@ -29,12 +33,19 @@ td.tdPictureCell img[src^="ShowPicture"][width] { aspect-ratio: auto 4 / 3; back
 /* Thumbnails wrap where the window is too narrow for the owner's number of files in a row. */
 .wrapped table.thumbs { display: flex; flex-wrap: wrap; justify-content: center; gap: 12px; }
 .wrapped table.thumbs > tbody, .wrapped table.thumbs > tbody > tr { display: contents; }
-.wrapped table.thumbs > tbody > tr > td { display: block; flex: 0 1 calc(50% - 6px); max-width: calc(50% - 6px); box-sizing: border-box; padding: 0; }
+.wrapped table.thumbs > tbody > tr > td { display: block; flex: 0 1 calc(50% - 6px); max-width: calc(50% - 6px); box-sizing: border-box; height: auto; }
+.wrapped table.thumbs > tbody > tr > td[colspan] { flex-basis: 100%; max-width: 100%; }
+.wrapped td.tdPictureCell[id] > font { width: auto; min-width: 0; }
+.wrapped td.tdPictureCell[id] img { max-width: 100%; }
 @media (max-width: 640px) {
   .heading { padding: 10px 12px 8px; }
   .toolbar { padding: 8px 12px; }
   .pictures { padding: 8px 8px 20px; }
   .pictures > table { border-spacing: 4px; max-width: 100%; }
+  .pictures > table:not(.thumbs) td.tdPictureCell[id] > font { width: auto; }
+  .pictures > table:not(.thumbs) img { max-width: 100%; }
+  td.tdPictureCell { overflow-wrap: anywhere; }
+  td.tdPictureCell ~ td { width: auto; padding: 2px; text-align: right; white-space: nowrap; }
   .toolbar img { min-width: 30px; height: auto; }
 }
 </style>

@@ -11,11 +11,12 @@ img { border: 0; max-width: 100%; height: auto; }
 .heading { display: flex; flex-wrap: wrap; align-items: center; justify-content: space-between; gap: 6px 16px; padding: 14px 20px 10px;
   border-bottom: 1px solid var(--line, #D5DBE5); }
 .heading h1 { margin: 0; overflow-wrap: anywhere; }
+#directory::before { content: "\2039\00a0"; }
 .arrows { white-space: nowrap; }
 .arrows img { vertical-align: middle; margin-left: 6px; }
 .file { display: flex; flex-wrap: wrap; justify-content: center; gap: 24px; padding: 22px 20px; }
 .file .tdPictureCell { padding: 12px; text-align: center; min-width: 0; max-width: 100%; box-sizing: border-box; overflow-wrap: anywhere; }
-.facts { flex: 0 1 290px; }
+.facts { flex: 0 1 330px; }
 .facts .panel { margin: 0 0 16px; padding: 14px 10px; border: 1px solid var(--line, #D5DBE5); border-radius: 8px; background: var(--side, #F5F7FA); line-height: 1.6; }
 .about { padding: 4px 20px 22px; text-align: center; }
 .about p { margin: 4px 0; }

@@ -18,8 +18,8 @@ tr.marked > td { background: var(--marked, var(--row-mark)) !important; }
 .about { padding: 0 20px 22px; text-align: center; }
 @media (max-width: 640px) {
   .statistics { padding: 10px 6px; }
-  .tblTableHeader td { font-size: 12px !important; overflow-wrap: break-word; }
-  .tblTableHeader td.tdTableRow { padding-left: 2px; padding-right: 2px; }
+  .tblTableHeader td.tdTableRow { padding-left: 2px; padding-right: 2px; font-size: 11px; }
+  .tblTableHeader td.tdTableRow:first-child { white-space: nowrap; }
 }
 </style>
 <style>

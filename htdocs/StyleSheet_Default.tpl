@@ -43,9 +43,10 @@ td.tdPictureCell[id]:hover { border-color: var(--glow) !important; background: v
 
 .tdTopText { color: #FFFFFF; font: 600 15px/1 system-ui, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif; white-space: nowrap; padding-left: 10px; }
 .tdTopText a { float: right; margin-right: 6px; color: #FFFFFF; font-weight: 600; }
-.tdBottomText { background: var(--side); color: var(--soft); font: 12px/1.3 system-ui, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif; white-space: nowrap; }
+.tdBottomText { border-top: 1px solid var(--line); background: var(--side); color: var(--soft); font: 12px/1.3 system-ui, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif; white-space: nowrap; }
 .tdBottomText b { font-weight: normal; }
 .tdBottomText img { vertical-align: middle; }
+.tdBottomText:first-child { width: 100%; max-width: 0; overflow: hidden; text-overflow: ellipsis; }
 @media (max-width: 420px) { .tdBottomText { font-size: 11px; } }
 
 .tblTableHeader { background: var(--line); border-radius: 8px; }

@@ -40,9 +40,10 @@ td.tdPictureCell[id]:hover { border-color: var(--glow) !important; }
 
 .tdTopText { background: linear-gradient(100deg, #2E8B4B, #7CB342) !important; color: #FFFFFF; font: bold 15px/1 "Trebuchet MS", "Segoe UI", "DejaVu Sans", sans-serif; white-space: nowrap; padding-left: 12px; }
 .tdTopText a { float: right; margin-right: 6px; color: #FFFFFF; }
-.tdBottomText { background: var(--side); color: var(--soft); font: 12px/1.3 "Trebuchet MS", "Segoe UI", "DejaVu Sans", sans-serif; white-space: nowrap; }
+.tdBottomText { border-top: 1px solid var(--line); background: var(--side); color: var(--soft); font: 12px/1.3 "Trebuchet MS", "Segoe UI", "DejaVu Sans", sans-serif; white-space: nowrap; }
 .tdBottomText b { font-weight: normal; }
 .tdBottomText img { vertical-align: middle; }
+.tdBottomText:first-child { width: 100%; max-width: 0; overflow: hidden; text-overflow: ellipsis; }
 @media (max-width: 420px) { .tdBottomText { font-size: 11px; } }
 
 .tblTableHeader { background: var(--line); border-radius: 16px; }

@@ -36,9 +36,10 @@ td.tdPictureCell[id]:hover { border-color: var(--glow) !important; background: #
 
 .tdTopText { background: linear-gradient(90deg, #26314F, #131824) !important; color: #FFFFFF; font: 300 15px/1 "Segoe UI", system-ui, Roboto, Arial, sans-serif; letter-spacing: 0.06em; white-space: nowrap; padding-left: 12px; }
 .tdTopText a { float: right; margin-right: 6px; color: var(--link); }
-.tdBottomText { background: var(--side); color: var(--soft); font: 12px/1.3 "Segoe UI", system-ui, Roboto, Arial, sans-serif; white-space: nowrap; }
+.tdBottomText { border-top: 1px solid var(--line); background: var(--side); color: var(--soft); font: 12px/1.3 "Segoe UI", system-ui, Roboto, Arial, sans-serif; white-space: nowrap; }
 .tdBottomText b { font-weight: normal; }
 .tdBottomText img { vertical-align: middle; }
+.tdBottomText:first-child { width: 100%; max-width: 0; overflow: hidden; text-overflow: ellipsis; }
 @media (max-width: 420px) { .tdBottomText { font-size: 11px; } }
 
 .tblTableHeader { background: var(--line); border-radius: 3px; }

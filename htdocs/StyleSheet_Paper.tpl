@@ -40,9 +40,10 @@ td.tdPictureCell[id]:hover img[src^="ShowPicture"] { box-shadow: 0 0 0 1px var(-
 
 .tdTopText { background: #4A3526 !important; color: #F6EBD6; font: italic 16px/1 Georgia, "DejaVu Serif", serif; white-space: nowrap; padding-left: 12px; }
 .tdTopText a { float: right; margin-right: 6px; color: #F6EBD6; }
-.tdBottomText { background: var(--side); color: var(--soft); font: italic 13px/1.2 Georgia, "DejaVu Serif", serif; white-space: nowrap; }
+.tdBottomText { border-top: 1px solid var(--line); background: var(--side); color: var(--soft); font: italic 13px/1.2 Georgia, "DejaVu Serif", serif; white-space: nowrap; }
 .tdBottomText b { font-weight: normal; }
 .tdBottomText img { vertical-align: middle; }
+.tdBottomText:first-child { width: 100%; max-width: 0; overflow: hidden; text-overflow: ellipsis; }
 @media (max-width: 420px) { .tdBottomText { font-size: 11px; } }
 
 .tblTableHeader { background: var(--line); }
