@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "platform/Winsock.h"
+#include "store/Statistics.h"
+#include "store/Statistics.h"  // NoAlbum, which callers of BookKilobytes pass
 
 namespace pixmora {
 
@@ -19,10 +21,8 @@ std::string WriteResponseHead(std::string_view contentType, bool endHead);
 /// SendData with errors ignored: the visitor may have gone.
 void SendIgnoringErrors(const Connection &socket, std::string_view bytes);
 
-/// Whole kilobytes of an answer, added to gBandwidthSession and recorded. @param album the album's name, or " " for
-/// none
+/// Whole kilobytes of an answer, added to gBandwidthSession and recorded.
+/// @param album the album's name, or NoAlbum
 void BookKilobytes(std::string_view album, std::size_t bytes);
-
-inline constexpr std::string_view NoAlbum = " ";
 
 }  // namespace pixmora
