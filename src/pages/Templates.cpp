@@ -28,7 +28,7 @@ void Fill(std::string &page, std::string_view placeholder, std::string_view valu
 
 std::string MakeFooter() {
     const auto drawn = static_cast<std::size_t>(Rnd() * footerSentences.size());
-    return Concat("<a href=\"", PIXMORA_HOME_PAGE, "\" target=\"_blank\"><b>", footerSentences[drawn],
+    return Concat(R"(<a href=")", PIXMORA_HOME_PAGE, R"(" target="_blank"><b>)", footerSentences[drawn],
                   "</b></a></font>");
 }
 

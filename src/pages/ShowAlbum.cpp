@@ -1,0 +1,84 @@
+// The frameset behind every album address, and the place where a visit to a directory is counted.
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "core/site/Globals.h"
+#include "core/site/Visitors.h"
+#include "pages/AlbumAddress.h"
+#include "pages/Templates.h"
+#include "pages/clsWebServerCommands.h"
+#include "platform/RunTimeError.h"
+#include "store/Popularity.h"
+#include "store/Protection.h"
+
+namespace pixmora {
+
+namespace {
+
+/// The page in the big frame, and its arguments with the "?".
+struct MediaFrame {
+    std::string Page;
+    std::string Args;
+};
+
+bool IsPageWord(std::string_view word) {
+    constexpr std::array<std::string_view, 5> words = {"ShowLogin", "ShowPopular", "ShowDetails", "ShowStats",
+                                                       "ShowHelp"};
+    return std::ranges::find(words, word) != words.end();
+}
+
+MediaFrame ChooseMediaFrame(const std::string &word, const std::string &argText) {
+    if (word == "ShowStats" || word == "ShowHelp") return {word, ""};
+    if (IsPageWord(word)) return {word, "?" + argText.substr(argText.find('&') + 1)};
+    return {"ShowAlbumMedia", "?" + argText};
+}
+
+struct Visit {
+    AlbumPointer Album;
+    AlbumDirectory Directory;
+};
+
+/// Nothing when the address is none of an album that is there.
+std::optional<Visit> TryParseVisit(const Arguments &args) {
+    try {
+        return Visit{AlbumArgument(args, 0), ReadAlbumDirectory(args)};
+    } catch (const RunTimeError &) {
+        return std::nullopt;
+    }
+}
+
+/// Once for each visitor, album and directory until the sweep forgets it; not for a directory that is closed to this
+/// visitor.
+void CountVisit(const Connection &socket, const Visit &visit) {
+    const std::string &directory = visit.Directory.Path;
+    const std::int32_t album = visit.Album->ID;
+    if (!visit.Directory.IsUsable) return;
+    std::string reason;
+    if (IsProtectedDir(album, visit.Directory.LastName, directory) &&
+        !CanViewDir(socket->Tag, album, directory, reason))
+        return;
+    if (AddDownloadCookie(socket->RemoteHostIP(), album, directory)) CountDirVisit(visit.Album->Name, directory);
+}
+
+}  // namespace
+
+void clsWebServerCommands::genShowAlbum(const Connection &socket, const Arguments &args) const {
+    const std::string word = args.empty() ? "" : args[0];
+    if (!IsPageWord(word)) {
+        const std::optional<Visit> visit = TryParseVisit(args);
+        if (!visit) return SendIgnoringErrors(socket, "Bad Request!");
+        CountVisit(socket, *visit);
+    }
+    std::string argText;
+    for (const std::string &arg : args) Append(argText, EncodeLinkPart(arg), "&");
+    const MediaFrame frame = ChooseMediaFrame(word, argText);
+    std::string page = WriteResponseHead("text/html", true) + tplShowAlbum;
+    Fill(page, "{SERVER_TITLE}", gServerTitle);
+    Fill(page, "{MEDIA_FRAME}", frame.Page);
+    Fill(page, "{MEDIA_ARGS}", frame.Args);
+    Fill(page, "{DIR_ARGS}", argText);
+    SendIgnoringErrors(socket, page);
+}
+
+}  // namespace pixmora

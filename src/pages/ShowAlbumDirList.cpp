@@ -1,0 +1,214 @@
+// The tree frame: help, login, the most popular, the albums, the branch that leads to the current directory, and
+// statistics.
+#include <optional>
+
+#include "core/site/Globals.h"
+#include "pages/AlbumAddress.h"
+#include "pages/Listings.h"
+#include "pages/Templates.h"
+#include "pages/Visibility.h"
+#include "pages/clsWebServerCommands.h"
+#include "platform/Numbers.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+#include "store/Catalogue.h"
+#include "store/Globals.h"
+#include "store/Popularity.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::string_view blankIcon = R"(<img src="ShowGraphic?blank16.gif">)";
+constexpr std::string_view cellOpening = R"(<tr><td height="20" class="lblFolder" nowrap>)";
+constexpr std::string_view cellEnd = "</td></tr>";
+constexpr std::string_view rowEnd = "</td></tr>\r\n\r\n";
+constexpr std::string_view playArgs = "play&0&5";
+
+enum class Place { Album, Popular, Statistics, Help };
+
+/// What the visitor looks at: the frameset's address, brought to one form.
+struct TreeAddress {
+    Place CurrentPlace = Place::Album;
+    std::int32_t Album = 1;
+    std::string View = "thumbs";
+    Arguments Args;  ///< album, view, page and so on, then directories; as delivered
+
+    bool IsSlideshow() const { return View == "slideshow"; }
+    /// The index of the argument before the first directory.
+    std::size_t BaseLevel() const { return FirstDirectoryIndex(View) - 1; }
+};
+
+/// The visitor's tree under construction.
+struct Tree {
+    std::string User;
+    TreeAddress Address;
+    std::string Rows;
+};
+
+/// @throws RunTimeError when an argument is missing or is not the number that it has to be
+TreeAddress ParseAlbumAddress(Arguments args) {
+    const std::int32_t album = AlbumArgument(args, 0)->ID;
+    CLng(Argument(args, 2));
+    return {Place::Album, album, args[1], std::move(args)};
+}
+
+/// The album's number, the view and the page, and the inner parts of the file's path as directories.
+Arguments ArgsOfDetails(const Arguments &args) {
+    Arguments rebuilt = {Argument(args, 1), "thumbs", "1"};
+    const std::vector<std::string> parts = Split(Argument(args, 3), "/");
+    if (parts.size() > 2) rebuilt.insert(rebuilt.end(), parts.begin() + 1, parts.end() - 1);
+    return rebuilt;
+}
+
+/// @throws RunTimeError as ParseAlbumAddress
+TreeAddress ParseTreeAddress(const Arguments &args) {
+    const std::string &word = Argument(args, 0);
+    if (word == "ShowPopular") return {Place::Popular, 1, "thumbs", {Argument(args, 1)}};
+    if (word == "ShowStats") return {Place::Statistics, 1, "thumbs", {word}};
+    if (word == "ShowHelp") return {Place::Help, 1, "thumbs", {word}};
+    if (word == "ShowLogin" || word == "ShowLogout") return ParseAlbumAddress({args.begin() + 1, args.end()});
+    if (word == "ShowDetails") return ParseAlbumAddress(ArgsOfDetails(args));
+    return ParseAlbumAddress(args);
+}
+
+std::optional<TreeAddress> TryParseTreeAddress(const Arguments &args) {
+    try {
+        return ParseTreeAddress(args);
+    } catch (const RunTimeError &) {
+        return std::nullopt;
+    }
+}
+
+std::string SelectedIf(bool isSelected, std::string_view text) {
+    if (!isSelected) return std::string(text);
+    return Concat(R"(<font class="lblFolderSelected">&nbsp;)", text, "&nbsp;</font>");
+}
+
+std::string ContentsText(const DirContents &contents) {
+    return Concat("Subdirectories: ", contents.SubDirs, ", Pictures: ", contents.Pictures,
+                  ", Movies: ", contents.Movies);
+}
+
+void AppendHelpRow(Tree &tree) {
+    Append(tree.Rows, cellOpening, blankIcon, R"(<img src="ShowGraphic?help16.gif" align="absmiddle"> )",
+           R"(<a href="ShowAlbum?ShowHelp">)", SelectedIf(tree.Address.CurrentPlace == Place::Help, "Help"), "</a>",
+           cellEnd);
+}
+
+void AppendLoginRow(Tree &tree) {
+    const TreeAddress &address = tree.Address;
+    Append(tree.Rows, cellOpening, blankIcon, R"(<img src="ShowGraphic?login16.gif" align="absmiddle"> )");
+    if (!tree.User.empty()) {
+        Append(tree.Rows, R"(<a href="ShowLogout" target="media">Logged in as )", tree.User, "</a>", cellEnd);
+        return;
+    }
+    Append(tree.Rows, R"(<a href="ShowAlbum?ShowLogin&)", address.Album, "&", address.View, "&1&");
+    // Deliberate: in a slide show, too, the directories follow the page at once.
+    for (std::size_t i = address.BaseLevel() + 1; i < address.Args.size(); ++i) Append(tree.Rows, address.Args[i], "&");
+    Append(tree.Rows, R"(">Login to Account</a>)", cellEnd);
+}
+
+void AppendPopularRow(Tree &tree) {
+    const TreeAddress &address = tree.Address;
+    Append(tree.Rows, cellOpening, blankIcon, R"(<img src="ShowGraphic?popular16.gif" align="absmiddle"> )",
+           R"(<a href="ShowAlbum?ShowPopular&)", address.View);
+    if (address.IsSlideshow()) Append(tree.Rows, "&", playArgs);
+    Append(tree.Rows, R"(">)", SelectedIf(address.CurrentPlace == Place::Popular, "Most Popular"), "</a>", cellEnd);
+}
+
+void BuildDirBranch(Tree &tree, std::size_t level, const clsAlbum &album, const std::string &directory);
+
+/// @param directory the parent, with both separators @param prefix of the link: the parent's directories as arguments
+void AppendDirRow(Tree &tree, std::size_t level, const clsAlbum &album, const std::string &directory,
+                  const std::string &prefix, const SubDirectory &subDir) {
+    const Arguments &args = tree.Address.Args;
+    const std::string path = directory + subDir.Name;
+    if (!IsListed(tree.User, album.ID, subDir.Name, path, "")) return;
+    const std::string linkName = EncodeLinkPart(subDir.Name);
+    // Deliberate: the argument as it was delivered against the name in link form. A name with a blank differs and stays
+    // closed.
+    const bool isOpen = level + 1 < args.size() && args[level + 1] == linkName;
+    const bool isCurrent = isOpen && level + 2 == args.size();
+    const auto depth = static_cast<int>(level - tree.Address.BaseLevel());
+    Append(tree.Rows, cellOpening, RepeatString(blankIcon, depth + 2));
+    if (isCurrent) tree.Rows += R"(<a name="curdir"></a>)";
+    Append(tree.Rows, R"(<a href="ShowAlbum?)", tree.Address.Album, "&", tree.Address.View, "&1&");
+    if (tree.Address.IsSlideshow()) Append(tree.Rows, playArgs, "&");
+    Append(tree.Rows, prefix, linkName, R"(" title=")", ContentsText(CountDirContents(album.Directory + path)), R"(">)",
+           R"(<img src="ShowGraphic?folderclosed16.gif" align="absmiddle" border=0> )");
+    Append(tree.Rows, SelectedIf(isCurrent, subDir.Name), isCurrent ? "</a>" : "");
+    // Deliberate: the current row closes its link twice.
+    Append(tree.Rows, "</a>", subDir.IsNew ? R"(&nbsp;<img src="ShowGraphic?new.gif">)" : "", rowEnd);
+    if (isOpen) BuildDirBranch(tree, level + 1, album, path + "\\");
+}
+
+/// The rows of one level and of the open branch below it. @param level index of the argument before the one that names
+/// a directory of this level @param directory with both separators
+void BuildDirBranch(Tree &tree, std::size_t level, const clsAlbum &album, const std::string &directory) {
+    std::string prefix;
+    for (std::size_t j = tree.Address.BaseLevel(); j < level; ++j)
+        Append(prefix, EncodeLinkPart(tree.Address.Args[j + 1]), "&");
+    for (const SubDirectory &subDir : ListSubDirs(album.ID, directory))
+        AppendDirRow(tree, level, album, directory, prefix, subDir);
+}
+
+void AppendAlbumRow(Tree &tree, const clsAlbum &album) {
+    const TreeAddress &address = tree.Address;
+    const bool isCurrentAlbum = address.CurrentPlace == Place::Album && album.ID == address.Album;
+    const bool isRoot = address.Args.size() == address.BaseLevel() + 1;
+    Append(tree.Rows, cellOpening, blankIcon, R"(<img src="ShowGraphic?album16.gif" align="absmiddle"> )",
+           R"(<a href="ShowAlbum?)", album.ID, "&", address.View, "&1");
+    if (address.IsSlideshow()) Append(tree.Rows, "&", playArgs, "&");
+    Append(tree.Rows, R"(" )", R"(title="Desc: )", album.Description, ", ",
+           ContentsText(CountDirContents(album.Directory)), R"(">)", "<b>",
+           SelectedIf(isCurrentAlbum && isRoot, album.Name), "</b>", "</a>", rowEnd);
+    if (isCurrentAlbum) BuildDirBranch(tree, address.BaseLevel(), album, "\\");
+}
+
+void AppendAlbumRows(Tree &tree) {
+    for (const AlbumPointer &album : gAlbums) {
+        if (IsListed(tree.User, album->ID, LastPathPart(album->Directory), "\\", tree.Address.View))
+            AppendAlbumRow(tree, *album);
+    }
+}
+
+void AppendStatisticsRow(Tree &tree) {
+    Append(tree.Rows, cellOpening, blankIcon,
+           R"(<img src="ShowGraphic?blank16.gif" align="absmiddle"><img src="ShowGraphic?stats16.gif" )"
+           R"(align="absmiddle">&nbsp;)",
+           R"(<a href="ShowAlbum?ShowStats" target="_top">)",
+           SelectedIf(tree.Address.CurrentPlace == Place::Statistics, "Statistics"), "</a>", rowEnd);
+}
+
+/// Deliberate: under the most popular page the session alone is told, the statistics are not.
+void BookTree(const TreeAddress &address, std::size_t bytes) {
+    if (address.CurrentPlace == Place::Popular) {
+        gBandwidthSession += static_cast<double>(bytes / 1024);
+    } else {
+        BookKilobytes(IsAlbumNumber(address.Album) ? AlbumByNumber(address.Album)->Name : NoAlbum, bytes);
+    }
+}
+
+}  // namespace
+
+void clsWebServerCommands::genShowAlbumDirList(const Connection &socket, const Arguments &args) const {
+    std::optional<TreeAddress> address = TryParseTreeAddress(args);
+    if (!address) return SendIgnoringErrors(socket, "Bad Request!");
+    Tree tree{socket->Tag, std::move(*address), ""};
+    AppendHelpRow(tree);
+    AppendLoginRow(tree);
+    AppendPopularRow(tree);
+    AppendAlbumRows(tree);
+    AppendStatisticsRow(tree);
+    const std::string head = WriteResponseHead("text/html", true);
+    std::string page = head + tplShowAlbumDirList;
+    Fill(page, "{DIR_LIST}", tree.Rows);
+    Fill(page, "{SERVER_TITLE_SLASH}", EscapeForScript(gServerTitle));
+    Fill(page, "{AUTHOR_SLASH}", EscapeForScript(gAuthor));
+    Fill(page, "{SERVER_URL}", gWebsiteAddress);
+    BookTree(tree.Address, page.size() - head.size());
+    SendIgnoringErrors(socket, page);
+}
+
+}  // namespace pixmora

@@ -1,0 +1,31 @@
+// The templates behind the pages.
+#include "pages/clsWebServerCommands.h"
+
+#include "pages/Templates.h"
+#include "platform/App.h"
+#include "platform/Files.h"
+
+namespace pixmora {
+
+namespace {
+
+std::string ReadTemplate(std::string_view page) {
+    return ReadBinaryFile(Concat(App::Path(), "\\htdocs\\", page, ".tpl"));
+}
+
+}  // namespace
+
+clsWebServerCommands::clsWebServerCommands() {
+    tplIndex = ReadTemplate("Index");
+    tplShowAlbum = ReadTemplate("ShowAlbum");
+    tplShowAlbumDirList = ReadTemplate("ShowAlbumDirList");
+    tplShowAlbumMedia = ReadTemplate("ShowAlbumMedia");
+    tplShowDetails = ReadTemplate("ShowDetails");
+    tplShowHelp = ReadTemplate("ShowHelp");
+    tplShowPopular = ReadTemplate("ShowPopular");
+    tplShowLogin = ReadTemplate("ShowLogin");
+    tplShowStats = ReadTemplate("ShowStats");
+    tplSendLogin = ReadTemplate("SendLogin");
+}
+
+}  // namespace pixmora
