@@ -28,7 +28,7 @@ fs::path ExecutableFolder() {
 
 fs::path ChooseFolder() {
     if (const char *home = std::getenv("PIXMORA_HOME"); home != nullptr && *home != '\0') return home;
-    const fs::path beside = ExecutableFolder();
+    fs::path beside = ExecutableFolder();
     if (!beside.empty() && access(beside.c_str(), W_OK) == 0) return beside;
     return fs::path(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString()) / "pixmora";
 }

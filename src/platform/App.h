@@ -14,7 +14,7 @@ inline constexpr int Revision = PIXMORA_VERSION_REVISION;
 /// when it is writable, else $XDG_DATA_HOME/pixmora. Made when it doesn't exist; read from the environment once, at the
 /// first call.
 const std::string &Path();
-/// Chooses another folder, for tests.
+/// Chooses another folder, for tests, and gives up the lock on the former one. Empty: chosen anew at the next call.
 void SetPath(std::string path);
 
 /// Copies the shipped htdocs into the program's folder when it holds none. @throws RunTimeError when the copy fails

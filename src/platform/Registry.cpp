@@ -170,7 +170,7 @@ bool ValueExists(Root root, std::string_view path, std::string_view name) {
     return key != nullptr && FindValue(*key, name) != nullptr;
 }
 
-Value GetValue(Root root, std::string_view path, std::string_view name, Value fallback) {
+Value GetValue(Root root, std::string_view path, std::string_view name, const Value &fallback) {
     Key *key = Current().Find(WholePath(root, path));
     const Entry *entry = key == nullptr ? nullptr : FindValue(*key, name);
     return entry == nullptr ? fallback : entry->Data;
@@ -200,7 +200,7 @@ std::string FilePath() {
     return path;
 }
 
-void SetFilePath(std::string path) {
+void SetFilePath(std::string_view path) {
     Kept() = Memory{SystemPath(path), {}, {}};
 }
 

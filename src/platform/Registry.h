@@ -30,14 +30,14 @@ std::vector<std::string> EnumKeys(Root root, std::string_view path);
 std::vector<std::pair<std::string, Value>> EnumValues(Root root, std::string_view path);
 bool ValueExists(Root root, std::string_view path, std::string_view name);
 /// The fallback when the value is absent.
-Value GetValue(Root root, std::string_view path, std::string_view name, Value fallback = std::string());
+Value GetValue(Root root, std::string_view path, std::string_view name, const Value &fallback = std::string());
 void SetValue(Root root, std::string_view path, std::string_view name, const Value &value);
 void DeleteValue(Root root, std::string_view path, std::string_view name);
 
 /// The file behind the tree, in the system's form: settings.ini in $XDG_CONFIG_HOME/pixmora, or ~/.config/pixmora.
 std::string FilePath();
-/// Chooses another file, for tests, and forgets what was read.
-void SetFilePath(std::string path);
+/// Chooses another file, for tests, and forgets what was read. Empty: the usual one again.
+void SetFilePath(std::string_view path);
 
 }  // namespace pixmora::Registry
 

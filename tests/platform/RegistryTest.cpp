@@ -18,7 +18,6 @@ using Registry::Root;
 using Registry::Value;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr Root user = Root::CurrentUser;
 
