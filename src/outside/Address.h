@@ -1,0 +1,29 @@
+// The site's address: how the program finds it, and how the owner passes it on.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pixmora {
+
+/// The machine's own IPv4 address, dotted: the hosts table's for the machine's own name, or the first interface's where
+/// that is none or a loopback one. Never waits. With neither, a message tells the owner, and the answer is empty.
+std::string GetLocalIP();
+/// The same choice among addresses given.
+std::string GetLocalIP(const std::vector<std::string> &hostTable, const std::vector<std::string> &interfaces);
+
+/// A new mail with the address in it.
+std::string EmailLink(std::string_view address);
+/// An instant message with the address in it.
+std::string InstantMessageLink(std::string_view address);
+/// An away message of the instant messenger with anchors on the address and the central service.
+std::string AwayLink(std::string_view address, std::string_view serviceBase);
+
+/// Writes the away message with gWebsiteAddress into the instant messenger's list in the registry, unless it stands
+/// there already. Without that messenger in the registry nothing happens.
+void InstallAwayMessage();
+/// Takes every away message of this program out of the list.
+void RemoveAwayMessage();
+
+}  // namespace pixmora

@@ -1,0 +1,155 @@
+// The requests to the central service, and what becomes of its answers.
+#include "outside/CentralService.h"
+
+#include <string_view>
+#include <vector>
+
+#include "core/site/Globals.h"
+#include "core/site/OwnerDialogue.h"
+#include "core/site/RequestGrammar.h"
+#include "core/site/frmSystray.h"
+#include "outside/Address.h"
+#include "outside/OutboundRequest.h"
+#include "platform/App.h"
+#include "platform/Numbers.h"
+#include "platform/Text.h"
+#include "store/Settings.h"
+#include "store/Statistics.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::string_view latestNews = "LatestNews";
+constexpr int yesNoCritical = FlagYesNo | FlagCritical;
+constexpr int yesNoInformation = FlagYesNo | FlagInformation;
+
+std::string EncodedAccountName() {
+    return EncodeLinkPart(GetSetting("Setup", "AccountName"));
+}
+
+std::string AddressOnListenPort(const std::string &host) {
+    return "http://" + host + ":" + std::to_string(gSystray->wnskListen->LocalPort());
+}
+
+bool Asks(const std::string &question, int flags) {
+    return ShowMessageBox(question, flags) == AnswerYes;
+}
+
+/// Whether the text can be a host at all. A page that some box on the way puts in the place of the answer can't, and
+/// must not become the site's address.
+bool CanBeHost(std::string_view text) {
+    constexpr std::string_view never = "<>\"'\\ \t\r\n";
+    return !text.empty() && text.find_first_of(never) == std::string_view::npos;
+}
+
+void WarnOfDifferentAddresses(const std::string &own, const std::string &seen) {
+    if (!GetSetting("Setup", "RunFirewallCheck").empty() || !GetSetting("IgnoreMsg", "DifferentIps").empty()) return;
+    const bool ignoreInFuture =
+        Asks("We have detected your private IP is " + own + ", but your public IP is " + seen +
+                 " !\r\n\r\nTherefore, unless you have configured your network for this, you may experience problems "
+                 "with visitors accessing your site.\r\n\r\nPlease run the Firewall Check in Setup to make sure you "
+                 "won't encounter any connection problems.\r\n\r\nWould you like to ignore this message in the future?",
+             yesNoCritical);
+    if (ignoreInFuture) SaveSetting("IgnoreMsg", "DifferentIPs", "1");
+}
+
+void TellOfExtinction() {
+    if (Asks("This version of " + App::Title +
+                 " has been determined extinct!\r\n\r\nWould you like to read about the latest version now?",
+             yesNoCritical)) {
+        OpenInBrowser(ServiceBase() + "/download.php");
+    }
+}
+
+void TellOfNewVersion() {
+    if (Asks("There is a new version of " + App::Title + " available!\r\n\r\nWould you like to read about it now?",
+             yesNoInformation)) {
+        OpenInBrowser(ServiceBase() + "/whatsnew.php");
+    }
+}
+
+/// @param stamp "yyyymmddhh"
+void TellOfNews(const std::string &stamp) {
+    if (stamp <= GetSetting("Records", "InstallTime") || stamp <= GetSetting("Records", "LatestNewsTime")) return;
+    if (Asks("There is some important news regarding your software!\r\n\r\nWould you like to read it now?",
+             yesNoInformation)) {
+        OpenInBrowser(ServiceBase() + "/news.php?ver=" + EncodeLinkPart(stamp));
+        SaveSetting("Records", "LatestNewsTime", stamp);
+    }
+}
+
+/// One word of the service's answer. @return false when it calls the start off
+bool Heed(const std::string &word) {
+    if (word == "OK") {
+        const std::string account = EncodedAccountName();
+        if (!account.empty()) gWebsiteAddress = ServiceBase() + "?" + account;
+    } else if (word == "OldVersionExtinct") {
+        TellOfExtinction();
+        return false;
+    } else if (word == "NewVersionAvailable") {
+        TellOfNewVersion();
+    } else if (const std::size_t news = word.find(latestNews); news != std::string::npos) {
+        TellOfNews(word.substr(news + latestNews.size()));
+    }
+    return true;
+}
+
+std::string FormatKey(const char *key, double value) {
+    return key + NumberText(value);
+}
+
+}  // namespace
+
+std::string ServiceBase() {
+    return GetSetting("Setup", "ServiceBase");
+}
+
+std::string VersionText() {
+    return FormatPadded(App::Major, 2) + FormatPadded(App::Minor, 2) + FormatPadded(App::Revision, 4);
+}
+
+bool CheckCentralService(bool startingServer) {
+    const std::string own = GetLocalIP();
+    gWebsiteAddress = AddressOnListenPort(own);
+    if (ServiceBase().empty()) return true;
+    const std::string answer =
+        GetWebPage(ServiceBase() + "/clients/startup.php?&ver=" + VersionText() +
+                   "&port=" + GetSetting("Setup", "ListenPort") + "&starting_server=" + (startingServer ? "1" : "0"));
+    const std::vector<std::string> words = Split(answer, "|");
+    if (words.empty() || !CanBeHost(words.front())) return true;
+    if (words.front() != own) {
+        WarnOfDifferentAddresses(own, words.front());
+        gWebsiteAddress = AddressOnListenPort(words.front());
+    }
+    bool mayGoOn = true;
+    for (std::size_t i = 1; i < words.size(); ++i) mayGoOn &= Heed(words[i]);
+    return mayGoOn;
+}
+
+void SendListing(std::int32_t pictures, std::int32_t movies) {
+    if (ServiceBase().empty()) return;
+    // The service takes the last three keys with their "&" doubled.
+    GetWebPage(ServiceBase() + "/clients/sendserverinfo.php?username=" + EncodedAccountName() +
+               "&site_title=" + EncodeLinkPart(gServerTitle) + "&" + "&site_desc=" + EncodeLinkPart(gSiteDescription) +
+               "&" + "&picturecount=" + std::to_string(pictures) + "&" + "&moviecount=" + std::to_string(movies));
+}
+
+void SendPing() {
+    const std::int32_t visitors = ReadRecentSum(Stat::Visitors);
+    const std::int32_t pictures = ReadRecentSum(Stat::Thumbs);
+    const std::int32_t fileClicks = ReadRecentSum(Stat::Downloads);
+    const std::int32_t kilobytes = ReadRecentSum(Stat::Bandwidth);
+    PurgeRecent();
+    if (ServiceBase().empty()) return;
+    const std::string totals = FormatKey("&tr=", gRunningTotal * 60) + FormatKey("&tv=", gConnectionsTotal) +
+                               FormatKey("&tt=", gThumbsTotal) + FormatKey("&td=", gDownloadsTotal) +
+                               FormatKey("&tb=", gBandwidthTotal);
+    const std::string recent = "&sr=" + std::to_string(gOnlineTimer->Elapsed() / 1000) +
+                               "&rv=" + std::to_string(visitors) + "&rt=" + std::to_string(pictures) +
+                               "&rd=" + std::to_string(fileClicks) + "&rb=" + std::to_string(kilobytes);
+    GetWebPage(ServiceBase() + "/clients/serverping.php?username=" + EncodedAccountName() + "&ver=" + VersionText() +
+               totals + recent);
+}
+
+}  // namespace pixmora

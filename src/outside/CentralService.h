@@ -1,0 +1,28 @@
+// What a running site has to do with the central service: the check at the start, the listing, the ping. Everything the
+// service answers is optional: without it the site works, with its local address.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace pixmora {
+
+/// The service's base address of the kind "http://host", from the settings; empty for none: then nothing is sent.
+std::string ServiceBase();
+
+/// The version as the service reads it: two digits, two digits, four digits ("01000000").
+std::string VersionText();
+
+/// Sets gWebsiteAddress to the machine's own address and the listening element's port, then asks the service for the
+/// public one and for news, and puts the service's questions to the owner. Waits as GetWebPage does.
+/// @param startingServer whether a website start is under way @return false when the start is to be called off
+bool CheckCentralService(bool startingServer);
+
+/// Announces the site to the public listing. Waits as GetWebPage does. @param pictures and @param movies in all albums
+void SendListing(std::int32_t pictures, std::int32_t movies);
+
+/// The report of every tenth minute: reads the last hour's figures, deletes what is older, and sends the ping; only
+/// that last step needs the service. Waits as GetWebPage does. @throws RunTimeError for a database error
+void SendPing();
+
+}  // namespace pixmora

@@ -1,0 +1,76 @@
+// The system calls as they are.
+#include "platform/V4l2Calls.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <utility>
+
+#include "platform/Files.h"
+#include "platform/Numbers.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::string_view nodeName = "video";
+
+bool IsVideoNode(std::string_view name) {
+    return name.size() > nodeName.size() && name.starts_with(nodeName) &&
+           std::all_of(name.begin() + nodeName.size(), name.end(),
+                       [](unsigned char character) { return std::isdigit(character) != 0; });
+}
+
+class SystemCalls : public V4l2Calls {
+public:
+    std::vector<std::string> Devices() override {
+        std::vector<std::pair<double, std::string>> nodes;
+        const Directory devices("\\dev");
+        for (const DirectoryEntry &entry : devices.Entries()) {
+            if (!IsVideoNode(entry.Name)) continue;
+            nodes.emplace_back(Val(std::string_view(entry.Name).substr(nodeName.size())), "/dev/" + entry.Name);
+        }
+        std::sort(nodes.begin(), nodes.end());
+        std::vector<std::string> paths;
+        for (auto &[number, path] : nodes) paths.push_back(std::move(path));
+        return paths;
+    }
+
+    int Open(const std::string &path) override { return open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC); }
+
+    int Ioctl(int descriptor, unsigned long request, void *argument) override {
+        int result = 0;
+        do {
+            result = ioctl(descriptor, request, argument);
+        } while (result < 0 && errno == EINTR);
+        return result;
+    }
+
+    void *Map(int descriptor, std::size_t length, off_t offset) override {
+        return mmap(nullptr, length, PROT_READ, MAP_SHARED, descriptor, offset);
+    }
+    void Unmap(void *start, std::size_t length) override { munmap(start, length); }
+
+    short Poll(int descriptor, int ms) override {
+        pollfd watched{descriptor, POLLIN, 0};
+        return poll(&watched, 1, ms) > 0 ? watched.revents : short{0};
+    }
+
+    ssize_t Read(int descriptor, void *buffer, std::size_t count) override { return read(descriptor, buffer, count); }
+    void Close(int descriptor) override { close(descriptor); }
+};
+
+}  // namespace
+
+V4l2Calls &SystemV4l2Calls() {
+    static SystemCalls calls;
+    return calls;
+}
+
+}  // namespace pixmora

@@ -1,0 +1,33 @@
+// The system calls behind the capture devices, as a seam: tests play the kernel's answers.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace pixmora {
+
+/// Video4Linux2's calls; each answers as the system call of its name, with errno set.
+class V4l2Calls {
+public:
+    virtual ~V4l2Calls() = default;
+    /// The paths of the video devices, in the order of their numbers.
+    virtual std::vector<std::string> Devices() = 0;
+    /// For reading and writing, without blocking.
+    virtual int Open(const std::string &path) = 0;
+    virtual int Ioctl(int descriptor, unsigned long request, void *argument) = 0;
+    /// Shared, for reading.
+    virtual void *Map(int descriptor, std::size_t length, off_t offset) = 0;
+    virtual void Unmap(void *start, std::size_t length) = 0;
+    /// Waits for input. @return what has happened (POLLIN and the like), 0 when the time is over or a signal came
+    virtual short Poll(int descriptor, int ms) = 0;
+    virtual ssize_t Read(int descriptor, void *buffer, std::size_t count) = 0;
+    virtual void Close(int descriptor) = 0;
+};
+
+/// The kernel's own.
+V4l2Calls &SystemV4l2Calls();
+
+}  // namespace pixmora

@@ -1,0 +1,61 @@
+// A video device for as long as it is open.
+#pragma once
+
+#include <linux/videodev2.h>
+
+#include <optional>
+#include <string>
+
+#include "platform/CaptureFrame.h"
+#include "platform/Clock.h"
+#include "platform/V4l2Calls.h"
+
+namespace pixmora {
+
+/// What tells a device from others. Its number doesn't: that of a camera pulled out goes to the next one plugged in.
+struct V4l2Identity {
+    std::string Card;
+    std::string Bus;
+    bool operator==(const V4l2Identity &) const = default;
+};
+
+/// One video device, opened by the constructor and closed by the destructor.
+class V4l2Session {
+public:
+    V4l2Session(V4l2Calls &calls, const std::string &path);
+    ~V4l2Session();
+    V4l2Session(const V4l2Session &) = delete;
+    V4l2Session &operator=(const V4l2Session &) = delete;
+
+    /// Whether it is open and can capture.
+    bool IsCaptureDevice() const { return isCaptureDevice_; }
+    V4l2Identity Identity() const;
+    /// Of the driver, as "6.1.0".
+    std::string Version() const;
+
+    /// Asks for the known format and the size nearest to 640 by 480. False when there is none or another program uses
+    /// the device.
+    bool SetFormat();
+    const FrameFormat &Format() const { return frameFormat_; }
+
+    /// The last whole frame of the first few, as a camera's very first ones are often dark; empty when none came until
+    /// the moment. With the format set.
+    std::string TakeFrame(Tick deadline);
+
+private:
+    bool Call(unsigned long request, void *argument);
+    std::uint32_t Capabilities() const;
+    std::optional<v4l2_format> FindFormat();
+    std::optional<v4l2_format> TryFormat(std::uint32_t code);
+    template <typename Source>
+    std::string LastFrame(Source &source, Tick deadline);
+
+    V4l2Calls &calls_;
+    const int descriptor_;
+    v4l2_capability capability_{};
+    bool isCaptureDevice_ = false;
+    FrameFormat frameFormat_;
+    std::size_t imageSize_ = 0;  ///< the most that a frame takes, in bytes
+};
+
+}  // namespace pixmora
