@@ -73,19 +73,28 @@ public:
     }
 
     bool IsReadable() const { return isReadable_; }
-    QSize UprightSize() const { return isTurned() ? size_.transposed() : size_; }
+    QSize UprightSize() const { return IsTurned() ? size_.transposed() : size_; }
 
     /// Upright, at the size wanted. A file that is cut or damaged on its way gives what there is of it.
     QImage Decode(QSize wanted) {
-        if (format_ == "jpeg") AskForFraction(isTurned() ? wanted.transposed() : wanted);
-        const QImage decoded = reader_.read();
+        if (format_ == "jpeg") AskForFraction(IsTurned() ? wanted.transposed() : wanted);
+        QImage decoded;
+        if (format_ == "bmp") decoded = Blank();
+        if (!reader_.read(&decoded)) return {};
         if (decoded.size() == wanted) return decoded;
         const QImage scaled = decoded.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         return decoded.format() == QImage::Format_Grayscale8 ? scaled.convertToFormat(decoded.format()) : scaled;
     }
 
 private:
-    bool isTurned() const { return reader_.transformation().testFlag(QImageIOHandler::TransformationRotate90); }
+    /// The bitmap reader leaves the rows that a cut file lacks as they are: they must hold nothing of ours.
+    QImage Blank() const {
+        QImage blank(size_, reader_.imageFormat());
+        blank.fill(0);
+        return blank;
+    }
+
+    bool IsTurned() const { return reader_.transformation().testFlag(QImageIOHandler::TransformationRotate90); }
 
     /// Decodes an eighth, a quarter or a half of each side when that leaves at least twice the size wanted, of which
     /// averaging then makes a clean picture. The eighth is the decoder's cheapest; other eighths are slower than they
