@@ -35,7 +35,7 @@ std::string LinkPath(std::string_view path) {
 
 AlbumDirectory ReadAlbumDirectory(const Arguments &args) {
     AlbumDirectory directory;
-    for (std::size_t i = FirstDirectoryIndex(Argument(args, 1)); i < args.size(); ++i) {
+    for (std::size_t i = FirstDirectoryIndex(args.size() > 1 ? args[1] : ""); i < args.size(); ++i) {
         const std::string name = DecodeLinkPart(args[i]);
         if (name.empty()) continue;
         if (!IsDirectoryName(name)) directory.IsUsable = false;

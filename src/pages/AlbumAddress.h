@@ -27,11 +27,10 @@ struct AlbumDirectory {
     std::string RelativePath;   ///< empty for the root, else "a\b\"; plain
     std::string LinkArguments;  ///< "a&b&", each name in link form
     std::string LastName;       ///< the directory's own name, or at the root the address's last argument; plain
-    bool IsUsable =
-        true;  ///< false for names that lead elsewhere ("..", a separator, a NUL): there is no such directory
+    bool IsUsable = true;       ///< false when a name leads elsewhere ("..", a separator): there is no such directory
 };
 
-/// @param args of an album address, with the view in args[1] @throws RunTimeError SubscriptOutOfRange, TypeMismatch
+/// @param args of an album address, at least one; too few of them mean the root @throws RunTimeError TypeMismatch
 AlbumDirectory ReadAlbumDirectory(const Arguments &args);
 
 }  // namespace pixmora
