@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/RunTimeError.h"
+#include "support/ErrorOf.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {
@@ -19,19 +19,8 @@ namespace {
 using testing::ElementsAre;
 using namespace std::string_literals;
 
-/// The error's number, 0 when there is none.
-template <typename Call>
-int ErrorOf(Call call) {
-    try {
-        call();
-    } catch (const RunTimeError &error) {
-        return static_cast<int>(error.Number());
-    }
-    return 0;
-}
-
-constexpr int notFound = static_cast<int>(ErrorNumber::FileNotFound);
-constexpr int accessError = static_cast<int>(ErrorNumber::PathFileAccessError);
+constexpr int notFound = CodeOf(ErrorNumber::FileNotFound);
+constexpr int accessError = CodeOf(ErrorNumber::PathFileAccessError);
 
 std::vector<std::string> NamesIn(std::string_view path) {
     std::vector<std::string> names;
@@ -185,8 +174,7 @@ TEST(Changes, ReplaceAFileWholeOrNotAtAll) {
 
     {
         const FileSizeLimit limit(10);
-        EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(file, std::string(100, 'x')); }),
-                  static_cast<int>(ErrorNumber::DiskFull));
+        EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(file, std::string(100, 'x')); }), CodeOf(ErrorNumber::DiskFull));
     }
     EXPECT_EQ(folder.Read("x\xFF"), "new\0bytes"s);
     EXPECT_THAT(NamesIn(folder.Path()), ElementsAre(".", "..", "x\xFF")) << "nothing left behind";

@@ -44,14 +44,6 @@ TEST(Text, FoldsAsciiCaseAndLeavesOtherBytesAlone) {
     EXPECT_GT(CompareIgnoreCase("\xC3", "z"), 0) << "bytes compare unsigned";
 }
 
-TEST(Text, CutsAtItsEndAndAtNul) {
-    EXPECT_EQ(LastCharacters("a.jpg", 3), "jpg");
-    EXPECT_EQ(LastCharacters("jg", 3), "jg");
-    EXPECT_EQ(CutAtNul(std::string_view("a\0b", 3)), "a");
-    EXPECT_EQ(RepeatString("ab", 3), "ababab");
-    EXPECT_EQ(RepeatString("ab", -1), "");
-}
-
 struct LikeCase {
     const char *name;
     const char *text;
