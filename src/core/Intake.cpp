@@ -43,7 +43,7 @@ void RefreshVisitor(const std::string &ip, std::string_view request) {
     newVisitor.LastTime = GetTickCount();
     ++gVisitorsActive;
     ++gConnectionsSession;
-    RecordStat(static_cast<std::int16_t>(Stat::Visitors), NoAlbum, 1);
+    RecordStat(Stat::Visitors, NoAlbum, 1);
     gVisitors.push_back(newVisitor);
 }
 

@@ -86,11 +86,11 @@ void LoadRestrictedWords() {
 }
 
 void ReadTotals() {
-    gRunningTotal = ReadStatTotal(0);
-    gConnectionsTotal = ReadStatTotal(1);
-    gThumbsTotal = ReadStatTotal(2);
-    gDownloadsTotal = ReadStatTotal(3);
-    gBandwidthTotal = ReadStatTotal(4);
+    gRunningTotal = ReadStatTotal(Stat::RunningTime);
+    gConnectionsTotal = ReadStatTotal(Stat::Visitors);
+    gThumbsTotal = ReadStatTotal(Stat::Thumbs);
+    gDownloadsTotal = ReadStatTotal(Stat::Downloads);
+    gBandwidthTotal = ReadStatTotal(Stat::Bandwidth);
 }
 
 }  // namespace pixmora

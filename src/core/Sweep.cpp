@@ -30,7 +30,7 @@ bool IsOlderThan(Tick tick, Tick limit) {
 void HandleConnectionsTick() {
     SaveSetting("Website", "LastOnline", DateText(Now()));
     SaveSetting("Website", "Address", gWebsiteAddress);
-    RecordStat(static_cast<std::int16_t>(Stat::RunningTime), NoAlbum, 1);
+    RecordStat(Stat::RunningTime, NoAlbum, 1);
     std::string &countdown = gSystray->tmrConnections.Tag;
     countdown = std::to_string(CLng(countdown) - 1);
     if (countdown == "0") {

@@ -2,6 +2,7 @@
 #include "core/WebsiteStart.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "core/SiteSettings.h"
@@ -15,6 +16,7 @@
 #include "outside/CentralService.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/Files.h"
+#include "platform/Numbers.h"
 #include "platform/RunTimeError.h"
 #include "store/Catalogue.h"
 #include "store/Popularity.h"
@@ -29,6 +31,13 @@ namespace {
 
 constexpr double pauseSeconds = 0.5;
 constexpr int popularDirsPerRow = 5;
+
+/// The root folder of the running website's album of that name, by way of its number.
+std::optional<std::string> DirectoryOfAlbum(const std::string &albumName) {
+    const std::string number = GetSetting("AlbumIDs", albumName);
+    if (!IsNumeric(number) || !IsAlbumNumber(CLng(number))) return std::nullopt;
+    return AlbumByNumber(CLng(number))->Directory;
+}
 
 class StartSequence {
 public:
@@ -148,8 +157,8 @@ private:
     }
 
     static void TidyTables() {
-        TidyPopularFiles(GetAlbumDirectory);
-        TidyPopularDirs(gFilesPerRow * popularDirsPerRow, GetAlbumDirectory);
+        TidyPopularFiles(DirectoryOfAlbum);
+        TidyPopularDirs(DirectoryOfAlbum, gFilesPerRow * popularDirsPerRow);
         PurgeHourly();
         PurgeDaily();
     }

@@ -28,7 +28,8 @@ std::string SecondCopyMessage(const std::string &commandLine) {
 }
 
 std::string DatabaseMessage() {
-    return "Error loading database!\r\n\r\nPlease make sure '" + DatabasePath() + "' is not in use!";
+    return "Error loading database!\r\n\r\nPlease make sure '" + DatabasePath(CurrentSchemaVersion) +
+           "' is not in use!";
 }
 
 template <typename Step>

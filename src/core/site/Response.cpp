@@ -4,7 +4,6 @@
 #include "core/site/Globals.h"
 #include "platform/App.h"
 #include "platform/RunTimeError.h"
-#include "store/Statistics.h"
 
 namespace pixmora {
 
@@ -28,7 +27,7 @@ void SendIgnoringErrors(const Connection &socket, std::string_view bytes) {
 void BookKilobytes(std::string_view album, std::size_t bytes) {
     const auto kilobytes = static_cast<std::int32_t>(bytes / 1024);
     gBandwidthSession += kilobytes;
-    RecordStat(static_cast<std::int16_t>(Stat::Bandwidth), album, kilobytes);
+    RecordStat(Stat::Bandwidth, album, kilobytes);
 }
 
 }  // namespace pixmora

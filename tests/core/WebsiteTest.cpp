@@ -1,0 +1,280 @@
+// The website's start and stop, its visitors, logins and transfers, and the sweep.
+#include <gtest/gtest.h>
+
+#include "core/Sweep.h"
+#include "support/RunningSite.h"
+
+namespace pixmora::test {
+namespace {
+
+constexpr int criticalQuestion = FlagYesNo | FlagCritical;
+
+class Website : public RunningSite {};
+
+TEST_F(Website, StartShowsItsStepsAndListensLast) {
+    AddAlbum("B");
+    AddAlbum("A");
+    const std::vector<std::string> wanted = {"Opening Ports...",    "Checking for News and Updates...",
+                                             "Loading Settings...", "Loading Albums...",
+                                             "Website Started!",    "Your Website is Live!"};
+    EXPECT_EQ(Start(), wanted);
+    EXPECT_TRUE(gWebsiteStarted);
+    EXPECT_EQ(gAlbums.at(0)->Name, "A");
+    EXPECT_EQ(GetSetting("AlbumIDs", "B"), "2");
+    EXPECT_EQ(GetSetting("Setup", "NextAlbumID"), "3");
+    EXPECT_EQ(GetSetting("Website", "LastOnline"), "3/10/2004 12:00:01 PM");
+    EXPECT_EQ(gThumbSize, 150);
+    EXPECT_EQ(gPreviewSize, 375);
+    EXPECT_EQ(gThumbQuality, 50 * 4096);
+    EXPECT_EQ(Owner.FiguresRunning(), true);
+}
+
+TEST_F(Website, StartWithoutAlbumsAsksForOneAndStops) {
+    for (const int answer : {AnswerNo, AnswerYes}) {
+        Owner.ExpectMessage("You haven't setup any albums! Would you like to set one up now?", criticalQuestion,
+                            answer);
+        if (answer == AnswerYes) Owner.ExpectSetup();
+        EXPECT_EQ(Start(), std::vector<std::string>{"Pixmora! Stopped!"});
+        EXPECT_FALSE(gWebsiteStarted);
+    }
+}
+
+TEST_F(Website, StartIsCancelledAtItsThreePlacesAndNoLater) {
+    AddAlbum("A");
+    for (const char *text : {"Checking for News and Updates...", "Loading Settings..."}) {
+        RecordedStart view;
+        view.CancelAt = text;
+        RunStartSequence(view);
+        EXPECT_EQ(view.Texts.back(), "Pixmora! Stopped!") << text;
+        EXPECT_FALSE(gWebsiteStarted);
+        EXPECT_EQ(gSystray->wnskListen->State(), SocketState::Closed);
+    }
+    RecordedStart view;
+    view.CancelAt = "Loading Albums...";
+    RunStartSequence(view);
+    EXPECT_TRUE(gWebsiteStarted);
+}
+
+TEST_F(Website, StartTellsOfAPortInUse) {
+    AddAlbum("A");
+    const auto other = Winsock::Create();
+    other->SetLocalPort(0);
+    other->Listen();
+    const std::string port = std::to_string(other->LocalPort());
+    SaveSetting("Setup", "ListenPort", port);
+    Owner.ExpectMessage("There is another application already listening on port " + port +
+                            "! Please go to Port Setup in Setup and choose another port.",
+                        FlagCritical);
+    EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
+    EXPECT_FALSE(gWebsiteStarted);
+}
+
+TEST_F(Website, StartAsksAboutAnAlbumWhoseFolderIsGone) {
+    std::filesystem::remove_all(AddAlbum("A"));
+    const std::string question =
+        "Your album 'A' cannot be found! The directory which contains its files has been moved or deleted.\r\n\r\n"
+        "Would you like to stop your website and fix your album in Setup?";
+    Owner.ExpectMessage(question, criticalQuestion, AnswerYes);
+    EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
+    Owner.ExpectMessage(question, criticalQuestion, AnswerNo);
+    Start();
+    EXPECT_TRUE(gWebsiteStarted);
+    EXPECT_EQ(gAlbums.at(0)->PictureCount, 0);
+}
+
+TEST_F(Website, StartScansAlbumsAndTidiesTheTables) {
+    AddAlbum("A");
+    Program.Write("albums/A/one.JPG", "12345");
+    Program.Write("albums/A/sub/two.gif", "1");
+    Program.Write("albums/A/sub/film.mov", "123");
+    Program.Write("albums/A/Private pics/three.jpg", "1");
+    Program.Write("albums/A/private/four.jpg", "1");
+    std::filesystem::create_directory_symlink(Program.Path("albums/A"), Program.Path("albums/A/sub/loop"));
+    const auto popular = gDatabase->OpenRecordset("PopularFiles", RecordsetType::Dynaset);
+    for (const char *path : {"\\one.JPG", "\\gone.jpg"}) {
+        popular->AddNew();
+        popular->Set("AlbumName", "A");
+        popular->Set("FilePath", path);
+        popular->Set("FileCount", std::int64_t{7});
+        popular->Update();
+    }
+    Start();
+    EXPECT_EQ(gAlbums.at(0)->PictureCount, 3);
+    EXPECT_EQ(gAlbums.at(0)->PictureSize, 7);
+    EXPECT_EQ(gAlbums.at(0)->MovieCount, 1);
+    EXPECT_EQ(FirstValue("SELECT * FROM MediaList1 WHERE FilePath LIKE '*two*'", "FilePath"), "\\sub\\two.gif");
+    EXPECT_EQ(gDatabase->OpenRecordset("PopularFiles", RecordsetType::Snapshot)->RecordCount(), 1);
+}
+
+TEST_F(Website, WordsOfTheOwnersFileProtectWhateverEndsItsLines) {
+    AddAlbum("A");
+    Program.Write("albums/A/Secret stuff/a.jpg", "1");
+    Program.Write("albums/A/Hidden/a.jpg", "1");
+    Program.Write("albums/A/Private/a.jpg", "1");
+    Program.Write("restrictwords.txt", "Secret*\r\nHidden\n");
+    Program.Write("welcome.txt", "Hello\r\nyou\n");
+    Start();
+    EXPECT_EQ(gAlbums.at(0)->PictureCount, 1);
+    EXPECT_EQ(gWelcomeText, "Hello<br>you<br>");
+}
+
+TEST_F(Website, StopAsksWhileVisitorsAreThere) {
+    AddAlbum("A");
+    Start();
+    Get("/");
+    EXPECT_EQ(gVisitorsActive, 1);
+    const std::string question =
+        "There are still people on your website! If you stop your website they won't be able to see your "
+        "files.\r\n\r\nAre you sure you want to stop?";
+    Owner.ExpectMessage(question, FlagYesNo, AnswerNo);
+    EXPECT_FALSE(StopWebsite(false));
+    EXPECT_TRUE(gWebsiteStarted);
+    Owner.ExpectMessage(question, FlagYesNo, AnswerYes);
+    EXPECT_TRUE(StopWebsite(false));
+    EXPECT_EQ(GetSetting("Website", "LastOnline"), "0");
+    EXPECT_FALSE(gDatabase->TableExists("MediaList1"));
+}
+
+TEST_F(Website, ARequestOnAConnectionThatOutlivesTheStopFails) {
+    AddAlbum("A");
+    Start();
+    Client client(Port());
+    TurnUntil([] { return gSystray->wnskConnect.UBound() == 1; });
+    StopWebsite(true);
+    client.Send("GET / HTTP/1.0\r\n\r\n");
+    EXPECT_EQ(client.ReceiveAll(), "Bad Request");
+}
+
+TEST_F(Website, CountsVisitorsByAddressAndForgetsIdleOnes) {
+    AddAlbum("A");
+    Start();
+    Get("/ShowGraphic?movie.gif");
+    EXPECT_EQ(gVisitorsActive, 0);
+    Get("/");
+    Get("/ShowHelp", "", "127.0.0.2");
+    Get("/ShowGraphic?movie.gif", "", "127.0.0.2");
+    ASSERT_EQ(gVisitors.size(), 2U);
+    EXPECT_EQ(gVisitors[1].CurrentPage, "Help");
+    EXPECT_EQ(gConnectionsSession, 2);
+    EXPECT_EQ(FirstValue("SELECT * FROM StatsTotal WHERE Stat=1", "TotalCount"), "2");
+
+    gVisitors[0].LastTime = GetTickCount() - 600000;
+    SweepVisitors();
+    EXPECT_EQ(gVisitorsActive, 2) << "exactly ten minutes is not yet idle";
+    gVisitors[0].LastTime -= 1;
+    SweepVisitors();
+    EXPECT_EQ(gVisitorsActive, 1);
+    EXPECT_EQ(gVisitors.at(0).IP, "127.0.0.2");
+}
+
+TEST_F(Website, LogsInWithTheRightWordsOnly) {
+    AddAlbum("A");
+    SaveUser({"Ann", "pass", "pass", false}, "");
+    Start();
+    const std::string login = Post("username=Ann&password=pass&args=1%26thumbs%261%26a%3Camp%3Eand%3Camp%3Eb");
+    const std::string head = Head("text/html") + "Set-Cookie: ms_username=Ann\r\nSet-Cookie: password=pass\r\n\r\n";
+    EXPECT_EQ(login.substr(0, head.size()), head);
+    EXPECT_NE(login.find("ShowAlbum?1&thumbs&1&a<amp>and<amp>b"), std::string::npos);
+
+    const std::string refused = Post("username=Ann&password=wrong&args=1%26thumbs%261");
+    EXPECT_EQ(refused.find("Set-Cookie"), std::string::npos);
+    EXPECT_NE(refused.find("Invalid username or password!"), std::string::npos);
+    for (const char *name : {"'", "x' or '1'='1", "Ann' --", "\"", "Ann'/*"}) {
+        EXPECT_EQ(Post(std::string("username=") + Replace(name, "=", "") + "&password=x&args=1%26thumbs%261"),
+                  "Bad Request")
+            << name;
+        EXPECT_EQ(Post(std::string("username=Ann&password=") + Replace(name, "=", "") + "&args=1%26thumbs%261"),
+                  "Bad Request")
+            << name;
+    }
+}
+
+TEST_F(Website, ProtectsADirectoryWithAnApostrophe) {
+    AddAlbum("A");
+    Program.Write("albums/A/O'Brien/a.jpg", "1");
+    Program.Write("albums/A/O'Hara/a.jpg", "1");
+    SaveUser({"Ann", "pass", "pass", false}, "");
+    AddRight("A", "\\O'Brien", "Ann");
+    Start();
+    EXPECT_EQ(gAlbums.at(0)->PictureCount, 1) << "the closed directory is not scanned";
+    EXPECT_NE(Get("/ShowAlbumMedia?1&thumbs&1&O'Hara").find("/O'Hara/a.jpg"), std::string::npos);
+    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien").find("/O'Brien/a.jpg"), std::string::npos);
+    EXPECT_NE(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien", "Cookie: ms_username=Ann; a=b\r\n").find("/O'Brien/a.jpg"),
+              std::string::npos);
+    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien", "Cookie: ms_username=A'nn; a=b\r\n"), "Bad Request");
+    Get("/ShowAlbum?1&thumbs&1&O'Hara");
+    EXPECT_EQ(FirstValue("SELECT * FROM PopularDirs", "DirPath"), "\\O%39Hara");
+}
+
+TEST_F(Website, SendsAMovieWholeAndBooksItAtTheEnd) {
+    AddAlbum("A");
+    std::string movie(1024 * 300, '\0');
+    for (std::size_t i = 0; i < movie.size(); ++i) movie[i] = static_cast<char>(i * 7 + i / 256);
+    Program.Write("albums/A/sub/m.avi", movie);
+    Start();
+    const std::string answer = Get("/ShowMovie?1&full&/sub/m.avi");
+    EXPECT_EQ(answer, Head("application/octet-stream") + "Content-Length: " + std::to_string(movie.size()) +
+                          "\r\n\r\n" + movie);
+    EXPECT_EQ(gBandwidthSession, 300);
+    EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FilePath"), "\\sub\\m.avi");
+    Get("/ShowMovie?1&full&/sub/m.avi");
+    Get("/ShowMovie?1&fullnocount&/sub/m.avi", "", "127.0.0.3");
+    EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FileCount"), "1");
+    EXPECT_EQ(gSystray->wnskConnect.UBound(), 0) << "all connections are trimmed";
+}
+
+TEST_F(Website, ServesOthersWhileAMovieRunsAndDropsItWhenItStalls) {
+    AddAlbum("A");
+    Program.Write("albums/A/m.avi", std::string(20 << 20, 'm'));
+    Start();
+    Client viewer(Port(), "127.0.0.2", 4096);
+    viewer.Send("GET /ShowMovie?1&full&/m.avi HTTP/1.0\r\n\r\n");
+    viewer.WaitForBytes(100000);
+    EXPECT_EQ(Get("/Blank").substr(0, 6), "<html>");
+    for (int i = 0; i < 50; ++i) DoEvents();
+    EXPECT_GT(gSendStates[1].FileSize, 0);
+    gSendStates[1].LastSendTick = GetTickCount() - 20000;
+    SweepTransfers();
+    EXPECT_GT(gSendStates[1].FileSize, 0) << "exactly twenty seconds is not yet stalled";
+    gSendStates[1].LastSendTick -= 1;
+    SweepTransfers();
+    EXPECT_EQ(gSendStates[1].FileSize, 0);
+    EXPECT_EQ(gBandwidthSession, 0) << "a transfer that never ends counts nothing";
+    TurnUntil([&viewer] { return viewer.HasEnded(); });
+    EXPECT_TRUE(viewer.HasEnded());
+}
+
+TEST_F(Website, CountsTheMinutesAndReportsOnEveryTenth) {
+    AddAlbum("A");
+    Start();
+    gDownloadCookies.push_back({"127.0.0.1", GetTickCount(), 1, "\\"});
+    RecordStat(Stat::Thumbs, "A", 1);
+    for (int minute = 1; minute <= 10; ++minute) {
+        EXPECT_EQ(gSystray->tmrConnections.Tag, std::to_string(11 - minute));
+        Clock.Advance(60000);
+        HandleConnectionsTick();
+    }
+    EXPECT_EQ(gSystray->tmrConnections.Tag, "10");
+    EXPECT_EQ(FirstValue("SELECT * FROM StatsTotal WHERE Stat=0", "TotalCount"), "10");
+    EXPECT_EQ(gDownloadCookies.size(), 1U);
+    EXPECT_EQ(GetSetting("Website", "LastOnline"), DateText(Now()));
+    Clock.Advance(60000);
+    HandleConnectionsTick();
+    EXPECT_TRUE(gDownloadCookies.empty());
+}
+
+TEST_F(Website, PicturesWaitTheirTurnAsleep) {
+    AddAlbum("A");
+    Program.Write("albums/A/a.jpg", "no picture");
+    SaveSetting("Setup", "ConversionSpacing", "2000");
+    Start();
+    gLastConversionTick = GetTickCount();
+    const Tick begun = GetTickCount();
+    EXPECT_EQ(Get("/ShowPicture?1&thumb&/a.jpg"), Head("image/jpeg") + "\r\n") << "unreadable: a head and no body";
+    EXPECT_GT(GetTickCount() - begun, 2000);
+    EXPECT_FALSE(FileExists(Program.Path("albums/A/a.jpg.tmp")));
+    EXPECT_EQ(gThumbsSession, 1);
+}
+
+}  // namespace
+}  // namespace pixmora::test

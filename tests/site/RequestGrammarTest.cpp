@@ -1,0 +1,168 @@
+// Requests and links as visitors send them, the evil ones among them.
+#include "core/site/RequestGrammar.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+
+namespace pixmora {
+namespace {
+
+struct TextCase {
+    const char *Name;
+    std::string Given;
+    std::string Wanted;
+};
+
+const TextCase queries[] = {
+    {"plain", "1&thumb&/a.jpg", "1&thumb&/a.jpg"},
+    {"escape in either case", "%4a%4A", "JJ"},
+    {"decoded percent is decoded again", "%2541", "A"},
+    {"one digit at the end", "a%9", "a\t"},
+    {"plus is a blank", "a+b", "a b"},
+    {"two stars are a blank, one is an ampersand", "a**b*c", "a b&c"},
+    {"three stars", "***", " &"},
+    {"escaped star separates too", "a%2Ab", "a&b"},
+    {"UTF-8 stays two bytes", "%C3%A9", "\xC3\xA9"},
+    {"escaped NUL", "a%00b", std::string("a\0b", 3)},
+    {"an escape that another one completes", "%41%2%41", "A&"},
+};
+
+TEST(DecodeQuery, TurnsSymbolsBack) {
+    for (const TextCase &row : queries) {
+        EXPECT_EQ(DecodeQuery(row.Given), row.Wanted) << row.Name;
+    }
+}
+
+TEST(DecodeQuery, RefusesWhatIsNoEscape) {
+    for (const char *text : {"%", "abc%", "%zz", "%4g", "% 1", "%-1", "%25", "%%41"}) {
+        EXPECT_THROW(DecodeQuery(text), RunTimeError) << text;
+    }
+}
+
+TEST(DecodeQuery, EndsSoonOnALongChainOfEscapedPercents) {
+    std::string text = "%";
+    for (int i = 0; i < 20000; ++i) text += "25";
+    EXPECT_EQ(DecodeQuery(text + "41"), "A");
+}
+
+TEST(LinkParts, SurviveTheQuerysDecodingAndTheirOwn) {
+    for (const std::string name : {"plain.jpg", "a & b.jpg", "1+1=2.jpg", "#1.gif", "100% fun.jpg", "50%41.jpg",
+                                   "O'Brien.bmp", "caf\xC3\xA9.jpg", "a  b", "&&++##%%"}) {
+        const std::string link = EncodeLinkPart(name);
+        const Target target = ParseTarget("ShowPicture?1&thumb&" + link);
+        ASSERT_EQ(target.Args.size(), 3U) << name;
+        EXPECT_EQ(DecodeLinkPart(target.Args[2]), name);
+    }
+    EXPECT_EQ(EncodeLinkPart("a&b+c#d e*"), "a<amp>and<amp>b<plus>and<plus>c<pound>num<pound>d%20e*");
+}
+
+TEST(ParseTarget, SplitsNameAndArguments) {
+    EXPECT_EQ(ParseTarget("").Name, "Index");
+    EXPECT_EQ(ParseTarget("favicon.ico").Name, "faviconico");
+    EXPECT_EQ(ParseTarget("Show.Album?x").Name, "Show.Album");
+    EXPECT_EQ(ParseTarget("X?1&thumb&x*y").Args, (Arguments{"1", "thumb", "x", "y"}));
+    EXPECT_EQ(ParseTarget("X?a%26b").Args, (Arguments{"a", "b"}));
+    EXPECT_EQ(ParseTarget("X?a&").Args, (Arguments{"a"}));
+    EXPECT_EQ(ParseTarget("X?a&&").Args, (Arguments{"a", ""}));
+    EXPECT_TRUE(ParseTarget("X?").HasQuery);
+    EXPECT_TRUE(ParseTarget("X?").Args.empty());
+    EXPECT_EQ(ParseTarget("X?a?b").Args, (Arguments{"a?b"}));
+}
+
+TEST(GetRequestTarget, StandsBetweenTheFirstTwoBlanks) {
+    EXPECT_EQ(GetRequestTarget("GET / HTTP/1.0\r\n\r\n"), "");
+    EXPECT_EQ(GetRequestTarget("GET /a?b HTTP/1.0\r\n"), "a?b");
+    EXPECT_EQ(GetRequestTarget("GET Xabc HTTP"), "abc");
+    EXPECT_EQ(GetRequestTarget("GET  HTTP"), "");
+    EXPECT_EQ(GetRequestTarget("GET /x\r\n\r\n"), std::nullopt);
+    EXPECT_EQ(GetRequestTarget("GET"), std::nullopt);
+    EXPECT_EQ(GetRequestMethod("GET"), "");
+    EXPECT_EQ(GetRequestMethod(" GET"), "");
+}
+
+const TextCase cookies[] = {
+    {"none", "GET / HTTP/1.0\r\nHost: x\r\n\r\n", ""},
+    {"alone", "Cookie: ms_username=Ann\r\n\r\n", "Ann"},
+    {"last header and blank after the semicolon", "Cookie: password=x; ms_username=Ann; a=b\r\n\r\n", "Ann"},
+    {"swallows the headers behind it", "Cookie: ms_username=Ann\r\nAge: 1\r\n\r\n", "Ann\r\nAge: 1"},
+    {"first of two wins", "Cookie: ms_username=Ann; ms_username=Bob; x=y\r\n\r\n", "Ann"},
+    {"undecoded", "Cookie: ms_username=A%41;x=y\r\n\r\n", "A%41"},
+    {"a header in another case isn't one", "cookie: ms_username=Ann; x=y\r\n\r\n", ""},
+    {"behind the head it doesn't count as ended", "Cookie: a=b\r\n\r\nms_username=Ann", ""},
+};
+
+TEST(GetCookieUsername, FindsTheName) {
+    for (const TextCase &row : cookies) {
+        // Headers behind the cookie are swallowed into its last piece: a single cookie without them ends at the blank
+        // line.
+        const std::string wanted = std::string(row.Name) == "alone" ? "Ann" : row.Wanted;
+        EXPECT_EQ(GetCookieUsername(row.Given), wanted) << row.Name;
+    }
+    EXPECT_THROW(GetCookieUsername("Cookie: ms_username; a=b\r\n\r\n"), RunTimeError);
+}
+
+const TextCase pageNames[] = {
+    {"front page", "", "Home Page"},
+    {"front page by name", "iNDEX", "Home Page"},
+    {"popular", "ShowPopular?thumbs", "Most Popular"},
+    {"popular in the frameset", "ShowAlbum?ShowPopular&thumbs", "Most Popular"},
+    {"help", "ShowHelp", "Help"},
+    {"help in another case", "showhelp", ""},
+    {"statistics", "ShowStats", "Statistics"},
+    {"album root", "ShowAlbum?1&thumbs&1", "Album: Trips"},
+    {"album directory", "ShowAlbum?1&thumbs&1&a%20b&c&", "Album: Trips, Dir: a b > c"},
+    {"slide show directory", "ShowAlbum?2&slideshow&1&play&0&5&x", "Album: Home, Dir: x"},
+    {"too few pieces", "ShowAlbum?1&thumbs", ""},
+    {"number above the count", "ShowAlbum?3&thumbs&1", ""},
+    {"number below 1", "ShowAlbum?0&thumbs&1", ""},
+    {"no number", "ShowAlbum?ShowHelp", ""},
+    {"bad escape", "ShowAlbum?1&thumbs&1&%zz", ""},
+    {"picture", "ShowPicture?1&thumb&/a.jpg", ""},
+    {"frame", "ShowAlbumMedia?1&thumbs&1", ""},
+    {"unknown", "Anything", ""},
+};
+
+TEST(GetVisitorPageName, NamesPagesAndNotTheirParts) {
+    for (const TextCase &row : pageNames) {
+        EXPECT_EQ(GetVisitorPageName("GET /" + row.Given + " HTTP/1.0\r\n\r\n", {"Trips", "Home"}), row.Wanted)
+            << row.Name;
+    }
+    EXPECT_EQ(GetVisitorPageName("GET /ShowHelp", {}), "");
+}
+
+TEST(ParseLoginForm, ReadsTheFieldsUndecoded) {
+    const LoginForm form =
+        ParseLoginForm("POST /SendLogin HTTP/1.0\r\n\r\nusername=A%41&password=p+q&args=1%26thumbs%261%26a%2Bb\r\n");
+    EXPECT_EQ(form.Username, "A%41");
+    EXPECT_EQ(form.Password, "p+q");
+    EXPECT_EQ(form.Args, (Arguments{"1", "thumbs", "1", "a b"}));
+}
+
+TEST(ParseLoginForm, KeepsNamesWhole) {
+    const std::string args = "1&thumbs&1&" + EncodeLinkPart("R&B+#50%");
+    const LoginForm form =
+        ParseLoginForm("POST /SendLogin HTTP/1.0\r\n\r\nargs=" + Replace(args, "&", "%26") + "&username=a&password=b");
+    EXPECT_EQ(DecodeLinkPart(form.Args.at(3)), "R&B+#50%");
+}
+
+TEST(ParseLoginForm, RefusesWhatIsNoForm) {
+    for (const char *body :
+         {"", "username=a&password=b", "username=a&password=b&args=1", "username&args=1%262", "args=1%262&&"}) {
+        EXPECT_THROW(ParseLoginForm(std::string("POST /SendLogin HTTP/1.0\r\n\r\n") + body), RunTimeError) << body;
+    }
+    EXPECT_THROW(ParseLoginForm("POST /SendLogin HTTP/1.0"), RunTimeError);
+}
+
+TEST(IsLoginAddress, WantsNumberViewAndPage) {
+    EXPECT_TRUE(IsLoginAddress({"1", "thumbs", "1"}));
+    EXPECT_TRUE(IsLoginAddress({"2", "slideshow", "1", "play", "0", "5", "a"}));
+    for (const Arguments &args : {Arguments{}, Arguments{"x"}, Arguments{"1", "thumbs"}, Arguments{"x", "thumbs", "1"},
+                                  Arguments{"1", "", "1"}, Arguments{"1", "thumbs", "x"}}) {
+        EXPECT_FALSE(IsLoginAddress(args)) << Join(args, "&");
+    }
+}
+
+}  // namespace
+}  // namespace pixmora

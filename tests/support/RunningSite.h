@@ -1,0 +1,99 @@
+// A whole site in the test's process: program folder with the shipped htdocs, an album on real files, started and
+// listening.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/WebsiteStart.h"
+#include "core/WebsiteStop.h"
+#include "core/modMain.h"
+#include "core/site/Globals.h"
+#include "core/site/frmSystray.h"
+#include "platform/App.h"
+#include "platform/Files.h"
+#include "platform/Registry.h"
+#include "setup/rules/AlbumEditor.h"
+#include "setup/rules/UserEditor.h"
+#include "store/Settings.h"
+#include "support/Client.h"
+#include "support/ScriptedOwner.h"
+#include "support/TempFolder.h"
+
+namespace pixmora::test {
+
+/// The start sequence's status texts; cancels where it is told to.
+class RecordedStart : public StartView {
+public:
+    void ShowStatus(const std::string &text) override { Texts.push_back(text); }
+    void AdvanceProgress() override { ++Progress; }
+    bool Cancelled() override { return !CancelAt.empty() && !Texts.empty() && Texts.back() == CancelAt; }
+
+    std::vector<std::string> Texts;
+    int Progress = 0;
+    std::string CancelAt;  ///< the status text from which on the owner has cancelled
+};
+
+/// The clock stands still. Albums are made on folders below "albums"; Start opens a free port.
+class RunningSite : public testing::Test {
+protected:
+    RunningSite() {
+        App::SetPath(ProgramPath(Program.Path()));
+        Registry::SetFilePath(Program.Path("settings.ini"));
+        SaveSetting("Setup", "ListenPort", "0");
+        EXPECT_EQ(BeginProgram(""), ProgramStart::Ready);
+        LoadSystray();
+        gSendStates = {};
+    }
+    ~RunningSite() override {
+        if (gWebsiteStarted) StopWebsite(true);
+        ReleaseProgram();
+        gSendStates = {};
+    }
+
+    std::string AddAlbum(const std::string &name) const {
+        AlbumFields fields;
+        fields.Name = name;
+        fields.Directory = Program.MakeFolder("albums/" + name);
+        AlbumEditor().Save(fields);
+        return fields.Directory;
+    }
+
+    const std::vector<std::string> &Start() {
+        view_ = {};
+        RunStartSequence(view_);
+        return view_.Texts;
+    }
+    int Port() const { return gSystray->wnskListen->LocalPort(); }
+
+    std::string Get(const std::string &target, const std::string &headers = "",
+                    const std::string &from = "127.0.0.1") const {
+        return Fetch(Port(), "GET " + target + " HTTP/1.0\r\n" + headers + "\r\n", from);
+    }
+    std::string Post(const std::string &body) const {
+        return Fetch(Port(),
+                     "POST /SendLogin HTTP/1.0\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+    }
+    /// A field of the first row of a statement as text; "(none)" without one.
+    static std::string FirstValue(const std::string &statement, std::string_view field) {
+        const auto rows = gDatabase->OpenRecordset(statement, RecordsetType::Snapshot);
+        return rows->Eof() ? "(none)" : AsText(rows->Value(field));
+    }
+
+    TempFolder Program;
+    ClockSetForTest Clock{1000000, MakeDate(2004, 3, 10, 12, 0, 0)};
+    ScriptedOwner Owner;
+
+private:
+    RecordedStart view_;
+};
+
+inline std::string Head(const std::string &type) {
+    return "HTTP/1.0 200 OK\r\nServer: Pixmora! Digital Media Software v1.0\r\nContent-Type: " + type +
+           "\r\nPragma: no-cache\r\n";
+}
+
+}  // namespace pixmora::test
