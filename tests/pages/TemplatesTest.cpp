@@ -1,0 +1,39 @@
+// Tests of the pieces that the pages share.
+#include "pages/Templates.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "support/SiteFixture.h"
+
+namespace pixmora::test {
+namespace {
+
+TEST(Fill, PutsTheValueInOnceAndNeverLooksAtItAgain) {
+    std::string page = "{A}-{B}-{A}{a}";
+    Fill(page, "{A}", "<{A}{B}>");
+    EXPECT_EQ(page, "<{A}{B}>-{B}-<{A}{B}>{a}");
+    Fill(page, "{B}", "");
+    EXPECT_EQ(page, "<{A}>--<{A}>{a}");
+}
+
+TEST(MakeFooter, DrawsEachOfTheThreeSentences) {
+    std::set<std::string> footers;
+    for (int i = 0; i < 200; ++i) footers.insert(MakeFooter());
+    ASSERT_EQ(footers.size(), 3U);
+    for (const std::string &footer : footers) EXPECT_TRUE(footer.ends_with("</b></a></font>")) << footer;
+}
+
+using WebServerCommandsTest = SiteFixture;
+
+TEST_F(WebServerCommandsTest, MakesAMissingTemplateAnEmptyOneAndReadsTheFilesOnlyOnce) {
+    std::filesystem::remove(Program.Path("htdocs/ShowHelp.tpl"));
+    const clsWebServerCommands pages;
+    EXPECT_TRUE(std::filesystem::exists(Program.Path("htdocs/ShowHelp.tpl")));
+    Program.Write("htdocs/ShowHelp.tpl", "edited");
+    EXPECT_EQ(Body(Answer([&](const Connection &socket) { pages.genShowHelp(socket); })), "");
+}
+
+}  // namespace
+}  // namespace pixmora::test
