@@ -230,7 +230,8 @@ int RunCommand(const Command &command, const Words &words) {
         return Refuse(pixmora::App::Title + " is already running! Stop it before you change its albums or users.");
     }
     if (command.What != Needs::Settings && !pixmora::OpenOrCreateDatabase()) {
-        return Refuse("Error loading database!\n\nPlease make sure '" + pixmora::DatabasePath(CurrentSchemaVersion) + "' is not in use!");
+        return Refuse("Error loading database!\n\nPlease make sure '" +
+                      pixmora::SystemPath(pixmora::DatabasePath(pixmora::CurrentSchemaVersion)) + "' is not in use!");
     }
     pixmora::gPictureEngine = std::make_unique<pixmora::PictureEngine>();
     const int status = command.Run(words);

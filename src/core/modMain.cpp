@@ -11,6 +11,7 @@
 #include "core/site/OwnerDialogue.h"
 #include "core/site/frmSystray.h"
 #include "platform/App.h"
+#include "platform/Files.h"
 #include "platform/Numbers.h"
 #include "platform/RunTimeError.h"
 #include "store/Schema.h"
@@ -28,7 +29,7 @@ std::string SecondCopyMessage(const std::string &commandLine) {
 }
 
 std::string DatabaseMessage() {
-    return "Error loading database!\r\n\r\nPlease make sure '" + DatabasePath(CurrentSchemaVersion) +
+    return "Error loading database!\r\n\r\nPlease make sure '" + SystemPath(DatabasePath(CurrentSchemaVersion)) +
            "' is not in use!";
 }
 

@@ -5,10 +5,14 @@
 
 namespace pixmora {
 
+void ForEachRow(std::string_view table, std::string_view criteria, const std::function<void(Recordset &)> &action) {
+    const auto rows = gDatabase->OpenRecordset(table, RecordsetType::Dynaset);
+    for (rows->FindFirst(criteria); !rows->NoMatch(); rows->FindNext(criteria)) action(*rows);
+}
+
 void DeleteRows(std::string_view table, std::string_view criteria) {
     Transaction transaction(*gDatabase);
-    const auto rows = gDatabase->OpenRecordset(table, RecordsetType::Dynaset);
-    for (rows->FindFirst(criteria); !rows->NoMatch(); rows->FindNext(criteria)) rows->Delete();
+    ForEachRow(table, criteria, [](Recordset &row) { row.Delete(); });
     transaction.Commit();
 }
 

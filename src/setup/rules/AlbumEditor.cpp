@@ -11,8 +11,8 @@
 #include "platform/RunTimeError.h"
 #include "platform/Text.h"
 #include "setup/rules/StripTags.h"
-#include "setup/rules/TableRows.h"
 #include "store/Catalogue.h"
+#include "store/Rows.h"
 #include "store/Settings.h"
 
 namespace pixmora {

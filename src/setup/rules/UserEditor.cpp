@@ -7,8 +7,9 @@
 #include "platform/RunTimeError.h"
 #include "platform/Text.h"
 #include "setup/rules/AlbumEditor.h"
-#include "setup/rules/TableRows.h"
+#include "store/Globals.h"
 #include "store/Protection.h"
+#include "store/Rows.h"
 
 namespace pixmora {
 
