@@ -18,8 +18,8 @@ namespace {
 void BeginUse(DatabaseEngine &engine) {
     // Checkpoints come each minute and when the log has grown; the file of the log is then cut back to its usual size.
     engine.Execute(
-        "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=1000;"
-        "PRAGMA journal_size_limit=4194304; PRAGMA temp_store=MEMORY; SELECT count(*) FROM sqlite_master");
+        "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=2000;"
+        "PRAGMA journal_size_limit=8388608; PRAGMA temp_store=MEMORY; SELECT count(*) FROM sqlite_master");
 }
 
 std::string ColumnOf(const Field &field) {

@@ -53,7 +53,7 @@ void DatabaseEngine::Execute(const std::string &sql) {
 }
 
 void DatabaseEngine::ChangeSchema(const std::string &sql) {
-    while (!readers_.empty()) readers_.back()->ReadToEnd();
+    CloseReaders();
     statements_.clear();
     ForgetTables();
     Execute(sql);
@@ -108,6 +108,10 @@ void DatabaseEngine::DropLeastUsedStatement() {
         std::ranges::min_element(statements_, {}, [](const auto &entry) { return entry.second.LastUse; }));
 }
 
+void DatabaseEngine::CloseReaders() {
+    while (!readers_.empty()) readers_.back()->ReadToEnd();
+}
+
 void DatabaseEngine::RemoveReader(OpenReader *reader) {
     std::erase(readers_, reader);
 }
@@ -142,7 +146,13 @@ void PreparedStatement::Bind(const std::vector<FieldValue> &stored) {
 }
 
 bool PreparedStatement::Step() {
-    const int result = sqlite3_step(handle_);
+    int result = sqlite3_step(handle_);
+    if (result == SQLITE_BUSY && sqlite3_extended_errcode(engine_.Handle()) == SQLITE_BUSY_SNAPSHOT) {
+        // Another program has written since our readers began; a writer has to begin behind that.
+        engine_.CloseReaders();
+        sqlite3_reset(handle_);
+        result = sqlite3_step(handle_);
+    }
     if (result != SQLITE_ROW && result != SQLITE_DONE) engine_.RaiseLastError();
     return result == SQLITE_ROW;
 }

@@ -71,6 +71,8 @@ public:
 
     void AddReader(OpenReader *reader) { readers_.push_back(reader); }
     void RemoveReader(OpenReader *reader);
+    /// Takes the rest of all readers' rows into memory.
+    void CloseReaders();
 
     int TransactionDepth = 0;
 

@@ -1,0 +1,304 @@
+// Database files: made, opened, damaged, killed; types of fields; transactions.
+#include "platform/Database.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "support/RawDatabase.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+namespace {
+
+class DatabaseTest : public testing::Test {
+protected:
+    std::string Path() const { return folder.Path("test.mdb"); }
+    std::unique_ptr<Database> Create() const { return Database::CreateDatabase(ProgramPath(Path())); }
+    std::unique_ptr<Database> Open() const { return Database::OpenDatabase(ProgramPath(Path())); }
+
+    static void Add(Database &database, FieldValue value) {
+        const auto rows = database.OpenRecordset("T", RecordsetType::Table);
+        rows->AddNew();
+        rows->Set(0, std::move(value));
+        rows->Update();
+    }
+
+    static void ExpectError(ErrorNumber number, const std::string &message, const std::function<void()> &call) {
+        try {
+            call();
+            ADD_FAILURE() << "no error";
+        } catch (const RunTimeError &error) {
+            EXPECT_EQ(error.Number(), number);
+            EXPECT_EQ(message.empty() ? "" : error.Message(), message);
+        }
+    }
+
+    TempFolder folder;
+};
+
+}  // namespace
+
+TEST_F(DatabaseTest, IsAPlainFileOfTheEngine) {
+    {
+        const auto database = Create();
+        database->CreateTable("Every Type", {{"T", FieldType::Text},
+                                             {"L", FieldType::Long},
+                                             {"I", FieldType::Integer},
+                                             {"B", FieldType::Boolean},
+                                             {"D", FieldType::Date},
+                                             {"F", FieldType::Double}});
+        const auto rows = database->OpenRecordset("Every Type", RecordsetType::Table);
+        rows->AddNew();
+        rows->Set("T", "it's \"\xC3\xA9\"");
+        rows->Set("L", 2147483647);
+        rows->Set("I", -32768);
+        rows->Set("B", true);
+        rows->Set("D", MakeDate(2004, 3, 1, 16, 5, 6));
+        rows->Set("F", 2.5);
+        rows->Update();
+        rows->AddNew();
+        rows->Set("D", MakeDate(2004, 3, 1));
+        rows->Update();
+    }
+    EXPECT_FALSE(std::filesystem::exists(Path() + "-wal")) << "closed, the file is whole by itself";
+    EXPECT_EQ(RunSql(Path(), "SELECT * FROM [Every Type]"),
+              "it's \"\xC3\xA9\"|2147483647|-32768|1|2004-03-01 16:05:06|2.5\n|||0|2004-03-01|\n");
+
+    const auto database = Open();
+    EXPECT_EQ(database->TableNames(), std::vector<std::string>{"Every Type"});
+    const auto fields = database->Fields("every type");
+    const FieldType types[] = {FieldType::Text,    FieldType::Long, FieldType::Integer,
+                               FieldType::Boolean, FieldType::Date, FieldType::Double};
+    ASSERT_EQ(fields.size(), std::size(types));
+    for (std::size_t i = 0; i < fields.size(); ++i) EXPECT_EQ(fields[i].Type, types[i]) << fields[i].Name;
+    const auto rows = database->OpenRecordset("Every Type", RecordsetType::Snapshot);
+    EXPECT_EQ(rows->Value("B"), FieldValue(true));
+    EXPECT_EQ(rows->Value("D"), FieldValue(MakeDate(2004, 3, 1, 16, 5, 6)));
+    EXPECT_EQ(rows->Value("F"), FieldValue(2.5));
+    rows->FindFirst("D=#3/1/2004#");
+    EXPECT_EQ(rows->Value("B"), FieldValue(false));
+    EXPECT_TRUE(IsNull(rows->Value("F")));
+}
+
+TEST_F(DatabaseTest, ConvertsValuesToTheFieldsType) {
+    const struct {
+        const char *name;
+        FieldType type;
+        FieldValue given;
+        FieldValue kept;
+    } cases[] = {
+        {"text to Long", FieldType::Long, " 12 ", std::int64_t{12}},
+        {"half to even", FieldType::Long, 2.5, std::int64_t{2}},
+        {"Boolean to Long", FieldType::Long, true, std::int64_t{1}},
+        {"number to text", FieldType::Text, 2.5, "2.5"},
+        {"date to text", FieldType::Text, MakeDate(2004, 3, 1), "3/1/2004"},
+        {"number to Boolean", FieldType::Boolean, 7, true},
+        {"Null to Boolean", FieldType::Boolean, Null{}, false},
+        {"text to date", FieldType::Date, "3/1/2004", MakeDate(2004, 3, 1)},
+        {"whole number to Double", FieldType::Double, 3, 3.0},
+    };
+    const auto database = Create();
+    for (const auto &each : cases) {
+        database->CreateTable("T", {{"F", each.type}});
+        Add(*database, each.given);
+        EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->Value(0), each.kept) << each.name;
+        database->DeleteTable("T");
+    }
+}
+
+TEST_F(DatabaseTest, RefusesValuesThatDoNotFit) {
+    const struct {
+        const char *name;
+        FieldType type;
+        FieldValue given;
+        ErrorNumber number;
+    } cases[] = {
+        {"above a Long", FieldType::Long, std::int64_t{2147483648}, ErrorNumber::Overflow},
+        {"below a Long", FieldType::Long, -2147483649.0, ErrorNumber::Overflow},
+        {"above an Integer", FieldType::Integer, 32768, ErrorNumber::Overflow},
+        {"beyond every whole number", FieldType::Long, 1e30, ErrorNumber::Overflow},
+        {"no number", FieldType::Long, "twelve", ErrorNumber::TypeMismatch},
+        {"date for a number", FieldType::Double, MakeDate(2004, 3, 1), ErrorNumber::TypeMismatch},
+        {"no date", FieldType::Date, "soon", ErrorNumber::TypeMismatch},
+        {"number for a date", FieldType::Date, 5, ErrorNumber::TypeMismatch},
+    };
+    const auto database = Create();
+    for (const auto &each : cases) {
+        SCOPED_TRACE(each.name);
+        database->CreateTable("T", {{"F", each.type}});
+        ExpectError(each.number, "", [&] { Add(*database, each.given); });
+        EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->RecordCount(), 0);
+        database->DeleteTable("T");
+    }
+    ExpectError(ErrorNumber::InvalidUseOfNull, "", [] { AsText(Null{}); });
+}
+
+TEST_F(DatabaseTest, ChangesTablesWithTheirRows) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Long}, {"B", FieldType::Text}});
+    Add(*database, 7);
+    database->AppendField("T", {"C", FieldType::Boolean});
+    EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->Value("C"), FieldValue(false));
+    database->DeleteField("T", "b");
+    const auto rows = database->OpenRecordset("T", RecordsetType::Table);
+    EXPECT_EQ(AsLong(rows->Value(0)), 7);
+    EXPECT_EQ(database->Fields("T").back().Name, "C");
+    ExpectError(ErrorNumber::ItemNotFound, "", [&] { database->DeleteField("T", "B"); });
+    ExpectError(ErrorNumber::ItemNotFound, "", [&] { database->DeleteTable("U"); });
+    ExpectError(ErrorNumber::DatabaseError, "", [&] { database->AppendField("T", {"A", FieldType::Long}); });
+    ExpectError(ErrorNumber::DatabaseError, "", [&] { database->CreateTable("t", {{"A", FieldType::Long}}); });
+}
+
+TEST_F(DatabaseTest, RefusesFilesThatItCannotUse) {
+    const std::string notADatabase = "file is not a database";
+    ExpectError(ErrorNumber::DatabaseError, "unable to open database file", [&] { Open(); });
+    folder.Write("test.mdb", "");
+    ExpectError(ErrorNumber::DatabaseError, notADatabase, [&] { Open(); });
+    folder.Write("test.mdb", std::string(5000, 'x'));
+    ExpectError(ErrorNumber::DatabaseError, notADatabase, [&] { Open(); });
+    ExpectError(ErrorNumber::DatabaseError, "", [&] { Create(); });
+    EXPECT_EQ(folder.Read("test.mdb").size(), 5000U);
+    std::filesystem::remove(Path());
+    folder.MakeFolder("test.mdb");
+    ExpectError(ErrorNumber::DatabaseError, "unable to open database file", [&] { Open(); });
+}
+
+TEST_F(DatabaseTest, SaysThatAnotherProgramHoldsTheFile) {
+    Create()->CreateTable("T", {{"A", FieldType::Long}});
+    sqlite3 *other = nullptr;
+    sqlite3_open(Path().c_str(), &other);
+    sqlite3_exec(other, "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+    ExpectError(ErrorNumber::DatabaseError, "database is locked", [&] { Open(); });
+    sqlite3_close(other);
+    EXPECT_TRUE(Open()->TableExists("t"));
+}
+
+TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
+    {
+        const auto database = Create();
+        database->CreateTable("T", {{"A", FieldType::Text}});
+        database->CreateTable("U", {{"A", FieldType::Text}});
+        for (int i = 0; i < 50; ++i) Add(*database, std::string(500, 'a'));
+    }
+    const auto size = std::filesystem::file_size(Path());
+    {
+        // Everything behind the pages of the head and of the tables' roots.
+        std::fstream file(Path(), std::ios::in | std::ios::out | std::ios::binary);
+        file.seekp(3 * 4096);
+        file << std::string(size - 3 * 4096, '\xA5');
+    }
+    const auto database = Open();
+    EXPECT_TRUE(database->OpenRecordset("U", RecordsetType::Table)->Eof());
+    const auto rows = database->OpenRecordset("T", RecordsetType::Table);
+    ExpectError(ErrorNumber::DatabaseError, "database disk image is malformed", [&] { rows->Eof(); });
+}
+
+TEST_F(DatabaseTest, MakesAScopesChangesTogetherOrNotAtAll) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Long}});
+    const auto kept = [&] {
+        return RunSql(Path(), "SELECT group_concat(A) FROM T");
+    };
+    {
+        Transaction outer(*database);
+        Add(*database, 1);
+        {
+            Transaction dropped(*database);
+            Add(*database, 2);
+        }
+        Transaction inner(*database);
+        Add(*database, 3);
+        inner.Commit();
+        EXPECT_EQ(kept(), "\n") << "the outermost decides";
+        outer.Commit();
+    }
+    EXPECT_EQ(kept(), "1,3\n");
+    {
+        Transaction outer(*database);
+        Transaction inner(*database);
+        Add(*database, 4);
+        database->CreateTable("U", {{"A", FieldType::Long}});
+        inner.Commit();
+    }
+    EXPECT_EQ(kept(), "1,3\n");
+    EXPECT_FALSE(database->TableExists("U"));
+    ExpectError(ErrorNumber::ItemNotFound, "", [&] { database->OpenRecordset("U", RecordsetType::Table); });
+}
+
+TEST_F(DatabaseTest, LetsOthersReadAndWriteWhileRecordsetsAreOpen) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Long}});
+    for (int i = 0; i < 3; ++i) Add(*database, i);
+    const auto plain = database->OpenRecordset("T", RecordsetType::Table);
+    const auto ordered = database->OpenRecordset("SELECT * FROM T ORDER BY A", RecordsetType::Snapshot);
+    EXPECT_FALSE(plain->Eof());
+    EXPECT_FALSE(ordered->Eof());
+    RunSql(Path(), "INSERT INTO T VALUES (3)");
+    Add(*database, 4);
+    database->Checkpoint();
+    ordered->Move(2);
+    EXPECT_EQ(AsLong(ordered->Value(0)), 2);
+    plain->Move(4);
+    EXPECT_EQ(AsLong(plain->Value(0)), 4);
+}
+
+TEST_F(DatabaseTest, KeepsTheLogSmall) {
+    const auto database = Create();
+    database->SetSynchronousFull(false);
+    database->CreateTable("T", {{"A", FieldType::Text}});
+    for (int i = 0; i < 10000; ++i) Add(*database, std::string(1000, 'a'));
+    EXPECT_LT(std::filesystem::file_size(Path() + "-wal"), 20U << 20U);
+}
+
+// A process that writes and tells of each row that it has written is killed at some moment, several times over one
+// file.
+TEST_F(DatabaseTest, LosesNothingWhenItsProcessIsKilled) {
+    Create()->CreateTable("T", {{"A", FieldType::Long}});
+    int next = 0;
+    for (int round = 0; round < 8; ++round) {
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        const pid_t child = fork();
+        if (child == 0) {
+            const auto database = Open();
+            database->SetSynchronousFull(round % 2 == 0);
+            for (int i = next;; ++i) {
+                Transaction transaction(*database);
+                Add(*database, i);
+                Add(*database, -i);
+                transaction.Commit();
+                if (write(ends[1], &i, sizeof i) != sizeof i) _exit(1);
+            }
+        }
+        close(ends[1]);
+        int told = -1;
+        int count = 0;
+        for (int i = 0; count < 40 + 25 * round && read(ends[0], &i, sizeof i) == sizeof i; ++count) told = i;
+        kill(child, SIGKILL);
+        for (int i = 0; read(ends[0], &i, sizeof i) == sizeof i; ++count) told = i;
+        close(ends[0]);
+        waitpid(child, nullptr, 0);
+
+        ASSERT_GE(count, 40) << "the writer came to an early end";
+        const auto database = Open();
+        const auto sums = database->OpenRecordset("SELECT MAX(A) AS last, SUM(A) AS s, COUNT(*) AS n FROM T",
+                                                  RecordsetType::Snapshot);
+        const auto last = AsLong(sums->Value("last"));
+        EXPECT_GE(last, told);
+        EXPECT_EQ(AsLong(sums->Value("s")), 0) << "a transaction in half";
+        EXPECT_EQ(AsLong(sums->Value("n")), 2 * (last + 1));
+        next = static_cast<int>(last) + 1;
+    }
+    EXPECT_EQ(RunSql(Path(), "PRAGMA integrity_check"), "ok\n");
+}
+
+}  // namespace pixmora

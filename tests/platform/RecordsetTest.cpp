@@ -1,0 +1,259 @@
+// Recordsets on a small database: moving, finding, changing.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "platform/Database.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "support/RawDatabase.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+using namespace std::string_literals;
+
+namespace {
+
+void ExpectError(ErrorNumber number, const std::function<void()> &call) {
+    try {
+        call();
+        ADD_FAILURE() << "no error";
+    } catch (const RunTimeError &error) {
+        EXPECT_EQ(error.Number(), number) << error.Message();
+    }
+}
+
+class RecordsetTest : public testing::Test {
+protected:
+    RecordsetTest() : database(Database::CreateDatabase(ProgramPath(folder.Path("test.mdb")))) {
+        database->CreateTable(
+            "Files", {{"AlbumName", FieldType::Text}, {"FilePath", FieldType::Text}, {"Views", FieldType::Long}});
+        AddFile("Zoo", "\\a.JPG", 3);
+        AddFile("zoo", "\\b.gif", 5);
+        AddFile("Alps", "\\c.mov", 3);
+        AddFile("Alps", "\\d.jpg", Null{});
+        AddFile("alps", "\\e1.jpg", 9);
+    }
+
+    void AddFile(const std::string &album, const std::string &path, FieldValue views) {
+        const auto rows = Open("Files");
+        rows->AddNew();
+        rows->Set("AlbumName", album);
+        rows->Set("FilePath", path);
+        rows->Set("Views", std::move(views));
+        rows->Update();
+    }
+
+    std::unique_ptr<Recordset> Open(const std::string &source, RecordsetType type = RecordsetType::Dynaset) {
+        return database->OpenRecordset(source, type);
+    }
+
+    /// The third characters of the paths in the order in which the rows come.
+    static std::string Names(Recordset &rows) {
+        std::string names;
+        for (; !rows.Eof(); rows.MoveNext()) names += AsText(rows.Value("FilePath"))[1];
+        return names;
+    }
+    std::string Names(const std::string &source) { return Names(*Open(source)); }
+
+    TempFolder folder;
+    std::unique_ptr<Database> database;
+};
+
+}  // namespace
+
+TEST_F(RecordsetTest, FindsByConditionsOfTheProgramsKind) {
+    const struct {
+        const char *condition;
+        const char *names;
+    } cases[] = {
+        {"AlbumName='ZOO'", "ab"},
+        {"AlbumName<>'zoo'", "cde"},
+        {"AlbumName < 'B' and Views >= 3", "ce"},
+        {"FilePath LIKE \"*.jpg\"", "ade"},
+        {"FilePath LIKE '*#.jpg' OR FilePath LIKE '\\?.gif'", "be"},
+        {"FilePath NOT LIKE '*.JPG'", "bc"},
+        {"Views=3 OR Views IS NULL", "acd"},
+        {"NOT (Views > -1 AND Views < 5)", "be"},
+        {"AlbumName LIKE 'Z_o' OR FilePath LIKE '%'", ""},
+    };
+    for (const auto &each : cases) {
+        EXPECT_EQ(Names("SELECT * FROM Files WHERE "s + each.condition), each.names) << each.condition;
+        const auto rows = Open("Files");
+        std::string found;
+        for (rows->FindFirst(each.condition); !rows->NoMatch(); rows->FindNext(each.condition)) {
+            found += AsText(rows->Value("FilePath"))[1];
+        }
+        EXPECT_EQ(found, each.names) << each.condition;
+    }
+}
+
+TEST_F(RecordsetTest, SortsWithoutRegardToCaseAndKeepsTheTablesOrderBetweenEquals) {
+    EXPECT_EQ(Names("SELECT * FROM Files ORDER BY AlbumName"), "cdeab");
+    EXPECT_EQ(Names("SELECT * FROM Files ORDER BY Views DESC"), "ebacd");
+    EXPECT_EQ(Names("SELECT * FROM Files ORDER BY Views DESC, FilePath DESC"), "ebcad");
+    EXPECT_EQ(Names("SELECT FilePath FROM Files WHERE Views > 3 ORDER BY AlbumName DESC"), "be");
+}
+
+TEST_F(RecordsetTest, CountsAllRowsAtOnce) {
+    EXPECT_EQ(Open("Files")->RecordCount(), 5);
+    EXPECT_EQ(Open("SELECT * FROM Files WHERE AlbumName='zoo' ORDER BY Views")->RecordCount(), 2);
+    EXPECT_EQ(Open("SELECT SUM(Views) as s FROM Files")->RecordCount(), 1);
+}
+
+TEST_F(RecordsetTest, GivesTheResultsOfFunctions) {
+    const auto sums =
+        Open("SELECT SUM(Views) as s, COUNT(*) as n, COUNT(Views) as v FROM Files", RecordsetType::Snapshot);
+    EXPECT_EQ(AsLong(sums->Value("s")), 20);
+    EXPECT_EQ(AsLong(sums->Value("n")), 5);
+    EXPECT_EQ(AsLong(sums->Value(2)), 4);
+    EXPECT_TRUE(IsNull(Open("SELECT SUM(Views) as s FROM Files WHERE AlbumName='none'")->Value("s")));
+}
+
+TEST_F(RecordsetTest, MovesFromRowToRow) {
+    for (const std::string source : {"Files", "SELECT * FROM Files ORDER BY FilePath"}) {
+        const auto rows = Open(source);
+        rows->Move(3);
+        EXPECT_EQ(Names(*rows), "de");
+        ExpectError(ErrorNumber::NoCurrentRecord, [&] { rows->MoveNext(); });
+        ExpectError(ErrorNumber::NoCurrentRecord, [&] { rows->Value("Views"); });
+        rows->MoveFirst();
+        rows->Move(0);
+        EXPECT_EQ(Names(*rows), "abcde");
+        rows->MoveFirst();
+        rows->Move(5);
+        EXPECT_TRUE(rows->Eof());
+        ExpectError(ErrorNumber::InvalidProcedureCall, [&] { rows->Move(-1); });
+    }
+    const auto none = Open("SELECT * FROM Files WHERE Views=100");
+    EXPECT_TRUE(none->Eof());
+    ExpectError(ErrorNumber::NoCurrentRecord, [&] { none->MoveFirst(); });
+}
+
+TEST_F(RecordsetTest, KeepsItsRowWhenNothingMatches) {
+    for (const std::string source : {"Files", "SELECT * FROM Files ORDER BY FilePath"}) {
+        const auto rows = Open(source);
+        rows->FindFirst("Views=5");
+        rows->FindNext("Views=3");
+        EXPECT_EQ(AsText(rows->Value("FilePath")), "\\c.mov");
+        rows->FindNext("Views=3");
+        EXPECT_TRUE(rows->NoMatch());
+        EXPECT_EQ(Names(*rows), "cde");
+    }
+}
+
+TEST_F(RecordsetTest, DeletesWhileItFinds) {
+    const auto rows = Open("Files");
+    for (rows->FindFirst("AlbumName='alps'"); !rows->NoMatch(); rows->FindNext("AlbumName='alps'")) {
+        rows->Delete();
+        ExpectError(ErrorNumber::NoCurrentRecord, [&] { rows->Value("FilePath"); });
+        ExpectError(ErrorNumber::NoCurrentRecord, [&] { rows->Delete(); });
+    }
+    EXPECT_EQ(Names("Files"), "ab");
+
+    const auto ordered = Open("SELECT * FROM Files ORDER BY FilePath DESC");
+    ordered->Delete();
+    ordered->MoveNext();
+    EXPECT_EQ(AsText(ordered->Value("FilePath")), "\\a.JPG");
+    EXPECT_EQ(Names("Files"), "a");
+}
+
+TEST_F(RecordsetTest, GoesOnWhenAnotherRecordsetDeletesItsRow) {
+    const auto outer = Open("SELECT * FROM Files");
+    std::string seen;
+    for (; !outer->Eof(); outer->MoveNext()) {
+        seen += AsText(outer->Value("FilePath"))[1];
+        const auto inner = Open("Files");
+        inner->FindFirst("FilePath=" + QuotedText(AsText(outer->Value("FilePath"))));
+        inner->Delete();
+        ExpectError(ErrorNumber::NoCurrentRecord, [&] { outer->Edit(); });
+    }
+    EXPECT_EQ(seen, "abcde");
+    EXPECT_EQ(Open("Files")->RecordCount(), 0);
+}
+
+TEST_F(RecordsetTest, EditsTheRowAsItStandsNow) {
+    for (const std::string source : {"Files", "SELECT * FROM Files ORDER BY FilePath", "SELECT Views FROM Files"}) {
+        const auto rows = Open(source);
+        const std::int64_t before = AsLong(rows->Value("views"));
+        const auto other = Open("Files");
+        other->Edit();
+        other->Set(2, before + 10);
+        other->Update();
+
+        rows->Edit();
+        rows->Set("Views", AsLong(rows->Value("Views")) + 1);
+        EXPECT_EQ(AsLong(rows->Value("Views")), before + 11) << "a value set is seen before Update";
+        rows->Update();
+        EXPECT_EQ(AsLong(rows->Value("Views")), before + 11);
+        EXPECT_EQ(AsLong(Open("Files")->Value("Views")), before + 11);
+    }
+}
+
+TEST_F(RecordsetTest, AddsRowsAndDropsWhatWasNotUpdated) {
+    const auto rows = Open("Files");
+    rows->MoveNext();
+    rows->AddNew();
+    EXPECT_TRUE(IsNull(rows->Value("AlbumName")));
+    rows->Set("FilePath", "\\f.jpg");
+    rows->Update();
+    EXPECT_EQ(AsText(rows->Value("FilePath")), "\\b.gif") << "the current row stays";
+    rows->Edit();
+    rows->Set("FilePath", "\\x.jpg");
+    rows->MoveNext();
+    ExpectError(ErrorNumber::InvalidProcedureCall, [&] { rows->Update(); });
+    ExpectError(ErrorNumber::InvalidProcedureCall, [&] { rows->Set("Views", 1); });
+    EXPECT_EQ(Names("Files"), "abcdef");
+    EXPECT_EQ(RunSql(folder.Path("test.mdb"), "SELECT * FROM Files WHERE rowid=6"), "|\\f.jpg|\n");
+}
+
+TEST_F(RecordsetTest, RefusesChangesOfASnapshot) {
+    const auto snapshot = Open("Files", RecordsetType::Snapshot);
+    ExpectError(ErrorNumber::DatabaseError, [&] { snapshot->AddNew(); });
+    ExpectError(ErrorNumber::DatabaseError, [&] { snapshot->Edit(); });
+    ExpectError(ErrorNumber::DatabaseError, [&] { snapshot->Delete(); });
+    ExpectError(ErrorNumber::DatabaseError, [&] { Open("SELECT COUNT(*) AS n FROM Files")->AddNew(); });
+}
+
+TEST_F(RecordsetTest, NamesWhatItCannotFind) {
+    ExpectError(ErrorNumber::ItemNotFound, [&] { Open("Nothing"); });
+    ExpectError(ErrorNumber::ItemNotFound, [&] { Open("SELECT * FROM Nothing"); });
+    ExpectError(ErrorNumber::ItemNotFound, [&] { Open("SELECT Nothing FROM Files"); });
+    ExpectError(ErrorNumber::ItemNotFound, [&] { Open("DELETE FROM Files"); });
+    ExpectError(ErrorNumber::DatabaseError, [&] { Open("SELECT * FROM Files WHERE Nothing=1"); });
+    ExpectError(ErrorNumber::DatabaseError, [&] { Open("Files")->FindFirst("Nothing='Nothing'"); });
+    ExpectError(ErrorNumber::SyntaxError, [&] { Open("Files")->FindFirst("Views=" + QuotedText("x' OR 'a'='a")); });
+    ExpectError(ErrorNumber::ItemNotFound, [&] { Open("Files")->Value("Nothing"); });
+    ExpectError(ErrorNumber::ItemNotFound, [&] { Open("Files")->Value(3); });
+    ExpectError(ErrorNumber::ItemNotFound, [&] { Open("Files")->Value(-1); });
+    const auto closed = Open("Files");
+    closed->Close();
+    ExpectError(ErrorNumber::ObjectNotSet, [&] { closed->MoveNext(); });
+}
+
+TEST_F(RecordsetTest, OutlivesATableThatIsDroppedMeanwhile) {
+    database->CreateTable("Gone", {{"A", FieldType::Long}});
+    const auto ordered = Open("SELECT * FROM Files ORDER BY FilePath DESC", RecordsetType::Snapshot);
+    const auto plain = Open("Files");
+    ordered->MoveNext();
+    plain->MoveNext();
+    database->DeleteTable("Gone");
+    EXPECT_FALSE(database->TableExists("Gone"));
+    EXPECT_EQ(Names(*ordered), "dcba");
+    EXPECT_EQ(Names(*plain), "bcde");
+
+    const auto half = Open("SELECT * FROM Files ORDER BY FilePath DESC", RecordsetType::Snapshot);
+    half->MoveNext();
+    database->DeleteTable("Files");
+    EXPECT_EQ(Names(*half), "dcba");
+}
+
+TEST_F(RecordsetTest, KeepsAnOrderedStatementAsItWas) {
+    const auto rows = Open("SELECT * FROM Files ORDER BY FilePath", RecordsetType::Snapshot);
+    EXPECT_FALSE(rows->Eof());
+    AddFile("New", "\\zz.jpg", 1);
+    EXPECT_EQ(Names(*rows), "abcde");
+}
+
+}  // namespace pixmora

@@ -1,0 +1,89 @@
+#include "store/Popularity.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "platform/RunTimeError.h"
+#include "support/OpenStore.h"
+#include "support/RawDatabase.h"
+
+namespace pixmora {
+
+namespace {
+
+class PopularityTest : public testing::Test {
+protected:
+    std::string Ask(const std::string &sql) const { return RunSql(store.FilePath(), sql); }
+
+    OpenStore store;
+    AlbumDirectoryLookup directoryOf = [this](const std::string &album) -> std::optional<std::string> {
+        if (album != "Zoo" && album != "Alps") return std::nullopt;
+        return ProgramPath(store.folder.Path(album));
+    };
+};
+
+}  // namespace
+
+TEST_F(PopularityTest, CountsViewsByAlbumAndPath) {
+    for (int i = 0; i < 3; ++i) CountFileVisit("Zoo", "\\O'Brien\\a.jpg");
+    CountFileVisit("Alps", "\\O'Brien\\a.jpg");
+    CountDirVisit("Zoo", "");
+    CountDirVisit("Zoo", "\\");
+    CountDirVisit("Zoo", "\\O'Brien");
+    EXPECT_EQ(Ask("SELECT * FROM PopularFiles"), "Zoo|\\O%39Brien\\a.jpg|3\nAlps|\\O%39Brien\\a.jpg|1\n");
+    EXPECT_EQ(Ask("SELECT * FROM PopularDirs"), "Zoo|\\|2\nZoo|\\O%39Brien|1\n");
+    EXPECT_THROW(CountFileVisit("It's", "\\a.jpg"), RunTimeError);
+}
+
+TEST_F(PopularityTest, CountsOnTheFirstOfTwoEqualRows) {
+    Ask("INSERT INTO PopularFiles VALUES ('Zoo', '\\a.jpg', 5), ('Zoo', '\\a.jpg', 5)");
+    CountFileVisit("Zoo", "\\a.jpg");
+    EXPECT_EQ(Ask("SELECT FileCount FROM PopularFiles"), "6\n5\n");
+}
+
+TEST_F(PopularityTest, DropsFilesThatAreGoneAmongTheMostViewed) {
+    store.folder.Write("Zoo/here.jpg");
+    store.folder.Write("Alps/both.jpg");
+    store.folder.Write("Zoo/it's.jpg");
+    std::string rows =
+        "('Zoo', '\\here.jpg', 900), ('Zoo', '\\both.jpg', 800), ('Zoo', '\\it%39s.jpg', 700), "
+        "('Nobody', '\\gone.jpg', 600), ('Alps', '\\both.jpg', 1), ('Zoo', '\\low.jpg', 2)";
+    for (int i = 0; i < 26; ++i) rows += ", ('Zoo', '\\x" + std::to_string(i) + ".jpg', 500)";
+    Ask("INSERT INTO PopularFiles VALUES " + rows);
+    TidyPopularFiles(directoryOf);
+    EXPECT_EQ(Ask("SELECT * FROM PopularFiles"), "Zoo|\\here.jpg|900\nZoo|\\low.jpg|2\n")
+        << "a path that two albums have goes in both; the 31st isn't looked at";
+}
+
+TEST_F(PopularityTest, DropsDirectoriesThatAreGone) {
+    store.folder.MakeFolder("Zoo/lions");
+    Ask("INSERT INTO PopularDirs VALUES ('Zoo', '\\', 9), ('Zoo', '\\lions', 8), ('Zoo', '\\bears', 7), "
+        "('Zoo', '\\apes', 6)");
+    TidyPopularDirs(directoryOf, 3);
+    EXPECT_EQ(Ask("SELECT DirPath FROM PopularDirs"), "\\\n\\lions\n\\apes\n");
+}
+
+TEST(Paths, AreCutAtTheirLastSeparator) {
+    const struct {
+        const char *path;
+        const char *last;
+        const char *parent;
+    } cases[] = {
+        {"\\a\\b.jpg", "b.jpg", "\\a\\"},
+        {"/a/b.jpg", "b.jpg", "/a/"},
+        {"\\b.jpg", "b.jpg", "\\"},
+        {"b.jpg", "b.jpg", ""},
+        {"\\", "\\", ""},
+        {"/", "\\", ""},
+        {"\\a\\", "", "\\a\\"},
+        {"", "", ""},
+    };
+    for (const auto &each : cases) {
+        EXPECT_EQ(LastPathPart(each.path), each.last) << each.path;
+        EXPECT_EQ(ParentPath(each.path), each.parent) << each.path;
+    }
+}
+
+}  // namespace pixmora

@@ -1,0 +1,138 @@
+#include "store/Statistics.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "platform/Clock.h"
+#include "platform/RunTimeError.h"
+#include "support/OpenStore.h"
+#include "support/RawDatabase.h"
+
+namespace pixmora {
+
+namespace {
+
+class StatisticsTest : public testing::Test {
+protected:
+    std::string Ask(const std::string &sql) const { return RunSql(store.FilePath(), sql); }
+
+    OpenStore store;
+    ClockSetForTest clock{5000000, MakeDate(2004, 3, 1, 23, 59, 30)};
+};
+
+}  // namespace
+
+TEST_F(StatisticsTest, MarksAnEventInFiveTables) {
+    RecordStat(Stat::Bandwidth, "Zoo", 40);
+    RecordStat(Stat::Thumbs, "Zoo", 1);
+    RecordStat(Stat::Bandwidth, "zoo", 40);
+    EXPECT_EQ(Ask("SELECT * FROM StatsRecent"), "5000000|4|40\n5000000|2|1\n5000000|4|40\n");
+    EXPECT_EQ(Ask("SELECT * FROM StatsTotal"), "4|41\n2|1\n") << "a row's first event counts 1";
+    EXPECT_EQ(Ask("SELECT * FROM StatsHourly"), "Zoo|2004-03-01|23|||1||41\n");
+    EXPECT_EQ(Ask("SELECT * FROM StatsDaily"), "Zoo|2004-03-01|||1||41\n");
+    EXPECT_EQ(Ask("SELECT * FROM StatsMonthly"), "Zoo|2004|3|||1||41\n");
+    EXPECT_EQ(ReadStatTotal(Stat::Bandwidth), 41);
+    EXPECT_EQ(ReadStatTotal(Stat::Visitors), 0);
+}
+
+TEST_F(StatisticsTest, AddsTheWholeValueToACounterThatIsNull) {
+    RecordStat(Stat::Visitors, NoAlbum, 1);
+    RecordStat(Stat::Bandwidth, NoAlbum, 40);
+    EXPECT_EQ(Ask("SELECT Visitors, Bandwidth FROM StatsHourly"), "1|40\n");
+    EXPECT_EQ(Ask("SELECT TotalCount FROM StatsTotal WHERE Stat=4"), "1\n");
+}
+
+TEST_F(StatisticsTest, OpensNewRowsWithTheHourTheDayAndTheMonth) {
+    RecordStat(Stat::Visitors, "Zoo", 1);
+    clock.Advance(60000);
+    RecordStat(Stat::Visitors, "Zoo", 1);
+    RecordStat(Stat::Visitors, "Zoo", 1);
+    clock.SetNow(MakeDate(2004, 4, 1, 0, 0, 0));
+    RecordStat(Stat::Visitors, "Zoo", 1);
+    RecordStat(Stat::Visitors, MostPopularAlbum, 1);
+    EXPECT_EQ(Ask("SELECT AlbumName, WhichDay, WhichHour, Visitors FROM StatsHourly"),
+              "Zoo|2004-03-01|23|1\nZoo|2004-03-02|0|2\nZoo|2004-04-01|0|1\nMost Popular|2004-04-01|0|1\n");
+    EXPECT_EQ(Ask("SELECT AlbumName, WhichDay, Visitors FROM StatsDaily"),
+              "Zoo|2004-03-01|1\nZoo|2004-03-02|2\nZoo|2004-04-01|1\nMost Popular|2004-04-01|1\n");
+    EXPECT_EQ(Ask("SELECT AlbumName, WhichYear, WhichMonth, Visitors FROM StatsMonthly"),
+              "Zoo|2004|3|3\nZoo|2004|4|1\nMost Popular|2004|4|1\n");
+}
+
+TEST_F(StatisticsTest, RecordsNothingOfAnEventThatFails) {
+    EXPECT_THROW(RecordStat(Stat::Visitors, "It's", 1), RunTimeError);
+    EXPECT_THROW(RecordStat(5, "Zoo", 1), RunTimeError);
+    EXPECT_THROW(RecordStat(-1, "Zoo", 1), RunTimeError);
+    EXPECT_EQ(Ask("SELECT count(*) FROM StatsRecent; SELECT count(*) FROM StatsTotal"), "0\n0\n");
+}
+
+TEST_F(StatisticsTest, GoesOnCountingBeyondALong) {
+    for (int i = 0; i < 2; ++i) RecordStat(Stat::Bandwidth, "Zoo", 1);
+    // As an upgrade leaves a table that was empty.
+    gDatabase->AppendField("StatsDaily", {"BandwidthTemp", FieldType::Double});
+    const std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    RecordStat(Stat::Bandwidth, "Zoo", most);
+    RecordStat(Stat::Bandwidth, "Zoo", most);
+    RecordStat(Stat::Thumbs, "Zoo", 1);
+    EXPECT_EQ(ReadStatTotal(Stat::Bandwidth), 2.0 * most + 2);
+    EXPECT_EQ(Ask("SELECT * FROM StatsHourly"), "Zoo|2004-03-01|23|||1||4294967296.0\n");
+    EXPECT_EQ(Ask("SELECT * FROM StatsDaily"), "Zoo|2004-03-01|||1||4294967296.0\n");
+    EXPECT_EQ(Ask("SELECT * FROM StatsMonthly"), "Zoo|2004|3|||1||4294967296.0\n");
+
+    Ask("UPDATE StatsMonthly SET Thumbs=2147483647");
+    EXPECT_THROW(RecordStat(Stat::Thumbs, "Zoo", 1), RunTimeError) << "the other counters stay where they are";
+}
+
+TEST_F(StatisticsTest, KeepsTheLastHour) {
+    RecordStat(Stat::Thumbs, "Zoo", 1);
+    RecordStat(Stat::Bandwidth, "Zoo", 7);
+    clock.Advance(3600000);
+    RecordStat(Stat::Bandwidth, "Zoo", 30);
+    RecordStat(Stat::Bandwidth, "Zoo", 12);
+    EXPECT_EQ(ReadRecentSum(Stat::Bandwidth), 42) << "an hour old is too old for the sum";
+    EXPECT_EQ(ReadRecentSum(Stat::Thumbs), 0);
+    PurgeRecent();
+    EXPECT_EQ(Ask("SELECT count(*) FROM StatsRecent"), "4\n") << "but not for the table";
+    clock.Advance(1);
+    PurgeRecent();
+    EXPECT_EQ(Ask("SELECT StatValue FROM StatsRecent"), "30\n12\n");
+}
+
+TEST_F(StatisticsTest, OverflowsInTheHourAfterTheTicksWrap) {
+    const ClockSetForTest wrapped(std::numeric_limits<Tick>::min() + 3599999, Now());
+    EXPECT_THROW(ReadRecentSum(Stat::Visitors), RunTimeError);
+    EXPECT_THROW(PurgeRecent(), RunTimeError);
+    RecordStat(Stat::Visitors, "Zoo", 1);
+    EXPECT_EQ(Ask("SELECT WhatTime FROM StatsRecent"), "-2143883649\n");
+}
+
+TEST_F(StatisticsTest, PurgesOldDays) {
+    for (const int day : {1, 2, 14, 15, 16}) {
+        clock.SetNow(MakeDate(2004, 3, static_cast<unsigned>(day), 12));
+        RecordStat(Stat::Visitors, "Zoo", 1);
+    }
+    clock.SetNow(MakeDate(2004, 3, 17, 1));
+    PurgeHourly();
+    PurgeDaily();
+    EXPECT_EQ(Ask("SELECT WhichDay FROM StatsHourly"), "2004-03-15\n2004-03-16\n");
+    EXPECT_EQ(Ask("SELECT WhichDay FROM StatsDaily"), "2004-03-02\n2004-03-14\n2004-03-15\n2004-03-16\n");
+    EXPECT_EQ(Ask("SELECT Visitors FROM StatsMonthly"), "5\n");
+}
+
+TEST_F(StatisticsTest, IsReadByTheStatisticsPagesStatements) {
+    RecordStat(Stat::Visitors, "Zoo", 1);
+    RecordStat(Stat::Visitors, "Alps", 1);
+    RecordStat(Stat::Bandwidth, "Alps", 3);
+    const std::string head =
+        "SELECT SUM(Visitors) as v, SUM(Thumbs) as t, SUM(Downloads) as d, SUM(Bandwidth) as b FROM ";
+    for (const std::string tail : {"StatsDaily WHERE WhichDay=#3/1/2004#", "StatsDaily WHERE WhichDay>#2/23/2004#",
+                                   "StatsMonthly", "StatsHourly WHERE WhichDay=#3/1/2004# and WhichHour=23",
+                                   "StatsMonthly WHERE WhichYear=2004 and WhichMonth=3"}) {
+        const auto sums = gDatabase->OpenRecordset(head + tail, RecordsetType::Snapshot);
+        EXPECT_EQ(AsLong(sums->Value("v")), 2) << tail;
+        EXPECT_TRUE(IsNull(sums->Value("t"))) << tail;
+        EXPECT_EQ(AsDouble(sums->Value("b")), 3) << tail;
+    }
+}
+
+}  // namespace pixmora
