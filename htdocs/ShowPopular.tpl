@@ -18,8 +18,7 @@ img { border: 0; }
 .toolbar br { display: none; }
 .toolbar:not(:has(font, img)) { display: none; }
 .pictures { padding: 12px 20px 24px; }
-.pictures > table { margin: 0 auto; }
-.pictures > table { border-spacing: 12px; }
+.pictures > table { margin: 0 auto; border-spacing: 12px; }
 td[valign="top"]:not([class]) { height: 1px; padding: 0; }
 td[valign="top"]:not([class]) > table { height: 100%; }
 td.tdPictureCell[id] { vertical-align: middle; padding: 8px; }
@@ -32,15 +31,16 @@ td.tdPictureCell img[src^="ShowPicture"][width] { aspect-ratio: auto 4 / 3; back
 /* Thumbnails wrap where the window is too narrow for the owner's number of files in a row. */
 .wrapped table.thumbs { display: flex; flex-wrap: wrap; justify-content: center; gap: 12px; }
 .wrapped table.thumbs > tbody, .wrapped table.thumbs > tbody > tr { display: contents; }
-.wrapped table.thumbs > tbody > tr > td { display: block; flex: 0 1 calc(50% - 6px); max-width: calc(50% - 6px); box-sizing: border-box; height: auto; }
-.wrapped table.thumbs > tbody > tr > td[colspan] { flex-basis: 100%; max-width: 100%; }
-.wrapped td.tdPictureCell[id] > font { width: auto; min-width: 0; }
-.wrapped td.tdPictureCell[id] img { max-width: 100%; }
+.wrapped table.thumbs > tbody > tr > td { display: block; max-width: 100%; height: auto; box-sizing: border-box; }
+.wrapped table.thumbs > tbody > tr > td[colspan] { flex-basis: 100%; }
 @media (max-width: 640px) {
   .heading { padding: 10px 12px 8px; }
   .toolbar { padding: 8px 12px; }
   .pictures { padding: 8px 8px 20px; }
   .pictures > table { border-spacing: 4px; max-width: 100%; }
+  .wrapped table.thumbs > tbody > tr > td:not([colspan]) { flex: 0 0 calc(50% - 6px); }
+  .wrapped td.tdPictureCell[id] > font { width: auto; min-width: 0; }
+  .wrapped td.tdPictureCell[id] img { max-width: 100%; }
   .pictures > table:not(.thumbs) td.tdPictureCell[id] > font { width: auto; }
   .pictures > table:not(.thumbs) img { max-width: 100%; }
   td.tdPictureCell { overflow-wrap: anywhere; }

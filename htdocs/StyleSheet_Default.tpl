@@ -27,6 +27,7 @@ img[src$="disabled.gif"] { opacity: 0.45; }
 .lblAlbumName { font-size: 19px; font-weight: 600; }
 .lblPictureList { font-size: 13px; line-height: 1.45; color: var(--soft); }
 .lblPictureList a { color: var(--link); }
+a .lblPictureList { color: inherit; }
 .tdAlbumList { color: var(--soft); }
 tr[onclick]:hover > td { background: var(--tint); }
 

@@ -21,6 +21,7 @@ img[src$="disabled.gif"] { opacity: 0.4; }
 .lblAlbumName { font-size: 20px; font-weight: bold; }
 .lblPictureList { font-size: 13px; line-height: 1.5; color: var(--soft); }
 .lblPictureList a { color: var(--link); }
+a .lblPictureList { color: inherit; }
 .tdAlbumList { color: var(--soft); }
 tr[onclick]:hover > td { background: var(--side); }
 tr[onclick] > td:first-child { border-radius: 16px 0 0 16px; }

@@ -21,6 +21,7 @@ img[src^="ShowGraphic"]:not([src*="capture"]) { filter: brightness(0.92); }
 .lblAlbumName { font-size: 20px; font-weight: 300; }
 .lblPictureList { font-size: 13px; line-height: 1.5; color: var(--soft); }
 .lblPictureList a { color: var(--link); }
+a .lblPictureList { color: inherit; }
 .tdAlbumList { color: var(--soft); }
 tr[onclick]:hover > td { background: var(--side); }
 

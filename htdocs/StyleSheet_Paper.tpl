@@ -22,6 +22,7 @@ img[src^="ShowGraphic"]:not([src*="capture"]) { filter: sepia(0.35); }
 .lblAlbumName { font-size: 22px; }
 .lblPictureList { font-size: 14px; line-height: 1.5; color: var(--soft); }
 .lblPictureList a { color: var(--link); }
+a .lblPictureList { color: inherit; }
 .lblPictureList b { font-style: italic; font-weight: normal; }
 .tdAlbumList { color: var(--soft); }
 tr[onclick]:hover > td { background: var(--side); }
