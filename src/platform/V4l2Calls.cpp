@@ -29,18 +29,7 @@ bool IsVideoNode(std::string_view name) {
 
 class SystemCalls : public V4l2Calls {
 public:
-    std::vector<std::string> Devices() override {
-        std::vector<std::pair<double, std::string>> nodes;
-        const Directory devices("\\dev");
-        for (const DirectoryEntry &entry : devices.Entries()) {
-            if (!IsVideoNode(entry.Name)) continue;
-            nodes.emplace_back(Val(std::string_view(entry.Name).substr(nodeName.size())), "/dev/" + entry.Name);
-        }
-        std::sort(nodes.begin(), nodes.end());
-        std::vector<std::string> paths;
-        for (auto &[number, path] : nodes) paths.push_back(std::move(path));
-        return paths;
-    }
+    std::vector<std::string> Devices() override { return FindVideoNodes("/dev"); }
 
     int Open(const std::string &path) override { return open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC); }
 
@@ -71,6 +60,19 @@ public:
 V4l2Calls &SystemV4l2Calls() {
     static SystemCalls calls;
     return calls;
+}
+
+std::vector<std::string> FindVideoNodes(const std::string &folder) {
+    std::vector<std::pair<double, std::string>> nodes;
+    const Directory directory(ProgramPath(folder));
+    for (const DirectoryEntry &entry : directory.Entries()) {
+        if (!IsVideoNode(entry.Name)) continue;
+        nodes.emplace_back(Val(std::string_view(entry.Name).substr(nodeName.size())), folder + "/" + entry.Name);
+    }
+    std::sort(nodes.begin(), nodes.end());
+    std::vector<std::string> paths;
+    for (auto &[number, path] : nodes) paths.push_back(std::move(path));
+    return paths;
 }
 
 }  // namespace pixmora

@@ -30,4 +30,7 @@ public:
 /// The kernel's own.
 V4l2Calls &SystemV4l2Calls();
 
+/// The paths of a folder's video devices ("video0"), by their numbers. @param folder in the system's form, "/dev"
+std::vector<std::string> FindVideoNodes(const std::string &folder);
+
 }  // namespace pixmora

@@ -1,0 +1,114 @@
+// The machine's own address, the links that carry the site's, and the away message.
+#include "outside/Address.h"
+
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+
+#include "OutsideFixture.h"
+#include "platform/LocalAddresses.h"
+#include "store/Settings.h"
+#include "store/clsRegistry.h"
+#include "support/ScriptedOwner.h"
+
+namespace pixmora {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+TEST(LocalIP, IsTheHostTablesUnlessThatIsLoopback) {
+    struct Case {
+        const char *name;
+        std::vector<std::string> hostTable;
+        std::vector<std::string> interfaces;
+        std::string address;
+    };
+    const Case cases[] = {
+        {"two network cards", {"192.168.1.5", "10.0.0.5"}, {"10.0.0.5", "192.168.1.5"}, "192.168.1.5"},
+        {"the name stands for loopback", {"127.0.1.1"}, {"10.0.0.5", "192.168.1.5"}, "10.0.0.5"},
+        {"no network at all", {"127.0.1.1"}, {}, "127.0.1.1"},
+        {"a name that only a name server knows", {}, {"10.0.0.5"}, "10.0.0.5"},
+    };
+    const ScriptedOwner owner;
+    for (const Case &c : cases) EXPECT_EQ(GetLocalIP(c.hostTable, c.interfaces), c.address) << c.name;
+}
+
+TEST(LocalIP, IsToldMissing) {
+    ScriptedOwner owner;
+    owner.ExpectMessage("Winsock.dll is not responding.", 16);
+    EXPECT_EQ(GetLocalIP({}, {}), "");
+}
+
+TEST(LocalIP, ComesFromTheSystemDotted) {
+    std::vector<std::string> addresses = InterfaceAddresses();
+    for (const std::string &address : HostTableAddresses()) addresses.push_back(address);
+    for (const std::string &address : addresses) {
+        in_addr parsed{};
+        EXPECT_EQ(inet_pton(AF_INET, address.c_str(), &parsed), 1) << address;
+    }
+    for (const std::string &address : InterfaceAddresses()) EXPECT_FALSE(address.starts_with("127.")) << address;
+}
+
+TEST(Links, CarryTheAddress) {
+    const std::string address = "http://203.0.113.7:8080";
+    EXPECT_EQ(EmailLink(address),
+              "mailto:?subject=Check%20this%20out!&body=Here's%20the%20link:%20http://203.0.113.7:8080");
+    EXPECT_EQ(InstantMessageLink(address), "aim:goim?screenname=&message=Check+out+http://203.0.113.7:8080");
+    EXPECT_EQ(AwayLink(address, "http://central.example"),
+              "aim:goaway?message=<A+HREF=\"http://203.0.113.7:8080\">Check+out+the+pictures+on+my+website!</A><BR><BR>"
+              "<FONT+SIZE=1><A+HREF=\"http://central.example\">Powered+by+Pixmora!+Digital+Media+Software</A></FONT>");
+}
+
+class AwayMessage : public OutsideFixture {
+protected:
+    AwayMessage() {
+        gWebsiteAddress = "http://203.0.113.7:8080";
+        SaveSetting("Setup", "ServiceBase", "http://central.example");
+    }
+
+    void InstallMessenger() { Registry::SetValue(root, messenger + "\\Login", "Screen Name", std::string("ann")); }
+    void Put(const std::string &name, const std::string &message) { Registry::SetValue(root, list, name, message); }
+
+    const Registry::Root root = Registry::Root::CurrentUser;
+    const std::string messenger = R"(Software\America Online\AOL Instant Messenger (TM)\CurrentVersion)";
+    const std::string list = messenger + R"(\Users\ann\IAmGoneList)";
+    const std::string text =
+        "<title>Advertise My Picture Website</title><HTML><BODY BGCOLOR=\"#ffffff\"><FONT LANG=\"0\">"
+        "<A HREF=\"http://203.0.113.7:8080\">Check out my picture website!</A></FONT><BR><BR>"
+        "<FONT LANG=\"0\" SIZE=1><A HREF=\"http://central.example\"></FONT><FONT BACK=\"#ffffff\" SIZE=1>"
+        "Powered by Pixmora! Digital Media Software</A></FONT></BODY></HTML>";
+};
+
+TEST_F(AwayMessage, NeedsTheMessenger) {
+    InstallAwayMessage();
+    RemoveAwayMessage();
+    EXPECT_FALSE(Registry::KeyExists(root, "Software\\America Online"));
+}
+
+TEST_F(AwayMessage, StandsInTheListWhileTheSiteIsUp) {
+    InstallMessenger();
+    InstallAwayMessage();
+    EXPECT_THAT(Registry::EnumValues(root, list), ElementsAre(Pair("GoneMsg0001", Registry::Value(text))));
+    gWebsiteAddress = "http://another";
+    InstallAwayMessage();
+    EXPECT_THAT(Registry::EnumValues(root, list), ElementsAre(Pair("GoneMsg0001", Registry::Value(text))));
+    RemoveAwayMessage();
+    EXPECT_THAT(Registry::EnumValues(root, list), IsEmpty());
+}
+
+TEST_F(AwayMessage, LeavesTheOwnersMessagesAlone) {
+    InstallMessenger();
+    Put("GoneMsg0041", "gone fishing");
+    Put("GoneMsg0007", "gone shopping");
+    Put("Other", "x");
+    Put("GoneMsg99999999999999999999", "a name that no messenger made");
+    InstallAwayMessage();
+    EXPECT_EQ(Registry::GetValue(root, list, "GoneMsg0042"), Registry::Value(text));
+    Put("GoneMsg0043", "stale: Advertise My Picture Website</title>");
+    RemoveAwayMessage();
+    EXPECT_FALSE(Registry::ValueExists(root, list, "GoneMsg0042"));
+    EXPECT_FALSE(Registry::ValueExists(root, list, "GoneMsg0043"));
+    EXPECT_EQ(Registry::EnumValues(root, list).size(), 4U);
+}
+
+}  // namespace pixmora

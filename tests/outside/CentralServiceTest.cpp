@@ -1,0 +1,218 @@
+// The exchange with the central service, request by request, and every word of its answer.
+#include "outside/CentralService.h"
+
+#include <gmock/gmock.h>
+
+#include "OutsideFixture.h"
+#include "outside/Address.h"
+#include "store/Schema.h"
+#include "store/Settings.h"
+#include "store/Statistics.h"
+#include "support/ScriptedOwner.h"
+
+namespace pixmora {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr int yesNoCritical = 20;
+constexpr int yesNoInformation = 68;
+
+const std::string requestEnd = " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n";
+const std::string extinct =
+    "This version of Pixmora! Digital Media Software has been determined extinct!\r\n\r\n"
+    "Would you like to read about the latest version now?";
+const std::string newVersion =
+    "There is a new version of Pixmora! Digital Media Software available!\r\n\r\n"
+    "Would you like to read about it now?";
+const std::string news = "There is some important news regarding your software!\r\n\r\nWould you like to read it now?";
+
+}  // namespace
+
+class CentralService : public OutsideFixture {
+protected:
+    CentralService() {
+        SaveSetting("Setup", "ServiceBase", service.Base());
+        SaveSetting("Setup", "RunFirewallCheck", "1");
+        SaveSetting("Records", "InstallTime", "2004030112");
+        gSystray->wnskListen->SetLocalPort(8080);
+    }
+
+    /// A machine without any address tells its owner so at each check.
+    bool Check(bool startingServer = true) {
+        if (own.empty()) owner.ExpectMessage("Winsock.dll is not responding.", FlagCritical);
+        return CheckCentralService(startingServer);
+    }
+    bool CheckWithAnswer(const std::string &answer) {
+        service.Answer = answer;
+        return Check();
+    }
+
+    const std::string own = GetLocalIP();
+    const std::string local = "http://" + own + ":8080";
+    ScriptedOwner owner;
+};
+
+TEST_F(CentralService, IsAskedAtTheStart) {
+    EXPECT_TRUE(Check(true));
+    SaveSetting("Setup", "ListenPort", "81");
+    gSystray->wnskListen->SetLocalPort(81);
+    EXPECT_TRUE(Check(false));
+    EXPECT_THAT(service.Requests,
+                ElementsAre("GET /clients/startup.php?&ver=01000000&port=&starting_server=1" + requestEnd,
+                            "GET /clients/startup.php?&ver=01000000&port=81&starting_server=0" + requestEnd));
+    EXPECT_EQ(gWebsiteAddress, "http://" + own + ":81");
+}
+
+TEST_F(CentralService, TellsTheAddress) {
+    struct Case {
+        const char *name;
+        std::string answer;
+        std::string account;
+        std::string address;
+    };
+    const Case cases[] = {
+        {"no answer", "", "ann", local},
+        {"the machine's own", own, "ann", local},
+        {"another, known to the owner", "203.0.113.7", "ann", "http://203.0.113.7:8080"},
+        {"accepted account", "203.0.113.7|OK", "ann", service.Base() + "?ann"},
+        {"account with a blank", own + "|OK", "ann b", service.Base() + "?ann%20b"},
+        {"accepted without an account", "203.0.113.7|OK", "", "http://203.0.113.7:8080"},
+        {"unknown words", "203.0.113.7|ok|OKAY||Nothing", "ann", "http://203.0.113.7:8080"},
+        {"a page of another server", "<html><body>Not Found|OK</body></html>", "ann", local},
+        {"no address in it", "|OK", "ann", local},
+    };
+    for (const Case &c : cases) {
+        SaveSetting("Setup", "AccountName", c.account);
+        EXPECT_TRUE(CheckWithAnswer(c.answer)) << c.name;
+        EXPECT_EQ(gWebsiteAddress, c.address) << c.name;
+    }
+}
+
+TEST_F(CentralService, WarnsOfADifferentAddressUntilToldNotTo) {
+    const std::string warning =
+        "We have detected your private IP is " + own +
+        ", but your public IP is 203.0.113.7 !\r\n\r\nTherefore, unless you have configured your network for this, you "
+        "may "
+        "experience problems with visitors accessing your site.\r\n\r\nPlease run the Firewall Check in Setup to make "
+        "sure you won't encounter any connection problems.\r\n\r\nWould you like to ignore this message in the future?";
+    DeleteSetting("Setup", "RunFirewallCheck");
+    for (const int answer : {AnswerNo, AnswerYes}) {
+        owner.ExpectMessage(warning, yesNoCritical, answer);
+        EXPECT_TRUE(CheckWithAnswer("203.0.113.7"));
+        EXPECT_EQ(gWebsiteAddress, "http://203.0.113.7:8080");
+    }
+    EXPECT_EQ(GetSetting("IgnoreMsg", "DifferentIps"), "1");
+    EXPECT_TRUE(CheckWithAnswer("203.0.113.7"));
+}
+
+TEST_F(CentralService, CallsTheStartOffForAnExtinctVersion) {
+    owner.ExpectMessage(extinct, yesNoCritical, AnswerNo);
+    EXPECT_FALSE(CheckWithAnswer("203.0.113.7|OldVersionExtinct"));
+    owner.ExpectMessage(extinct, yesNoCritical, AnswerYes);
+    owner.ExpectBrowser(service.Base() + "/download.php");
+    owner.ExpectMessage(newVersion, yesNoInformation, AnswerNo);
+    EXPECT_FALSE(CheckWithAnswer("203.0.113.7|OldVersionExtinct|NewVersionAvailable"));
+}
+
+TEST_F(CentralService, BringsNewsInTheOrderOfItsAnswer) {
+    const std::string answer = "203.0.113.7|LatestNews2004030200|NewVersionAvailable";
+    owner.ExpectMessage(news, yesNoInformation, AnswerNo);
+    owner.ExpectMessage(newVersion, yesNoInformation, AnswerNo);
+    EXPECT_TRUE(CheckWithAnswer(answer));
+    EXPECT_EQ(GetSetting("Records", "LatestNewsTime"), "");
+
+    owner.ExpectMessage(news, yesNoInformation, AnswerYes);
+    owner.ExpectBrowser(service.Base() + "/news.php?ver=2004030200");
+    owner.ExpectMessage(newVersion, yesNoInformation, AnswerYes);
+    owner.ExpectBrowser(service.Base() + "/whatsnew.php");
+    EXPECT_TRUE(CheckWithAnswer(answer));
+    EXPECT_EQ(GetSetting("Records", "LatestNewsTime"), "2004030200");
+
+    for (const char *old : {"2004030200", "2004030112", "2004030111", ""}) {
+        EXPECT_TRUE(CheckWithAnswer("203.0.113.7|LatestNews" + std::string(old))) << old;
+    }
+    owner.ExpectMessage(news, yesNoInformation, AnswerNo);
+    EXPECT_TRUE(CheckWithAnswer("203.0.113.7|The LatestNews2004030201"));
+}
+
+TEST_F(CentralService, CanBeSilentRefusingOrAbsent) {
+    service.OnRequest = [this](Winsock &, const std::string &) {
+        SetClock();
+    };
+    EXPECT_TRUE(Check());
+    EXPECT_EQ(gWebsiteAddress, local) << "silent";
+    clock.reset();
+    service.Refuse();
+    EXPECT_TRUE(Check());
+    EXPECT_EQ(gWebsiteAddress, local) << "refusing";
+}
+
+TEST_F(CentralService, ListsTheSite) {
+    SaveSetting("Setup", "AccountName", "ann b");
+    gServerTitle = "My Site";
+    gSiteDescription = "A B";
+    SendListing(12, 3);
+    gSiteDescription.clear();
+    EXPECT_THAT(service.Requests, ElementsAre("GET /clients/sendserverinfo.php?username=ann%20b&site_title=My%20Site&&"
+                                              "site_desc=A%20B&&picturecount=12&&moviecount=3" +
+                                              requestEnd));
+}
+
+class Ping : public CentralService {
+protected:
+    Ping() {
+        OpenOrCreateDatabase();
+        CreateStatsRecent();
+        const Tick now = GetTickCount();
+        for (const Tick time : {now - 3600000 - 60000, now}) {
+            // The elder event has left the last hour.
+            const ClockSetForTest past(time, MakeDate(2004, 3, 1));
+            RecordStat(Stat::Visitors, NoAlbum, 1);
+            RecordStat(Stat::Thumbs, NoAlbum, 2);
+            RecordStat(Stat::Downloads, NoAlbum, 3);
+            RecordStat(Stat::Bandwidth, NoAlbum, 4000);
+        }
+    }
+    ~Ping() override { gDatabase.reset(); }
+
+    static int RecentRows() {
+        const auto rows = gDatabase->OpenRecordset("StatsRecent", RecordsetType::Dynaset);
+        return static_cast<int>(rows->RecordCount());
+    }
+};
+
+TEST_F(Ping, ReportsTheSite) {
+    SaveSetting("Setup", "AccountName", "ann");
+    gRunningTotal = 7;
+    gConnectionsTotal = 11;
+    gThumbsTotal = 13;
+    gDownloadsTotal = 17;
+    gBandwidthTotal = 3000000000;
+    {
+        const ClockSetForTest start(GetTickCount() - 126400, MakeDate(2004, 3, 1));
+        gOnlineTimer->StartTimer();
+    }
+    SendPing();
+    EXPECT_THAT(service.Requests,
+                ElementsAre("GET /clients/serverping.php?username=ann&ver=01000000&tr=420&tv=11&tt=13&td=17"
+                            "&tb=3000000000&sr=126&rv=1&rt=2&rd=3&rb=4000" +
+                            requestEnd));
+    EXPECT_EQ(RecentRows(), 4);
+}
+
+TEST_F(Ping, TidiesTheRecentEventsAlsoWithoutAService) {
+    SaveSetting("Setup", "ServiceBase", "");
+    SetClock();
+    SendPing();
+    SendListing(1, 1);
+    EXPECT_TRUE(Check());
+    EXPECT_EQ(TakeWaited(), 0);
+    EXPECT_EQ(gWebsiteAddress, local);
+    EXPECT_THAT(service.Requests, IsEmpty());
+    EXPECT_EQ(RecentRows(), 4);
+}
+
+}  // namespace pixmora

@@ -1,0 +1,221 @@
+// The webcam on played devices: start, count-down, stills and their failures.
+#include "webcam/modWebCam.h"
+
+#include <gmock/gmock.h>
+
+#include <map>
+
+#include "core/site/Globals.h"
+#include "core/site/frmSystray.h"
+#include "platform/App.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/Registry.h"
+#include "store/Settings.h"
+#include "support/ScriptedOwner.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int critical = 16;
+const std::string notConnected =
+    "Unable to connect to capture driver! Please connect your webcam to your computer. Webcam will be disabled!";
+const std::string deviceError = "Device Error! Either your webcam is not supported or is not plugged in.";
+
+/// A bitmap of 24 bits a pixel, 4 by 2, all of one shade.
+std::string Bitmap(char shade) {
+    std::string bytes("BM\x4E\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x04\0\0\0\x02\0\0\0\x01\0\x18\0", 30);
+    return bytes + std::string(24, '\0') + std::string(24, shade);
+}
+
+struct PlayedDevice {
+    std::string Still = Bitmap('\x40');  ///< none when empty
+    int StillsAsked = 0;
+    bool IsConnected = false;
+};
+
+class Connected : public CaptureDevice {
+public:
+    explicit Connected(PlayedDevice &device) : device_(device) { device_.IsConnected = true; }
+    ~Connected() override { device_.IsConnected = false; }
+    bool SaveStill(std::string_view path) override {
+        ++device_.StillsAsked;
+        if (device_.Still.empty()) return false;
+        WriteFileAtomically(path, device_.Still);
+        return true;
+    }
+
+private:
+    PlayedDevice &device_;
+};
+
+class PlayedDrivers : public CaptureDrivers {
+public:
+    std::map<int, PlayedDevice> Devices;
+    std::optional<CaptureDescription> Describe(int index) override {
+        if (!Devices.contains(index)) return std::nullopt;
+        return CaptureDescription{"Camera " + std::to_string(index), "1.0"};
+    }
+    std::unique_ptr<CaptureDevice> Connect(int index) override {
+        if (!Devices.contains(index)) return nullptr;
+        return std::make_unique<Connected>(Devices[index]);
+    }
+};
+
+}  // namespace
+
+class Webcam : public testing::Test {
+protected:
+    Webcam() {
+        App::SetPath(ProgramPath(folder.Path()));
+        Registry::SetFilePath(folder.Path("settings.ini"));
+        folder.MakeFolder("htdocs");
+        SaveSetting("Setup", "Webcam", "1");
+        gSystray = std::make_unique<frmSystray>();
+        gPictureEngine = std::make_unique<PictureEngine>();
+        gThumbSize = 150;
+        gLastCaptureTick = 0;
+        SetCaptureDrivers(&drivers);
+    }
+    ~Webcam() override {
+        CloseWebcam();
+        SetCaptureDrivers(nullptr);
+        gPictureEngine.reset();
+        gSystray.reset();
+        Registry::SetFilePath("");
+        App::SetPath("");
+    }
+
+    /// Ticks until the device is asked for a still, at most 200.
+    int TicksToTheNextStill() {
+        const int before = drivers.Devices[0].StillsAsked;
+        int ticks = 0;
+        while (drivers.Devices[0].StillsAsked == before && ticks < 200) {
+            clock.Advance(WebcamIntervalMs);
+            WebcamTick();
+            ++ticks;
+        }
+        return ticks;
+    }
+    std::string Jpeg() const { return folder.Read("htdocs/capture.jpg"); }
+
+    TempFolder folder;
+    ClockSetForTest clock{500000, MakeDate(2004, 3, 1)};
+    PlayedDrivers drivers;
+    ScriptedOwner owner;
+};
+
+TEST_F(Webcam, StaysOffUnlessWanted) {
+    drivers.Devices[0];
+    for (const char *setting : {"0", "2"}) {
+        SaveSetting("Setup", "Webcam", setting);
+        StartWebcam();
+        EXPECT_FALSE(gSystray->tmrWebCam.Enabled()) << setting;
+        EXPECT_FALSE(drivers.Devices[0].IsConnected) << setting;
+    }
+}
+
+TEST_F(Webcam, IsMissedOnceAtTheStart) {
+    owner.ExpectMessage(notConnected, critical);
+    StartWebcam();
+    EXPECT_FALSE(gSystray->tmrWebCam.Enabled());
+    EXPECT_EQ(gCaptureDevice, nullptr);
+    StopWebcam();
+}
+
+TEST_F(Webcam, HasItsFirstStillAtTheStart) {
+    drivers.Devices[0];
+    drivers.Devices[1];
+    SaveSetting("Setup", "WebcamSource", "1");
+    StartWebcam();
+    EXPECT_TRUE(gSystray->tmrWebCam.Enabled());
+    EXPECT_EQ(gSystray->tmrWebCam.Tag, "6");
+    EXPECT_EQ(drivers.Devices[0].StillsAsked, 1);
+    EXPECT_FALSE(drivers.Devices[1].IsConnected) << "the choice in setup is for the test there";
+    EXPECT_EQ(gLastCaptureTick, 500000);
+    EXPECT_EQ(folder.Read("htdocs/capture.bmp"), Bitmap('\x40'));
+    std::int32_t success = 0;
+    gPictureEngine->Load(App::Path() + "\\htdocs\\capture.jpg", 0, success);
+    EXPECT_NE(success, 0);
+    EXPECT_EQ(gPictureEngine->Width(), 150) << "also a smaller still is scaled";
+    EXPECT_EQ(gPictureEngine->Height(), 75);
+    EXPECT_EQ(TicksToTheNextStill(), 6);
+    StopWebcam();
+    EXPECT_FALSE(gSystray->tmrWebCam.Enabled());
+    EXPECT_FALSE(drivers.Devices[0].IsConnected);
+}
+
+TEST_F(Webcam, CountsDownItsInterval) {
+    drivers.Devices[0];
+    SaveSetting("Setup", "CaptureInterval", "1");
+    StartWebcam();
+    EXPECT_EQ(TicksToTheNextStill(), 1);
+    SaveSetting("Setup", "CaptureInterval", "120");
+    EXPECT_EQ(TicksToTheNextStill(), 1) << "the round that has begun ends first";
+    EXPECT_EQ(TicksToTheNextStill(), 120);
+}
+
+TEST_F(Webcam, ShowsTheNewestStill) {
+    drivers.Devices[0];
+    StartWebcam();
+    const std::string first = Jpeg();
+    drivers.Devices[0].Still = Bitmap('\xC0');
+    TicksToTheNextStill();
+    EXPECT_NE(Jpeg(), first);
+    EXPECT_EQ(gLastCaptureTick, 530000);
+}
+
+TEST_F(Webcam, KeepsTheFormerStillWhenACaptureFails) {
+    drivers.Devices[0];
+    StartWebcam();
+    const std::string former = Jpeg();
+    for (const char *still : {"", "no picture"}) {
+        drivers.Devices[0].Still = still;
+        TicksToTheNextStill();
+        EXPECT_EQ(Jpeg(), former) << still;
+        EXPECT_EQ(gLastCaptureTick, 500000) << still;
+    }
+    // A folder in the bitmap's place can be neither removed nor replaced.
+    drivers.Devices[0].Still = Bitmap('\x40');
+    std::filesystem::remove(folder.Path("htdocs/capture.bmp"));
+    folder.Write("htdocs/capture.bmp/x");
+    drivers.Devices[0].StillsAsked = 0;
+    for (int tick = 0; tick < 6; ++tick) WebcamTick();
+    EXPECT_EQ(drivers.Devices[0].StillsAsked, 0);
+    EXPECT_EQ(Jpeg(), former);
+    EXPECT_TRUE(gSystray->tmrWebCam.Enabled());
+}
+
+TEST_F(Webcam, IsTestedWithAStillThatDoesNotStay) {
+    drivers.Devices[1];
+    ASSERT_TRUE(OpenWebcam(1));
+    EXPECT_TRUE(SaveCaptureFile("not used", true));
+    EXPECT_FALSE(FileExists(App::Path() + "\\testcapture.bmp"));
+
+    folder.Write("testcapture.bmp", "of another time");
+    drivers.Devices[1].Still = "";
+    owner.ExpectMessage(deviceError, critical);
+    EXPECT_FALSE(SaveCaptureFile("not used", true));
+    EXPECT_FALSE(FileExists(App::Path() + "\\testcapture.bmp"));
+    EXPECT_FALSE(SaveCaptureFile(App::Path() + "\\htdocs\\capture.bmp", false)) << "silent";
+}
+
+TEST_F(Webcam, DescribesItsDevices) {
+    drivers.Devices[1];
+    EXPECT_FALSE(GetDriverDescription(0));
+    ASSERT_TRUE(GetDriverDescription(1));
+    EXPECT_EQ(GetDriverDescription(1)->Name, "Camera 1");
+    CaptureDriverCaps caps{true, true};
+    EXPECT_FALSE(GetDriverCaps(caps)) << "none connected";
+    EXPECT_TRUE(OpenWebcam(1));
+    EXPECT_TRUE(GetDriverCaps(caps));
+    EXPECT_FALSE(caps.fHasDlgVideoFormat || caps.fHasDlgVideoSource);
+    owner.ExpectMessage(notConnected, critical);
+    EXPECT_FALSE(OpenWebcam(0));
+    EXPECT_FALSE(drivers.Devices[1].IsConnected);
+    CloseWebcam();
+}
+
+}  // namespace pixmora
