@@ -106,10 +106,15 @@ bool IsPictureName(std::string_view name) {
 }
 
 std::string VisitorFilePath(std::string_view albumDirectory, std::string_view linkPath) {
-    const std::string path = DecodeLinkPart(Replace(std::string(linkPath), "/", "\\"));
+    const std::string path = ProgramPath(DecodeLinkPart(linkPath));
     // Without its separator in front a path would lead to the album's neighbours on the disk.
-    if (!path.starts_with('\\') || HasForbiddenPart(path)) return {};
-    return std::string(albumDirectory) + path;
+    if (!path.starts_with('\\') || path.ends_with('\\') || HasForbiddenPart(path)) return {};
+    std::string file(albumDirectory);
+    for (const std::string &part : Split(path, "\\")) {
+        // One spelling for each file: views are counted and protections found by it.
+        if (!part.empty() && part != ".") file += "\\" + part;
+    }
+    return file;
 }
 
 std::string DirDisplayTitle(std::int32_t album, std::string_view name) {

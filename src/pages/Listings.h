@@ -34,8 +34,9 @@ DirContents CountDirContents(std::string_view path);
 /// a movie.
 bool IsPictureName(std::string_view name);
 
-/// A file's full path from an address: the album's root and the link path, decoded. @param linkPath with a leading "/"
-/// A path that no visitor may use (a ".." part, a NUL) gives an empty text, at which no file exists.
+/// A file's full path from an address: the album's root and the link path, decoded, in its one spelling.
+/// @param linkPath with a leading "/". A path that no visitor may use (a ".." part, a NUL, no "/" in front) gives an
+/// empty text, at which no file exists. @throws RunTimeError as DecodeLinkPart
 std::string VisitorFilePath(std::string_view albumDirectory, std::string_view linkPath);
 
 /// The name for {DIR_TITLE}: of the album with an empty name, of the directory otherwise.

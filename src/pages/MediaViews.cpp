@@ -24,6 +24,11 @@ std::string ViewItem(bool isCurrent, std::string_view opening, std::string_view 
                   R"(" align="absmiddle"></a>)");
 }
 
+bool IsRowStart(std::int32_t cell) {
+    if (gFilesPerRow == 0) throw RunTimeError(ErrorNumber::DivisionByZero);
+    return cell % gFilesPerRow == 0;
+}
+
 }  // namespace
 
 View ReadView(std::string_view word) {
@@ -47,9 +52,16 @@ std::string ViewRow(View current, const ViewLinks &links) {
                   ViewItem(current == View::SlideShow, links.SlideShow, "slideshow", "Slideshow"));
 }
 
-bool IsRowStart(std::int32_t cell) {
-    if (gFilesPerRow == 0) throw RunTimeError(ErrorNumber::DivisionByZero);
-    return cell % gFilesPerRow == 0;
+void AppendGrid(std::string &list, std::int32_t count, const std::function<void(std::int32_t)> &appendCell) {
+    for (std::int32_t cell = 0; cell < count; ++cell) {
+        if (IsRowStart(cell)) Append(list, "<tr>", CrLf);
+        appendCell(cell);
+        if (IsRowStart(cell + 1)) Append(list, "</tr>", CrLf);
+    }
+}
+
+void CloseLastRow(std::string &list, std::int32_t count) {
+    if (!IsRowStart(count)) Append(list, "</tr>", CrLf);
 }
 
 std::string HoverCell(std::string_view id) {

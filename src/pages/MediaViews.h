@@ -38,8 +38,11 @@ struct ViewLinks {
 /// "View As:" and the three views, the current one as a plain image.
 std::string ViewRow(View current, const ViewLinks &links);
 
-/// Whether a cell begins a row of gFilesPerRow cells. @param cell from 0 @throws RunTimeError DivisionByZero
-bool IsRowStart(std::int32_t cell);
+/// Appends cells in rows of gFilesPerRow, all but the last row closed. @param appendCell appends the cell with the
+/// given number, from 0 @throws RunTimeError DivisionByZero
+void AppendGrid(std::string &list, std::int32_t count, const std::function<void(std::int32_t cell)> &appendCell);
+/// Closes the grid's last row unless it is full. @throws RunTimeError DivisionByZero
+void CloseLastRow(std::string &list, std::int32_t count);
 
 /// A cell with the hover frame and the font for what it shows, which the caller closes. @param id whole
 std::string HoverCell(std::string_view id);

@@ -1,4 +1,5 @@
 // The media page: the pictures and movies of one directory as thumbnails or as a list, page by page, or one at a time.
+#include <algorithm>
 #include <optional>
 
 #include "core/site/Globals.h"
@@ -87,20 +88,15 @@ struct PageRange {
 
 std::string FileTable(const AlbumMedia &media) {
     const PageRange range(media);
+    const std::int32_t count = std::max(0, range.Last - range.First + 1);
     std::string list(PicTableOpening);
-    std::int32_t cells = 0;
-    for (std::int32_t i = range.First; i <= range.Last; ++i) {
-        if (media.Shown == View::List) {
-            AppendListRow(list, media, i);
-            ++cells;
-            continue;
-        }
-        if (IsRowStart(cells)) Append(list, "<tr>", CrLf);
-        AppendThumbCell(list, media, i);
-        if (IsRowStart(++cells)) Append(list, "</tr>", CrLf);
+    if (media.Shown == View::List) {
+        for (std::int32_t i = 0; i < count; ++i) AppendListRow(list, media, range.First + i);
+    } else {
+        AppendGrid(list, count, [&](std::int32_t cell) { AppendThumbCell(list, media, range.First + cell); });
     }
     // Deliberate: also behind a list, whose rows are all closed.
-    if (!IsRowStart(cells)) Append(list, "</tr>", CrLf);
+    CloseLastRow(list, count);
     return list + "</table>";
 }
 

@@ -1,0 +1,57 @@
+// Files that go out as they are: the graphics of htdocs, the site's icon and the albums' icons.
+#include <optional>
+
+#include "core/site/RequestGrammar.h"
+#include "pages/AlbumAddress.h"
+#include "pages/Templates.h"
+#include "pages/clsWebServerCommands.h"
+#include "platform/App.h"
+#include "platform/Files.h"
+#include "platform/MessageLoop.h"
+#include "platform/RunTimeError.h"
+
+namespace pixmora {
+
+namespace {
+
+std::string HtdocsPath(std::string_view name) {
+    return Concat(App::Path(), "\\htdocs\\", name);
+}
+
+void SendFile(const Connection &socket, std::string_view contentType, std::string_view bytes) {
+    SendIgnoringErrors(socket, Concat(WriteResponseHead(contentType, true), bytes));
+    DoEvents();
+}
+
+/// None for a bad album number and for an icon that can't be read.
+std::optional<std::string> ReadAlbumIcon(const Arguments &args) {
+    try {
+        return BinaryFile::OpenForRead(AlbumArgument(args, 0)->FeaturedImagePath)->ReadAll();
+    } catch (const RunTimeError &) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+
+void clsWebServerCommands::genShowGraphic(const Connection &socket, const Arguments &args) const {
+    const std::string name = DecodeLinkPart(Argument(args, 0));
+    const std::string path = HtdocsPath(name);
+    if (HasForbiddenPart(name) || !FileExists(path) || IsDirectory(path))
+        return SendIgnoringErrors(socket, "File Not Found!");
+    const std::string bytes = BinaryFile::OpenForRead(path)->ReadAll();
+    SendFile(socket, "image/gif", bytes);
+    BookKilobytes(NoAlbum, bytes.size());
+}
+
+void clsWebServerCommands::genFaviconico(const Connection &socket) const {
+    SendFile(socket, "image/x-icon", ReadBinaryFile(HtdocsPath("favicon.ico")));
+}
+
+void clsWebServerCommands::genShowAlbumIcon(const Connection &socket, const Arguments &args) const {
+    const std::optional<std::string> icon = ReadAlbumIcon(args);
+    if (!icon) return SendIgnoringErrors(socket, "Bad Request!");
+    SendFile(socket, "image/jpeg", *icon);
+}
+
+}  // namespace pixmora

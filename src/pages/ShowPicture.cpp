@@ -1,0 +1,145 @@
+// Picture delivery: the stored file, or a JPEG of it made for this one answer in the wanted size.
+#include <optional>
+#include <utility>
+
+#include "core/site/Globals.h"
+#include "pages/AlbumAddress.h"
+#include "pages/Listings.h"
+#include "pages/Templates.h"
+#include "pages/clsWebServerCommands.h"
+#include "platform/Files.h"
+#include "platform/MessageLoop.h"
+#include "platform/Numbers.h"
+#include "platform/RunTimeError.h"
+#include "store/Settings.h"
+#include "store/Statistics.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::int32_t jpegType = 3;
+constexpr std::int32_t defaultSpacing = 500;  // ms
+
+struct PictureAddress {
+    AlbumPointer Album;
+    std::string Mode;
+    std::string LinkPath;
+};
+
+std::optional<PictureAddress> ReadPictureAddress(const Arguments &args) {
+    try {
+        return PictureAddress{AlbumArgument(args, 0), Argument(args, 1), Argument(args, 2)};
+    } catch (const RunTimeError &) {
+        return std::nullopt;
+    }
+}
+
+struct Conversion {
+    std::int32_t WidthLimit;  ///< pixels
+    std::int32_t Flags;       ///< of the picture engine's Save
+};
+
+/// None for the stored file itself.
+std::optional<Conversion> ConversionOf(std::string_view mode) {
+    if (mode == "thumb") return Conversion{gThumbSize, gThumbQuality | jpegType};
+    if (mode == "slideshow") return Conversion{gSlideshowSize, gSlideshowQuality | jpegType};
+    if (mode == "preview") return Conversion{gPreviewSize, gPreviewQuality | jpegType};
+    return std::nullopt;
+}
+
+/// The file beside the picture that a conversion writes; gone at the end of the scope, whatever comes between.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(std::string path) : path_(std::move(path)) {}
+    ~TemporaryFile() {
+        try {
+            if (FileExists(path_)) DeleteFile(path_);
+        } catch (const RunTimeError &) {
+            // The next conversion of the picture replaces it.
+        }
+    }
+    TemporaryFile(const TemporaryFile &) = delete;
+    TemporaryFile &operator=(const TemporaryFile &) = delete;
+
+    const std::string &Path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+/// Waits until the last conversion is long enough past. Requests that wait inside each other's wait finish the last one
+/// first.
+void WaitForTurn() {
+    const std::int32_t spacing = GetSettingNumber("Setup", "ConversionSpacing", defaultSpacing);
+    DoEvents();
+    while (GetTickCount() <= AddLong(gLastConversionTick, spacing))
+        WaitUntilTick(AddLong(AddLong(gLastConversionTick, spacing), 1));
+    gLastConversionTick = GetTickCount();
+}
+
+void CountPicture(std::string_view mode, const clsAlbum &album) {
+    if (mode == "thumb") DoEvents();
+    if (mode != "thumb" && mode != "slideshow") return;
+    ++gThumbsSession;
+    RecordStat(Stat::Thumbs, album.Name, 1);
+}
+
+/// Writes nothing when the file is no picture that can be read. @return false when the engine raised an error
+bool Convert(const std::string &path, const std::string &output, const Conversion &conversion) {
+    try {
+        PictureEngine &engine = *gPictureEngine;
+        std::int32_t success = 0;
+        engine.Load(path, 0, success);
+        if (success == 0) return true;
+        if (engine.Width() > conversion.WidthLimit) engine.Resize(conversion.WidthLimit, 0, 0, success);
+        engine.Save(output, conversion.Flags, success);
+        return true;
+    } catch (const RunTimeError &) {
+        return false;
+    }
+}
+
+/// Empty when the file can't be read. Only a conversion's output may be created by opening it.
+std::string ReadPicture(const std::string &path, bool isConverted) {
+    try {
+        return isConverted ? ReadBinaryFile(path) : BinaryFile::OpenForRead(path)->ReadAll();
+    } catch (const RunTimeError &) {
+        return {};
+    }
+}
+
+void SendPicture(const Connection &socket, const clsAlbum &album, const std::string &bytes) {
+    // Deliberate: "image/jpeg" also for a GIF or BMP that goes out as it is.
+    SendIgnoringErrors(socket, Concat(WriteResponseHead("image/jpeg", true), bytes));
+    BookKilobytes(album.Name, bytes.size());
+}
+
+/// @param path of a file that is there
+void Deliver(const Connection &socket, const PictureAddress &address, const std::string &path) {
+    const TemporaryFile temporary(path + ".tmp");
+    const std::optional<Conversion> conversion = ConversionOf(address.Mode);
+    CountPicture(address.Mode, *address.Album);
+    if (conversion && !Convert(path, temporary.Path(), *conversion)) {
+        SendIgnoringErrors(socket, Concat(WriteResponseHead("text/html", true), "Picture Conversion Error"));
+        return;
+    }
+    gLastConversionTick = GetTickCount();
+    DoEvents();
+    SendPicture(socket, *address.Album, ReadPicture(conversion ? temporary.Path() : path, conversion.has_value()));
+}
+
+}  // namespace
+
+void clsWebServerCommands::genShowPicture(const Connection &socket, const Arguments &args) const {
+    const std::optional<PictureAddress> address = ReadPictureAddress(args);
+    if (!address) return SendIgnoringErrors(socket, "Bad Request");
+    if (!IsPictureName(address->LinkPath)) return SendIgnoringErrors(socket, "Not a Valid Picture!");
+    const std::string path = VisitorFilePath(address->Album->Directory, address->LinkPath);
+    WaitForTurn();
+    if (!FileExists(path)) return SendIgnoringErrors(socket, "Picture Not Found!");
+    Deliver(socket, *address, path);
+    DoEvents();
+}
+
+}  // namespace pixmora
