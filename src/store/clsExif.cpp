@@ -1,0 +1,222 @@
+// The Exif reader: finding the block, walking its two directories, and the words of exif.ini.
+#include "store/clsExif.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+#include "platform/App.h"
+#include "platform/Files.h"
+#include "platform/Numbers.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+#include "store/ExifBytes.h"
+#include "store/ExifText.h"
+#include "store/IniFile.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr std::size_t bytesRead = 4096;
+constexpr std::int64_t exifDirectory = 34665;              // the tag that leads to the camera's directory
+constexpr std::int64_t interoperabilityDirectory = 40965;  // the tag that would lead on from there
+
+struct TagName {
+    std::int64_t Tag;
+    std::string_view Name;
+};
+
+constexpr TagName tagNames[] = {
+    {270, "ImageDescription"},
+    {271, "Make"},
+    {272, "Model"},
+    {274, "Orientation"},
+    {282, "XResolution"},
+    {283, "YResolution"},
+    {296, "ResolutionUnit"},
+    {305, "Software"},
+    {306, "DateTime"},
+    {318, "WhitePoint"},
+    {319, "PrimaryChromaticities"},
+    {529, "YCbCrCoefficients"},
+    {531, "YCbCrPositioning"},
+    {532, "ReferenceBlackWhite"},
+    {33432, "Copyright"},
+    {33434, "ExposureTime"},
+    {33437, "FNumber"},
+    {34665, "ExifOffset"},
+    {34850, "ExposureProgram"},
+    {34855, "ISOSpeedRatings"},
+    {36864, "ExifVersion"},
+    {36867, "DateTimeOriginal"},
+    {36868, "DateTimeDigitized"},
+    {37121, "ComponentsConfiguration"},
+    {37122, "CompressedBitsPerPixel"},
+    {37377, "ShutterSpeedValue"},
+    {37378, "ApertureValue"},
+    {37379, "BrightnessValue"},
+    {37380, "ExposureBiasValue"},
+    {37381, "MaxApertureValue"},
+    {37382, "SubjectDistance"},
+    {37383, "MeteringMode"},
+    {37384, "LightSource"},
+    {37385, "Flash"},
+    {37386, "FocalLength"},
+    {37500, "MakerNote"},
+    {37510, "UserComment"},
+    {37520, "SubsecTime"},
+    {37521, "SubsecTimeOriginal"},
+    {37522, "SubsecTimeDigitized"},
+    {40960, "FlashPixVersion"},
+    {40961, "ColorSpace"},
+    {40962, "ExifImageWidth"},
+    {40963, "ExifImageHeight"},
+    {40964, "RelatedSoundFile"},
+    {40965, "ExifInteroperabilityOffset"},
+    {41486, "FocalPlaneXResolution"},
+    {41487, "FocalPlaneYResolution"},
+    {41488, "FocalPlaneResolutionUnit"},
+    {41493, "ExposureIndex"},
+    {41495, "SensingMethod"},
+    {41728, "FileSource"},
+    {41729, "SceneType"},
+    {41730, "CFAPattern"},
+};
+
+std::string WordsFile() {
+    const std::string &folder = App::Path();
+    return folder + (folder.ends_with('\\') ? "" : "\\") + "exif.ini";
+}
+
+/// The profile call of the words' file fills a buffer of 1024 bytes; the character that its caller drops from the end
+/// is the closing zero, so that words come out whole.
+std::string Words(const IniFile &words, std::string_view section, std::string_view key) {
+    constexpr std::size_t longest = 1023;
+    return Trim(words.Value(section, key).substr(0, longest));
+}
+
+std::string InWords(const IniFile &words, std::string_view section, std::string text) {
+    if (!text.empty()) {
+        std::string instead = Words(words, section, text);
+        if (!instead.empty()) text = std::move(instead);
+    }
+    const std::string pattern = Words(words, section, "Format");
+    return pattern.empty() ? text : Replace(pattern, "@X", text);
+}
+
+/// The bytes of the value that an entry gives: its own last four when they are enough, else those that it points at, as
+/// far as they were read.
+std::string ValueOf(const ExifBytes &file, std::int64_t block, std::int64_t entry) {
+    const auto format = static_cast<std::int64_t>(file.Unsigned(entry + 2, 2));
+    const auto components = static_cast<std::int64_t>(file.Unsigned(entry + 4, 4));
+    const std::int64_t length = ExifComponentSize(format) * components;
+    if (length > 4)
+        return std::string(file.Part(block + static_cast<std::int64_t>(file.Unsigned(entry + 8, 4)), length));
+    std::string value(file.Part(entry + 8, 4));
+    value.resize(4, '\0');
+    return value;
+}
+
+/// The start of the file; nothing for one that isn't there. @throws RunTimeError
+std::string ReadStart(std::string_view path) {
+    try {
+        return BinaryFile::OpenForRead(path)->Read(bytesRead);
+    } catch (const RunTimeError &error) {
+        if (error.Number() == ErrorNumber::FileNotFound) return {};
+        throw;
+    }
+}
+
+}  // namespace
+
+clsExif::clsExif() : wordsFile_(WordsFile()) {}
+
+void clsExif::ImageFile(std::string_view path) {
+    imageFile_ = path;
+    status_ = ReadStatus::Success;
+    isLittleEndian_ = false;
+    tags_.clear();
+    try {
+        Load();
+    } catch (const RunTimeError &) {
+        status_ = ReadStatus::Unreadable;
+    }
+}
+
+void clsExif::Load() {
+    const std::string bytes = ReadStart(imageFile_);
+    if (bytes.empty()) return;
+    // The mark counts wherever it stands; the file's own structure is not looked at.
+    const std::size_t mark = bytes.find(std::string_view("Exif\0", 5));
+    if (mark == std::string::npos) {
+        status_ = ReadStatus::NoExif;
+        return;
+    }
+    const std::size_t block = mark + 6;
+    isLittleEndian_ = bytes.compare(std::min(block, bytes.size()), 2, "II") == 0;
+    const ExifBytes file(bytes, isLittleEndian_);
+    const IniFile words(wordsFile_);
+    const auto start = static_cast<std::int64_t>(block);
+    // Deliberate: without a camera's directory its offset is 0, and the block's head is read as one.
+    const double offset = ReadDirectory(file, start, file.Unsigned(start + 4, 4), exifDirectory, words);
+    ReadDirectory(file, start, offset, interoperabilityDirectory, words);
+}
+
+/// Adds the directory's entries. Entries behind the bytes read would be all zeros and are left out, so that a count
+/// means no more than the bytes that back it. @return the number in the text of the tag to follow; 0 without it
+double clsExif::ReadDirectory(const ExifBytes &file, std::int64_t block, double offset, std::int64_t tagToFollow,
+                              const IniFile &words) {
+    double followed = 0;
+    if (!(std::abs(offset) <= 4294967295.0)) return followed;
+    std::int64_t position = block + std::llround(offset);
+    const auto count = static_cast<std::int64_t>(file.Unsigned(position, 2));
+    position += 2;
+    for (std::int64_t i = 0; i < count && position < file.Size(); ++i, position += 12) {
+        Tag entry;
+        entry.Tag = static_cast<std::int64_t>(file.Unsigned(position, 2));
+        entry.Name = GetTagName(entry.Tag);
+        entry.Format = static_cast<std::int64_t>(file.Unsigned(position + 2, 2));
+        entry.Components = static_cast<std::int64_t>(file.Unsigned(position + 4, 4));
+        entry.Raw = static_cast<std::uint32_t>(file.Unsigned(position + 8, 4));
+        const std::string value = ValueOf(file, block, position);
+        const std::string text = ExifText(entry.Tag, entry.Format, entry.Components, ExifBytes(value, isLittleEndian_));
+        entry.Text = InWords(words, entry.Name, text);
+        if (entry.Tag == tagToFollow) followed = Val(entry.Text);
+        tags_.push_back(std::move(entry));
+    }
+    return followed;
+}
+
+std::uint32_t clsExif::MetaInfo(std::int32_t tag, std::string &text) const {
+    if (status_ != ReadStatus::Success) return 0;
+    const Tag *found = Find(tag);
+    text = found == nullptr ? "Tag " + std::to_string(tag) + " not found." : found->Text;
+    return found == nullptr ? 0 : found->Raw;
+}
+
+std::string clsExif::GetTagName(std::int64_t tag) {
+    const auto *found =
+        std::find_if(std::begin(tagNames), std::end(tagNames), [tag](const TagName &row) { return row.Tag == tag; });
+    return found == std::end(tagNames) ? "Tag #" + std::to_string(tag) : std::string(found->Name);
+}
+
+std::string clsExif::GetTagData(std::int32_t tag) const {
+    const Tag *found = Find(tag);
+    return found == nullptr ? "N/A" : found->Text;
+}
+
+std::string clsExif::ListInfo() const {
+    if (status_ == ReadStatus::NoExif) return "File is not in EXIF format.";
+    if (status_ == ReadStatus::Unreadable) return "Could not open the file.";
+    std::string list;
+    for (const Tag &tag : tags_) list += tag.Name + ": " + tag.Text + "\r\n";
+    return list;
+}
+
+const clsExif::Tag *clsExif::Find(std::int32_t tag) const {
+    const auto found = std::find_if(tags_.begin(), tags_.end(), [tag](const Tag &entry) { return entry.Tag == tag; });
+    return found == tags_.end() ? nullptr : &*found;
+}
+
+}  // namespace pixmora
