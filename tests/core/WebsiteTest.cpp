@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "core/Sweep.h"
+#include "platform/Text.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
@@ -22,7 +23,7 @@ TEST_F(Website, StartShowsItsStepsAndListensLast) {
     EXPECT_EQ(gAlbums.at(0)->Name, "A");
     EXPECT_EQ(GetSetting("AlbumIDs", "B"), "2");
     EXPECT_EQ(GetSetting("Setup", "NextAlbumID"), "3");
-    EXPECT_EQ(GetSetting("Website", "LastOnline"), "3/10/2004 12:00:01 PM");
+    EXPECT_EQ(GetSetting("Website", "LastOnline"), "3/10/2004 12:00:00 PM");
     EXPECT_EQ(gThumbSize, 150);
     EXPECT_EQ(gPreviewSize, 375);
     EXPECT_EQ(gThumbQuality, 50 * 4096);
