@@ -1,0 +1,23 @@
+// The facts of one file, as the details page tells them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Clock.h"
+
+namespace pixmora {
+
+/// Size in pixels and bytes, dates, and what the camera noted. @param path full, of a file that is there
+std::string PictureDetails(const std::string &path);
+
+/// Size in pixels and bytes, date, frames, length and frames a second; of a movie that can't be read the heading only.
+std::string MovieDetails(const std::string &path);
+
+/// "3/1/2004 4:05:06 PM"; nothing for a year before 1980, which no file was made in.
+std::string FileTimeText(DateTime time);
+
+/// The same from the form in which cameras note it, "2004:03:01 16:05:06"; "N/A" for any other text.
+std::string CameraTimeText(std::string_view text);
+
+}  // namespace pixmora
