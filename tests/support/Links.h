@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Text.h"
+
 namespace pixmora::test {
 
 /// What a browser makes of a link before it sends it: bytes that no address may hold become escapes.
@@ -29,11 +31,16 @@ inline std::string BrowserTarget(std::string_view link) {
 inline std::vector<std::string> Links(std::string_view page) {
     std::vector<std::string> links;
     for (std::size_t at = 0; at < page.size(); ++at) {
-        for (const std::string_view opening : {"href=\"", "src=\"", "href='"}) {
-            if (!page.substr(at).starts_with(opening)) continue;
-            const std::string_view rest = page.substr(at + opening.size());
-            links.emplace_back(rest.substr(0, rest.find(opening.back())));
+        const std::string_view rest = page.substr(at);
+        for (const std::string_view opening : {"href=\"", "src=\""}) {
+            if (!rest.starts_with(opening)) continue;
+            const std::string_view value = rest.substr(opening.size());
+            links.emplace_back(value.substr(0, value.find('"')));
         }
+        constexpr std::string_view script = "location.href='";
+        if (!rest.starts_with(script)) continue;
+        const std::string_view value = rest.substr(script.size());
+        links.push_back(Replace(std::string(value.substr(0, value.find("';"))), "\\'", "'"));
     }
     return links;
 }
