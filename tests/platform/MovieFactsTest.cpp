@@ -1,0 +1,108 @@
+// Movie facts of the small movies beside this file, and of what only calls itself a movie.
+#include "platform/MovieFacts.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+namespace {
+
+std::string Sample(const std::string &name) {
+    return (std::filesystem::path(__FILE__).parent_path() / "media" / name).string();
+}
+
+std::string BytesOf(const std::string &path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+struct FactsCase {
+    const char *name;
+    int width;
+    int height;
+    std::int64_t frames;
+    std::int64_t lengthMs;
+};
+
+/// As ffprobe has them, but for the movie that its head turns upright.
+const FactsCase known[] = {
+    {"mpeg4.avi", 64, 48, 5, 1000},
+    {"mpeg4.mov", 64, 48, 6, 1000},
+    {"turned.mov", 48, 64, 6, 1000},
+    {"mpeg1_program_stream.mpg", 96, 64, 22, 917},
+    {"mpeg2_program_stream.mpeg", 64, 96, 25, 1000},
+};
+
+}  // namespace
+
+TEST(MovieFacts, TellsSizeFramesAndLength) {
+    for (const FactsCase &row : known) {
+        SCOPED_TRACE(row.name);
+        const MovieFacts facts = ReadMovieFacts(Sample(row.name));
+        EXPECT_TRUE(facts.IsReadable);
+        EXPECT_TRUE(facts.HasPicture);
+        EXPECT_EQ(facts.Width, row.width);
+        EXPECT_EQ(facts.Height, row.height);
+        EXPECT_EQ(facts.Frames, row.frames);
+        EXPECT_EQ(facts.LengthMs, row.lengthMs);
+    }
+}
+
+TEST(MovieFacts, TellsTheLengthOfSoundWithoutPicture) {
+    const MovieFacts facts = ReadMovieFacts(Sample("sound_only.mov"));
+    EXPECT_TRUE(facts.IsReadable);
+    EXPECT_FALSE(facts.HasPicture);
+    EXPECT_EQ(facts.LengthMs, 250);
+}
+
+TEST(MovieFacts, GoesByContentAndNotByName) {
+    const TempFolder folder;
+    const MovieFacts facts = ReadMovieFacts(folder.Write("a.mpg", BytesOf(Sample("mpeg4.avi"))));
+    EXPECT_EQ(facts.Width, 64);
+    EXPECT_EQ(facts.Frames, 5);
+}
+
+TEST(MovieFacts, ReadsNothingElseInAMoviesPlace) {
+    const TempFolder folder;
+    folder.Write("good.avi", BytesOf(Sample("mpeg4.avi")));
+    folder.MakeFolder("folder.mov");
+    ASSERT_EQ(mkfifo(folder.Path("pipe.mov").c_str(), 0600), 0);
+    folder.Write("empty.mov");
+    folder.Write("text.avi", "no movie at all");
+    // Followed, each of these lists would give the good movie's facts.
+    folder.Write("playlist.mp4", "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\ngood.avi\n#EXT-X-ENDLIST\n");
+    folder.Write("list.mov", "ffconcat version 1.0\nfile good.avi\n");
+    folder.Write("reference.avi", "[Reference]\nRef1=" + folder.Path("good.avi") + "\n");
+    ASSERT_TRUE(ReadMovieFacts(folder.Path("good.avi")).IsReadable);
+    for (const char *name : {"folder.mov", "pipe.mov", "empty.mov", "text.avi", "playlist.mp4", "list.mov",
+                             "reference.avi", "missing.mov"}) {
+        EXPECT_FALSE(ReadMovieFacts(folder.Path(name)).IsReadable) << name;
+    }
+    EXPECT_FALSE(ReadMovieFacts(folder.Path("good.avi") + std::string("\0.mov", 5)).IsReadable);
+}
+
+TEST(MovieFacts, AreHadOfAMovieThatEndsAnywhereInTime) {
+    const TempFolder folder;
+    for (const FactsCase &row : known) {
+        const std::string whole = BytesOf(Sample(row.name));
+        ASSERT_FALSE(whole.empty());
+        for (std::size_t length = 0; length < whole.size(); length += 37) {
+            const std::string path = folder.Write("cut" + std::to_string(length), whole.substr(0, length));
+            const auto start = std::chrono::steady_clock::now();
+            const MovieFacts facts = ReadMovieFacts(path);
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << row.name << " " << length;
+            EXPECT_GE(facts.Frames, 0);
+            EXPECT_GE(facts.LengthMs, 0);
+        }
+    }
+}
+
+}  // namespace pixmora

@@ -1,0 +1,367 @@
+// The picture engine on pictures that are built here.
+#include "platform/PictureEngine.h"
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <sys/stat.h>
+
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImage>
+#include <QImageReader>
+#include <QImageWriter>
+#include <filesystem>
+#include <functional>
+
+#include "support/ErrorOf.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int pictureError = CodeOf(ErrorNumber::PictureError);
+
+QImage Plain(int width, int height, QRgb color) {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(color);
+    return image;
+}
+
+/// Blue, with its upper left quarter red.
+QImage WithRedQuarter(int width, int height) {
+    QImage image = Plain(width, height, qRgb(0, 0, 255));
+    for (int y = 0; y < height / 2; ++y) {
+        for (int x = 0; x < width / 2; ++x) image.setPixel(x, y, qRgb(255, 0, 0));
+    }
+    return image;
+}
+
+std::string Encoded(const QImage &image, const char *format, bool isProgressive = false) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(90);
+    writer.setProgressiveScanWrite(isProgressive);
+    EXPECT_TRUE(writer.write(image));
+    return buffer.data().toStdString();
+}
+
+std::string BigEndian16(int value) {
+    return {static_cast<char>(value >> 8), static_cast<char>(value)};
+}
+
+std::string LittleEndian16(int value) {
+    return {static_cast<char>(value), static_cast<char>(value >> 8)};
+}
+
+constexpr std::size_t gifFrameSize = 13 + 128 * 3 + 8 + 5;  // where the first frame's size stands in the picture below
+
+/// Two colours; the left half of each row is transparent. Codes of eight bits, with a clear code often enough that they
+/// stay so.
+std::string Gif(int width, int height, bool isTransparent) {
+    std::string data;
+    for (int i = 0; i < width * height; ++i) {
+        if (i % 100 == 0) data += '\x80';
+        data += i % width < width / 2 ? '\0' : '\1';
+    }
+    data += '\x81';
+    std::string blocks;
+    for (std::size_t at = 0; at < data.size(); at += 255) {
+        const std::string block = data.substr(at, 255);
+        blocks += static_cast<char>(block.size()) + block;
+    }
+    const std::string colors = std::string("\0\0\0\0\0\xFF", 6) + std::string(126 * 3, '\0');
+    const std::string control = std::string("!\xF9\4", 3) + (isTransparent ? '\1' : '\0') + std::string(4, '\0');
+    const std::string size = LittleEndian16(width) + LittleEndian16(height);
+    return "GIF89a" + size + std::string("\xF6\0\0", 3) + colors + control + "," + std::string(4, '\0') + size +
+           std::string("\0\7", 2) + blocks + std::string("\0;", 2);
+}
+
+std::string WithOrientation(const std::string &jpeg, int orientation) {
+    const std::string entry = BigEndian16(0x0112) + BigEndian16(3) + std::string("\0\0\0\1", 4) +
+                              BigEndian16(orientation) + std::string("\0\0", 2);
+    const std::string block =
+        std::string("Exif\0\0MM\0*\0\0\0\x08", 14) + BigEndian16(1) + entry + std::string(4, '\0');
+    return jpeg.substr(0, 2) + "\xFF\xE1" + BigEndian16(static_cast<int>(block.size()) + 2) + block + jpeg.substr(2);
+}
+
+/// The same file with another size in its frame header, which is all that a load looks at.
+std::string WithJpegSize(std::string jpeg, int width, int height) {
+    std::size_t at = jpeg.find("\xFF\xC0");
+    if (at == std::string::npos) at = jpeg.find("\xFF\xC2");
+    return jpeg.replace(at + 5, 4, BigEndian16(height) + BigEndian16(width));
+}
+
+std::string WithManyScans(const std::string &progressive, int scans) {
+    const std::size_t last = progressive.rfind("\xFF\xDA");
+    const std::string scan = progressive.substr(last, progressive.size() - 2 - last);
+    std::string jpeg = progressive.substr(0, last);
+    for (int i = 0; i < scans; ++i) jpeg += scan;
+    return jpeg + "\xFF\xD9";
+}
+
+std::string BitmapHeader(int width, int height) {
+    const auto long32 = [](int value) {
+        return LittleEndian16(value & 0xFFFF) + LittleEndian16(value >> 16);
+    };
+    return "BM" + long32(1000) + long32(0) + long32(54) + long32(40) + long32(width) + long32(height) +
+           LittleEndian16(1) + LittleEndian16(24) + std::string(24, '\0');
+}
+
+class PictureEngineTest : public testing::Test {
+protected:
+    bool Load(const std::string &bytes) {
+        std::int32_t success = 0;
+        std::filesystem::remove(
+            folder.Path("picture.jpg"));  // some file systems wait for the disk when a file is replaced
+        engine.Load(folder.Write("picture.jpg", bytes), 0, success);
+        return success != 0;
+    }
+
+    bool Resize(int width) {
+        std::int32_t success = 0;
+        engine.Resize(width, 0, 0, success);
+        return success != 0;
+    }
+
+    void SaveTo(const std::string &path, int quality = 75, int type = 3) {
+        std::int32_t success = 0;
+        engine.Save(path, quality * 4096 + type, success);
+        EXPECT_NE(success, 0);
+    }
+
+    QImage Saved(int quality = 75) {
+        SaveTo(folder.Path("picture.jpg.tmp"), quality);
+        return QImage(QString::fromStdString(folder.Path("picture.jpg.tmp")), "jpeg");
+    }
+
+    TempFolder folder;
+    PictureEngine engine;
+};
+
+bool IsNear(QRgb color, QRgb expected) {
+    const auto near = [](int left, int right) {
+        return std::abs(left - right) < 24;
+    };
+    return near(qRed(color), qRed(expected)) && near(qGreen(color), qGreen(expected)) &&
+           near(qBlue(color), qBlue(expected));
+}
+
+const QRgb red = qRgb(255, 0, 0);
+const QRgb blue = qRgb(0, 0, 255);
+const QRgb white = qRgb(255, 255, 255);
+const QRgb black = qRgb(0, 0, 0);
+
+}  // namespace
+
+TEST_F(PictureEngineTest, TellsEachFormatByItsContent) {
+    const QImage image = WithRedQuarter(60, 40);
+    for (const std::string &bytes : {Encoded(image, "jpeg"), Encoded(image, "jpeg", true), Encoded(image, "bmp"),
+                                     Encoded(image, "png"), Gif(60, 40, false)}) {
+        ASSERT_TRUE(Load(bytes));
+        EXPECT_EQ(engine.Width(), 60);
+        EXPECT_EQ(engine.Height(), 40);
+        EXPECT_EQ(Saved().size(), QSize(60, 40));
+    }
+}
+
+TEST_F(PictureEngineTest, KeepsTheProportionsAndThePictureWhenItScales) {
+    struct Case {
+        QSize size;
+        int width;
+        int height;
+    };
+    for (const Case &row :
+         {Case{{640, 480}, 150, 113}, {{643, 481}, 150, 112}, {{400, 30}, 4, 1}, {{40, 30}, 200, 150}}) {
+        SCOPED_TRACE(row.size.width());
+        for (const char *format : {"jpeg", "bmp"}) {
+            ASSERT_TRUE(Load(Encoded(WithRedQuarter(row.size.width(), row.size.height()), format)));
+            ASSERT_TRUE(Resize(row.width));
+            EXPECT_EQ(engine.Width(), row.width);
+            EXPECT_EQ(engine.Height(), row.height);
+            const QImage image = Saved();
+            ASSERT_EQ(image.size(), QSize(row.width, row.height));
+            EXPECT_TRUE(IsNear(image.pixel(row.width - 1, row.height - 1), blue) || row.height == 1);
+            EXPECT_TRUE(IsNear(image.pixel(0, 0), red) || row.height == 1);
+        }
+    }
+}
+
+TEST_F(PictureEngineTest, SetsPhotographsUpright) {
+    const std::string jpeg = Encoded(WithRedQuarter(640, 320), "jpeg");
+    const QPoint corners[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1},
+                              {0, 0}, {1, 0}, {1, 1}, {0, 1}};  // the red one, by orientation
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        SCOPED_TRACE(orientation);
+        ASSERT_TRUE(Load(WithOrientation(jpeg, orientation)));
+        const bool isTurned = orientation >= 5;
+        EXPECT_EQ(engine.Width(), isTurned ? 320 : 640);
+        EXPECT_EQ(engine.Height(), isTurned ? 640 : 320);
+        Resize(100);
+        const QImage image = Saved();
+        ASSERT_EQ(image.size(), QSize(100, isTurned ? 200 : 50));
+        for (const QPoint corner : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)}) {
+            const QRgb color = image.pixel(corner.x() * 99, corner.y() * (image.height() - 1));
+            EXPECT_TRUE(IsNear(color, corner == corners[orientation - 1] ? red : blue)) << corner.x() << corner.y();
+        }
+    }
+}
+
+TEST_F(PictureEngineTest, ShowsWhatIsTransparentAsWhite) {
+    QImage image(64, 32, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    for (const std::string &bytes : {Gif(64, 32, true), Encoded(image, "png")}) {
+        ASSERT_TRUE(Load(bytes));
+        EXPECT_TRUE(IsNear(Saved().pixel(4, 4), white));
+    }
+    ASSERT_TRUE(Load(Gif(64, 32, true)));
+    EXPECT_TRUE(IsNear(Saved().pixel(60, 4), blue));
+}
+
+TEST_F(PictureEngineTest, ReadsPrintersColoursAndGrey) {
+    std::int32_t success = 0;
+    engine.Load((std::filesystem::path(__FILE__).parent_path() / "media" / "printers_red.jpg").string(), 0, success);
+    ASSERT_NE(success, 0);
+    EXPECT_TRUE(IsNear(Saved().pixel(5, 5), red));
+
+    ASSERT_TRUE(Load(Encoded(Plain(640, 320, qRgb(90, 90, 90)).convertToFormat(QImage::Format_Grayscale8), "jpeg")));
+    Resize(100);
+    const QImage grey = Saved();
+    EXPECT_EQ(grey.format(), QImage::Format_Grayscale8);
+    EXPECT_TRUE(IsNear(grey.pixel(50, 20), qRgb(90, 90, 90)));
+}
+
+TEST_F(PictureEngineTest, WritesAPlainJpegOfTheQualityAsked) {
+    QImage image = WithRedQuarter(200, 200);
+    image.setText("Comment", "taken at home");
+    image.setColorSpace(QColorSpace::SRgb);
+    ASSERT_TRUE(Load(Encoded(image, "jpeg", true)));
+    SaveTo(folder.Path("out"), 0, 0);
+    const std::string jpeg = folder.Read("out");
+    EXPECT_EQ(jpeg.find("at home"), std::string::npos);
+    EXPECT_EQ(jpeg.find("ICC_PROFILE"), std::string::npos);
+    const std::size_t baseline = jpeg.find("\xFF\xC0");
+    ASSERT_NE(baseline, std::string::npos);
+    EXPECT_EQ(jpeg.substr(baseline + 9, 3), "\3\1\x22");  // three components, the first at twice the others' sides
+
+    const auto lengthAt = [&](int quality) {
+        SaveTo(folder.Path("out"), quality);
+        return folder.Read("out").size();
+    };
+    EXPECT_EQ(lengthAt(75), jpeg.size());
+    EXPECT_LT(lengthAt(30), jpeg.size());
+    EXPECT_GT(lengthAt(95), jpeg.size());
+    EXPECT_EQ(lengthAt(101), lengthAt(100));
+}
+
+TEST_F(PictureEngineTest, TurnsOtherColourSpacesIntoTheCommonOne) {
+    QImage image = Plain(64, 64, qRgb(150, 200, 150));
+    image.setColorSpace(QColorSpace::AdobeRgb);
+    ASSERT_TRUE(Load(Encoded(image, "jpeg")));
+    EXPECT_TRUE(IsNear(Saved(95).pixel(30, 30), qRgb(122, 201, 147)));  // 150 by the wide space's red is less of ours
+}
+
+TEST_F(PictureEngineTest, RefusesByTheHeader) {
+    const std::string baseline = Encoded(WithRedQuarter(64, 64), "jpeg");
+    const std::string progressive = Encoded(WithRedQuarter(64, 64), "jpeg", true);
+    const std::size_t scan = baseline.find("\xFF\xDA");
+    struct Case {
+        const char *name;
+        bool isTaken;
+        std::string bytes;
+    };
+    const Case cases[] = {
+        {"baseline of 249 megapixels", true, WithJpegSize(baseline, 15780, 15780)},
+        {"baseline of 251 megapixels", false, WithJpegSize(baseline, 15850, 15850)},
+        {"progressive of 49 megapixels", true, WithJpegSize(progressive, 7000, 7000)},
+        {"progressive of 51 megapixels", false, WithJpegSize(progressive, 7150, 7150)},
+        {"progressive with 60 scans", true, WithManyScans(progressive, 60)},
+        {"progressive with 200 scans", false, WithManyScans(progressive, 200)},
+        {"a component a scan is held whole too", false,
+         WithJpegSize(baseline, 7150, 7150).replace(scan + 4, 1, 1, '\1')},
+        {"jpeg without data", false, baseline.substr(0, scan + 14)},
+        {"jpeg cut in its tables", false, baseline.substr(0, scan - 10)},
+        {"jpeg that ends before its data", false, baseline.substr(0, scan + 14) + "\xFF\xD9"},
+        {"bitmap of 3600 megapixels", false, BitmapHeader(60000, 60000)},
+        {"bitmap of 41 megapixels", false, BitmapHeader(6500, 6400)},
+        {"gif of 4295 megapixels", false,
+         Gif(2, 2, false).replace(6, 4, 4, '\xFF').replace(gifFrameSize, 4, 4, '\xFF')},
+        {"text", false, "no picture"},
+        {"nothing", false, ""},
+        {"vector graphics", false, "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"},
+    };
+    for (const Case &row : cases) {
+        ASSERT_TRUE(Load(baseline));
+        EXPECT_EQ(Load(row.bytes), row.isTaken) << row.name;
+        EXPECT_EQ(engine.Width() > 0 && engine.Height() > 0, row.isTaken) << row.name;
+    }
+}
+
+TEST_F(PictureEngineTest, OpensOnlyPlainFiles) {
+    ASSERT_EQ(mkfifo(folder.Path("pipe.jpg").c_str(), 0600), 0);
+    for (const std::string &path : {folder.Path("pipe.jpg"), folder.Path("missing.jpg"), folder.Path()}) {
+        std::int32_t success = 1;
+        engine.Load(path, 0, success);
+        EXPECT_EQ(success, 0) << path;
+    }
+}
+
+TEST_F(PictureEngineTest, ShowsWhatThereIsOfACutPicture) {
+    mallopt(M_PERTURB, 0x5A);  // fresh memory is never black by chance
+    const QImage image = WithRedQuarter(200, 200);
+    const std::string jpeg = Encoded(image, "jpeg");
+    ASSERT_TRUE(Load(jpeg.substr(0, jpeg.size() * 6 / 10)));
+    EXPECT_TRUE(IsNear(Saved().pixel(10, 10), red));
+
+    const std::string bitmap = Encoded(image, "bmp");  // stored from the bottom up
+    ASSERT_TRUE(Load(bitmap.substr(0, bitmap.size() / 2 - 1000)));
+    const QImage cut = Saved();
+    EXPECT_TRUE(IsNear(cut.pixel(10, 190), blue));
+    for (int y = 0; y < 90; ++y) ASSERT_TRUE(IsNear(cut.pixel(100, y), black)) << y;
+    mallopt(M_PERTURB, 0);
+}
+
+TEST_F(PictureEngineTest, SurvivesFilesThatEndAnywhere) {
+    const QImage image = WithRedQuarter(24, 24);
+    for (const std::string &whole :
+         {Encoded(image, "jpeg"), Encoded(image, "jpeg", true), Encoded(image, "bmp"), Gif(24, 24, true)}) {
+        for (std::size_t length = 0; length < whole.size(); ++length) {
+            if (!Load(whole.substr(0, length))) continue;
+            Resize(10);
+            std::filesystem::remove(folder.Path("out"));
+            const int error = ErrorOf([&] { SaveTo(folder.Path("out")); });
+            EXPECT_TRUE(error == 0 || error == pictureError) << length;
+        }
+    }
+}
+
+TEST_F(PictureEngineTest, ReplacesTheTargetAndLeavesNothingElse) {
+    folder.Write("picture.jpg.tmp", "old");
+    ASSERT_TRUE(Load(Encoded(WithRedQuarter(64, 64), "jpeg")));
+    EXPECT_EQ(Saved().size(), QSize(64, 64));
+    const auto entries = std::filesystem::directory_iterator(folder.Path());
+    EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
+}
+
+TEST_F(PictureEngineTest, FailsWithItsErrorWhereItCannotSave) {
+    const auto errorAt = [&](const std::string &path, int type = 3) {
+        return ErrorOf([&] { SaveTo(path, 75, type); });
+    };
+    EXPECT_EQ(errorAt(folder.Path("out")), pictureError) << "no picture";
+    EXPECT_FALSE(Resize(100));
+    ASSERT_TRUE(Load(Encoded(WithRedQuarter(64, 64), "jpeg")));
+    EXPECT_FALSE(Resize(0));
+    EXPECT_EQ(errorAt(folder.Path("out"), 2), pictureError) << "another file type";
+    EXPECT_EQ(errorAt(folder.Path("missing/out")), pictureError);
+    EXPECT_EQ(errorAt(folder.MakeFolder("folder")), pictureError);
+    EXPECT_EQ(errorAt("/proc/out"), pictureError) << "a folder that takes no files";
+    ASSERT_TRUE(Resize(70000));
+    EXPECT_EQ(errorAt(folder.Path("out")), pictureError) << "wider than a JPEG can be";
+    ASSERT_TRUE(Load(Encoded(WithRedQuarter(64, 64), "jpeg")));
+    std::filesystem::remove(folder.Path("picture.jpg"));
+    EXPECT_EQ(errorAt(folder.Path("out")), pictureError) << "gone meanwhile";
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("out")));
+}
+
+}  // namespace pixmora
