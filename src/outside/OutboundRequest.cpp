@@ -100,7 +100,7 @@ std::shared_ptr<Winsock> TakeDownloadSocket() {
     const std::shared_ptr<Winsock> former = gSystray->wnskDownload;
     former->Tag.clear();
     former->Close();
-    const std::shared_ptr<Winsock> socket = gSystray->wnskDownload = Winsock::Create();
+    std::shared_ptr<Winsock> socket = gSystray->wnskDownload = Winsock::Create();
     const std::weak_ptr<Winsock> weak = socket;
     socket->OnDataArrival = [weak](std::size_t) {
         CollectAnswer(weak);

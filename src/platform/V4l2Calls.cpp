@@ -71,6 +71,7 @@ std::vector<std::string> FindVideoNodes(const std::string &folder) {
     }
     std::sort(nodes.begin(), nodes.end());
     std::vector<std::string> paths;
+    paths.reserve(nodes.size());
     for (auto &[number, path] : nodes) paths.push_back(std::move(path));
     return paths;
 }

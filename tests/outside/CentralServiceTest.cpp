@@ -118,6 +118,7 @@ TEST_F(CentralService, CallsTheStartOffForAnExtinctVersion) {
 }
 
 TEST_F(CentralService, BringsNewsInTheOrderOfItsAnswer) {
+    EXPECT_TRUE(CheckWithAnswer("203.0.113.7|LatestNews2004030112")) << "known when the program was installed";
     const std::string answer = "203.0.113.7|LatestNews2004030200|NewVersionAvailable";
     owner.ExpectMessage(news, yesNoInformation, AnswerNo);
     owner.ExpectMessage(newVersion, yesNoInformation, AnswerNo);

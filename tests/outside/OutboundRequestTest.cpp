@@ -24,9 +24,11 @@ public:
         socklen_t length = sizeof address;
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        bind(listener_, reinterpret_cast<const sockaddr *>(&address), sizeof address);
-        listen(listener_, 0);
-        getsockname(listener_, reinterpret_cast<sockaddr *>(&address), &length);
+        auto *const general = reinterpret_cast<sockaddr *>(&address);
+        if (bind(listener_, general, length) != 0 || listen(listener_, 0) != 0 ||
+            getsockname(listener_, general, &length) != 0) {
+            throw std::runtime_error("no listening socket");
+        }
         Port = ntohs(address.sin_port);
         for (int i = 0; i < 4; ++i) fillers_.emplace_back(Port);
     }
