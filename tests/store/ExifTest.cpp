@@ -1,0 +1,263 @@
+// The Exif reader on blocks that are built here, in both byte orders.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+
+#include "platform/App.h"
+#include "platform/Files.h"
+#include "store/clsExif.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+namespace {
+
+struct Entry {
+    int tag;
+    int format;
+    std::uint32_t components;
+    int width;  ///< bytes of each number; 0 for the text
+    std::vector<std::uint32_t> numbers;
+    std::string text = {};
+};
+
+class BlockBuilder {
+public:
+    explicit BlockBuilder(bool isLittleEndian) : isLittleEndian_(isLittleEndian) {}
+
+    std::string Number(std::uint32_t value, int width) const {
+        std::string bytes;
+        for (int i = 0; i < width; ++i) {
+            bytes += static_cast<char>(value >> 8 * (isLittleEndian_ ? i : width - 1 - i));
+        }
+        return bytes;
+    }
+
+    /// A directory at the offset, with the values that don't fit their entries right behind it.
+    std::string Directory(std::uint32_t offset, const std::vector<Entry> &entries) const {
+        std::string directory = Number(static_cast<std::uint32_t>(entries.size()), 2);
+        std::string values;
+        const auto behind = offset + 2 + 12 * static_cast<std::uint32_t>(entries.size());
+        for (const Entry &entry : entries) {
+            std::string value = entry.text;
+            for (const std::uint32_t number : entry.numbers) value += Number(number, entry.width);
+            if (value.size() > 4) {
+                const std::string place = Number(behind + static_cast<std::uint32_t>(values.size()), 4);
+                values += value;
+                value = place;
+            }
+            value.resize(4, '\0');
+            directory += Number(static_cast<std::uint32_t>(entry.tag), 2) +
+                         Number(static_cast<std::uint32_t>(entry.format), 2) + Number(entry.components, 4) + value;
+        }
+        return directory + values;
+    }
+
+    /// The start of a JPEG file with an Exif block of these directories.
+    std::string File(const std::vector<Entry> &first, const std::vector<Entry> &camera) const {
+        std::vector<Entry> entries = first;
+        entries.push_back({34665, 4, 1, 4, {0}});
+        entries.back().numbers[0] = 8 + static_cast<std::uint32_t>(Directory(8, entries).size());
+        const std::string directory = Directory(8, entries);
+        return Head() + directory + Directory(8 + static_cast<std::uint32_t>(directory.size()), camera);
+    }
+
+    std::string Head() const {
+        const std::string order = isLittleEndian_ ? "II" : "MM";
+        return std::string("\xFF\xD8\xFF\xE1\1\0Exif\0\0", 12) + order + Number(42, 2) + Number(8, 4);
+    }
+
+private:
+    bool isLittleEndian_;
+};
+
+const std::vector<Entry> usual = {{272, 2, 9, 0, {}, "Acme Snap"}, {282, 5, 1, 4, {72, 1}}};
+const std::vector<Entry> usualCamera = {{36867, 2, 19, 0, {}, "2004:03:01 14:05:09"}, {40962, 3, 1, 2, {1600}}};
+
+struct TextCase {
+    const char *name;
+    Entry entry;
+    std::string text;
+};
+
+const TextCase textCases[] = {
+    {"byte", {5001, 1, 1, 1, {200}}, "200"},
+    {"short", {274, 3, 1, 2, {60000}}, "60000"},
+    {"long", {5001, 4, 1, 4, {4000000000}}, "4000000000"},
+    {"text in the entry", {5001, 2, 3, 0, {}, "R98"}, "R98"},
+    {"text elsewhere, zeros inside", {270, 2, 7, 0, {}, std::string("to\0night", 8)}, "tonigh"},
+    {"exposure time", {33434, 5, 1, 4, {1, 250}}, "250"},
+    {"exposure time of nothing", {33434, 5, 1, 4, {0, 250}}, "0"},
+    {"aperture", {37378, 5, 1, 4, {3, 1}}, "2.8"},
+    {"largest aperture", {37381, 5, 1, 4, {2, 1}}, "2.0"},
+    {"aperture beyond every number", {37378, 5, 1, 4, {4000000000, 1}}, ""},
+    {"resolution", {282, 5, 1, 4, {72, 1}}, "72.0"},
+    {"f-number", {33437, 5, 1, 4, {28, 10}}, "2.8"},
+    {"value without a denominator", {37386, 5, 1, 4, {50, 0}}, "0.0"},
+    {"any rational", {37122, 5, 1, 4, {6, 4}}, "6/4"},
+    {"any rationals", {318, 5, 2, 4, {313, 1000, 2, 3}}, "0.313/0.667"},
+    {"signed byte, lowest", {5001, 6, 1, 1, {0x80}}, "-1"},
+    {"signed byte, minus one", {5001, 6, 1, 1, {0xFF}}, "-128"},
+    {"signed short", {5001, 8, 1, 2, {0x7FFF}}, "32767"},
+    {"signed long, minus one", {5001, 9, 1, 4, {0xFFFFFFFF}}, "-2147483648"},
+    {"version", {36864, 7, 4, 0, {}, "0210"}, "2.10"},
+    {"components", {37121, 7, 4, 0, {}, std::string("\1\2\3\0", 4)}, "YCbCr"},
+    {"components of unknown kind", {37121, 7, 4, 0, {}, "\x04\x63\x06\x07"}, "RB"},
+    {"maker's note", {37500, 7, 6, 0, {}, "a\x1F\x80 b\x7F"}, "a b\x7F"},
+    {"file source", {41728, 7, 1, 1, {3}}, "3"},
+    {"any undefined", {37510, 7, 10, 0, {}, std::string("ASCII\0\0\0hi", 10)}, "ASCIIhi"},
+    {"shutter speed", {37377, 10, 1, 4, {7, 1}}, "128"},
+    {"exposure bias", {37380, 10, 1, 4, {1, 3}}, "0.3"},
+    {"negative exposure bias", {37380, 10, 1, 4, {0xFFFFFFFF, 3}}, "-715827882.7"},
+    {"any signed rational", {37379, 10, 1, 4, {0x80000000, 2}}, "-1/2"},
+    {"floating point", {5001, 11, 1, 4, {7}}, "7"},
+    {"unknown format", {5001, 99, 1, 4, {7}}, "0"},
+};
+
+class ExifTest : public testing::Test {
+protected:
+    ExifTest() { App::SetPath(ProgramPath(folder.Path())); }
+    ~ExifTest() override { App::SetPath(""); }
+
+    clsExif Read(const std::string &bytes) const {
+        std::filesystem::remove(folder.Path("a.jpg"));
+        clsExif exif;
+        exif.ImageFile(folder.Write("a.jpg", bytes));
+        return exif;
+    }
+
+    TempFolder folder;
+};
+
+}  // namespace
+
+TEST_F(ExifTest, TurnsEachFormatIntoText) {
+    for (const bool isLittleEndian : {false, true}) {
+        for (const TextCase &row : textCases) {
+            const clsExif exif = Read(BlockBuilder(isLittleEndian).File({}, {row.entry}));
+            EXPECT_EQ(exif.IntelByteAlignment(), isLittleEndian);
+            EXPECT_EQ(exif.GetTagData(row.entry.tag), row.text) << row.name << isLittleEndian;
+        }
+    }
+}
+
+TEST_F(ExifTest, ListsBothDirectories) {
+    const clsExif exif = Read("junk" + BlockBuilder(false).File(usual, usualCamera));
+    EXPECT_EQ(exif.Status(), clsExif::ReadStatus::Success);
+    EXPECT_EQ(exif.ListInfo(),
+              "Model: Acme Snap\r\nXResolution: 72.0\r\nExifOffset: 63\r\n"
+              "DateTimeOriginal: 2004:03:01 14:05:09\r\nExifImageWidth: 1600\r\n");
+    std::string text;
+    EXPECT_EQ(exif.MetaInfo(40962, text), 1600u << 16);
+    EXPECT_EQ(text, "1600");
+    EXPECT_EQ(exif.MetaInfo(7, text), 0u);
+    EXPECT_EQ(text, "Tag 7 not found.");
+    EXPECT_EQ(clsExif::GetTagName(7), "Tag #7");
+}
+
+TEST_F(ExifTest, SaysWhyThereIsNothing) {
+    std::string text = "as it was";
+    const clsExif plain = Read("\xFF\xD8 no block at all, not even Exif!");
+    EXPECT_EQ(plain.ListInfo(), "File is not in EXIF format.");
+    EXPECT_EQ(plain.GetTagData(272), "N/A");
+    EXPECT_EQ(plain.MetaInfo(272, text), 0u);
+    EXPECT_EQ(text, "as it was");
+    EXPECT_EQ(Read(std::string(4092, ' ') + BlockBuilder(false).File(usual, {})).Status(), clsExif::ReadStatus::NoExif);
+    EXPECT_EQ(Read("").Status(), clsExif::ReadStatus::Success);
+    EXPECT_EQ(Read("").ListInfo(), "");
+    clsExif exif;
+    exif.ImageFile(folder.Path("missing.jpg"));
+    EXPECT_EQ(exif.Status(), clsExif::ReadStatus::Success);
+    exif.ImageFile(folder.Path());
+    EXPECT_EQ(exif.ListInfo(), "Could not open the file.");
+}
+
+TEST_F(ExifTest, PutsValuesIntoWords) {
+    folder.Write("exif.ini",
+                 "[Flash]\r\n1=fired\r\n[FocalLength]\r\nFormat=@X mm (@X)\r\n[LightSource]\r\n9=sun\r\nFormat=<@X>\r\n"
+                 "[Model]\r\nFormat=A @X.\r\n");
+    const clsExif exif = Read(BlockBuilder(true).File(
+        {{272, 2, 60, 0, {}, std::string(60, 'x')}},
+        {{37385, 3, 1, 2, {1}}, {37384, 3, 1, 2, {9}}, {37386, 5, 1, 4, {35, 1}}, {37383, 3, 1, 2, {1}}}));
+    EXPECT_EQ(exif.GetTagData(37385), "fired");
+    EXPECT_EQ(exif.GetTagData(37384), "<sun>");
+    EXPECT_EQ(exif.GetTagData(37386), "35.0 mm (35.0)");
+    EXPECT_EQ(exif.GetTagData(37383), "1");
+    // A value behind the bytes read is empty, in its pattern too.
+    const BlockBuilder builder(true);
+    std::string far = builder.Head() + builder.Directory(8, {{272, 2, 60, 0, {}, std::string(60, 'x')}});
+    far.replace(far.size() - 64, 4, builder.Number(5000, 4));
+    EXPECT_EQ(Read(far + std::string(6000, 'y')).GetTagData(272), "A .");
+}
+
+TEST_F(ExifTest, ShipsWordsForTheFormsOfText) {
+    const auto shipped = std::filesystem::path(__FILE__).parent_path() / "../../share/exif.ini";
+    std::filesystem::copy_file(shipped, folder.Path("exif.ini"));
+    const clsExif exif = Read(BlockBuilder(false).File(usual, {{33434, 5, 1, 4, {1, 250}},
+                                                               {33437, 5, 1, 4, {28, 10}},
+                                                               {37385, 3, 1, 2, {16}},
+                                                               {36867, 2, 19, 0, {}, "2004:03:01 14:05:09"},
+                                                               {40962, 3, 1, 2, {1600}}}));
+    EXPECT_EQ(exif.GetTagData(33434), "1/250 s");
+    EXPECT_EQ(exif.GetTagData(33437), "f/2.8");
+    EXPECT_EQ(exif.GetTagData(37385), "switched off");
+    EXPECT_EQ(exif.GetTagData(272), "Acme Snap");
+    EXPECT_EQ(exif.GetTagData(36867), "2004:03:01 14:05:09");
+    EXPECT_EQ(exif.GetTagData(40962), "1600");
+}
+
+TEST_F(ExifTest, ReadsTheBlocksHeadWithoutACamerasDirectory) {
+    const BlockBuilder builder(false);
+    // "MM" is then a count, and the first entry begins with the mark 42.
+    EXPECT_EQ(Read(builder.Head() + builder.Directory(8, usual)).GetTagData(42), "0");
+}
+
+TEST_F(ExifTest, TakesFilesThatEndAnywhere) {
+    for (const bool isLittleEndian : {false, true}) {
+        const std::string whole = BlockBuilder(isLittleEndian).File(usual, usualCamera);
+        for (std::size_t length = 0; length <= whole.size(); ++length) {
+            const clsExif exif = Read(whole.substr(0, length));
+            const bool isWhole = exif.GetTagData(40962) == "1600";
+            EXPECT_TRUE(isWhole || length < whole.size()) << length;
+            EXPECT_LT(exif.ListInfo().size(), 4096u) << length;
+        }
+    }
+}
+
+TEST_F(ExifTest, IsNotMisledByCountsAndOffsets) {
+    const BlockBuilder builder(false);
+    const auto repeated = [&](const Entry &entry, std::uint32_t place) {
+        std::string bytes = builder.Head() + builder.Number(65535, 2);
+        while (bytes.size() < 5000) {
+            bytes += builder.Number(static_cast<std::uint32_t>(entry.tag), 2) +
+                     builder.Number(static_cast<std::uint32_t>(entry.format), 2) + builder.Number(entry.components, 4) +
+                     builder.Number(place, 4);
+        }
+        return bytes;
+    };
+    constexpr std::uint32_t huge = 0xFFFFFFFF;
+    const std::string files[] = {
+        repeated({272, 2, huge, 0, {}}, 0),
+        repeated({37500, 7, huge, 0, {}}, 8),
+        repeated({318, 5, huge, 0, {}}, 8),
+        repeated({318, 10, huge, 0, {}}, huge),
+        repeated({37121, 12, huge, 0, {}}, huge - 7),
+        repeated({34665, 4, 1, 0, {}}, 8),           // leads to where it stands
+        repeated({34665, 4, 1, 0, {}}, huge),        // leads far away
+        repeated({34665, 9, 1, 0, {}}, 0x80000005),  // leads to before the block
+        repeated({34665, 2, 4, 0, {}}, 0x39653939),  // "9e99"
+        builder.Head().substr(0, 16) + builder.Number(huge, 4),
+        std::string("Exif\0", 5),
+        std::string(4091, ' ') + std::string("Exif\0", 5),
+    };
+    for (const std::string &bytes : files) {
+        const auto start = std::chrono::steady_clock::now();
+        const clsExif exif = Read(bytes);
+        EXPECT_LT(exif.ListInfo().size(), 4u << 20);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << bytes.substr(20, 16);
+        EXPECT_EQ(exif.Status(), clsExif::ReadStatus::Success);
+    }
+}
+
+}  // namespace pixmora
