@@ -90,10 +90,12 @@ void SetPath(std::string path) {
 void InstallHtdocs() {
     const std::string installed = Path() + "\\htdocs";
     if (FileExists(installed)) return;
-    const fs::path shipped = ExecutableFolder().parent_path() / "share" / "pixmora" / "htdocs";
-    const std::string source = ProgramPath(shipped.string());
+    const fs::path shipped = ExecutableFolder().parent_path() / "share" / "pixmora";
+    const std::string source = ProgramPath((shipped / "htdocs").string());
     if (!IsDirectory(source))
-        throw RunTimeError(ErrorNumber::FileNotFound, "The program's htdocs folder is missing: " + shipped.string());
+        throw RunTimeError(ErrorNumber::FileNotFound, "The program's htdocs folder is missing: " + SystemPath(source));
+    const std::string words = Path() + "\\exif.ini";
+    if (!FileExists(words)) CopyFile(ProgramPath((shipped / "exif.ini").string()), words);
 
     // The folder gets its name when it is whole; what an earlier, interrupted copy left is made anew.
     const std::string partial = Path() + "\\htdocs.part";

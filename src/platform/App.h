@@ -17,7 +17,8 @@ const std::string &Path();
 /// Chooses another folder, for tests, and gives up the lock on the former one. Empty: chosen anew at the next call.
 void SetPath(std::string path);
 
-/// Copies the shipped htdocs into the program's folder when it holds none. @throws RunTimeError when the copy fails
+/// Copies the shipped htdocs, and exif.ini with it, into the program's folder when it holds no htdocs. @throws
+/// RunTimeError when the copy fails
 void InstallHtdocs();
 
 /// Whether another process of this user has the same program's folder. The first call takes the folder's lock and keeps
