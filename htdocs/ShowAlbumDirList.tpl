@@ -15,6 +15,8 @@ a:focus-visible { outline: 2px solid var(--link, #1F57B5); outline-offset: 1px; 
 img { border: 0; vertical-align: middle; }
 table { border-collapse: collapse; }
 td.lblFolder { padding: 1px 6px 1px 0; }
+/* The statistics line brings an indent of its own. */
+td.lblFolder img[src$="blank16.gif"] + img[src$="blank16.gif"][align] { display: none; }
 font.lblFolderSelected { padding: 1px 2px; border-radius: 4px; background: var(--select, #2B6CD4); color: var(--select-ink, #FFFFFF); }
 .site { display: flex; justify-content: space-between; gap: 8px; margin: 0 4px 8px; padding-bottom: 8px;
   border-bottom: 1px solid var(--line, #D5DBE5); }
