@@ -69,7 +69,7 @@ std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Win
 
 void SocketConnection::Send(std::string_view bytes) {
     if (failure_ != 0) return;
-    isSendCompleteDue_ = true;
+    hasSent_ = true;
     if (BytesWaiting() == 0) bytes.remove_prefix(WriteNow(bytes));
     if (failure_ == 0 && !bytes.empty()) {
         if (unsentStart_ > unsent_.size() / 2) unsent_.erase(0, std::exchange(unsentStart_, 0));
@@ -156,7 +156,11 @@ bool SocketConnection::WantsToRead() const {
 
 bool SocketConnection::WantsToWrite() const {
     if (state_ != SocketState::Connected) return state_ == SocketState::Connecting;
-    return BytesWaiting() > 0 || (isSendCompleteDue_ && (running_ & SendCompleteHandler) == 0);
+    return BytesWaiting() > 0 || IsSendCompleteDue();
+}
+
+bool SocketConnection::IsSendCompleteDue() const {
+    return hasSent_ && BytesWaiting() == 0 && (running_ & SendCompleteHandler) == 0;
 }
 
 std::uint32_t SocketConnection::Wanted() const {
@@ -176,11 +180,10 @@ void SocketConnection::BecomeConnected() {
 void SocketConnection::Write() {
     if (BytesWaiting() > 0) {
         unsentStart_ += WriteNow(std::string_view(unsent_).substr(unsentStart_));
-        if (failure_ != 0 || BytesWaiting() > 0) return;
-        DropUnsent();
+        if (BytesWaiting() == 0) DropUnsent();
     }
-    if (isSendCompleteDue_ && (running_ & SendCompleteHandler) == 0) {
-        isSendCompleteDue_ = false;
+    if (failure_ == 0 && IsSendCompleteDue()) {
+        hasSent_ = false;
         if (const auto element = element_.lock()) Raise(SendCompleteHandler, element->OnSendComplete);
     }
 }

@@ -52,6 +52,7 @@ private:
 
     bool WantsToRead() const;
     bool WantsToWrite() const;
+    bool IsSendCompleteDue() const;
     bool IsCloseDue() const;
     std::uint32_t Wanted() const;
 
@@ -69,7 +70,7 @@ private:
     std::size_t unsentStart_ = 0;  ///< an offset, so that a slow reader of a big answer costs no copying
     unsigned running_ = 0;         ///< the handlers on the stack
     int failure_ = 0;              ///< errno that waits to be raised
-    bool isSendCompleteDue_ = false;
+    bool hasSent_ = false;         ///< SendComplete owes an event
     bool isInputEnded_ = false;
     bool isCloseRaised_ = false;
 };

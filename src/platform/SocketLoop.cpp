@@ -30,7 +30,8 @@ constexpr std::size_t receiveLimit = 65536;
 constexpr auto lingerTime = std::chrono::seconds(1);
 constexpr std::size_t lingerBytes = 65536;
 constexpr std::size_t lingerCount = 128;  // descriptors that peers who never end their side can hold for lingerTime
-constexpr int eventsPerTurn = 16;         // what sockets may do before timers and posted events get their turn
+constexpr int eventsPerTurn = 16;         // what sockets may do before timers and posted events get their turn,
+constexpr auto turnTime = std::chrono::milliseconds(1);  // and how long
 constexpr rlim_t reservedDescriptors = 16;
 constexpr rlim_t wantedDescriptors = 4096;
 
@@ -97,14 +98,17 @@ private:
     }
 
     /// One at a time, so that no event is for a descriptor which the handler of the one before has closed. The kernel
-    /// goes round among the ready ones.
+    /// goes round among the ready ones. A handler that has turned the loop ends the turn: waits further out may be
+    /// over.
     void Dispatch() const {
-        for (int count = 0; count < eventsPerTurn; ++count) {
+        const auto end = std::chrono::steady_clock::now() + turnTime;
+        int count = 0;
+        do {
             epoll_event event{};
             if (epoll_wait(Epoll, &event, 1, 0) != 1) return;
             const auto descriptor = static_cast<SocketDescriptor *>(event.data.ptr)->shared_from_this();
             descriptor->OnReady(event.events);
-        }
+        } while (++count < eventsPerTurn && std::chrono::steady_clock::now() < end);
     }
 
     void StartHousekeeping() {

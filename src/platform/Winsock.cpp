@@ -123,7 +123,7 @@ struct Winsock::Implementation {
 
     // At most one of these three.
     std::shared_ptr<Listener> listener;
-    std::shared_ptr<const int> lookup;  ///< the id of a name's resolution; a result that finds it gone comes too late
+    std::shared_ptr<const bool> lookup;  ///< a name is being resolved; a result that finds this gone comes too late
     std::shared_ptr<SocketConnection> connection;
 
     void ConnectTo(std::weak_ptr<Winsock> element, const in_addr &address) {
@@ -205,14 +205,13 @@ void Winsock::Connect() {
         implementation_->ConnectTo(weak_from_this(), address);
         return;
     }
-    const auto lookup = std::make_shared<int>();
+    const auto lookup = std::make_shared<const bool>(true);
     implementation_->lookup = lookup;
     const auto finish = [element = weak_from_this(), current = std::weak_ptr(lookup)](const QHostInfo &result) {
         const auto self = element.lock();
         if (self && !current.expired()) self->implementation_->FinishLookup(self, result);
     };
-    *lookup = QHostInfo::lookupHost(QString::fromStdString(implementation_->remoteHost), QCoreApplication::instance(),
-                                    finish);
+    QHostInfo::lookupHost(QString::fromStdString(implementation_->remoteHost), QCoreApplication::instance(), finish);
 }
 
 const std::string &Winsock::RemoteHostIP() const {
@@ -234,7 +233,7 @@ std::string Winsock::GetData() {
 
 void Winsock::Close() {
     if (const auto listener = std::exchange(implementation_->listener, nullptr)) listener->Close();
-    if (const auto lookup = std::exchange(implementation_->lookup, nullptr)) QHostInfo::abortHostLookup(*lookup);
+    implementation_->lookup.reset();  // left to run out: QHostInfo leaks the callback of one that is aborted
     if (const auto connection = std::exchange(implementation_->connection, nullptr)) connection->Finish();
 }
 

@@ -1,0 +1,151 @@
+// Waits inside waits, timers inside both, and errors that no handler caught.
+#include "platform/MessageLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractEventDispatcher>
+#include <QObject>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/ProcessorTime.h"
+
+namespace pixmora {
+namespace {
+
+/// Waits as a page does: over and over until the moment has come.
+void WaitThrough(Tick moment) {
+    while (GetTickCount() < moment) WaitUntilTick(moment);
+}
+
+TEST(MessageLoopWait, IdlesHoweverManyWaitsAreNested) {
+    (new QObject)->deleteLater();  // one that an outer loop has to delete, so it stays pending
+    const Tick start = GetTickCount();
+    int waiting = 0;
+    int deepest = 0;
+    Timer timer;
+    timer.OnTimer = [&] {
+        timer.SetEnabled(false);
+        deepest = std::max(deepest, ++waiting);
+        Timer next;
+        if (waiting < 20) {
+            next.OnTimer = [&] {
+                next.SetEnabled(false), timer.OnTimer();
+            };
+            next.SetInterval(10);
+            next.SetEnabled(true);
+        }
+        WaitThrough(start + 800);
+        --waiting;
+    };
+    timer.SetInterval(10);
+    timer.SetEnabled(true);
+    const double before = test::ProcessorSeconds();
+    WaitThrough(start + 700);
+    EXPECT_LT(test::ProcessorSeconds() - before, 0.2);
+    EXPECT_EQ(deepest, 20);
+    EXPECT_GE(GetTickCount() - start, 800) << "the innermost ends first";
+    EXPECT_LT(GetTickCount() - start, 1500);
+}
+
+TEST(MessageLoopWait, EndsWithTheFirstEventOrTheMoment) {
+    Timer timer;
+    int ticks = 0;
+    timer.OnTimer = [&] {
+        ++ticks;
+    };
+    timer.SetInterval(20);
+    timer.SetEnabled(true);
+    const Tick start = GetTickCount();
+    WaitUntilTick(start + 5000);
+    EXPECT_LT(GetTickCount() - start, 2500);
+    WaitUntilTick(start - 1);
+    EXPECT_LT(GetTickCount() - start, 2500) << "a moment that is past";
+    timer.SetEnabled(false);
+    const Tick end = GetTickCount() + 60;
+    WaitThrough(end);
+    EXPECT_LE(ticks, 2);
+}
+
+TEST(MessageLoopWait, MovesASetClockWhenNothingIsPending) {
+    ClockSetForTest clock(0, MakeDate(2004, 3, 1));
+    bool hasRun = false;
+    QMetaObject::invokeMethod(
+        QAbstractEventDispatcher::instance(), [&] { hasRun = true; }, Qt::QueuedConnection);
+    while (!hasRun) {
+        EXPECT_EQ(GetTickCount(), 0) << "events come first";
+        WaitUntilTick(500);
+    }
+    WaitThrough(500);
+    EXPECT_EQ(GetTickCount(), 500);
+}
+
+TEST(MessageLoopTimer, TicksWhileEnabledWithAnInterval) {
+    Timer timer;
+    int ticks = 0;
+    timer.OnTimer = [&] {
+        ++ticks;
+        WaitThrough(GetTickCount() + 30);  // it does not tick inside itself
+        EXPECT_EQ(timer.Tag, "own");
+    };
+    timer.Tag = "own";
+    EXPECT_FALSE(timer.Enabled());
+    timer.SetEnabled(true);
+    WaitThrough(GetTickCount() + 20);
+    EXPECT_EQ(ticks, 0) << "an interval of 0";
+    timer.SetInterval(10);
+    EXPECT_EQ(timer.Interval(), 10);
+    while (ticks < 3) WaitUntilTick(GetTickCount() + 1000);
+    timer.SetEnabled(false);
+    ticks = 0;
+    WaitThrough(GetTickCount() + 40);
+    EXPECT_EQ(ticks, 0);
+}
+
+TEST(MessageLoopTimer, MayBeDestroyedByItsHandler) {
+    auto timer = std::make_unique<Timer>();
+    bool hasRun = false;
+    timer->OnTimer = [&, captured = std::string(100, 'x')] {
+        timer.reset();
+        DoEvents();
+        hasRun = captured.size() == 100;
+    };
+    timer->SetInterval(1);
+    timer->SetEnabled(true);
+    WaitUntilTick(GetTickCount() + 5000);
+    EXPECT_TRUE(hasRun);
+}
+
+TEST(MessageLoop, RunsUntilItIsToldToQuit) {
+    Timer timer;
+    timer.OnTimer = [] {
+        QuitMessageLoop(3);
+    };
+    timer.SetInterval(1);
+    timer.SetEnabled(true);
+    EXPECT_EQ(RunMessageLoop(), 3);
+    timer.SetEnabled(false);
+    QuitMessageLoop(4);
+    EXPECT_EQ(RunMessageLoop(), 4) << "told before it began";
+}
+
+TEST(MessageLoop, EndsTheProcessOnAnErrorThatNoHandlerCaught) {
+    const auto overflow = [] {
+        throw RunTimeError(ErrorNumber::Overflow);
+    };
+    EXPECT_EXIT(RunEventHandler(overflow), testing::ExitedWithCode(70), "^Overflow\n$");
+
+    std::vector<ErrorNumber> errors;
+    SetUnhandledErrorHandler([&](const RunTimeError &error) { errors.push_back(error.Number()); });
+    RunEventHandler(overflow);
+    RunEventHandler([] {});
+    SetUnhandledErrorHandler(nullptr);
+    EXPECT_EQ(errors, std::vector{ErrorNumber::Overflow});
+    EXPECT_THROW(RunEventHandler([] { throw std::length_error("a bug"); }), std::length_error)
+        << "not an event's business";
+}
+
+}  // namespace
+}  // namespace pixmora

@@ -1,0 +1,519 @@
+// The Winsock element against clients of every kind: half-closed, vanished, stalled, too many.
+#include "platform/Winsock.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/MessageLoop.h"
+#include "support/Client.h"
+#include "support/ProcessorTime.h"
+
+namespace pixmora {
+namespace {
+
+using test::Client;
+using test::Fetch;
+using test::TurnUntil;
+using testing::ElementsAre;
+using Element = std::shared_ptr<Winsock>;
+using ElementHandler = std::function<void(const Element &)>;
+
+/// Bytes of which no two stretches are alike, so that a lost or doubled chunk shows.
+std::string Pattern(std::size_t size) {
+    std::string bytes(size, '\0');
+    std::uint32_t state = 1;
+    for (char &byte : bytes) byte = static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+    return bytes;
+}
+
+/// The process's descriptors, when those of connections that have ended on both sides are gone.
+int DescriptorCount() {
+    TurnUntil([] { return false; }, std::chrono::milliseconds(20));
+    int count = 0;
+    DIR *const folder = opendir("/proc/self/fd");
+    while (readdir(folder) != nullptr) ++count;
+    closedir(folder);
+    return count;
+}
+
+/// Accepts like the program: an element for each connection. Closes it when an answer has left, unless told otherwise.
+class Server {
+public:
+    explicit Server(ElementHandler onRequest) : OnRequest(std::move(onRequest)) {
+        Listening->OnConnectionRequest = [this](int requestId) {
+            const Element element = Winsock::Create();
+            element->Index = static_cast<int>(Elements.size());
+            Elements.push_back(element);
+            const std::weak_ptr<Winsock> weak = element;
+            element->OnDataArrival = [this, weak](std::size_t) {
+                Log("arrival"), OnRequest(weak.lock());
+            };
+            element->OnSendComplete = [this, weak] {
+                Log("complete"), OnComplete(weak.lock());
+            };
+            element->OnClose = [this, weak] {
+                Log("close"), weak.lock()->Close();
+            };
+            element->OnError = [this, weak](int, const std::string &) {
+                Log("error"), weak.lock()->Close();
+            };
+            if (SendBufferSize > 0)
+                setsockopt(requestId, SOL_SOCKET, SO_SNDBUF, &SendBufferSize, sizeof SendBufferSize);
+            element->Accept(requestId);
+        };
+        Listening->Listen();
+    }
+
+    int Port() const { return Listening->LocalPort(); }
+    void Log(const char *event) {
+        if (Events.size() < 10) Events.emplace_back(event);
+    }
+
+    const Element Listening = Winsock::Create();
+    std::vector<Element> Elements;
+    std::vector<std::string> Events;  ///< the first ten
+    int SendBufferSize = 0;           ///< 0: the system's
+    ElementHandler OnRequest;
+    ElementHandler OnComplete = [](const Element &element) {
+        element->Close();
+    };
+};
+
+void Answer(const Element &element, std::string_view bytes) {
+    element->GetData();
+    element->SendData(bytes);
+}
+
+/// Goes on with the answer 1024 bytes an event, and closes at its end.
+ElementHandler SendInChunks(const std::string &answer) {
+    return [&answer, sent = std::map<int, std::size_t>()](const Element &element) mutable {
+        std::size_t &position = sent[element->Index];
+        if (position == answer.size()) return element->Close();
+        const auto chunk = std::string_view(answer).substr(position, 1024);
+        position += chunk.size();
+        element->SendData(chunk);
+    };
+}
+
+TEST(WinsockListen, RefusesWhatItCannotHave) {
+    Server first([](const Element &) {});
+    const Element second = Winsock::Create();
+    const auto errorOfPort = [&](int port) {
+        second->SetLocalPort(port);
+        try {
+            second->Listen();
+        } catch (const RunTimeError &error) {
+            return error.Number();
+        }
+        return ErrorNumber{};
+    };
+    EXPECT_EQ(errorOfPort(first.Port()), ErrorNumber::AddressInUse);
+    EXPECT_EQ(errorOfPort(65536), ErrorNumber::InvalidProcedureCall);
+    EXPECT_EQ(errorOfPort(-1), ErrorNumber::InvalidProcedureCall);
+    EXPECT_EQ(second->State(), SocketState::Closed);
+
+    const int port = first.Port();
+    first.Listening->Close();
+    EXPECT_EQ(errorOfPort(port), ErrorNumber{}) << "the port is free again";
+    EXPECT_EQ(second->State(), SocketState::Listening);
+}
+
+TEST(WinsockListen, ClosesAConnectionThatNobodyAccepts) {
+    const Element listening = Winsock::Create();
+    int offered = -1;
+    listening->OnConnectionRequest = [&](int requestId) {
+        offered = requestId;
+    };
+    listening->Listen();
+    Client client(listening->LocalPort());
+    EXPECT_EQ(client.ReceiveAll(), "");
+    const Element late = Winsock::Create();
+    late->Accept(offered);
+    EXPECT_EQ(late->State(), SocketState::Closed);
+}
+
+TEST(WinsockConnect, TalksWithAListeningElement) {
+    Server server([](const Element &element) { element->SendData("re: " + element->GetData()); });
+    for (const char *host : {"127.0.0.1", "localhost"}) {
+        SCOPED_TRACE(host);
+        std::string received;
+        const Element client = Winsock::Create();
+        client->OnConnect = [&] {
+            client->SendData("hello");
+        };
+        client->OnDataArrival = [&](std::size_t) {
+            received += client->GetData();
+        };
+        client->OnClose = [&] {
+            client->Close();
+        };
+        client->SetRemoteHost(host);
+        client->SetRemotePort(server.Port());
+        client->Connect();
+        EXPECT_NE(client->State(), SocketState::Connected) << "that comes from the loop";
+        EXPECT_TRUE(TurnUntil([&] { return client->State() == SocketState::Closed; }));
+        EXPECT_EQ(received, "re: hello");
+        EXPECT_EQ(client->RemoteHostIP(), "127.0.0.1");
+        EXPECT_EQ(server.Elements.back()->RemoteHostIP(), "127.0.0.1");
+    }
+}
+
+TEST(WinsockConnect, TellsFailuresFromTheLoop) {
+    int freePort = 0;
+    {
+        Server gone([](const Element &) {});
+        freePort = gone.Port();
+    }
+    const struct {
+        const char *name;
+        const char *host;
+        int port;
+        int error;
+    } cases[] = {
+        {"refused", "127.0.0.1", freePort, ECONNREFUSED},
+        {"unknown name", "nonexistent.invalid", 80, EHOSTUNREACH},
+        {"no name", "", 80, EHOSTUNREACH},
+        {"port out of range", "127.0.0.1", 70000, EINVAL},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.name);
+        int error = 0;
+        const Element element = Winsock::Create();
+        element->OnError = [&](int number, const std::string &) {
+            error = number;
+        };
+        element->SetRemoteHost(row.host);
+        element->SetRemotePort(row.port);
+        element->Connect();
+        EXPECT_EQ(error, 0);
+        EXPECT_TRUE(TurnUntil([&] { return error != 0; }));
+        EXPECT_EQ(error, row.error);
+        EXPECT_EQ(element->State(), SocketState::Error);
+
+        element->Close();
+        element->Connect();
+        element->Close();
+        error = 0;
+        EXPECT_FALSE(TurnUntil([&] { return error != 0; }, std::chrono::milliseconds(20))) << "an event after Close";
+    }
+}
+
+TEST(WinsockSend, GivesAHalfClosedClientTheWholeAnswer) {
+    const std::string answer = Pattern(5'000'000);
+    const auto wait = [](const Element &element) {
+        element->GetData();
+        WaitUntilTick(GetTickCount() + 20);
+        DoEvents();
+    };
+    const struct {
+        const char *name;
+        ElementHandler onRequest;
+        ElementHandler onComplete;
+    } cases[] = {
+        {"at once", [&](const Element &element) { Answer(element, answer); }, nullptr},
+        {"after a wait in the handler", [&](const Element &element) { wait(element), element->SendData(answer); },
+         nullptr},
+        {"in chunks", [&](const Element &element) { Answer(element, "head"); },
+         [send = SendInChunks(answer)](const Element &element) {
+             send(element), DoEvents();
+         }},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.name);
+        Server server(row.onRequest);
+        if (row.onComplete) server.OnComplete = row.onComplete;
+        Client client(server.Port());
+        client.Send("GET / HTTP/1.0\r\n\r\n");
+        client.HalfClose();
+        EXPECT_TRUE(client.ReceiveAll() == (row.onComplete ? "head" + answer : answer));
+    }
+}
+
+TEST(WinsockSend, RaisesCloseWhenAllHasLeft) {
+    Server server([](const Element &element) { Answer(element, "done"); });
+    server.OnComplete = [](const Element &) {
+    };
+    Client client(server.Port());
+    client.Send("x");
+    client.HalfClose();
+    EXPECT_EQ(client.ReceiveAll(), "done");
+    EXPECT_THAT(server.Events, ElementsAre("arrival", "complete", "close"));
+}
+
+TEST(WinsockSend, RaisesErrorWhenTheClientHasVanished) {
+    std::unique_ptr<Client> client;
+    const auto wait = [](const Element &element) {
+        TurnUntil([&] { return element->State() != SocketState::Connected; });
+        EXPECT_THROW(element->SendData("late"), RunTimeError);
+    };
+    const struct {
+        const char *name;
+        ElementHandler onRequest;
+    } cases[] = {
+        {"while its answer waits",
+         [&](const Element &element) {
+             Answer(element, std::string(20'000'000, 'x')), client->Reset();
+         }},
+        {"before its answer",
+         [&](const Element &element) {
+             client->Reset(), Answer(element, "x");
+         }},
+        {"while the handler waits",
+         [&](const Element &element) {
+             client->Reset(), wait(element);
+         }},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.name);
+        Server server(row.onRequest);
+        client = std::make_unique<Client>(server.Port());
+        client->Send("x");
+        EXPECT_TRUE(TurnUntil([&] { return server.Events.size() == 2; }));
+        EXPECT_THAT(server.Events, ElementsAre("arrival", "error"));
+        EXPECT_EQ(server.Elements[0]->State(), SocketState::Closed);
+    }
+}
+
+TEST(WinsockSend, HoldsABigAnswerForAStalledReaderWhileOthersAreServed) {
+    const std::string answer = Pattern(64'000'000);
+    Server server([&](const Element &element) { element->SendData(element->GetData() == "big" ? answer : "small"); });
+    server.SendBufferSize = 65536;  // many writes: copying what waits with each would take many seconds
+    Client stalled(server.Port(), "127.0.0.2");
+    stalled.Send("big");
+    stalled.HalfClose();
+    EXPECT_TRUE(TurnUntil([&] { return !server.Events.empty(); }));
+    EXPECT_EQ(server.Elements[0]->RemoteHostIP(), "127.0.0.2");
+    EXPECT_GT(server.Elements[0]->BytesWaiting(), answer.size() / 2);
+
+    const double before = test::ProcessorSeconds();
+    const Tick end = GetTickCount() + 300;
+    while (GetTickCount() < end) WaitUntilTick(end);
+    EXPECT_LT(test::ProcessorSeconds() - before, 0.15) << "neither the full buffer nor the end of input may spin";
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(Fetch(server.Port(), "x"), "small");
+    EXPECT_TRUE(stalled.ReceiveAll() == answer);
+    EXPECT_LT(test::ProcessorSeconds() - before, 2);
+}
+
+TEST(WinsockReceive, KeepsAFloodOutUntilItIsFetched) {
+    const std::string flood = Pattern(30'000'000);
+    Server server([](const Element &) {});
+    Client client(server.Port());
+    std::string_view rest = flood;
+    const auto pour = [&] {
+        rest.remove_prefix(client.SendSome(rest));
+        return rest.empty();
+    };
+    EXPECT_FALSE(TurnUntil(pour, std::chrono::milliseconds(200))) << "somebody has taken 30 MB in";
+    EXPECT_THAT(server.Events, ElementsAre("arrival"));
+
+    std::string received;
+    server.OnRequest = [&](const Element &element) {
+        const std::string bytes = element->GetData();
+        EXPECT_LE(bytes.size(), 65536U);
+        received += bytes;
+    };
+    server.OnRequest(server.Elements[0]);
+    EXPECT_TRUE(TurnUntil([&] { return pour() && received.size() == flood.size(); }));
+    EXPECT_TRUE(received == flood);
+}
+
+TEST(WinsockEvents, ComeWhileEveryHandlerTurnsTheLoop) {
+    const std::string answer = Pattern(60'000);
+    int depth = 0;
+    int deepest = 0;
+    const auto turning = [&](ElementHandler handler) -> ElementHandler {
+        return [&, handler](const Element &element) {
+            deepest = std::max(deepest, ++depth);
+            handler(element);
+            DoEvents();
+            WaitUntilTick(GetTickCount() + 1);
+            --depth;
+        };
+    };
+    Server server(turning([](const Element &element) { Answer(element, "head"); }));
+    server.OnComplete = turning(SendInChunks(answer));
+    std::vector<Client> clients;
+    for (int i = 0; i < 6; ++i) {
+        clients.emplace_back(server.Port());
+        clients.back().Send("x");
+        if (i % 2 == 0) clients.back().HalfClose();
+    }
+    for (Client &client : clients) EXPECT_TRUE(client.ReceiveAll() == "head" + answer);
+    EXPECT_LE(deepest, 12) << "at most a request and a chunk of each connection on the stack";
+}
+
+TEST(WinsockEvents, AreFairlySpread) {
+    const std::string answer = Pattern(2'000'000);
+    Server server([](const Element &element) { Answer(element, "h"); });
+    std::map<int, int> chunks;
+    server.OnComplete = [&, send = SendInChunks(answer)](const Element &element) mutable {
+        ++chunks[element->Index];
+        send(element);
+    };
+    std::vector<Client> clients;
+    for (int i = 0; i < 4; ++i) clients.emplace_back(server.Port()).Send("x");
+    EXPECT_TRUE(TurnUntil([&] {
+        for (Client &client : clients) client.Receive();
+        return clients[0].HasEnded();
+    }));
+    for (int i = 1; i < 4; ++i) EXPECT_GT(chunks[i], 1000) << "of 1955, when the first is through";
+    for (Client &client : clients) EXPECT_EQ(client.ReceiveAll().size(), answer.size() + 1);
+}
+
+TEST(WinsockEvents, SurviveThatTheirHandlerDropsTheElement) {
+    Element listening = Winsock::Create();
+    Element accepted;
+    int dropped = 0;
+    const auto drop = [&](Element &element) {
+        const std::string captured = "in a handler that goes with its element";
+        return [&, captured](auto &&...) {
+            element->OnClose = element->OnSendComplete = nullptr;
+            element.reset();
+            DoEvents();
+            dropped += captured.empty() ? 0 : 1;
+        };
+    };
+    const auto listenAgain = [&](auto setUp) {
+        listening = Winsock::Create();
+        listening->OnConnectionRequest = [&, setUp](int requestId) {
+            accepted = Winsock::Create();
+            setUp();
+            accepted->Accept(requestId);
+        };
+        listening->Listen();
+        return listening->LocalPort();
+    };
+    const auto expectDrop = [&](const char *event, int count) {
+        EXPECT_TRUE(TurnUntil([&] { return dropped == count; })) << event;
+    };
+
+    Client first(listenAgain([&] { accepted->OnDataArrival = drop(accepted); }));
+    first.Send("x");
+    expectDrop("DataArrival", 1);
+
+    Client second(listenAgain([&] {
+        accepted->OnDataArrival = [&](std::size_t) {
+            Answer(accepted, "x");
+        };
+        accepted->OnSendComplete = drop(accepted);
+    }));
+    second.Send("x");
+    expectDrop("SendComplete", 2);
+    EXPECT_EQ(second.ReceiveAll(), "x");
+
+    Client third(listenAgain([&] { accepted->OnClose = drop(accepted); }));
+    third.HalfClose();
+    expectDrop("Close", 3);
+
+    Client fourth(listenAgain([&] { accepted->OnError = drop(accepted); }));
+    TurnUntil([&] { return accepted != nullptr; });
+    fourth.Reset();
+    expectDrop("Error", 4);
+
+    Element connecting = Winsock::Create();
+    connecting->OnConnect = drop(connecting);
+    connecting->SetRemoteHost("127.0.0.1");
+    connecting->SetRemotePort(listenAgain([] {}));
+    connecting->Connect();
+    expectDrop("Connect", 5);
+
+    listening->OnConnectionRequest = drop(listening);
+    Client fifth(listening->LocalPort());
+    expectDrop("ConnectionRequest", 6);
+}
+
+TEST(WinsockClose, DeliversTheAnswerDespiteUnreadInput) {
+    const std::string answer = Pattern(500'000);
+    Server server([&](const Element &element) { element->SendData(answer); });
+    const int before = DescriptorCount();
+    {
+        Client client(server.Port(), "127.0.0.1", 4096);
+        client.Send("request and " + std::string(60'000, 'x'));
+        EXPECT_TRUE(TurnUntil([&] { return !server.Elements.empty(); }));
+        client.WaitForBytes(10'000);
+        client.Send(std::string(10'000, 'y'));
+        EXPECT_TRUE(client.ReceiveAll() == answer);
+        EXPECT_EQ(server.Elements[0]->State(), SocketState::Closed);
+        client.Send("more");
+        EXPECT_TRUE(TurnUntil([&] { return DescriptorCount() == before + 1; }))
+            << "a client who never ends its side keeps the descriptor";
+    }
+    EXPECT_EQ(DescriptorCount(), before);
+}
+
+TEST(WinsockClose, GivesTheDescriptorOfAStalledReaderUpAtOnce) {
+    Server server([](const Element &element) { Answer(element, std::string(20'000'000, 'x')); });
+    const int before = DescriptorCount();
+    Client client(server.Port());
+    client.Send("x");
+    EXPECT_TRUE(TurnUntil([&] { return !server.Events.empty(); }));
+    server.Elements[0]->Close();
+    EXPECT_EQ(DescriptorCount(), before + 1) << "the client's own";
+}
+
+/// Lowers the limit of descriptors for the length of a test.
+class DescriptorLimit {
+public:
+    /// @param spare how many more may be opened
+    explicit DescriptorLimit(unsigned spare) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        const int lowest = dup(0);
+        close(lowest);
+        const rlimit lowered{static_cast<rlim_t>(lowest) + spare, before_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &lowered);
+    }
+    ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before_); }
+    DescriptorLimit(const DescriptorLimit &) = delete;
+    DescriptorLimit &operator=(const DescriptorLimit &) = delete;
+
+private:
+    rlimit before_{};
+};
+
+TEST(WinsockListen, WaitsIdlyWhileDescriptorsAreUsedUpAndThenGoesOn) {
+    Server server([](const Element &element) { Answer(element, "late but whole"); });
+    std::vector<Client> clients;
+    for (int i = 0; i < 60; ++i) clients.emplace_back(server.Port());
+    {
+        const DescriptorLimit limit(16 + 10);
+        const double before = test::ProcessorSeconds();
+        const Tick end = GetTickCount() + 1500;
+        while (GetTickCount() < end) WaitUntilTick(end);
+        EXPECT_LT(test::ProcessorSeconds() - before, 0.3);
+        const std::size_t first = server.Elements.size();
+        EXPECT_GE(first, 10U);
+        EXPECT_LE(first, 12U) << "more when an earlier test's connection has ended meanwhile";
+        const int file = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        EXPECT_GE(file, 0) << "files have room";
+        close(file);
+
+        for (std::size_t i = 0; i < clients.size(); ++i) {
+            clients[i].Send("x");
+            EXPECT_EQ(clients[i].ReceiveAll(), "late but whole");
+            clients[i].HalfClose();
+            const std::size_t accepted = std::min(clients.size(), first + i + 1);
+            EXPECT_TRUE(TurnUntil([&] { return server.Elements.size() == accepted; }));
+        }
+        EXPECT_LT(GetTickCount() - end, 5000) << "each that is closed makes room for one more at once";
+    }
+    Client other(server.Port());
+    {
+        const DescriptorLimit limit(5);
+        EXPECT_FALSE(TurnUntil([&] { return server.Elements.size() > 60; }, std::chrono::milliseconds(100)));
+    }
+    other.Send("x");
+    EXPECT_EQ(other.ReceiveAll(), "late but whole") << "room that others made is found too";
+}
+
+}  // namespace
+}  // namespace pixmora
