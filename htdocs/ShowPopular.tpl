@@ -11,7 +11,7 @@ img { border: 0; }
 .heading { display: flex; flex-wrap: wrap; align-items: center; justify-content: space-between; gap: 6px 16px; padding: 14px 20px 10px; }
 .heading h1 { margin: 0; overflow-wrap: anywhere; }
 .view { white-space: nowrap; }
-.view img, .toolbar img { vertical-align: middle; }
+.view img, .toolbar img { margin: 0 2px; vertical-align: middle; }
 .toolbar { display: flex; flex-wrap: wrap; align-items: center; justify-content: center; gap: 4px 14px; padding: 6px 20px;
   position: sticky; top: 0; z-index: 1; background: var(--page, #FFFFFF);
   border-top: 1px solid var(--line, #D5DBE5); border-bottom: 1px solid var(--line, #D5DBE5); }
@@ -26,6 +26,7 @@ td.tdPictureCell[id] { vertical-align: middle; padding: 8px; }
 td.tdPictureCell[id] > font { display: block; width: min-content; min-width: 112px; margin: 0 auto; overflow-wrap: anywhere; }
 td.tdPictureCell[id] img { height: auto; margin-bottom: 4px; }
 td.tdPictureCell img[src^="ShowPicture"][width] { aspect-ratio: auto 4 / 3; background: var(--tint, #F3F6FB); }
+img[src$="directory.gif"] { vertical-align: middle; }
 .about { padding: 0 20px 20px; text-align: center; }
 .framed #home { display: none; }
 /* Thumbnails wrap where the window is too narrow for the owner's number of files in a row. */
