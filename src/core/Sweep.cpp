@@ -33,15 +33,15 @@ void HandleConnectionsTick() {
     RecordStat(Stat::RunningTime, NoAlbum, 1);
     std::string &countdown = gSystray->tmrConnections.Tag;
     countdown = std::to_string(CLng(countdown) - 1);
-    if (countdown == "0") {
-        countdown = TicksBetweenReports;
-        SendPing();
-    }
+    const bool isReportDue = countdown == "0";
+    if (isReportDue) countdown = TicksBetweenReports;
     SweepVisitors();
     SweepDownloadCookies();
     SweepTransfers();
     // What a power cut could take is thus a minute of counts at most.
     gDatabase->Checkpoint();
+    // Last, because it waits for the central service, and the sweep does not.
+    if (isReportDue) SendPing();
 }
 
 void SweepVisitors() {
