@@ -1,6 +1,8 @@
 # What every target of the project is compiled with.
 add_library(pixmora_options INTERFACE)
 target_compile_options(pixmora_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor)
+# g++ 12 sees overlaps in its own std::string's concatenations that aren't there.
+target_compile_options(pixmora_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(PIXMORA_WERROR)
   target_compile_options(pixmora_options INTERFACE -Werror)
 endif()
