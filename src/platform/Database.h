@@ -144,8 +144,8 @@ public:
     /// doesn't fit
     void AddNew();
     void Edit();
-    void Set(std::string_view field, FieldValue value);
-    void Set(int ordinal, FieldValue value);
+    void Set(std::string_view field, const FieldValue &value);
+    void Set(int ordinal, const FieldValue &value);
     void Update();
     /// Deletes the current row; FindNext and MoveNext go on from where it stood.
     void Delete();

@@ -209,11 +209,11 @@ void Recordset::Edit() {
     self.BeginPending(Pending::ChangedRow);
 }
 
-void Recordset::Set(std::string_view field, FieldValue value) {
+void Recordset::Set(std::string_view field, const FieldValue &value) {
     Open().SetAt(Open().ColumnNamed(field), value);
 }
 
-void Recordset::Set(int ordinal, FieldValue value) {
+void Recordset::Set(int ordinal, const FieldValue &value) {
     Open().SetAt(Open().ColumnAt(ordinal), value);
 }
 

@@ -74,7 +74,7 @@ void CountDirVisit(std::string_view albumName, std::string_view dirPath) {
 }
 
 std::string LastPathPart(std::string_view path) {
-    const std::string text = Replace(std::string(path), "/", "\\");
+    std::string text = Replace(std::string(path), "/", "\\");
     if (text == "\\") return text;
     const std::size_t separator = text.rfind('\\');
     return separator == std::string::npos ? text : text.substr(separator + 1);

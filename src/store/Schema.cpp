@@ -110,13 +110,13 @@ void Publish(int version) {
     RemoveUnfinished(version);
 }
 
-void CreateVersion9() {
-    RemoveUnfinished(9);
-    gDatabase = Database::CreateDatabase(UnfinishedPath(9));
+void CreateCurrentVersion() {
+    RemoveUnfinished(CurrentSchemaVersion);
+    gDatabase = Database::CreateDatabase(UnfinishedPath(CurrentSchemaVersion));
     Transaction transaction(*gDatabase);
     for (const Table &table : SchemaTables()) CreateTable(table);
     transaction.Commit();
-    Publish(9);
+    Publish(CurrentSchemaVersion);
 }
 
 bool HasField(std::string_view table, std::string_view name) {
@@ -197,16 +197,16 @@ std::string DatabasePath(int version) {
 }
 
 bool OpenOrCreateDatabase() {
-    while (!FileExists(DatabasePath(9))) {
+    while (!FileExists(DatabasePath(CurrentSchemaVersion))) {
         if (FileExists(DatabasePath(8))) {
             if (!Upgrade(8, StepFrom8To9)) return false;
         } else if (FileExists(DatabasePath(7))) {
             if (!Upgrade(7, StepFrom7To8)) return false;
         } else {
-            CreateVersion9();
+            CreateCurrentVersion();
         }
     }
-    return Open(DatabasePath(9));
+    return Open(DatabasePath(CurrentSchemaVersion));
 }
 
 void CreateStatsRecent() {

@@ -6,6 +6,9 @@
 
 namespace pixmora {
 
+/// The version of the files that the program works on.
+inline constexpr int CurrentSchemaVersion = 9;
+
 /// The database file of a schema version, in the program's folder.
 std::string DatabasePath(int version);
 

@@ -227,6 +227,7 @@ TEST_F(DatabaseTest, MakesAScopesChangesTogetherOrNotAtAll) {
         Transaction inner(*database);
         Add(*database, 4);
         database->CreateTable("U", {{"A", FieldType::Long}});
+        EXPECT_EQ(database->Fields("U").size(), 1U);
         inner.Commit();
     }
     EXPECT_EQ(kept(), "1,3\n");
