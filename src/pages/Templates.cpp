@@ -62,8 +62,8 @@ std::string LoginNameText(std::string_view username) {
 }
 
 double Rnd() {
-    std::random_device device;  // no seed and no state of our own, so no page can foresee another's draw
-    return std::uniform_real_distribution<double>(0, 1)(device);
+    static std::mt19937 generator{std::random_device{}()};  // one for the process: each seed costs as much as a page
+    return std::uniform_real_distribution<double>(0, 1)(generator);
 }
 
 }  // namespace pixmora
