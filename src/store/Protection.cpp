@@ -18,18 +18,21 @@ bool HasRows(const std::string &statement) {
 /// The album's root and each level down to the directory itself: "\a\b" gives "\", "\a", "\a\b".
 std::vector<std::string> DirectoryPrefixes(std::string_view directory) {
     const std::vector<std::string> parts = Split(directory, "\\");
-    std::vector<std::string> prefixes;
+    std::vector<std::string> prefixes = {"\\"};
     std::string prefix;
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (i > 0) prefix += "\\" + parts[i];
-        prefixes.push_back(prefix.empty() ? "\\" : prefix);
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        if (parts[i].empty()) continue;
+        prefix += "\\" + parts[i];
+        prefixes.push_back(prefix);
     }
     return prefixes;
 }
 
-std::string RightsStatement(const std::string &albumName, std::string_view directory) {
-    return "SELECT * FROM PrivateDirs WHERE AlbumName=" + QuotedText(albumName) +
-           " and SubDir=" + QuotedText(ProtectionKey(directory));
+/// The rows of any of the directories, asked for at once: listings ask about each of their entries.
+std::string RightsStatement(const std::string &albumName, const std::vector<std::string> &directories) {
+    std::vector<std::string> tests;
+    for (const std::string &directory : directories) tests.push_back("SubDir=" + QuotedText(ProtectionKey(directory)));
+    return "SELECT * FROM PrivateDirs WHERE AlbumName=" + QuotedText(albumName) + " and (" + Join(tests, " or ") + ")";
 }
 
 }  // namespace
@@ -47,10 +50,7 @@ bool IsRestrictedName(std::string_view name) {
 }
 
 bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory) {
-    const std::string albumName = AlbumByNumber(album)->Name;
-    for (const std::string &prefix : DirectoryPrefixes(directory)) {
-        if (HasRows(RightsStatement(albumName, prefix))) return true;
-    }
+    if (HasRows(RightsStatement(AlbumByNumber(album)->Name, DirectoryPrefixes(directory)))) return true;
     return IsRestrictedName(name);
 }
 
@@ -66,7 +66,8 @@ bool CanViewDir(std::string_view user, std::int32_t album, std::string_view dire
     const FieldValue isAdministrator = account->Value("Admin");
     if (!IsNull(isAdministrator) && AsBoolean(isAdministrator)) return true;
     // Deliberate: a right reaches exactly the directory that it was given for, nothing below it.
-    if (HasRows(RightsStatement(AlbumByNumber(album)->Name, directory) + " and Username=" + QuotedText(user)))
+    if (HasRows(RightsStatement(AlbumByNumber(album)->Name, {std::string(directory)}) +
+                " and Username=" + QuotedText(user)))
         return true;
     message = "Login is correct but you do not have permission to view this directory!";
     return false;
