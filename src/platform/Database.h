@@ -71,9 +71,10 @@ public:
     void AppendField(std::string_view table, const Field &field);
     void DeleteField(std::string_view table, std::string_view field);
 
-    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*` and `?`, ORDER BY, SUM(...) as name, texts in
-    /// single or double quotes, dates between #. Texts compare and sort without regard to ASCII case. @throws
-    /// RunTimeError
+    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*`, `?` and `#`, ORDER BY, SUM(...) as name,
+    /// texts in single or double quotes, dates between #. Texts compare and sort without regard to ASCII case. A
+    /// Snapshot and the result of a function such as SUM refuse changes. @throws RunTimeError SyntaxError,
+    /// ItemNotFound, DatabaseError
     std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
 
     /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last
@@ -108,7 +109,8 @@ private:
 
 /// Rows of a table or statement, with a current row. Opened on the first row, in the order in which rows were added
 /// unless the statement says otherwise. Rows are fetched as they are asked for: opening costs nothing that grows with
-/// the table.
+/// the table. A statement with ORDER BY keeps the rows as they were at its first fetch; all others see changes that
+/// come ahead of them.
 class Recordset {
 public:
     ~Recordset();

@@ -25,22 +25,15 @@ protected:
 
 TEST_F(StatisticsTest, MarksAnEventInFiveTables) {
     RecordStat(Stat::Bandwidth, "Zoo", 40);
-    RecordStat(Stat::Thumbs, "Zoo", 1);
-    RecordStat(Stat::Bandwidth, "zoo", 40);
-    EXPECT_EQ(Ask("SELECT * FROM StatsRecent"), "5000000|4|40\n5000000|2|1\n5000000|4|40\n");
-    EXPECT_EQ(Ask("SELECT * FROM StatsTotal"), "4|41\n2|1\n") << "a row's first event counts 1";
-    EXPECT_EQ(Ask("SELECT * FROM StatsHourly"), "Zoo|2004-03-01|23|||1||41\n");
-    EXPECT_EQ(Ask("SELECT * FROM StatsDaily"), "Zoo|2004-03-01|||1||41\n");
-    EXPECT_EQ(Ask("SELECT * FROM StatsMonthly"), "Zoo|2004|3|||1||41\n");
+    RecordStat(Stat::Downloads, "zoo", 3);
+    RecordStat(Stat::Bandwidth, "Zoo", 40);
+    EXPECT_EQ(Ask("SELECT * FROM StatsRecent"), "5000000|4|40\n5000000|3|3\n5000000|4|40\n");
+    EXPECT_EQ(Ask("SELECT * FROM StatsTotal"), "4|41\n3|1\n") << "a row's first event counts 1";
+    EXPECT_EQ(Ask("SELECT * FROM StatsHourly"), "Zoo|2004-03-01|23||||3|41\n") << "a Null is 0";
+    EXPECT_EQ(Ask("SELECT * FROM StatsDaily"), "Zoo|2004-03-01||||3|41\n");
+    EXPECT_EQ(Ask("SELECT * FROM StatsMonthly"), "Zoo|2004|3||||3|41\n");
     EXPECT_EQ(ReadStatTotal(Stat::Bandwidth), 41);
     EXPECT_EQ(ReadStatTotal(Stat::Visitors), 0);
-}
-
-TEST_F(StatisticsTest, AddsTheWholeValueToACounterThatIsNull) {
-    RecordStat(Stat::Visitors, NoAlbum, 1);
-    RecordStat(Stat::Bandwidth, NoAlbum, 40);
-    EXPECT_EQ(Ask("SELECT Visitors, Bandwidth FROM StatsHourly"), "1|40\n");
-    EXPECT_EQ(Ask("SELECT TotalCount FROM StatsTotal WHERE Stat=4"), "1\n");
 }
 
 TEST_F(StatisticsTest, OpensNewRowsWithTheHourTheDayAndTheMonth) {
@@ -62,7 +55,6 @@ TEST_F(StatisticsTest, OpensNewRowsWithTheHourTheDayAndTheMonth) {
 TEST_F(StatisticsTest, RecordsNothingOfAnEventThatFails) {
     EXPECT_THROW(RecordStat(Stat::Visitors, "It's", 1), RunTimeError);
     EXPECT_THROW(RecordStat(5, "Zoo", 1), RunTimeError);
-    EXPECT_THROW(RecordStat(-1, "Zoo", 1), RunTimeError);
     EXPECT_EQ(Ask("SELECT count(*) FROM StatsRecent; SELECT count(*) FROM StatsTotal"), "0\n0\n");
 }
 
@@ -117,22 +109,6 @@ TEST_F(StatisticsTest, PurgesOldDays) {
     EXPECT_EQ(Ask("SELECT WhichDay FROM StatsHourly"), "2004-03-15\n2004-03-16\n");
     EXPECT_EQ(Ask("SELECT WhichDay FROM StatsDaily"), "2004-03-02\n2004-03-14\n2004-03-15\n2004-03-16\n");
     EXPECT_EQ(Ask("SELECT Visitors FROM StatsMonthly"), "5\n");
-}
-
-TEST_F(StatisticsTest, IsReadByTheStatisticsPagesStatements) {
-    RecordStat(Stat::Visitors, "Zoo", 1);
-    RecordStat(Stat::Visitors, "Alps", 1);
-    RecordStat(Stat::Bandwidth, "Alps", 3);
-    const std::string head =
-        "SELECT SUM(Visitors) as v, SUM(Thumbs) as t, SUM(Downloads) as d, SUM(Bandwidth) as b FROM ";
-    for (const std::string tail : {"StatsDaily WHERE WhichDay=#3/1/2004#", "StatsDaily WHERE WhichDay>#2/23/2004#",
-                                   "StatsMonthly", "StatsHourly WHERE WhichDay=#3/1/2004# and WhichHour=23",
-                                   "StatsMonthly WHERE WhichYear=2004 and WhichMonth=3"}) {
-        const auto sums = gDatabase->OpenRecordset(head + tail, RecordsetType::Snapshot);
-        EXPECT_EQ(AsLong(sums->Value("v")), 2) << tail;
-        EXPECT_TRUE(IsNull(sums->Value("t"))) << tail;
-        EXPECT_EQ(AsDouble(sums->Value("b")), 3) << tail;
-    }
 }
 
 }  // namespace pixmora
