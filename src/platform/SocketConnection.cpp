@@ -109,14 +109,11 @@ void SocketConnection::FailFromLoop(int number) {
 }
 
 void SocketConnection::Fail(int number, const std::string &description) {
-    const auto element = element_.lock();
     state_ = SocketState::Error;
     failure_ = number;
     DropUnsent();
     Close();
-    if (!element || !element->OnError) return;
-    const auto handler = element->OnError;
-    RunEventHandler([&] { handler(number, description); });
+    Raise(ErrorHandler, &Winsock::OnError, number, description);
 }
 
 void SocketConnection::OnReady(std::uint32_t events) {
@@ -129,7 +126,7 @@ void SocketConnection::OnReady(std::uint32_t events) {
         if ((events & EPOLLIN) != 0 && WantsToRead()) Read();
         if (IsCloseDue()) {
             isCloseRaised_ = true;
-            Raise(CloseHandler, element->OnClose);
+            Raise(CloseHandler, &Winsock::OnClose);
         }
     }
     if (state_ == SocketState::Closed || state_ == SocketState::Error) return;
@@ -140,12 +137,14 @@ void SocketConnection::OnReady(std::uint32_t events) {
     }
 }
 
-/// @param event a copy, since its handler may replace it
-template <class Event, class... Arguments>
-void SocketConnection::Raise(Handler handler, Event event, Arguments... arguments) {
-    if (!event) return;
+template <class... Parameters, class... Arguments>
+void SocketConnection::Raise(Handler handler, std::function<void(Parameters...)> Winsock::*event,
+                             const Arguments &...arguments) {
+    const auto element = element_.lock();
+    if (!element || !((*element).*event)) return;
+    const auto run = (*element).*event;  // a copy: the handler may replace it
     running_ |= handler;
-    RunEventHandler([&] { event(arguments...); });
+    RunEventHandler([&] { run(arguments...); });
     running_ &= ~handler;
 }
 
@@ -174,7 +173,7 @@ bool SocketConnection::IsCloseDue() const {
 
 void SocketConnection::BecomeConnected() {
     state_ = SocketState::Connected;
-    if (const auto element = element_.lock()) Raise(ConnectHandler, element->OnConnect);
+    Raise(ConnectHandler, &Winsock::OnConnect);
 }
 
 void SocketConnection::Write() {
@@ -184,7 +183,7 @@ void SocketConnection::Write() {
     }
     if (failure_ == 0 && IsSendCompleteDue()) {
         hasSent_ = false;
-        if (const auto element = element_.lock()) Raise(SendCompleteHandler, element->OnSendComplete);
+        Raise(SendCompleteHandler, &Winsock::OnSendComplete);
     }
 }
 
@@ -206,9 +205,7 @@ std::size_t SocketConnection::WriteNow(std::string_view bytes) {
 void SocketConnection::Read() {
     const ssize_t count = Receive(received_);
     if (count > 0) {
-        if (const auto element = element_.lock()) {
-            Raise(DataArrivalHandler, element->OnDataArrival, static_cast<std::size_t>(count));
-        }
+        Raise(DataArrivalHandler, &Winsock::OnDataArrival, static_cast<std::size_t>(count));
     } else if (count == 0) {
         isInputEnded_ = true;
     } else if (!IsTransient(errno)) {

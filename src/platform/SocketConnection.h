@@ -45,10 +45,16 @@ public:
     void OnReady(std::uint32_t events) override;
 
 private:
-    enum Handler : unsigned { ConnectHandler = 1, DataArrivalHandler = 2, SendCompleteHandler = 4, CloseHandler = 8 };
+    enum Handler : unsigned {
+        ConnectHandler = 1,
+        DataArrivalHandler = 2,
+        SendCompleteHandler = 4,
+        CloseHandler = 8,
+        ErrorHandler = 16
+    };
 
-    template <class Event, class... Arguments>
-    void Raise(Handler handler, Event event, Arguments... arguments);
+    template <class... Parameters, class... Arguments>
+    void Raise(Handler handler, std::function<void(Parameters...)> Winsock::*event, const Arguments &...arguments);
 
     bool WantsToRead() const;
     bool WantsToWrite() const;

@@ -97,9 +97,8 @@ private:
         connect(&housekeeping_, &QTimer::timeout, this, [this] { KeepHouse(); });
     }
 
-    /// One at a time, so that no event is for a descriptor which the handler of the one before has closed. The kernel
-    /// goes round among the ready ones. A handler that has turned the loop ends the turn: waits further out may be
-    /// over.
+    /// One at a time, so that no event is for a descriptor which the handler of the one before has closed; the kernel
+    /// goes round among the ready ones. Not for long: a handler may have waited, and waits further out be over.
     void Dispatch() const {
         const auto end = std::chrono::steady_clock::now() + turnTime;
         int count = 0;

@@ -44,8 +44,7 @@ void RequireClosed(SocketState state) {
     if (state != SocketState::Closed) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
 }
 
-/// The descriptor of a listening element. Offers one connection an event, so that a flood of them leaves others their
-/// turn.
+/// A listening element's descriptor. Offers one connection an event, so that a flood leaves others their turn.
 class Listener : public SocketDescriptor {
 public:
     explicit Listener(std::weak_ptr<Winsock> element)
@@ -138,8 +137,9 @@ struct Winsock::Implementation {
             ConnectTo(std::move(element), in_addr{htonl(found.toIPv4Address())});
             return;
         }
-        connection = std::make_shared<SocketConnection>(std::move(element), -1, SocketState::Connecting);
-        connection->Fail(EHOSTUNREACH, "Host not found");
+        const auto failed = std::make_shared<SocketConnection>(std::move(element), -1, SocketState::Connecting);
+        connection = failed;
+        failed->Fail(EHOSTUNREACH, "Host not found");
     }
 };
 

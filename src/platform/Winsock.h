@@ -14,7 +14,9 @@ namespace pixmora {
 enum class SocketState { Closed = 0, Listening = 2, ResolvingHost = 4, Connecting = 6, Connected = 7, Error = 9 };
 
 /// Always owned through a shared_ptr: events hold the element while their handler runs, so a handler may drop the last
-/// reference of its owner. All events run under the event guard and may run inside another handler's DoEvents.
+/// reference of its owner. All events run under the event guard and may run inside another handler's DoEvents, but
+/// never inside a handler of the same event of the same element: what came meanwhile is raised when that one has
+/// returned.
 ///
 ///                 Listen                     Close
 ///     Closed ---------------> Listening ----------------> Closed

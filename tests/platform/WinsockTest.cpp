@@ -262,7 +262,7 @@ TEST(WinsockSend, RaisesErrorWhenTheClientHasVanished) {
     } cases[] = {
         {"while its answer waits",
          [&](const Element &element) {
-             Answer(element, std::string(20'000'000, 'x')), client->Reset();
+             Answer(element, Pattern(20'000'000)), client->Reset();
          }},
         {"before its answer",
          [&](const Element &element) {
@@ -331,7 +331,7 @@ TEST(WinsockEvents, ComeWhileEveryHandlerTurnsTheLoop) {
     const std::string answer = Pattern(60'000);
     int depth = 0;
     int deepest = 0;
-    const auto turning = [&](ElementHandler handler) -> ElementHandler {
+    const auto turning = [&](const ElementHandler &handler) -> ElementHandler {
         return [&, handler](const Element &element) {
             deepest = std::max(deepest, ++depth);
             handler(element);
@@ -452,7 +452,7 @@ TEST(WinsockClose, DeliversTheAnswerDespiteUnreadInput) {
 }
 
 TEST(WinsockClose, GivesTheDescriptorOfAStalledReaderUpAtOnce) {
-    Server server([](const Element &element) { Answer(element, std::string(20'000'000, 'x')); });
+    Server server([](const Element &element) { Answer(element, Pattern(20'000'000)); });
     const int before = DescriptorCount();
     Client client(server.Port());
     client.Send("x");
@@ -483,6 +483,7 @@ private:
 TEST(WinsockListen, WaitsIdlyWhileDescriptorsAreUsedUpAndThenGoesOn) {
     Server server([](const Element &element) { Answer(element, "late but whole"); });
     std::vector<Client> clients;
+    clients.reserve(60);
     for (int i = 0; i < 60; ++i) clients.emplace_back(server.Port());
     {
         const DescriptorLimit limit(16 + 10);
