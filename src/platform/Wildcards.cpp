@@ -14,6 +14,10 @@ namespace {
 /// @param fits whether the character at a position of the text fits the element at a position of the pattern
 template <typename IsStar, typename Fits>
 bool MatchWildcards(std::size_t textSize, std::size_t patternSize, IsStar isStar, Fits fits) {
+    // What stands behind the last star first: a file name's ending decides most matches.
+    for (; patternSize > 0 && !isStar(patternSize - 1); --textSize, --patternSize) {
+        if (textSize == 0 || !fits(textSize - 1, patternSize - 1)) return false;
+    }
     std::size_t t = 0;
     std::size_t p = 0;
     std::size_t afterStar = 0;  // 0 while no star has been met
