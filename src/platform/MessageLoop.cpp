@@ -18,8 +18,25 @@ namespace {
 
 constexpr int unhandledErrorStatus = 70;
 
+/// How many turns of the loop may run inside each other before DoEvents leaves the events to those below: a request
+/// costs a stranger 30 bytes, and each one served inside another's DoEvents costs a kilobyte of stack.
+constexpr int deepestDoEvents = 16;
+
 std::function<void(const RunTimeError &)> unhandledErrorHandler;
 std::optional<int> quitStatus;
+
+/// One turn of the loop on the stack.
+class Nesting {
+public:
+    Nesting() { ++depth_; }
+    ~Nesting() { --depth_; }
+    Nesting(const Nesting &) = delete;
+    Nesting &operator=(const Nesting &) = delete;
+    int Depth() const { return depth_; }
+
+private:
+    static inline int depth_ = 0;
+};
 
 /// Leaves at once: handlers may be running on the stack, and destroying what they use would only add a second failure.
 [[noreturn]] void EndProcess(const RunTimeError &error) {
@@ -32,10 +49,12 @@ std::optional<int> quitStatus;
 }  // namespace
 
 void DoEvents() {
-    QCoreApplication::processEvents();
+    const Nesting nesting;
+    if (nesting.Depth() <= deepestDoEvents) QCoreApplication::processEvents();
 }
 
 void WaitUntilTick(Tick moment) {
+    const Nesting nesting;
     if (IsClockSet()) {
         const bool hasRunEvent = QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
         if (!hasRunEvent) MoveSetClockTo(moment);

@@ -10,7 +10,8 @@
 
 namespace pixmora {
 
-/// Runs the pending events and comes back.
+/// Runs the pending events and comes back; sixteen turns deep on the stack it comes back at once, as the turns below
+/// will run them.
 void DoEvents();
 
 /// Sleeps in the loop until something has happened or the moment has come, whichever is first; other handlers run

@@ -5,6 +5,9 @@
 
 #include <QAbstractEventDispatcher>
 #include <QObject>
+#include <QTimer>
+#include <algorithm>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -48,6 +51,23 @@ TEST(MessageLoopWait, IdlesHoweverManyWaitsAreNested) {
     EXPECT_EQ(deepest, 20);
     EXPECT_GE(GetTickCount() - start, 800) << "the innermost ends first";
     EXPECT_LT(GetTickCount() - start, 1500);
+}
+
+TEST(MessageLoop, HandlersThatTurnTheLoopDoNotPileUpWithoutEnd) {
+    int left = 1000;
+    int depth = 0;
+    int deepest = 0;
+    std::function<void()> handler = [&] {
+        if (--left <= 0) return;
+        deepest = std::max(deepest, ++depth);
+        QTimer::singleShot(0, handler);
+        DoEvents();
+        --depth;
+    };
+    QTimer::singleShot(0, handler);
+    while (left > 0) DoEvents();
+    EXPECT_GT(deepest, 4) << "events do run inside each other";
+    EXPECT_LE(deepest, 16);
 }
 
 TEST(MessageLoopWait, EndsWithTheFirstEventOrTheMoment) {

@@ -12,7 +12,7 @@ int ConnectionArray::UBound() const {
 }
 
 Connection ConnectionArray::Load() {
-    const Connection element = Winsock::Create();
+    Connection element = Winsock::Create();
     element->Index = UBound() + 1;
     elements_.emplace(element->Index, element);
     return element;
