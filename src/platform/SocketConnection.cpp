@@ -39,8 +39,10 @@ bool IsTransient(int error) {
 SocketConnection::SocketConnection(std::weak_ptr<Winsock> element, int number, SocketState state)
     : SocketDescriptor(number), element_(std::move(element)), state_(state) {}
 
-std::shared_ptr<SocketConnection> SocketConnection::Accepted(std::weak_ptr<Winsock> element, int number) {
+std::shared_ptr<SocketConnection> SocketConnection::Accepted(std::weak_ptr<Winsock> element, int number,
+                                                             std::shared_ptr<void> unsettled) {
     auto connection = std::make_shared<SocketConnection>(std::move(element), number, SocketState::Connected);
+    connection->unsettled_ = std::move(unsettled);
     SendWithoutDelay(number);
     if (!connection->Watch(EPOLLIN)) connection->FailFromLoop(errno);
     return connection;
@@ -90,6 +92,7 @@ void SocketConnection::Finish() {
     state_ = SocketState::Closed;
     received_.clear();
     DropUnsent();
+    unsettled_.reset();
     if (Number() < 0) return;
     if (hasNothingToWaitFor) {
         Discard();
@@ -112,6 +115,7 @@ void SocketConnection::Fail(int number, const std::string &description) {
     state_ = SocketState::Error;
     failure_ = number;
     DropUnsent();
+    unsettled_.reset();
     Close();
     Raise(ErrorHandler, &Winsock::OnError, number, description);
 }
@@ -184,6 +188,7 @@ void SocketConnection::Write() {
     if (failure_ == 0 && IsSendCompleteDue()) {
         hasSent_ = false;
         Raise(SendCompleteHandler, &Winsock::OnSendComplete);
+        unsettled_.reset();
     }
 }
 

@@ -24,8 +24,10 @@ namespace pixmora {
 ///                  +-------------+------> Error -> Closed (Finish)
 class SocketConnection : public SocketDescriptor {
 public:
-    /// Over a descriptor that was accepted.
-    static std::shared_ptr<SocketConnection> Accepted(std::weak_ptr<Winsock> element, int number);
+    /// Over a descriptor that was accepted. @param unsettled let go after the first SendComplete, or at the
+    /// connection's end
+    static std::shared_ptr<SocketConnection> Accepted(std::weak_ptr<Winsock> element, int number,
+                                                      std::shared_ptr<void> unsettled);
     /// Begins to connect. Every failure is told from the loop.
     static std::shared_ptr<SocketConnection> Connecting(std::weak_ptr<Winsock> element, const in_addr &address,
                                                         int port);
@@ -71,6 +73,7 @@ private:
 
     const std::weak_ptr<Winsock> element_;
     SocketState state_;
+    std::shared_ptr<void> unsettled_;
     std::string received_;         ///< not yet fetched
     std::string unsent_;           ///< not yet taken by the network, from unsentStart_ on
     std::size_t unsentStart_ = 0;  ///< an offset, so that a slow reader of a big answer costs no copying

@@ -8,7 +8,9 @@
 #include <QCoreApplication>
 #include <QHostAddress>
 #include <QHostInfo>
+#include <QTimer>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <map>
 #include <utility>
@@ -25,8 +27,14 @@ namespace {
 constexpr int backlog = 512;
 constexpr int highestPort = 65535;
 
-/// Descriptors in the hands of ConnectionRequest handlers, with the peers' addresses.
-std::map<int, std::string> offeredConnections;
+/// A connection in the hands of a ConnectionRequest handler.
+struct OfferedConnection {
+    std::string PeerAddress;
+    std::shared_ptr<void> Unsettled;  ///< see Listener
+};
+
+/// By their descriptors.
+std::map<int, OfferedConnection> offeredConnections;
 
 std::string DottedAddress(const in_addr &address) {
     char text[INET_ADDRSTRLEN] = "";
@@ -44,7 +52,12 @@ void RequireClosed(SocketState state) {
     if (state != SocketState::Closed) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
 }
 
-/// A listening element's descriptor. Offers one connection an event, so that a flood leaves others their turn.
+/// How long a connection that sends nothing keeps the next one waiting.
+constexpr auto settlingTime = std::chrono::milliseconds(5);
+
+/// A listening element's descriptor. Offers one connection at a time: the next stays in the system's queue until this
+/// one is settled, that is, has had its first answer, is closed, or has taken settlingTime. So quick requests follow
+/// each other however many come at once, and each finds the places of those before it free again.
 class Listener : public SocketDescriptor {
 public:
     explicit Listener(std::weak_ptr<Winsock> element)
@@ -70,8 +83,8 @@ public:
     void OnReady(std::uint32_t) override {
         const auto element = element_.lock();  // held, so that its handler may drop it
         if (!element) return;
-        if (isOffering_) {
-            Watch(0);  // the handler turns the loop: the others wait until it has returned
+        if (isOffering_ || !unsettled_.expired()) {
+            Watch(0);
             return;
         }
         if (!HasSpareNumbers()) {
@@ -91,25 +104,47 @@ public:
 
 private:
     void Offer(const Winsock &element, int number, std::string address) {
-        offeredConnections[number] = std::move(address);
+        offeredConnections[number] = {std::move(address), MakeUnsettled()};
         const auto handler = element.OnConnectionRequest;
         isOffering_ = true;
         if (handler) RunEventHandler([&] { handler(number); });
         isOffering_ = false;
         if (offeredConnections.erase(number) != 0) close(number);
-        if (Number() >= 0) Watch(EPOLLIN);
+        if (unsettled_.expired()) Resume();
+    }
+
+    /// What the connection holds until it is settled.
+    std::shared_ptr<void> MakeUnsettled() {
+        const auto self = std::static_pointer_cast<Listener>(shared_from_this());
+        const auto resume = [weak = std::weak_ptr<Listener>(self)] {
+            if (const auto listener = weak.lock()) listener->Resume();
+        };
+        std::shared_ptr<void> unsettled(nullptr, [resume](void *) { resume(); });
+        unsettled_ = unsettled;
+        QTimer::singleShot(settlingTime, QCoreApplication::instance(),
+                           [resume, weak = std::weak_ptr<void>(unsettled), self] {
+                               if (weak.expired()) return;
+                               self->unsettled_.reset();
+                               resume();
+                           });
+        return unsettled;
+    }
+
+    void Resume() {
+        if (Number() >= 0 && !isOffering_) Watch(EPOLLIN);
     }
 
     void Pause() {
         Watch(0);
         CallWhenFreed([weak = weak_from_this()] {
             const auto self = std::static_pointer_cast<Listener>(weak.lock());
-            if (self && self->Number() >= 0) self->Watch(EPOLLIN);
+            if (self) self->Resume();
         });
     }
 
     const std::weak_ptr<Winsock> element_;
     bool isOffering_ = false;
+    std::weak_ptr<void> unsettled_;
 };
 
 }  // namespace
@@ -181,8 +216,9 @@ void Winsock::Accept(int requestId) {
     RequireClosed(State());
     auto offered = offeredConnections.extract(requestId);
     if (!offered) return;
-    implementation_->remoteHostIP = std::move(offered.mapped());
-    implementation_->connection = SocketConnection::Accepted(weak_from_this(), requestId);
+    implementation_->remoteHostIP = std::move(offered.mapped().PeerAddress);
+    implementation_->connection =
+        SocketConnection::Accepted(weak_from_this(), requestId, std::move(offered.mapped().Unsettled));
 }
 
 void Winsock::SetRemoteHost(std::string host) {
