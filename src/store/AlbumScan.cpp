@@ -26,11 +26,10 @@ public:
     void Run() {
         DropMediaList(album_.ID);
         CreateMediaList(album_.ID);
-        Transaction transaction(*gDatabase);
         mediaList_ = gDatabase->OpenRecordset("MediaList" + std::to_string(album_.ID), RecordsetType::Dynaset);
         ScanDirectory(album_.Directory);
+        CommitRows();
         mediaList_->Close();
-        transaction.Commit();
         album_.PictureCount = pictureCount_;
         album_.PictureSize = pictureSize_;
         album_.MovieCount = movieCount_;
@@ -40,6 +39,7 @@ public:
 
 private:
     void ScanDirectory(const std::string &path) {
+        CommitRows();
         DoEvents();
         const Directory directory(path);
         if (!directory.IsReadable()) return;
@@ -65,6 +65,7 @@ private:
             ++pictureCount_;
             pictureSize_ += static_cast<double>(facts.Size);
             NoteAge(facts.LastWriteTime);
+            if (!rows_) rows_ = std::make_unique<Transaction>(*gDatabase);
             mediaList_->AddNew();
             mediaList_->Set("AlbumName", album_.Name);
             mediaList_->Set("FilePath", (path + "\\" + entry.Name).substr(album_.Directory.size()));
@@ -76,6 +77,12 @@ private:
             movieSize_ += static_cast<double>(facts.Size);
             NoteAge(facts.LastWriteTime);
         }
+    }
+
+    /// Before any other handler may run: what it writes is not the scan's.
+    void CommitRows() {
+        if (rows_) rows_->Commit();
+        rows_.reset();
     }
 
     std::string RelativePath(const std::string &path) const {
@@ -93,7 +100,8 @@ private:
     clsAlbum &album_;
     const DateTime today_ = Today();
     std::unique_ptr<Recordset> mediaList_;
-    std::vector<Identity> open_;  ///< the folders from the root to the present one
+    std::unique_ptr<Transaction> rows_;  ///< of the files since the loop was last turned
+    std::vector<Identity> open_;         ///< the folders from the root to the present one
     std::int32_t pictureCount_ = 0;
     double pictureSize_ = 0;
     std::int32_t movieCount_ = 0;

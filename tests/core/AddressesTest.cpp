@@ -151,6 +151,13 @@ TEST_F(Addresses, AHalfClosedClientGetsItsPage) {
     EXPECT_NE(client.ReceiveAll().find("</html>"), std::string::npos);
 }
 
+TEST_F(Addresses, ManyAtOnceStayBelowTheCeilingOfIndexes) {
+    std::vector<Client> clients;
+    for (int i = 0; i < 2 * HighestSendIndex; ++i) clients.emplace_back(Port()).Send("GET / HTTP/1.0\r\n\r\n");
+    for (Client &client : clients) EXPECT_NE(client.ReceiveAll().find("</html>"), std::string::npos);
+    EXPECT_EQ(gSystray->wnskConnect.UBound(), 0);
+}
+
 TEST_F(Addresses, BehindTheCeilingOfIndexesTheProcessWouldEnd) {
     std::vector<std::string> errors;
     SetUnhandledErrorHandler([&errors](const RunTimeError &error) { errors.push_back(error.Message()); });
