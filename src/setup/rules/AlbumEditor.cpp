@@ -222,12 +222,25 @@ void AlbumEditor::Delete() const {
     transaction.Commit();
 }
 
+bool AlbumEditor::OfferToDelete() const {
+    if (ShowMessageBox("Are you sure you want to delete this album?", criticalQuestion) == AnswerNo) return false;
+    Delete();
+    return true;
+}
+
 std::string BadNameMessage(std::string_view what) {
     return std::string(what) + " cannot contain any of the following characters:\r\n\r\n\\ / : * ? \" ' < > |";
 }
 
 bool IsDriveRoot(std::string_view path) {
     return !path.empty() && path.size() < 4;
+}
+
+std::string ChooserStart(const std::string &present, const std::string &myPictures, const std::string &myDocuments) {
+    for (const std::string &path : {present, myPictures, myDocuments}) {
+        if (PathExists(path)) return path;
+    }
+    return "/";
 }
 
 std::string OfferSmallCopy(const std::string &picturePath) {
@@ -237,7 +250,7 @@ std::string OfferSmallCopy(const std::string &picturePath) {
         "Would you like me to resize it for you?",
         criticalQuestion);
     if (answer != AnswerYes) return picturePath;
-    const std::string copyPath = picturePath + ".pixmoraicon";
+    std::string copyPath = picturePath + ".pixmoraicon";
     std::int32_t success = 0;
     gPictureEngine->Load(picturePath, 0, success);
     gPictureEngine->Resize(smallCopyWidth, 0, 0, success);

@@ -49,6 +49,8 @@ public:
 
     /// Deletes the album from five tables, without a question. Its statistics stay.
     void Delete() const;
+    /// Asks, and deletes the album unless the answer is No. @return whether it is gone
+    bool OfferToDelete() const;
 
 private:
     void AskAboutDirectory(AlbumFields &fields, const std::string &storedDirectory) const;
@@ -69,6 +71,10 @@ inline constexpr const char *DriveRootQuestion =
     "As a security precaution, you are not allowed to share the root folder of a drive. (ex. C:\\)\r\n\r\n"
     "Please select another directory such as 'My Documents' or 'My Pictures'\r\n\r\n"
     "Would you like to try choosing a directory again?";
+
+/// Where the choice of a directory starts: the first of these that exists, else the root of the disk. @param present
+/// what the field holds
+std::string ChooserStart(const std::string &present, const std::string &myPictures, const std::string &myDocuments);
 
 /// Offers a small copy of a picture above 30720 bytes. @return the path to feature: that of the copy, or the picture's
 /// own

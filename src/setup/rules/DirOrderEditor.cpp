@@ -1,0 +1,142 @@
+// What the directory order editor decides.
+#include "setup/rules/DirOrderEditor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "core/site/OwnerDialogue.h"
+#include "platform/Database.h"
+#include "platform/Files.h"
+#include "platform/Numbers.h"
+#include "platform/RunTimeError.h"
+#include "platform/Text.h"
+#include "setup/rules/AlbumTree.h"
+#include "store/Catalogue.h"
+#include "store/Globals.h"
+#include "store/Protection.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int flagQuestion = 32;  // asked for, but shown as any other question
+constexpr int placeDigits = 6;
+
+std::string PlaceText(int place) {
+    return FormatPadded(place, placeDigits);
+}
+
+std::string MinuteText(DateTime date) {
+    std::string text = FormatPadded(YearOf(date), 4);
+    for (const int part : {MonthOf(date), DayOf(date), HourOf(date), MinuteOf(date)}) text += FormatPadded(part, 2);
+    return text;
+}
+
+}  // namespace
+
+int DragSteps(int distance, int rowHeight) {
+    return rowHeight <= 0 ? 0 : static_cast<int>(std::lround(static_cast<double>(distance) / rowHeight));
+}
+
+/// Deliberate: the node of an album ends in a separator, so that its children are stored with two in front, those
+/// further down with one. The site looks for two.
+std::string DirOrderEditor::StoredName(const std::string &name) const {
+    return SubDirOfKey(key_) + "\\" + name;
+}
+
+void DirOrderEditor::Open(std::string_view key) {
+    key_ = key;
+    rows_.clear();
+    orderChanged_ = canSave_ = false;
+    if (key.empty() || IsTreeRoot(key)) return;
+    for (const std::string &name : SubDirectoryNames(DirectoryOfKey(key))) {
+        rows_.push_back({name, GetDirOrderPos(AlbumOfKey(key), StoredName(name), "000000")});
+    }
+    SortRows(false);
+    canSave_ = rows_.size() >= 2;
+}
+
+void DirOrderEditor::SortRows(bool descending) {
+    std::ranges::stable_sort(rows_, [descending](const Row &left, const Row &right) {
+        const int order = CompareIgnoreCase(left.Sort, right.Sort);
+        return descending ? order > 0 : order < 0;
+    });
+    for (int row = 0; row < Count(); ++row) rows_[static_cast<std::size_t>(row)].Sort = PlaceText(row + 1);
+}
+
+/// With the one below.
+void DirOrderEditor::Swap(int upper) {
+    const auto above = static_cast<std::size_t>(upper);
+    std::swap(rows_[above].Name, rows_[above + 1].Name);  // the places stay where they are
+    orderChanged_ = canSave_ = true;
+}
+
+int DirOrderEditor::MoveUp(int row) {
+    if (!CanMoveUp(row)) return row;
+    Swap(row - 1);
+    return row - 1;
+}
+
+int DirOrderEditor::MoveDown(int row) {
+    if (!CanMoveDown(row)) return row;
+    Swap(row);
+    return row + 1;
+}
+
+int DirOrderEditor::MoveBy(int row, int steps) {
+    for (; steps > 0; --steps) row = MoveDown(row);
+    for (; steps < 0; ++steps) row = MoveUp(row);
+    return row;
+}
+
+std::string DirOrderEditor::SortKey(std::string_view choice, const Row &row, int place) const {
+    if (Contains(choice, "Name")) return row.Name;
+    if (Contains(choice, "Original")) return GetDirOrderPos(AlbumOfKey(key_), StoredName(row.Name), PlaceText(place));
+    try {
+        const FileFacts facts = GetFileFacts(DirectoryOfKey(key_) + "\\" + row.Name);
+        return MinuteText(Contains(choice, "Created") ? facts.CreationTime : facts.LastWriteTime);
+    } catch (const RunTimeError &) {
+        return {};  // gone since the list was made
+    }
+}
+
+void DirOrderEditor::PreSort(std::string_view choice) {
+    if (choice == PreSortChoices[0] || key_.empty() || IsTreeRoot(key_)) return;
+    for (int row = 0; row < Count(); ++row) {
+        Row &sorted = rows_[static_cast<std::size_t>(row)];
+        sorted.Sort = SortKey(choice, sorted, row + 1);
+    }
+    SortRows(Contains(choice, "Desc"));
+    orderChanged_ = canSave_ = true;
+}
+
+void DirOrderEditor::Save() {
+    Transaction transaction(*gDatabase);
+    const std::string album = AlbumOfKey(key_);
+    const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Dynaset);
+    for (const Row &row : rows_) {
+        const std::string stored = ProtectionKey(StoredName(row.Name));
+        order->FindFirst("AlbumName = " + QuotedText(album) + " and SubDir = " + QuotedText(stored));
+        if (order->NoMatch()) {
+            order->AddNew();
+            order->Set("AlbumName", album);
+            order->Set("SubDir", stored);
+        } else {
+            order->Edit();
+        }
+        order->Set("SeqPos", std::int64_t{CLng(row.Sort)});
+        order->Update();
+    }
+    transaction.Commit();
+    orderChanged_ = canSave_ = false;
+}
+
+void DirOrderEditor::OfferToSave() {
+    if (!orderChanged_) return;
+    const int answer =
+        ShowMessageBox("Do you want to save changes to the current directory structure?", flagQuestion | FlagYesNo);
+    if (answer == AnswerYes) Save();
+}
+
+}  // namespace pixmora

@@ -1,0 +1,200 @@
+// The tree of albums, the order of directories, the list of rights and the webcam's decisions.
+#include "setup/rules/DirOrderEditor.h"
+
+#include <sys/stat.h>
+#include <utime.h>
+
+#include <map>
+
+#include "setup/rules/AccessEditor.h"
+#include "setup/rules/AlbumTree.h"
+#include "setup/rules/UserEditor.h"
+#include "setup/rules/WebcamEditor.h"
+#include "support/SetupFixture.h"
+
+namespace pixmora {
+namespace {
+
+class DirOrder : public SetupFixture {
+protected:
+    DirOrder() {
+        for (const char *name : {"b", "a", "O'Brien", ".hidden", "a/deep", "a/deeper"}) {
+            Program.MakeFolder(std::string("albums/Trips/") + name);
+        }
+        MakeAlbum("Trips");
+    }
+    std::string Names() const {
+        std::string names;
+        for (const DirOrderEditor::Row &row : editor.Rows()) names += row.Name + " ";
+        return names;
+    }
+
+    DirOrderEditor editor;
+};
+
+TEST_F(DirOrder, TheTreeGoesDownTheDirectories) {
+    const std::vector<TreeNode> albums = AlbumNodes();
+    ASSERT_EQ(albums.size(), 1U);
+    EXPECT_EQ(albums[0].Key + albums[0].Text, "Trips:\\Trips:");
+    EXPECT_TRUE(albums[0].HasChildren);
+    const std::vector<TreeNode> children = ChildDirectories(albums[0].Key);
+    ASSERT_EQ(children.size(), 3U);
+    EXPECT_EQ(children[0].Key, "Trips:\\O'Brien");
+    EXPECT_FALSE(children[0].HasChildren);
+    EXPECT_TRUE(children[1].HasChildren);
+    EXPECT_EQ(ChildDirectories(children[1].Key)[1].Key, "Trips:\\a\\deeper");
+    EXPECT_EQ(SubDirOfKey("Trips:\\a\\deeper"), "\\a\\deeper");
+    EXPECT_TRUE(ChildDirectories("Gone:\\").empty());
+}
+
+TEST_F(DirOrder, MovesAreKeptBySavingOnly) {
+    editor.Open("Trips:\\");
+    EXPECT_EQ(Names(), "O'Brien a b ");
+    EXPECT_TRUE(editor.CanSave());
+    EXPECT_FALSE(editor.OrderChanged());
+    EXPECT_EQ(editor.MoveUp(2), 1);
+    EXPECT_EQ(editor.MoveBy(0, 9), 2) << "a drag past the end stops there";
+    EXPECT_EQ(Names(), "b a O'Brien ");
+    EXPECT_FALSE(editor.CanMoveDown(2));
+    Owner.ExpectMessage("Do you want to save changes to the current directory structure?", 36, AnswerNo);
+    editor.OfferToSave();
+    editor.Open("Trips:\\");
+    EXPECT_EQ(Names(), "O'Brien a b ");
+    editor.MoveBy(2, -2);
+    Owner.ExpectMessage("Do you want to save changes to the current directory structure?", 36, AnswerYes);
+    editor.OfferToSave();
+    editor.OfferToSave();
+    EXPECT_FALSE(editor.CanSave());
+    EXPECT_EQ(Column("DBOrder", "SubDir"), "\\\\b|\\\\O%34Brien|\\\\a|")
+        << "an album's own children have two separators";
+    Program.MakeFolder("albums/Trips/later");
+    editor.Open("Trips:\\");
+    EXPECT_EQ(Names(), "later b O'Brien a ");
+    editor.Save();
+    EXPECT_EQ(Column("DBOrder", "SeqPos"), "2|3|4|1|");
+    editor.Open("Trips:\\a");
+    editor.Save();
+    EXPECT_NE(Column("DBOrder", "SubDir").find("|\\a\\deep|"), std::string::npos);
+    editor.Open("Trips:\\b");
+    EXPECT_FALSE(editor.CanSave());
+    editor.Open(TreeRootKey);
+    EXPECT_TRUE(editor.Rows().empty());
+}
+
+TEST_F(DirOrder, PreSortsRenumberTheRows) {
+    const auto touch = [this](const char *name, time_t time) {
+        const utimbuf times{time, time};
+        utime(Program.Path(std::string("albums/Trips/") + name).c_str(), &times);
+    };
+    touch("a", 3000000);
+    touch("b", 1000000);
+    touch("O'Brien", 2000000);
+    editor.Open("Trips:\\");
+    struct {
+        const char *Choice;
+        const char *Names;
+    } const rows[] = {
+        {"Name - Desc", "O'Brien b a "},         {"Name - Asc", "a b O'Brien "},
+        {"Date Modified - Asc", "b O'Brien a "}, {"Date Modified - Desc", "a O'Brien b "},
+        {"Original Order", "a O'Brien b "},
+    };
+    for (const auto &row : rows) {
+        editor.PreSort(row.Choice);
+        EXPECT_EQ(Names(), row.Names) << row.Choice;
+        EXPECT_EQ(editor.Rows()[0].Sort + editor.Rows()[2].Sort, "000001000003");
+    }
+    EXPECT_TRUE(editor.OrderChanged());
+    editor.Open("Trips:\\");
+    editor.PreSort(PreSortChoices[0]);
+    EXPECT_FALSE(editor.OrderChanged());
+    EXPECT_EQ(DragSteps(260, 258), 1);
+    EXPECT_EQ(DragSteps(-120, 258), 0);
+}
+
+TEST_F(DirOrder, TakingTheLastRightAwayWarns) {
+    SaveUser({"Ann", "a", "a", false}, "");
+    AddRight("Trips", "\\O'Brien", "Ann");
+    AddRight("Trips", "\\O'Brien", "Bob");
+    AddRight("Trips", "\\", "Ann");
+    const std::vector<RestrictedRow> rows = GetRestrictedRows();
+    EXPECT_EQ(rows[0].DirectoryText() + " " + rows[2].DirectoryText(), "O'Brien Root Folder");
+    Owner.ExpectMessage("Would you like to take away access from 'Ann' to 'Trips > O'Brien' ?", CriticalQuestion,
+                        AnswerYes);
+    EXPECT_TRUE(OfferToRemoveRight(rows, rows[0]));
+    Owner.ExpectMessage(
+        "Important Note: By doing this you will make this directory public!\r\n\r\nWould you like to take away access "
+        "from 'Bob' to 'Trips > O'Brien' ?",
+        CriticalQuestion, AnswerNo);
+    EXPECT_FALSE(OfferToRemoveRight(GetRestrictedRows(), rows[1]));
+    EXPECT_EQ(Column("PrivateDirs", "Username"), "Bob|Ann|");
+
+    Owner.ExpectMessage("Are you sure you want to delete 'Ann' ?", CriticalQuestion, AnswerYes);
+    EXPECT_TRUE(OfferToDeleteUser("Ann"));
+    EXPECT_EQ(Column("PrivateDirs", "Username") + Column("Users", "Username"), "Bob|");
+    EXPECT_EQ(LoadRestrictWords(), "Private*\r\nCensored\r\n");
+    SaveRestrictWords("Secret*\n");
+    EXPECT_EQ(LoadRestrictWords(), "Secret*\n");
+}
+
+class WebcamRules : public SetupFixture {
+protected:
+    WebcamHands Hands() {
+        WebcamHands hands;
+        hands.GetDriverDescription = [this](int device) -> std::optional<CaptureDescription> {
+            if (!Devices.contains(device)) return std::nullopt;
+            return CaptureDescription{Devices[device], "1.0"};
+        };
+        hands.OpenWebcam = [this](int device) {
+            opened = device;
+            return Devices.contains(device);
+        };
+        hands.CloseWebcam = [this] {
+            opened = -1;
+        };
+        hands.GetDriverDialogs = [this]() -> std::optional<WebcamHands::Dialogs> {
+            if (!Devices.contains(opened)) return std::nullopt;
+            return WebcamHands::Dialogs{true, false};
+        };
+        hands.TestCapture = [this] {
+            return delivers;
+        };
+        return hands;
+    }
+
+    std::map<int, std::string> Devices;
+    int opened = -1;
+    bool delivers = true;
+    WebcamEditor editor{Hands()};
+};
+
+TEST_F(WebcamRules, EntersOnlyWithADevice) {
+    Owner.ExpectMessage(
+        "I'm sorry but no capture devices could be found. Please make sure your camera is installed properly.",
+        FlagCritical);
+    EXPECT_FALSE(editor.Enter());
+    Devices = {{0, "Front"}, {2, "Rear"}};
+    EXPECT_TRUE(editor.Enter());
+    EXPECT_EQ(opened, 0);
+    EXPECT_EQ(editor.Sources(), (std::vector<std::string>{"Front 1.0", "Rear 1.0"}));
+    EXPECT_TRUE(editor.ChooseSource(2).Source);
+    Owner.ExpectMessage("Unable to get driver capabilities!", FlagCritical);
+    EXPECT_FALSE(editor.ChooseSource(1).Source);
+}
+
+TEST_F(WebcamRules, AFailedTestLeavesTheWebcamOff) {
+    EXPECT_EQ(WebcamEditor::CaptureInterval(), 6);
+    EXPECT_EQ(WebcamEditor::IntervalText(1) + WebcamEditor::IntervalText(25) + WebcamEditor::IntervalText(120),
+              "0m 5s2m 5s10m 0s");
+    EXPECT_TRUE(editor.Accept(25, 1, "Rear 1.0"));
+    EXPECT_EQ(GetSetting("Setup", "CaptureInterval") + GetSetting("Setup", "WebcamSource"), "251");
+    EXPECT_EQ(WebcamEditor::FirstSource(2), 1);
+    EXPECT_EQ(WebcamEditor::FirstSource(1), 0);
+    delivers = false;
+    EXPECT_FALSE(editor.Accept(6, 0, "Front 1.0"));
+    EXPECT_EQ(GetSetting("Setup", "WebcamSource"), "0") << "the index stands over the mark of the failed test";
+    EXPECT_FALSE(editor.Accept(6, -1, ""));
+    EXPECT_EQ(WebcamEditor::FirstSource(1), 0);
+}
+
+}  // namespace
+}  // namespace pixmora

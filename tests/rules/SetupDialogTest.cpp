@@ -1,0 +1,194 @@
+// What the setup dialog decides: Finish, Cancel, its lists and texts.
+#include "setup/rules/SetupDialog.h"
+
+#include "setup/rules/Autostart.h"
+#include "setup/rules/HelpTexts.h"
+#include "support/SetupFixture.h"
+
+namespace pixmora {
+namespace {
+
+const std::string runOnStartQuestion =
+    "You have decided not to run Pixmora! when Windows starts!\r\n\r\nThis is not recommended because it means you "
+    "will have to manually load Pixmora! to share your pictures and movies.\r\n\r\nWould you like to follow our "
+    "recommendation and have Pixmora! run automatically?";
+const std::string firewallQuestion =
+    "You haven't run the Firewall Check yet! Until you do so, we cannot guarantee your friends will be able to "
+    "connect to your website. Do you want to run the firewall check now?\r\n\r\nIf you choose No, you can find the "
+    "Firewall Check in Setup.";
+const std::string albumQuestion =
+    "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you create one.\r\n\r\n"
+    "Would you like to create one now?";
+
+class SetupDialog : public SetupFixture {
+protected:
+    SetupHands Hands() {
+        SetupHands hands;
+        hands.CountAlbums = [this] {
+            return albums;
+        };
+        hands.IsRunOnStartTicked = [this] {
+            return fields.RunOnStart == "1";
+        };
+        hands.TickRunOnStart = [this] {
+            fields.RunOnStart = "1";
+        };
+        hands.RunFirewallCheck = [this] {
+            did += "check ";
+            return !isClosedByCheck;
+        };
+        hands.CreateAlbum = [this] {
+            did += "create ";
+        };
+        hands.Fields = [this] {
+            return fields;
+        };
+        return hands;
+    }
+    bool Finish() { return FinishSetup(Hands(), "/opt/pixmora"); }
+    static std::string Stored(const char *key) { return GetSetting("Setup", key, "(none)"); }
+
+    SetupFields fields = LoadSetupFields();
+    int albums = 1;
+    bool isClosedByCheck = false;
+    std::string did;
+};
+
+TEST_F(SetupDialog, TheFirstFinishRemindsOfEverythingInOrder) {
+    albums = 2;
+    Owner.ExpectMessage(runOnStartQuestion, CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage(firewallQuestion, CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage(
+        "Just as a reminder, you can edit your albums or add more by returning to Setup.\r\n\r\nIf your website is "
+        "open while you modify a setting, make sure click Refresh in your browser to see the latest changes.",
+        FlagInformation);
+    EXPECT_TRUE(Finish());
+    EXPECT_EQ(did, "check ");
+    EXPECT_EQ(Stored("RunOnStart") + Stored("RunSetup"), "11");
+    EXPECT_EQ(GetSetting("Records", "CreatedAlbum"), "1");
+    EXPECT_EQ(Program.Read("config/autostart/pixmora.desktop"), AutostartEntry("/opt/pixmora"));
+
+    fields.RunOnStart = "0";
+    EXPECT_TRUE(Finish()) << "no reminder comes twice";
+    EXPECT_EQ(Program.Read("config/autostart/pixmora.desktop"), "");
+}
+
+TEST_F(SetupDialog, WithoutAlbumsTheOwnerMayCreateOneFirst) {
+    SaveSetting("Setup", "RunFirewallCheck", "1");
+    albums = 0;
+    fields.RunOnStart = "1";
+    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerYes);
+    EXPECT_FALSE(Finish());
+    EXPECT_EQ(did, "create ");
+    EXPECT_TRUE(IsFirstRun()) << "nothing is saved";
+    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerNo);
+    EXPECT_TRUE(Finish());
+    EXPECT_EQ(Stored("RunSetup"), "1");
+    EXPECT_EQ(GetSetting("Records", "CreatedAlbum"), "");
+}
+
+TEST_F(SetupDialog, ACheckThatOutlivesTheDialogSavesNothing) {
+    SaveSetting("Setup", "RunSetup", "1");
+    isClosedByCheck = true;
+    Owner.ExpectMessage(firewallQuestion, CriticalQuestion, AnswerYes);
+    EXPECT_FALSE(Finish());
+    EXPECT_EQ(Stored("ServerTitle"), "(none)");
+}
+
+TEST_F(SetupDialog, FieldsComeBackAsTheyWereSaved) {
+    EXPECT_EQ(fields.ServerTitle, "Life Through My Eyes");
+    EXPECT_EQ(fields.ListenPort, "80");
+    EXPECT_EQ(fields.Welcome, "I hope you enjoy my collection of \r\nalbums!\r\n");
+    fields.FilesPerPage = AllFiles;
+    fields.Description = "<b>Our</b> trips";
+    fields.Welcome = "<b>Hi</b>\r\n";
+    fields.SortMethod = "2";
+    SaveSetupFields(fields, "/opt/pixmora");
+    EXPECT_EQ(Stored("FilesPerPage"), "0");
+    const SetupFields again = LoadSetupFields();
+    EXPECT_EQ(again.FilesPerPage, "All");
+    EXPECT_EQ(again.SortMethod, "2");
+    EXPECT_EQ(again.Description, "Our trips");
+    EXPECT_EQ(again.Welcome, "<b>Hi</b>\r\n");
+}
+
+TEST_F(SetupDialog, PortsOutOfRangeAreNotStored) {
+    const std::string refusal = "Invalid Port! Valid ranges are 1 to 65000! Reverting to original value...";
+    for (const char *port : {"1", "65000", "8080x"}) {
+        fields.ListenPort = port;
+        SaveSetupFields(fields, "/p");
+        EXPECT_EQ(Stored("ListenPort"), port);
+    }
+    for (const char *port : {"0", "65001", "abc", "-1", ""}) {
+        fields.ListenPort = port;
+        fields.Author = std::string("with ") + port;
+        Owner.ExpectMessage(refusal, FlagCritical);
+        SaveSetupFields(fields, "/p");
+        EXPECT_EQ(Stored("ListenPort"), "8080x");
+        EXPECT_EQ(Stored("Author"), fields.Author) << "the rest is saved";
+    }
+}
+
+TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
+    Owner.ExpectMessage(
+        "You haven't configured your website yet!\r\n\r\nCancelling Setup is not recommended.\r\n\r\nAre you sure you "
+        "want to cancel Setup?",
+        CriticalQuestion, AnswerNo);
+    EXPECT_FALSE(MayCancelSetup(false));
+    SaveSetting("Setup", "RunSetup", "1");
+    EXPECT_TRUE(MayCancelSetup(false));
+    Owner.ExpectMessage("Are you sure you wish to cancel and discard any changes?", CriticalQuestion, AnswerYes);
+    EXPECT_TRUE(MayCancelSetup(true));
+}
+
+TEST_F(SetupDialog, StylesAreThoseOfHtdocs) {
+    const std::string none = "We couldn't find any style sheets! Please reinstall!";
+    Owner.ExpectMessage(none, FlagCritical);
+    EXPECT_TRUE(StyleNames().empty());
+    Program.Write("htdocs/StyleSheet_Garden.tpl");
+    Program.Write("htdocs/StyleSheet_My_Own.old.tpl");
+    Program.Write("htdocs/Index.tpl");
+    const std::vector<std::string> names = StyleNames();
+    EXPECT_EQ(names, (std::vector<std::string>{"Garden", "My_Own"}));
+    EXPECT_EQ(StyleIndex(names, "My_Own"), 1);
+    Owner.ExpectMessage("Your saved stylesheet cannot be found! Please pick a new one.", FlagCritical);
+    EXPECT_EQ(StyleIndex(names, "Default"), -1);
+}
+
+TEST(SetupTexts, PathsAreCutToTheColumn) {
+    const std::string forty = "/home/owner/pictures/of/the/years/summer";
+    ASSERT_EQ(forty.size(), 40U);
+    EXPECT_EQ(AbbreviatedDir(forty), forty);
+    EXPECT_EQ(AbbreviatedDir("/home/owner/pictures/of/the/years/summers"), "/home/owner/pictures/of/the/y.../summers");
+    EXPECT_EQ(AbbreviatedDir("C:\\My Pictures\\Collected Over The Years\\New"),
+              "C:\\My Pictures\\Collected Over The...\\New");
+    const std::string longName = AbbreviatedDir("/srv/" + std::string(60, 'x') + "end");
+    EXPECT_EQ(longName, "..." + std::string(34, 'x') + "end");
+    std::string accents = "/";
+    for (int i = 0; i < 39; ++i) accents += "é";
+    EXPECT_EQ(AbbreviatedDir(accents), accents) << "40 characters, whatever their bytes";
+}
+
+TEST(SetupTexts, FiguresFollowTheControls) {
+    EXPECT_EQ(SizeText(3, ThumbPixels) + SizeText(3, PreviewPixels) + SizeText(3, SlideshowPixels),
+              "150x150375x375300x300");
+    EXPECT_EQ(
+        QualityText(3, ThumbQualitySteps) + QualityText(3, SlideshowQualitySteps) + QualityText(5, PreviewQualitySteps),
+        "50%60%90%");
+    const std::vector<std::string> choices = FilesPerPageChoices(4);
+    EXPECT_EQ(choices.size(), 21U);
+    EXPECT_EQ(choices.front() + choices[19] + choices.back(), "480All");
+    EXPECT_EQ(FilesPerPageAtFirst(4), "16");
+    EXPECT_EQ(NumericText("8080x") + NumericText("abc"), "80800");
+    EXPECT_EQ(ServiceName("http://photos.example:8000/x"), "photos.example");
+    EXPECT_STREQ(HelpTextOf("lblHelpSample").Text, "A description to help you will be displayed here.");
+}
+
+TEST(Autostart, QuotesTheProgram) {
+    EXPECT_NE(
+        AutostartEntry("/opt/my \"$5\" \\100%").find("\nExec=\"/opt/my \\\\\"\\\\$5\\\\\" \\\\\\\\100%%\" start\n"),
+        std::string::npos);
+}
+
+}  // namespace
+}  // namespace pixmora
