@@ -1,0 +1,67 @@
+// pixmora: the desktop program.
+#include <unistd.h>
+
+#include <QApplication>
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+#include "console/Desktop.h"
+#include "core/modMain.h"
+#include "core/site/OwnerDialogue.h"
+#include "platform/Application.h"
+#include "platform/MessageLoop.h"
+
+namespace {
+
+constexpr int unhandledErrorStatus = 70;
+
+/// The desktop's own threads are to inherit this, so that only the message loop takes the signals.
+void HoldTerminationSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+}
+
+/// The whole of the command line, less what the toolkit has taken for itself.
+std::string CommandLine(int argc, char **argv) {
+    std::string line;
+    for (int i = 1; i < argc; ++i) line += (i > 1 ? " " : "") + std::string(argv[i]);
+    return line;
+}
+
+pixmora::SetupForms MakeSetupForms() {
+    const auto tellOfAbsence = [] {
+        pixmora::ShowMessageBox(
+            "The setup dialogs are not available in this build.\r\n\r\nUse pixmoractl to change "
+            "settings, albums and users while the website is stopped.",
+            pixmora::FlagCritical);
+    };
+    return {[tellOfAbsence](const pixmora::SetupOpening &) { tellOfAbsence(); },
+            [tellOfAbsence](const std::string &) {
+                tellOfAbsence();
+            }};
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+    HoldTerminationSignals();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pixmora"));
+    pixmora::Desktop desktop(MakeSetupForms());
+    pixmora::SetUnhandledErrorHandler([&desktop](const pixmora::RunTimeError &error) {
+        if (!desktop.ShowUnhandledError(error)) return;
+        std::fflush(stdout);
+        _exit(unhandledErrorStatus);
+    });
+    int status = 1;
+    pixmora::RunEventHandler([&] {
+        pixmora::OnTerminationSignal([&desktop] { desktop.EndWithoutQuestion(); });
+        if (desktop.Main(CommandLine(argc, argv))) status = pixmora::RunMessageLoop();
+    });
+    pixmora::ReleaseProgram();
+    return status;
+}

@@ -1,0 +1,223 @@
+// The desktop program: its windows, its tray icon, and the owner's dialogue by their means.
+#include "console/Desktop.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCursor>
+#include <QDesktopServices>
+#include <QScreen>
+#include <QUrl>
+#include <cstdio>
+#include <utility>
+
+#include "console/Texts.h"
+#include "console/clsXPMenu.h"
+#include "console/frmHelpBalloon.h"
+#include "console/frmMain.h"
+#include "console/frmMsgBox.h"
+#include "console/frmStartStatus.h"
+#include "core/WebsiteStop.h"
+#include "core/modMain.h"
+#include "core/site/Globals.h"
+#include "core/site/frmSystray.h"
+#include "platform/App.h"
+#include "platform/Files.h"
+#include "platform/MessageLoop.h"
+#include "platform/RunTimeError.h"
+#include "store/Settings.h"
+
+namespace pixmora {
+
+namespace {
+
+bool OpenByDesktop(const std::string &address) {
+    return QDesktopServices::openUrl(QUrl(ToQt(address), QUrl::TolerantMode));
+}
+
+void CopyText(const std::string &text) {
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(ToQt(text));
+}
+
+/// An address as people write it has no scheme where it is one of the web.
+std::string WithScheme(const std::string &address) {
+    const bool hasScheme =
+        address.find("://") != std::string::npos || address.starts_with("mailto:") || address.starts_with("aim:");
+    return hasScheme ? address : "http://" + address;
+}
+
+}  // namespace
+
+Desktop::Desktop(SetupForms forms)
+    : Desktop(std::move(forms), {OpenByDesktop, QSystemTrayIcon::isSystemTrayAvailable, [this] {
+                                     ShutDown();
+                                 }}) {}
+
+Desktop::Desktop(SetupForms forms, Shell shell)
+    : forms_(std::move(forms)), shell_(std::move(shell)), actions_(MakeHands()) {
+    SetOwnerDialogue(this);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setWindowIcon(ProgramIcon());
+}
+
+Desktop::~Desktop() {
+    SetOwnerDialogue(nullptr);
+    tray_.TrayDelete();
+}
+
+ActionHands Desktop::MakeHands() {
+    ActionHands hands;
+    hands.StartWebsite = [this] {
+        StartWebsite();
+    };
+    hands.ShowFigures = [this] {
+        if (main_) main_->ShowFigures();
+    };
+    hands.ToggleMainWindow = [this] {
+        ToggleMainWindow();
+    };
+    hands.ShowSetupForm = [this](const SetupOpening &opening) {
+        forms_.ShowSetup(opening);
+    };
+    hands.CopyText = CopyText;
+    hands.OpenFolder = [this](const std::string &path) {
+        Open(FromQt(QUrl::fromLocalFile(ToQt(SystemPath(path))).toString(QUrl::FullyEncoded)));
+    };
+    hands.EndProgram = [this] {
+        shell_.EndProgram();
+    };
+    return hands;
+}
+
+QWidget *Desktop::MainWindowIfUp() const {
+    return main_ && main_->IsUp() ? main_.get() : nullptr;
+}
+
+int Desktop::ShowMessageBox(const std::string &text, int flags) {
+    if (!messageBox_) messageBox_ = std::make_unique<frmMsgBox>();
+    const QWidget *dialog = QApplication::activeModalWidget();
+    return messageBox_->Ask(text, flags, dialog != nullptr ? dialog : MainWindowIfUp());
+}
+
+void Desktop::ShowHelpBalloon(const std::string &title, const std::string &text) {
+    if (!balloon_) {
+        balloon_ = std::make_unique<frmHelpBalloon>([this] { OpenInBrowser(SupportAddress()); });
+    }
+    balloon_->Show(title, text, !SupportAddress().empty());
+}
+
+void Desktop::OpenInBrowser(const std::string &url) {
+    DoEvents();
+    Open(url);
+    DoEvents();
+}
+
+void Desktop::Open(const std::string &address) {
+    const bool isOpen = shell_.Open(address.empty() ? address : WithScheme(address));
+    if (!isOpen && !address.empty()) {
+        ShowMessageBox("There is no program on this computer that opens '" + address + "'.", FlagCritical);
+    }
+}
+
+void Desktop::WebsiteStatusChanged() {
+    if (main_) main_->UpdateStatus();
+}
+
+void Desktop::SetFiguresRunning(bool running) {
+    if (main_) main_->SetFiguresRunning(running);
+}
+
+void Desktop::ShowSetup() {
+    actions_.Setup();
+}
+
+void Desktop::StartWebsite() {
+    frmStartStatus form;
+    form.Run(MainWindowIfUp());
+}
+
+void Desktop::ShowMainWindow() {
+    if (!main_) {
+        MainWindowHands hands;
+        hands.HasTray = shell_.HasTray;
+        hands.Unloaded = [this] {
+            HandleUnloaded();
+        };
+        hands.Restored = [this] {
+            mainWindowShown_ = true;
+        };
+        hands.ShowTrayMenu = [this](const QPoint &place) {
+            ShowTrayMenu(place);
+        };
+        main_ = std::make_unique<frmMain>(actions_, std::move(hands));
+    }
+    main_->Load();
+}
+
+void Desktop::HandleUnloaded() {
+    tray_.TrayBalloon(App::Title,
+                      "You can show the main window again by double clicking on the icon in your system "
+                      "tray.\r\n\r\nTo close Pixmora!, right click its icon and click Exit.",
+                      BalloonInformation);
+    SaveSetting("Setup", "MinimizeOnce", "1");
+    mainWindowShown_ = false;
+}
+
+void Desktop::ToggleMainWindow() {
+    mainWindowShown_ = !mainWindowShown_;
+    if (mainWindowShown_) {
+        ShowMainWindow();
+    } else if (main_) {
+        main_->Unload();
+    }
+}
+
+void Desktop::LoadTray() {
+    tray_.OnDoubleClick = [this] {
+        ToggleMainWindow();
+    };
+    tray_.OnRightButton = [this] {
+        ShowTrayMenu(QCursor::pos());
+    };
+    tray_.TrayAdd(App::Title, QGuiApplication::windowIcon());
+}
+
+void Desktop::ShowTrayMenu(const QPoint &pointer) const {
+    if (QApplication::activeModalWidget() != nullptr) return;
+    const auto menu = clsXPMenu::Create(
+        SystrayMenu, SystrayMenuItems(mainWindowShown_),
+        [this](const std::string &menuName, const std::string &itemText) { actions_.HandleClick(menuName, itemText); });
+    const QScreen *screen = QGuiApplication::screenAt(pointer);
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    menu->ShowMenu(
+        TrayMenuPlace(pointer, {menu->GetWidth(), menu->GetHeight()}, screen->geometry(), screen->availableGeometry()));
+}
+
+void Desktop::EndWithoutQuestion() {
+    if (gSystray) StopWebsite(true);  // also one that is only starting
+    shell_.EndProgram();
+}
+
+bool Desktop::ShowUnhandledError(const RunTimeError &error) {
+    if (std::exchange(isFailing_, true)) return false;
+    tray_.IgnoreTrayEvents = true;
+    std::fprintf(stderr, "%s\n", error.what());
+    std::fflush(stderr);
+    ShowMessageBox(error.Message(), FlagCritical);
+    return true;
+}
+
+void Desktop::ShutDown() {
+    tray_.IgnoreTrayEvents = true;
+    ShutDownHooks hooks;
+    hooks.RemoveTrayIcon = [this] {
+        tray_.TrayDelete();
+    };
+    hooks.UnloadForms = [] {
+        for (QWidget *form : QApplication::topLevelWidgets()) form->hide();
+    };
+    ShutDownProgram(hooks);
+}
+
+}  // namespace pixmora

@@ -1,0 +1,73 @@
+// A label that can be clicked as a link.
+#include "console/LinkLabel.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "console/Skin.h"
+#include "console/SkinButton.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int sideSpace = 3;
+constexpr int heightSpace = 6;
+
+/// Brighter than the link itself, whatever that is.
+QColor UnderPointer(const QColor &colour) {
+    return colour.red() > colour.blue() ? QColor(190, 0, 0) : QColor(40, 100, 230);
+}
+
+}  // namespace
+
+LinkLabel::LinkLabel(const char *name, const QString &text, const QString &purpose, QWidget *parent)
+    : QPushButton(text, parent) {
+    setObjectName(QLatin1String(name));
+    setAutoDefault(false);
+    setAccessibleDescription(purpose);
+    setAttribute(Qt::WA_Hover);
+    setFont(Skin::Font(12));
+    SetLook({QColor(0, 0, 128), false, false, false, true});
+}
+
+void LinkLabel::SetLook(const LinkLook &look) {
+    look_ = look;
+    QFont changed = font();
+    changed.setUnderline(look.Underlined);
+    changed.setItalic(look.Italic);
+    changed.setBold(look.Bold);
+    setFont(changed);
+    setEnabled(look.HasHandPointer);
+    setCursor(look.HasHandPointer ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    update();
+}
+
+QSize LinkLabel::sizeHint() const {
+    const QFontMetrics metrics = fontMetrics();
+    return {metrics.horizontalAdvance(text()) + 2 * sideSpace + 2, metrics.height() + heightSpace};
+}
+
+QSize LinkLabel::minimumSizeHint() const {
+    return {fontMetrics().horizontalAdvance(QStringLiteral("...")), sizeHint().height()};
+}
+
+void LinkLabel::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setFont(font());
+    painter.setPen(underMouse() && isEnabled() ? UnderPointer(look_.Colour) : look_.Colour);
+    const QRect room = rect().adjusted(sideSpace, 0, -sideSpace, 0);
+    painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+    if (hasFocus()) Skin::PaintFocus(painter, QRectF(rect()).adjusted(0, 1, 0, -1), look_.Colour);
+}
+
+void LinkLabel::keyPressEvent(QKeyEvent *event) {
+    if (IsEnter(*event)) {
+        click();
+    } else {
+        QPushButton::keyPressEvent(event);
+    }
+}
+
+}  // namespace pixmora

@@ -1,0 +1,68 @@
+// The items of the program's menus.
+#include "console/MenuItems.h"
+
+#include <cstdint>
+
+#include "core/site/Globals.h"
+#include "platform/Numbers.h"
+#include "store/Catalogue.h"
+
+namespace pixmora {
+
+namespace {
+
+const MenuItem separator{};
+
+MenuItem Item(std::string text) {
+    return {std::move(text), {}, {}};
+}
+
+/// Deliberate: two fixed addresses, whatever the machine's own may be.
+std::string VisitorName(const std::string &address) {
+    return address == "192.168.0.1" || address == "127.0.0.1" ? "Me" : address;
+}
+
+MenuItems VisitItems(const clsVisitor &visitor) {
+    // The tick count wraps, the stay doesn't.
+    const auto stay = static_cast<std::int32_t>(static_cast<std::uint32_t>(GetTickCount()) -
+                                                static_cast<std::uint32_t>(visitor.ConnectTime));
+    return {Item("Connected Time: " + FormatElapsed(stay / 1000, false, false)), Item("Page: " + visitor.CurrentPage)};
+}
+
+}  // namespace
+
+MenuItems SystrayMenuItems(bool isWindowShown) {
+    MenuItems items = {Item("Active Visitors: " + std::to_string(gVisitorsActive)), separator,
+                       Item(gWebsiteStarted ? "Stop Website" : "Start Website"), Item("Setup"), separator};
+    if (gWebsiteStarted) {
+        items.push_back(Item("Put Link in AIM Away Message"));
+        items.push_back(separator);
+    }
+    items.push_back(Item(isWindowShown ? "Minimize Window" : "Restore Window"));
+    items.push_back(separator);
+    items.push_back(Item("Exit"));
+    return items;
+}
+
+MenuItems AddressOptsMenuItems() {
+    return {Item("View My Website"), Item("Copy Link to Clipboard"), Item("Email Link to Someone"),
+            Item("IM Link to Someone"), Item("Put Link in AIM Away Message")};
+}
+
+MenuItems AlbumMenuItems() {
+    MenuItems items = {Item("Add New Album"), Item("Edit Album"), separator};
+    std::int32_t count = 0;
+    for (const std::string &name : GetAlbumNames(count)) items.push_back(Item(name));
+    return items;
+}
+
+MenuItems ActiveMenuItems() {
+    if (gVisitors.empty()) return {Item("No Active Users")};
+    MenuItems items;
+    for (const clsVisitor &visitor : gVisitors) {
+        items.push_back({VisitorName(visitor.IP), VisitItems(visitor), std::to_string(items.size()) + ActiveMenu});
+    }
+    return items;
+}
+
+}  // namespace pixmora

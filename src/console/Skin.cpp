@@ -1,0 +1,60 @@
+// The look that all windows of the program share: colours, fonts, surfaces.
+#include "console/Skin.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <QStringList>
+
+namespace pixmora::Skin {
+
+namespace {
+
+constexpr double amberEdge = 3;
+constexpr double cardCorner = 6;
+
+/// A frame of one unit lies sharp when its middle does between two pixels.
+QRectF FrameOf(const QRectF &outer) {
+    return outer.adjusted(0.5, 0.5, -0.5, -0.5);
+}
+
+}  // namespace
+
+QFont Font(int pixels, bool bold) {
+    QFont font;
+    font.setFamilies({QStringLiteral("Tahoma"), QStringLiteral("Segoe UI"), QStringLiteral("Noto Sans"),
+                      QStringLiteral("DejaVu Sans")});
+    font.setPixelSize(pixels);
+    font.setBold(bold);
+    return font;
+}
+
+void PaintWindow(QPainter &painter, const QRectF &window) {
+    painter.fillRect(window, Body);
+    painter.setPen(QPen(Frame, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(FrameOf(window));
+}
+
+void PaintHeader(QPainter &painter, const QRectF &header) {
+    QLinearGradient gradient(header.topLeft(), header.bottomLeft());
+    gradient.setColorAt(0, HeaderTop);
+    gradient.setColorAt(1, HeaderBottom);
+    painter.fillRect(header, gradient);
+    painter.fillRect(QRectF(header.left(), header.bottom() - amberEdge, header.width(), amberEdge), Amber);
+}
+
+void PaintCard(QPainter &painter, const QRectF &card) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Line, 1));
+    painter.setBrush(Card);
+    painter.drawRoundedRect(FrameOf(card), cardCorner, cardCorner);
+}
+
+void PaintFocus(QPainter &painter, const QRectF &control, const QColor &colour) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, 1, Qt::DotLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(FrameOf(control), 3, 3);
+}
+
+}  // namespace pixmora::Skin

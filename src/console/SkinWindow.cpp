@@ -1,0 +1,122 @@
+// A window without the desktop's frame, with a painted title area by which it is moved.
+#include "console/SkinWindow.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWindow>
+#include <algorithm>
+
+#include "console/Glyphs.h"
+#include "console/Skin.h"
+#include "console/Texts.h"
+#include "platform/App.h"
+#include "platform/MessageLoop.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int mainTitleHeight = 66;
+constexpr int boxTitleHeight = 34;
+
+void DrawLine(QPainter &painter, const QPointF &baseline, const QString &text, const QFont &font,
+              const QColor &colour) {
+    painter.setFont(font);
+    painter.setPen(colour);
+    painter.drawText(baseline, text);
+}
+
+}  // namespace
+
+TitleArea::TitleArea(const QString &title, Size size, QWidget *parent) : QWidget(parent), title_(title), size_(size) {
+    setObjectName(QStringLiteral("imgTitleArea"));
+    setFixedHeight(size == Size::Main ? mainTitleHeight : boxTitleHeight);
+    auto *buttons = new QHBoxLayout(this);
+    buttons->setContentsMargins(0, 0, 8, size == Size::Main ? 28 : 3);
+    buttons->setSpacing(2);
+    buttons->addStretch();
+}
+
+void TitleArea::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    Skin::PaintHeader(painter, rect());
+    if (size_ == Size::Main) {
+        PaintMainTitle(painter);
+    } else {
+        PaintMark(painter, QRectF(9, 6, 19, 19));
+        DrawLine(painter, {35, 20}, title_, Skin::Font(12, true), Skin::HeaderInk);
+    }
+}
+
+void TitleArea::PaintMainTitle(QPainter &painter) const {
+    const qsizetype split = title_.indexOf('!') + 1;
+    PaintMark(painter, QRectF(14, 9, 45, 45));
+    DrawLine(painter, {70, 33}, title_.left(split), Skin::Font(23, true), Skin::HeaderInk);
+    DrawLine(painter, {71, 51}, title_.mid(split).trimmed(), Skin::Font(12), Skin::HeaderSoftInk);
+}
+
+void TitleArea::mousePressEvent(QMouseEvent *event) {
+    if (event->button() != Qt::LeftButton) return;
+    if (window()->windowHandle() != nullptr && window()->windowHandle()->startSystemMove()) return;
+    isDragging_ = true;
+    grip_ = event->globalPosition().toPoint() - window()->pos();
+}
+
+void TitleArea::mouseMoveEvent(QMouseEvent *event) {
+    if (isDragging_) window()->move(event->globalPosition().toPoint() - grip_);
+}
+
+void TitleArea::mouseReleaseEvent(QMouseEvent *) {
+    isDragging_ = false;
+}
+
+SkinWindow::SkinWindow(const char *name, const QString &title, TitleArea::Size size)
+    : QDialog(nullptr, Qt::Window | Qt::FramelessWindowHint), title_(new TitleArea(title, size, this)) {
+    setObjectName(QLatin1String(name));
+    setWindowTitle(title);
+    setAccessibleName(title);
+    setFont(Skin::Font(12));
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, Skin::Ink);
+    setPalette(colours);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(1, 1, 1, 1);
+    layout->setSpacing(0);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(title_);
+    contents_ = new QVBoxLayout;
+    contents_->setContentsMargins(14, 12, 14, 14);
+    contents_->setSpacing(10);
+    layout->addLayout(contents_);
+}
+
+void SkinWindow::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    Skin::PaintWindow(painter, rect());
+}
+
+void SkinWindow::closeEvent(QCloseEvent *event) {
+    event->ignore();
+    RunEventHandler([this] { CloseByOwner(); });
+}
+
+void PlaceOver(QWidget &window, const QWidget *other) {
+    window.adjustSize();
+    const bool hasOther = other != nullptr && other->isVisible() && !other->isMinimized();
+    const QScreen *screen = hasOther ? other->screen() : QGuiApplication::screenAt(QCursor::pos());
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    const QRect room = screen->availableGeometry();
+    QRect place = window.rect();
+    place.moveCenter(hasOther ? other->geometry().center() : room.center());
+    place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())));
+    place.moveTop(std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
+    window.move(place.topLeft());
+}
+
+}  // namespace pixmora

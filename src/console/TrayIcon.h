@@ -1,0 +1,40 @@
+// The icon in the desktop's tray.
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QSystemTrayIcon>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace pixmora {
+
+/// Icons of a balloon.
+inline constexpr int BalloonNoIcon = 0;
+inline constexpr int BalloonInformation = 1;
+
+/// Where the tray's menu goes: left of the pointer where it would run past the right edge, and clear of the task bar.
+/// @param available the screen less its task bars
+QPoint TrayMenuPlace(const QPoint &pointer, const QSize &menu, const QRect &screen, const QRect &available);
+
+/// At most one icon, of this process. On a desktop without a tray it shows as soon as there is one.
+class TrayIcon {
+public:
+    std::function<void()> OnDoubleClick;  ///< runs under the event guard
+    std::function<void()> OnRightButton;  ///< likewise
+    bool IgnoreTrayEvents = false;        ///< turns all of them off
+
+    void TrayAdd(const std::string &tip, const QIcon &icon);
+    void TrayModify(const std::string &tip, const QIcon &icon);
+    void TrayDelete();
+    /// A balloon at the icon. @param title up to 64 characters, text up to 256; what is longer is cut
+    void TrayBalloon(const std::string &title, const std::string &text, int iconFlag) const;
+
+private:
+    void HandleActivation(QSystemTrayIcon::ActivationReason reason) const;
+
+    std::unique_ptr<QSystemTrayIcon> icon_;
+};
+
+}  // namespace pixmora

@@ -1,0 +1,163 @@
+// The help balloon beside the pointer.
+#include "console/frmHelpBalloon.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+
+#include "console/Events.h"
+#include "console/Glyphs.h"
+#include "console/LinkLabel.h"
+#include "console/Skin.h"
+#include "console/Texts.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int msPerCharacter = 60;
+constexpr int pointerGap = 10;
+constexpr int textWidth = 270;
+constexpr QColor paper(255, 252, 232);
+constexpr QColor edge(196, 170, 96);
+
+class InformationView : public QWidget {
+public:
+    InformationView() {
+        setObjectName(QStringLiteral("imgHelpBalloonInfo"));
+        setFixedSize(20, 20);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        PaintSign(painter, Sign::Information, QRectF(rect()).adjusted(1, 1, -1, -1));
+    }
+};
+
+class ExitImage : public QPushButton {
+public:
+    ExitImage() {
+        setObjectName(QStringLiteral("imgHelpBallonExit"));
+        setAccessibleName(QStringLiteral("Close"));
+        setFocusPolicy(Qt::NoFocus);
+        setAttribute(Qt::WA_Hover);
+        setFixedSize(18, 18);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (underMouse()) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(Skin::Red);
+            painter.drawRoundedRect(rect(), 3, 3);
+        }
+        PaintGlyph(painter, Glyph::Close, QRectF(rect()).adjusted(3, 3, -3, -3),
+                   underMouse() ? Qt::white : Skin::SoftInk);
+    }
+};
+
+QLabel *MakeLabel(const char *name, const QFont &font) {
+    auto *label = new QLabel;
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setFont(font);
+    QPalette colours = label->palette();
+    colours.setColor(QPalette::WindowText, Skin::Ink);
+    label->setPalette(colours);
+    return label;
+}
+
+}  // namespace
+
+int BalloonTime(const QString &text) {
+    return static_cast<int>(text.size()) * msPerCharacter;
+}
+
+QPoint BalloonPlace(const QPoint &pointer, const QSize &balloon, const QRect &screen) {
+    int x = pointer.x() + pointerGap;
+    if (x + balloon.width() > screen.right() + 1) x = pointer.x() - pointerGap - balloon.width();
+    const int lowest = std::max(screen.top(), screen.bottom() + 1 - balloon.height());
+    return {std::max(x, screen.left()), std::clamp(pointer.y() + pointerGap, screen.top(), lowest)};
+}
+
+frmHelpBalloon::frmHelpBalloon(const std::function<void()> &openSupport)
+    : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint),
+      lblHelpBalloonTitle(MakeLabel("lblHelpBalloonTitle", Skin::Font(12, true))),
+      lblHelpBalloonDesc(MakeLabel("lblHelpBalloonDesc", Skin::Font(12))),
+      lblOnlineSupport(new LinkLabel("lblOnlineSupport", QStringLiteral("Online Support"), {})) {
+    setObjectName(QStringLiteral("frmHelpBalloon"));
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    auto *exit = new ExitImage;
+    lblOnlineSupport->setFocusPolicy(Qt::NoFocus);
+    auto *layout = new QGridLayout(this);
+    layout->setContentsMargins(10, 9, 10, 7);
+    layout->setHorizontalSpacing(8);
+    layout->setVerticalSpacing(5);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(new InformationView, 0, 0);
+    layout->addWidget(lblHelpBalloonTitle, 0, 1);
+    layout->addWidget(exit, 0, 2, Qt::AlignTop);
+    layout->addWidget(lblHelpBalloonDesc, 1, 1, 1, 2);
+    layout->addWidget(lblOnlineSupport, 2, 1, 1, 2, Qt::AlignLeft);
+    layout->setColumnStretch(1, 1);
+    OnClick(exit, [this] { hide(); });
+    OnClick(lblOnlineSupport, openSupport);
+    tmrClose.OnTimer = [this] {
+        hide();
+    };
+}
+
+void frmHelpBalloon::Show(const std::string &title, const std::string &text, bool hasSupport) {
+    hide();
+    if (text.empty()) return;  // its time is over at once
+    lblHelpBalloonTitle->setText(ToQt(title));
+    lblHelpBalloonDesc->setText(MessageText(text));
+    lblHelpBalloonDesc->setFixedWidth(textWidth);
+    lblHelpBalloonDesc->setFixedHeight(lblHelpBalloonDesc->heightForWidth(textWidth));
+    lblOnlineSupport->setVisible(hasSupport);
+    setAccessibleName(lblHelpBalloonTitle->text());
+    setAccessibleDescription(lblHelpBalloonDesc->text());
+    adjustSize();
+    const QPoint pointer = QCursor::pos();
+    const QScreen *screen = QGuiApplication::screenAt(pointer);
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    move(BalloonPlace(pointer, size(), screen->geometry()));
+    // A modal dialog blocks every window but those that belong to it.
+    winId();
+    if (const QWidget *dialog = QApplication::activeModalWidget()) {
+        windowHandle()->setTransientParent(dialog->windowHandle());
+    }
+    show();
+    qApp->installEventFilter(this);
+    tmrClose.SetInterval(BalloonTime(ToQt(text)));
+    tmrClose.SetEnabled(true);
+}
+
+bool frmHelpBalloon::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::KeyPress) hide();
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmHelpBalloon::hideEvent(QHideEvent *) {
+    tmrClose.SetEnabled(false);
+    qApp->removeEventFilter(this);
+}
+
+void frmHelpBalloon::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.fillRect(rect(), paper);
+    painter.setPen(QPen(edge, 1));
+    painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
+}  // namespace pixmora

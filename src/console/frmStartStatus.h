@@ -1,0 +1,46 @@
+// The start window: it runs the website's start and shows how far it has come.
+#pragma once
+
+#include "console/SkinButton.h"
+#include "console/SkinWindow.h"
+#include "core/WebsiteStart.h"
+#include "platform/MessageLoop.h"
+
+class QLabel;
+class QProgressBar;
+
+namespace pixmora {
+
+/// The sequence begins half a second after the window appears. Until its end the one button asks to cancel; then it
+/// closes the window, which after a start that succeeded closes by itself.
+class frmStartStatus : public SkinWindow, public StartView {
+public:
+    frmStartStatus();
+
+    /// Modal; returns when the window has closed. @param over the window that this one is placed over, or null
+    void Run(const QWidget *over);
+
+    void ShowStatus(const std::string &text) override;
+    void AdvanceProgress() override;
+    bool Cancelled() override { return cancelled_; }
+    void ShowLive() override;
+    void ShowStopped() override;
+
+protected:
+    void CloseByOwner() override { cmdCancel->click(); }
+
+private:
+    void ClickCancel();
+    void ClickViewSite();
+    void OfferClose();
+
+    QLabel *lblStatus;
+    QProgressBar *prg;
+    SkinButton *cmdViewSite;
+    SkinButton *cmdCancel;
+    Timer tmrStart;
+    Timer tmrClose;
+    bool cancelled_ = false;
+};
+
+}  // namespace pixmora
