@@ -1,26 +1,24 @@
 // Tests of picture delivery.
 #include <gtest/gtest.h>
 
+#include "support/PageFixture.h"
 #include "support/Pictures.h"
-#include "support/SiteFixture.h"
 
 namespace pixmora::test {
 namespace {
 
-class ShowPictureTest : public SiteFixture {
+class ShowPictureTest : public PageFixture {
 protected:
-    std::string Picture(const Arguments &args) {
-        return Answer([&](const Connection &socket) { gWebServerCommands->genShowPicture(socket, args); });
-    }
-    std::int32_t WidthOf(const std::string &bytes) {
-        const std::string path = Program.Write("answer.jpg", bytes);
+    std::string Picture(std::string_view args) { return Get("ShowPicture?" + std::string(args)); }
+    std::int32_t WidthOf(const std::string &answer) {
+        const std::string path = Program.Write("answer.jpg", Body(answer));
         PictureEngine engine;
         std::int32_t success = 0;
         engine.Load(ProgramPath(path), 0, success);
         return engine.Width();
     }
     /// What lies in the album's folder.
-    std::string Folder() {
+    static std::string Folder() {
         std::vector<std::string> names;
         const Directory folder(gAlbums[0]->Directory);
         for (const DirectoryEntry &entry : folder.Entries()) {
@@ -34,58 +32,31 @@ protected:
 
 TEST_F(ShowPictureTest, AnswersWhatItCantDeliver) {
     const clsAlbum &album = AddAlbum("A");
-    AddFile(album, "a.jpg");
-    AddFile(album, "a.jpeg");
-    Program.Write("albums/secret.jpg");
-    struct RefusedCase {
-        const char *Name;
-        Arguments Args;
-        std::string Answer;
-    };
-    const RefusedCase cases[] = {
-        {"no path", {"1", "thumb"}, "Bad Request"},
-        {"no number", {"one", "thumb", "/a.jpg"}, "Bad Request"},
-        {"album 0", {"0", "thumb", "/a.jpg"}, "Bad Request"},
-        {"album behind the last", {"2", "thumb", "/a.jpg"}, "Bad Request"},
-        {"four letters", {"1", "thumb", "/a.jpeg"}, "Not a Valid Picture!"},
-        {"no ending", {"1", "full", ""}, "Not a Valid Picture!"},
-        {"no file", {"1", "thumb", "/b.jpg"}, "Picture Not Found!"},
-        {"above the album", {"1", "full", "/../secret.jpg"}, "Picture Not Found!"},
-        {"NUL", {"1", "full", std::string("/a.jpg\0.jpg", 11)}, "Picture Not Found!"},
-    };
-    for (const RefusedCase &test : cases) EXPECT_EQ(Picture(test.Args), test.Answer) << test.Name;
-    EXPECT_EQ(gThumbsSession, 0);
-    EXPECT_EQ(Column("StatsDaily", "Bandwidth"), "");
+    for (const char *name : {"a.jpg", "a.jpeg", "../secret.jpg"}) AddFile(album, name);
+    for (const char *args : {"", "1&thumb", "one&thumb&/a.jpg", "0&thumb&/a.jpg", "2&thumb&/a.jpg"})
+        EXPECT_EQ(Picture(args), "Bad Request") << args;
+    for (const char *args : {"1&thumb&/a.jpeg", "1&full&/x"}) EXPECT_EQ(Picture(args), "Not a Valid Picture!") << args;
+    for (const char *args : {"1&thumb&/b.jpg", "1&full&/../secret.jpg", "1&full&/a.jpg%00.jpg"})
+        EXPECT_EQ(Picture(args), "Picture Not Found!") << args;
+    EXPECT_EQ(Column("StatsTotal", "Stat"), "");
 }
 
-TEST_F(ShowPictureTest, ConvertsToTheSizeOfTheMode) {
+TEST_F(ShowPictureTest, ConvertsToTheSizeAndQualityOfTheMode) {
     const clsAlbum &album = AddAlbum("A");
     AddFile(album, "wide.BMP", BitmapFile(1000, 40));
     AddFile(album, "small.bmp", BitmapFile(20, 10));
     gThumbQuality = 50 * 4096;
-    struct ModeCase {
-        std::string Mode;
-        std::string File;
-        std::int32_t Width;
-        int Counted;
-    };
-    for (const ModeCase &test : {ModeCase{"thumb", "/wide.BMP", 150, 1},
-                                 {"slideshow", "/wide.BMP", 300, 1},
-                                 {"preview", "/wide.BMP", 375, 0},
-                                 {"thumb", "/small.bmp", 20, 1}}) {
-        SCOPED_TRACE(test.Mode + test.File);
-        gThumbsSession = 0;
-        const std::string answer = Picture({"1", test.Mode, test.File});
-        EXPECT_TRUE(answer.starts_with(imageHead_ + "\xFF\xD8"));
-        EXPECT_EQ(WidthOf(Body(answer)), test.Width);
-        EXPECT_EQ(gThumbsSession, test.Counted);
-        EXPECT_EQ(Folder(), "small.bmp|wide.BMP");
-    }
-    EXPECT_EQ(Column("StatsDaily", "AlbumName") + " " + Column("StatsDaily", "Thumbs"), "A 3");
-
-    const std::size_t coarse = Picture({"1", "thumb", "/wide.BMP"}).size();
+    const std::string coarse = Picture("1&thumb&/wide.BMP");
+    EXPECT_TRUE(coarse.starts_with(imageHead_ + "\xFF\xD8"));
+    EXPECT_EQ(WidthOf(coarse), 150);
+    EXPECT_EQ(WidthOf(Picture("1&slideshow&/wide.BMP")), 300);
+    EXPECT_EQ(WidthOf(Picture("1&preview&/wide.BMP")), 375);
+    EXPECT_EQ(WidthOf(Picture("1&thumb&/small.bmp")), 20);
+    EXPECT_EQ(gThumbsSession, 3);
+    EXPECT_EQ(Column("StatsDaily", "AlbumName") + Column("StatsDaily", "Thumbs"), "A3");
+    EXPECT_EQ(Folder(), "small.bmp|wide.BMP");
     gThumbQuality = 95 * 4096;
-    EXPECT_GT(Picture({"1", "thumb", "/wide.BMP"}).size(), coarse);
+    EXPECT_GT(Picture("1&thumb&/wide.BMP").size(), coarse.size());
 }
 
 TEST_F(ShowPictureTest, SendsTheStoredFileUntouched) {
@@ -93,50 +64,40 @@ TEST_F(ShowPictureTest, SendsTheStoredFileUntouched) {
     const std::string bitmap = BitmapFile(50, 20);
     AddFile(album, "a.bmp", bitmap);
     for (const std::string mode : {"full", "thumbs", ""})
-        EXPECT_EQ(Picture({"1", mode, "/a.bmp"}), imageHead_ + bitmap) << mode;
+        EXPECT_EQ(Picture("1&" + mode + "&/a.bmp"), imageHead_ + bitmap);
     EXPECT_EQ(gThumbsSession, 0);
     EXPECT_EQ(gBandwidthSession, 3 * static_cast<double>(bitmap.size() / 1024));
     AddDirectory(album, "folder.jpg");
-    EXPECT_EQ(Picture({"1", "full", "/folder.jpg"}), imageHead_);
+    EXPECT_EQ(Picture("1&full&/folder.jpg"), imageHead_);
     EXPECT_EQ(Folder(), "a.bmp|folder.jpg");
 }
 
-TEST_F(ShowPictureTest, SendsNothingOfAFileThatIsNoPicture) {
-    AddFile(AddAlbum("A"), "a.jpg", "no picture at all");
-    EXPECT_EQ(Picture({"1", "thumb", "/a.jpg"}), imageHead_);
-    EXPECT_EQ(gThumbsSession, 1);
-    EXPECT_EQ(Folder(), "a.jpg");
-}
-
-TEST_F(ShowPictureTest, TellsOfAConversionThatFails) {
+TEST_F(ShowPictureTest, LeavesNothingBehindOfConversionsThatFail) {
     const clsAlbum &album = AddAlbum("A");
-    AddFile(album, "a.bmp", BitmapFile(20, 10));
-    AddFile(album, "a.bmp.tmp/in the way");
-    EXPECT_EQ(Picture({"1", "slideshow", "/a.bmp"}), WriteResponseHead("text/html", true) + "Picture Conversion Error");
-    EXPECT_EQ(gThumbsSession, 1);
-    EXPECT_EQ(Program.Read("albums/A/a.bmp"), BitmapFile(20, 10));
+    AddFile(album, "a.jpg", "no picture at all");
+    EXPECT_EQ(Picture("1&thumb&/a.jpg"), imageHead_);
+    EXPECT_EQ(Folder(), "a.jpg");
+    AddFile(album, "b.bmp", BitmapFile(20, 10));
+    AddFile(album, "b.bmp.tmp/in the way");
+    EXPECT_EQ(Picture("1&slideshow&/b.bmp"), WriteResponseHead("text/html", true) + "Picture Conversion Error");
+    EXPECT_EQ(gThumbsSession, 2);
 }
 
 TEST_F(ShowPictureTest, KeepsConversionsApart) {
     AddFile(AddAlbum("A"), "a.bmp", BitmapFile(20, 10));
     gLastConversionTick = GetTickCount() - 100;
-    Picture({"1", "full", "/a.bmp"});
-    EXPECT_EQ(GetTickCount(), 1000401);
+    Picture("1&full&/a.bmp");
     EXPECT_EQ(gLastConversionTick, 1000401);
-    Picture({"1", "thumb", "/missing.bmp"});
+    Picture("1&thumb&/missing.bmp");
     EXPECT_EQ(gLastConversionTick, 1000902);
     SaveSetting("Setup", "ConversionSpacing", "2000");
-    Picture({"1", "thumb", "/a.bmp"});
-    EXPECT_EQ(GetTickCount(), 1002903);
-    SaveSetting("Setup", "ConversionSpacing", "0");
-    Picture({"1", "thumb", "/a.bmp"});
-    EXPECT_EQ(GetTickCount(), 1002904);
+    Picture("1&thumb&/a.bmp");
+    EXPECT_EQ(gLastConversionTick, 1002903);
 }
 
 TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstAndSurvivesALostVisitor) {
     const clsAlbum &album = AddAlbum("A");
-    AddFile(album, "outer.bmp", BitmapFile(300, 10));
-    AddFile(album, "inner.bmp", BitmapFile(300, 10));
+    for (const char *name : {"outer.bmp", "inner.bmp"}) AddFile(album, name, BitmapFile(300, 10));
     gLastConversionTick = GetTickCount();
 
     // The inner request arrives while the outer one waits; its visitor is gone before the answer.
@@ -160,10 +121,9 @@ TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstAndSurvivesALostVisitor)
         visitor.Send("GET");
         gWebServerCommands->genShowPicture(socket, {"1", "thumb", "/outer.bmp"});
     });
-    EXPECT_EQ(WidthOf(Body(answer)), 150);
+    EXPECT_EQ(WidthOf(answer), 150);
     EXPECT_EQ(innerDone, 1000501);
     EXPECT_EQ(GetTickCount(), 1001002);
-    EXPECT_EQ(gThumbsSession, 2);
     EXPECT_EQ(Folder(), "inner.bmp|outer.bmp");
 }
 
