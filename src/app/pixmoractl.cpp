@@ -160,7 +160,7 @@ int AddUser(const Words &words) {
     const bool isAdmin = words.size() > 2;
     if (isAdmin && words[2] != "--admin") return ShowUsage();
     const pixmora::UserFields fields{words[0], words[1], words[1], isAdmin};
-    if (const auto message = pixmora::ValidateUser(fields, "")) return Refuse(*message);
+    if (const auto refusal = pixmora::ValidateUser(fields, "")) return Refuse(refusal->Message);
     pixmora::SaveUser(fields, "");
     return statusDone;
 }

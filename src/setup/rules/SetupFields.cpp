@@ -57,7 +57,7 @@ void SaveSetupFields(const SetupFields &fields, const std::string &program) {
             SavePort(value);
         } else if (bound.Value == &SetupFields::FilesPerPage) {
             SaveSetting("Setup", bound.Key, value == AllFiles ? "0" : value);
-        } else {
+        } else if (bound.Value != &SetupFields::Style || !value.empty()) {  // no choice keeps what was chosen before
             SaveSetting("Setup", bound.Key, value);
         }
     }

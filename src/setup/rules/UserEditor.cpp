@@ -42,17 +42,18 @@ UserFields LoadUser(std::string_view username) {
     return {AsText(users->Value("Username")), password, password, !IsNull(admin) && AsBoolean(admin)};
 }
 
-std::optional<std::string> ValidateUser(const UserFields &fields, std::string_view editUserName) {
+std::optional<UserRefusal> ValidateUser(const UserFields &fields, std::string_view editUserName) {
     // Deliberate: a name changed in its case alone meets its own entry here and is refused.
     const bool isTaken =
         fields.Username != editUserName && std::ranges::any_of(GetUserNames(), [&fields](const std::string &name) {
             return EqualsIgnoreCase(name, fields.Username);
         });
-    if (isTaken) return "Username already exists!";
-    if (fields.Username.empty()) return "You must enter a username!";
-    if (HasBadFileChars(fields.Username)) return BadNameMessage("Username");
-    if (fields.Password.empty()) return "You must enter a password!";
-    if (fields.Password != fields.Confirm) return "Passwords don't match!";
+    using enum UserRefusal::Field;
+    if (isTaken) return UserRefusal{"Username already exists!", Username};
+    if (fields.Username.empty()) return UserRefusal{"You must enter a username!", Username};
+    if (HasBadFileChars(fields.Username)) return UserRefusal{BadNameMessage("Username"), Username};
+    if (fields.Password.empty()) return UserRefusal{"You must enter a password!", Password};
+    if (fields.Password != fields.Confirm) return UserRefusal{"Passwords don't match!", Confirm};
     return std::nullopt;
 }
 

@@ -21,8 +21,14 @@ std::vector<std::string> GetUserNames();
 /// The stored fields, the password also as Confirm. @throws RunTimeError NoCurrentRecord
 UserFields LoadUser(std::string_view username);
 
-/// The message of the first rule that the fields break. @param editUserName the user being edited, empty to add one
-std::optional<std::string> ValidateUser(const UserFields &fields, std::string_view editUserName);
+struct UserRefusal {
+    enum class Field { Username, Password, Confirm };
+    std::string Message;
+    Field Where;  ///< the field that wants mending
+};
+
+/// The first rule that the fields break. @param editUserName the user being edited, empty to add one
+std::optional<UserRefusal> ValidateUser(const UserFields &fields, std::string_view editUserName);
 
 /// Writes valid fields. A new name does not reach the rights, which keep the old one. @return the words for the owner
 std::string SaveUser(const UserFields &fields, std::string_view editUserName);

@@ -1,0 +1,83 @@
+// What the setup dialogs have in common.
+#include "setup/SetupWindow.h"
+
+#include <QApplication>
+#include <QFontInfo>
+#include <QPalette>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "console/Skin.h"
+#include "platform/MessageLoop.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int skinTextPixels = 12;
+constexpr int frameRoom = 48;  // for the desktop's frame around the window
+constexpr QColor paleInk{140, 148, 162};
+
+QPalette SkinPalette() {
+    QPalette colours;
+    colours.setColor(QPalette::Window, Skin::Body);
+    colours.setColor(QPalette::WindowText, Skin::Ink);
+    colours.setColor(QPalette::Base, Skin::Card);
+    colours.setColor(QPalette::AlternateBase, Skin::Body);
+    colours.setColor(QPalette::Text, Skin::Ink);
+    colours.setColor(QPalette::Button, QColor(250, 251, 253));
+    colours.setColor(QPalette::ButtonText, Skin::Ink);
+    colours.setColor(QPalette::Highlight, Skin::Blue);
+    colours.setColor(QPalette::HighlightedText, Skin::HeaderInk);
+    colours.setColor(QPalette::PlaceholderText, Skin::SoftInk);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        colours.setColor(QPalette::Disabled, role, paleInk);
+    }
+    return colours;
+}
+
+/// Of the desktop's text over the skin's.
+double TextScale() {
+    return std::max(1.0, QFontInfo(QApplication::font()).pixelSize() / static_cast<double>(skinTextPixels));
+}
+
+void ScaleText(QWidget &widget, double scale) {
+    QFont font = widget.font();
+    const int pixels = font.pixelSize() > 0 ? font.pixelSize() : skinTextPixels;
+    font.setPixelSize(static_cast<int>(std::lround(pixels * scale)));
+    widget.setFont(font);
+}
+
+}  // namespace
+
+SetupWindow::SetupWindow(const char *name, const QString &title, QWidget *parent)
+    : QDialog(parent), contents_(new QVBoxLayout(this)) {
+    setObjectName(QLatin1String(name));
+    setWindowTitle(title);
+    setAccessibleName(title);
+    setWindowModality(Qt::ApplicationModal);
+    setPalette(SkinPalette());
+    setFont(Skin::Font(skinTextPixels));
+    contents_->setContentsMargins(14, 12, 14, 12);
+    contents_->setSpacing(10);
+}
+
+void SetupWindow::reject() {
+    RunEventHandler([this] { CloseByOwner(); });
+}
+
+void SetupWindow::FinishLayout() {
+    if (const double scale = TextScale(); scale > 1) {
+        // Each control before its surroundings, so that none is scaled twice through its parent's font.
+        QList<QWidget *> controls = findChildren<QWidget *>();
+        std::reverse(controls.begin(), controls.end());
+        for (QWidget *control : controls) ScaleText(*control, scale);
+        ScaleText(*this, scale);
+    }
+    const QRect room = QApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameRoom);
+    resize(sizeHint().boundedTo(room.size()));
+    move(room.center() - rect().center());
+}
+
+}  // namespace pixmora

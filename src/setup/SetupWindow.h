@@ -1,0 +1,29 @@
+// What the setup dialogs have in common.
+#pragma once
+
+#include <QDialog>
+
+class QVBoxLayout;
+
+namespace pixmora {
+
+/// A dialog in the desktop's own frame, which can be resized, in the colours of the skin. Its text is as large as the
+/// desktop's, and no smaller than the skin's. Escape and the frame's closing go to CloseByOwner.
+class SetupWindow : public QDialog {
+public:
+    SetupWindow(const char *name, const QString &title, QWidget *parent);
+
+    void reject() override;
+
+protected:
+    virtual void CloseByOwner() = 0;
+
+    QVBoxLayout *Contents() const { return contents_; }
+    /// To be called when all controls are in their places: fonts, and the size to begin with.
+    void FinishLayout();
+
+private:
+    QVBoxLayout *contents_;
+};
+
+}  // namespace pixmora

@@ -1,0 +1,107 @@
+// The setup dialog, which is also the wizard of the first run.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "console/SetupForms.h"
+#include "platform/MessageLoop.h"
+#include "setup/Choosers.h"
+#include "setup/SetupWindow.h"
+#include "setup/frmSetupAlbum.h"
+#include "setup/rules/AccessEditor.h"
+#include "setup/rules/PortCheck.h"
+#include "setup/rules/SetupDialog.h"
+#include "setup/rules/WebcamEditor.h"
+
+class QTabWidget;
+
+namespace pixmora {
+
+class SkinButton;
+
+/// What the dialog needs of the world around it; tests put their own in its place.
+struct SetupSurroundings {
+    pixmora::Choosers Choosers = DesktopChoosers();
+    std::function<bool()> IsConnectedToInternet;
+    std::function<WebcamHands()> Webcam;
+    std::string Program;  ///< full path of what starts with the session
+};
+SetupSurroundings DesktopSurroundings();
+
+/// Holds everything in its controls until Finish, but for what its sub-dialogs and checks write themselves. Made anew
+/// for each showing.
+class frmSetup : public SetupWindow {
+public:
+    explicit frmSetup(const SetupOpening &opening, SetupSurroundings surroundings = DesktopSurroundings());
+    ~frmSetup() override;
+
+    /// Modal.
+    void Run();
+
+protected:
+    void CloseByOwner() override { ClickCancel(); }
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    // frmSetup.cpp: opening, wizard, end
+    void MakeTabs();
+    QLayout *MakeButtons();
+    void ConnectWizard();
+    void Load();
+    SetupFields Fields() const;
+    void GoTo(SetupTab tab);
+    SetupTab CurrentTab() const;
+    void ChangeTab();
+    void ClickFinish();
+    void ClickCancel();
+    void Unload();
+
+    // frmSetupLists.cpp: albums, rights, and the dialogs behind them
+    void ConnectLists();
+    void FillAlbums();
+    void AddAlbumRow(const std::string &name, const std::string &directory);
+    void FillRestricted();
+    int CountAlbums() const;
+    void CreateAlbum();
+    void EditAlbum();
+    bool HasAlbumFor(const char *purpose);
+    void SetUpRestricted();
+    void RemoveRestriction();
+
+    // frmSetupLayout.cpp: figures, files, order, webcam
+    void ConnectLayout();
+    void ShowFigures();
+    void ChooseFilesPerRow();
+    void ChooseSortMethod();
+    void SetDirOrder();
+    void SetUpWebcam();
+
+    // frmSetupNetwork.cpp: the checks
+    PortCheckHands MakeCheckHands();
+    void ConnectNetwork();
+    bool CheckFirewall();
+
+    /// A control by its name.
+    template <typename Control>
+    Control *Find(const char *name) const {
+        return findChild<Control *>(QLatin1String(name));
+    }
+
+    SetupOpening opening_;
+    SetupSurroundings surroundings_;
+    QTabWidget *SSTab1;
+    SkinButton *cmdPrevious;
+    SkinButton *cmdNext;
+    SkinButton *cmdOK;
+    SkinButton *cmdCancel;
+    Timer tmrShowAddAlbum;
+    std::string privateIP_;
+    std::vector<RestrictedRow> restricted_;  ///< the rows of lvwRestricted
+    PortCheck check_;
+    bool settingsChanged_ = false;
+    bool isCheckRunning_ = false;
+};
+
+}  // namespace pixmora

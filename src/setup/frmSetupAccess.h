@@ -1,0 +1,61 @@
+// The form that decides who may see which directory.
+#pragma once
+
+#include <string>
+
+#include "setup/SetupWindow.h"
+
+class QCheckBox;
+class QLabel;
+class QListWidget;
+class QListWidgetItem;
+class QPlainTextEdit;
+
+namespace pixmora {
+
+class AlbumTreeView;
+class SContainer;
+class SkinButton;
+
+/// Users, their rights, and the words that protect by themselves; modal. Rights and users are written at once, the
+/// words when the form closes: there is no way to cancel.
+class frmSetupAccess : public SetupWindow {
+public:
+    explicit frmSetupAccess(QWidget *parent);
+
+    /// Shows the form; with no users it offers to add one first.
+    void Run();
+
+protected:
+    void CloseByOwner() override;
+
+private:
+    SContainer *MakeTreeBox();
+    SContainer *MakeUserBox();
+    SContainer *MakeWordsBox();
+    void ConnectControls();
+    void FillUsers();
+    void UpdateButtons();
+    void ClickNode();
+    void CheckItem(QListWidgetItem *user);
+    void ShowRestriction();
+    void AddUser();
+    void EditUser();
+    void DeleteUser();
+    std::string SelectedUser() const;
+    std::string ParentAlbum() const;
+
+    AlbumTreeView *tvAccess;
+    QLabel *lblParentAlbum;
+    QLabel *lblAccessDir;
+    QCheckBox *chkRestrictAccess;
+    QListWidget *lstUsers;
+    SkinButton *cmdUserAdd;
+    SkinButton *cmdUserEdit;
+    SkinButton *cmdUserDelete;
+    QPlainTextEdit *txtRestrictWords;
+    SkinButton *cmdOK;
+    bool loadingUsers_ = false;  ///< the marks are being set by the form, nothing is to be written
+};
+
+}  // namespace pixmora

@@ -1,0 +1,110 @@
+// The form for the webcam.
+#include "setup/frmSetupWebcam.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QSlider>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "console/Events.h"
+#include "console/Texts.h"
+#include "setup/FormParts.h"
+#include "webcam/modWebCam.h"
+
+namespace pixmora {
+
+using namespace FormParts;
+
+WebcamHands DesktopWebcamHands() {
+    WebcamHands hands;
+    hands.GetDriverDescription = GetDriverDescription;
+    hands.OpenWebcam = OpenWebcam;
+    hands.CloseWebcam = CloseWebcam;
+    hands.GetDriverDialogs = []() -> std::optional<WebcamHands::Dialogs> {
+        CaptureDriverCaps caps;
+        if (!GetDriverCaps(caps)) return std::nullopt;
+        return WebcamHands::Dialogs{caps.fHasDlgVideoSource, caps.fHasDlgVideoFormat};
+    };
+    hands.TestCapture = [] {
+        return SaveCaptureFile("", true);
+    };
+    return hands;
+}
+
+frmSetupWebcam::frmSetupWebcam(QWidget *parent, WebcamHands hands)
+    : SetupWindow("frmSetupWebcam", QStringLiteral("Webcam Setup"), parent),
+      editor_(std::move(hands)),
+      cboSource(DropDown("cboSource")),
+      sldCaptureInterval(Slider("sldCaptureInterval", ShortestCaptureInterval, LongestCaptureInterval)),
+      lblCaptureInterval(Label("lblCaptureInterval", QStringLiteral("0m 5s"))),
+      cmdDeviceFormat(Button("cmdDeviceFormat", "Format...")),
+      cmdDeviceSource(Button("cmdDeviceSource", "Source...")),
+      cmdOK(Button("cmdOK", "OK")),
+      cmdCancel(Button("cmdCancel", "Cancel")) {
+    cboSource->setAccessibleName(QStringLiteral("Capture Source"));
+    cboSource->setMinimumWidth(260);
+    sldCaptureInterval->setAccessibleName(QStringLiteral("Capture Interval"));
+    sldCaptureInterval->setPageStep(12);
+    lblCaptureInterval->setMinimumWidth(lblCaptureInterval->fontMetrics().horizontalAdvance(QStringLiteral("10m 55s")));
+    auto *devices = new QHBoxLayout;
+    devices->addWidget(cmdDeviceFormat);
+    devices->addWidget(cmdDeviceSource);
+    devices->addStretch();
+    auto *source = new QVBoxLayout;
+    source->addWidget(cboSource);
+    source->addLayout(devices);
+    Contents()->addWidget(Box("SContainer1", "Capture Source", source, Help("lblHelpSource")));
+    auto *interval = new QHBoxLayout;
+    interval->addWidget(sldCaptureInterval, 1);
+    interval->addWidget(lblCaptureInterval);
+    Contents()->addWidget(Box("SContainer2", "Capture Interval", interval, Help("lblHelpInterval")));
+    Contents()->addStretch();
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    for (SkinButton *button : {cmdOK, cmdCancel}) {
+        button->setMinimumWidth(90);
+        buttons->addWidget(button);
+    }
+    Contents()->addLayout(buttons);
+    cmdDeviceFormat->setEnabled(false);
+    cmdDeviceSource->setEnabled(false);
+    ConnectControls();
+    cmdOK->setDefault(true);
+    FinishLayout();
+}
+
+frmSetupWebcam::~frmSetupWebcam() {
+    editor_.Close();
+}
+
+void frmSetupWebcam::ConnectControls() {
+    connect(sldCaptureInterval, &QSlider::valueChanged, this, [this] { ShowInterval(); });
+    sldCaptureInterval->setValue(WebcamEditor::CaptureInterval());
+    ShowInterval();
+    for (const std::string &source : editor_.Sources()) cboSource->addItem(ToQt(source));
+    cboSource->setCurrentIndex(-1);
+    connect(cboSource, &QComboBox::currentIndexChanged, this, [this] { RunEventHandler([this] { ClickSource(); }); });
+    cboSource->setCurrentIndex(WebcamEditor::FirstSource(cboSource->count()));
+    OnClick(cmdOK, [this] { Accept(); });
+    OnClick(cmdCancel, [this] { CloseByOwner(); });
+}
+
+void frmSetupWebcam::ShowInterval() {
+    lblCaptureInterval->setText(ToQt(WebcamEditor::IntervalText(sldCaptureInterval->value())));
+}
+
+void frmSetupWebcam::ClickSource() {
+    const WebcamHands::Dialogs dialogs = editor_.ChooseSource(cboSource->currentIndex());
+    cmdDeviceSource->setEnabled(dialogs.Source);
+    cmdDeviceFormat->setEnabled(dialogs.Format);
+}
+
+void frmSetupWebcam::Accept() {
+    isUsable_ =
+        editor_.Accept(sldCaptureInterval->value(), cboSource->currentIndex(), FromQt(cboSource->currentText()));
+    done(Accepted);
+}
+
+}  // namespace pixmora

@@ -1,0 +1,38 @@
+// The tree of albums and directories in the dialogs, filled as it is opened.
+#pragma once
+
+#include <QTreeWidget>
+#include <functional>
+#include <string>
+
+#include "setup/rules/AlbumTree.h"
+
+namespace pixmora {
+
+/// The root "My Albums", the albums below it, and their directories, each read when its node is first opened. Enter and
+/// the right arrow open the selected node, as does a click on its plus sign.
+class AlbumTreeView : public QTreeWidget {
+public:
+    explicit AlbumTreeView(const char *name);
+
+    /// Anew from the database. A single album is open at once.
+    void FillAlbumTree();
+
+    /// Of the selected node; empty with none.
+    std::string CurrentKey() const;
+    std::string CurrentText() const;
+
+    /// Runs under the event guard when another node is chosen.
+    std::function<void()> OnNodeClick;
+
+    QSize sizeHint() const override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void AddNode(QTreeWidgetItem *parent, const TreeNode &node) const;
+    void AddChildDirectories(QTreeWidgetItem *node) const;
+};
+
+}  // namespace pixmora
