@@ -1,7 +1,11 @@
 // The icon in the desktop's tray.
 #include "console/TrayIcon.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QIcon>
+#include <QWidget>
+#include <QWindow>
 #include <algorithm>
 
 #include "console/Texts.h"
@@ -15,6 +19,19 @@ constexpr int tipLength = 128;
 constexpr int titleLength = 64;
 constexpr int textLength = 256;
 constexpr int balloonMs = 10000;
+
+/// The toolkit's icon in an embedding tray is a window of its own, which a modal dialog blocks as any other unless it
+/// belongs to the dialog. So it is given to each dialog that would block it.
+class Unblocker : public QObject {
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        const QWidget *dialog = QApplication::activeModalWidget();
+        if (event->type() == QEvent::WindowBlocked && dialog != nullptr) {
+            static_cast<QWindow *>(watched)->setTransientParent(dialog->windowHandle());
+        }
+        return false;
+    }
+};
 
 }  // namespace
 
@@ -34,6 +51,15 @@ void TrayIcon::TrayAdd(const std::string &tip, const QIcon &icon) {
                      [this](QSystemTrayIcon::ActivationReason reason) { HandleActivation(reason); });
     TrayModify(tip, icon);
     icon_->show();
+    KeepFromBlocking();
+}
+
+void TrayIcon::KeepFromBlocking() {
+    unblocker_ = std::make_unique<Unblocker>();
+    for (const QWidget *form : QApplication::topLevelWidgets()) {
+        if (!form->inherits("QSystemTrayIconSys") || form->windowHandle() == nullptr) continue;
+        form->windowHandle()->installEventFilter(unblocker_.get());
+    }
 }
 
 void TrayIcon::TrayModify(const std::string &tip, const QIcon &icon) {

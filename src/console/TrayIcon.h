@@ -1,6 +1,7 @@
 // The icon in the desktop's tray.
 #pragma once
 
+#include <QObject>
 #include <QPoint>
 #include <QRect>
 #include <QSystemTrayIcon>
@@ -18,7 +19,8 @@ inline constexpr int BalloonInformation = 1;
 /// @param available the screen less its task bars
 QPoint TrayMenuPlace(const QPoint &pointer, const QSize &menu, const QRect &screen, const QRect &available);
 
-/// At most one icon, of this process. On a desktop without a tray it shows as soon as there is one.
+/// At most one icon, of this process. On a desktop without a tray it shows as soon as there is one. It takes its events
+/// also while a modal dialog is open.
 class TrayIcon {
 public:
     std::function<void()> OnDoubleClick;  ///< runs under the event guard
@@ -33,8 +35,10 @@ public:
 
 private:
     void HandleActivation(QSystemTrayIcon::ActivationReason reason) const;
+    void KeepFromBlocking();
 
     std::unique_ptr<QSystemTrayIcon> icon_;
+    std::unique_ptr<QObject> unblocker_;
 };
 
 }  // namespace pixmora

@@ -42,6 +42,8 @@ public:
     void ShowFigures();
     void SetFiguresRunning(bool running);
 
+    void reject() override {}  ///< Escape means nothing here
+
 protected:
     void CloseByOwner() override { Unload(); }
     void changeEvent(QEvent *event) override;

@@ -130,42 +130,37 @@ void frmXPMenu::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void frmXPMenu::keyPressEvent(QKeyEvent *event) {
-    const std::shared_ptr<clsXPMenu> menu = XPMenuClass;
+    const std::shared_ptr<clsXPMenu> menu = MenuOfKeys();
     if (!menu) return;
     hasFocusByKeys_ = true;
     switch (event->key()) {
-        case Qt::Key_Down:
-            menu->setHilightedItem(menu->NextItem(1));
-            break;
-        case Qt::Key_Up:
-            menu->setHilightedItem(menu->NextItem(-1));
-            break;
-        case Qt::Key_Right:
-            GoInto();
-            break;
+        case Qt::Key_Down: menu->setHilightedItem(menu->NextItem(1)); break;
+        case Qt::Key_Up: menu->setHilightedItem(menu->NextItem(-1)); break;
+        case Qt::Key_Right: GoInto(*menu); break;
         case Qt::Key_Left:
-            if (menu->Parent() != nullptr) menu->UnloadMenu();
+            if (menu->Parent() != nullptr) menu->setHilightedItem(0);
             break;
-        case Qt::Key_Escape:
-            menu->UnloadMenu();
-            break;
+        case Qt::Key_Escape: menu->UnloadMenu(); break;
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Space:
-            GoInto();
+            GoInto(*menu);
             menu->ClickItem(menu->GetHilightNum());
             break;
-        case Qt::Key_Tab:
-            clsXPMenu::KillAllMenus();
-            break;
-        default:
-            QWidget::keyPressEvent(event);
+        case Qt::Key_Tab: clsXPMenu::KillAllMenus(); break;
+        default: QWidget::keyPressEvent(event);
     }
 }
 
-/// Into the submenu of the item at hand, if it has one.
-void frmXPMenu::GoInto() {
-    if (clsXPMenu *subMenu = XPMenuClass ? XPMenuClass->OpenSubMenu() : nullptr) subMenu->setHilightedItem(1);
+/// A submenu that has only come up beside its item leaves the keys to its parent until they go into it.
+std::shared_ptr<clsXPMenu> frmXPMenu::MenuOfKeys() const {
+    clsXPMenu *menu = XPMenuClass.get();
+    while (menu != nullptr && menu->Parent() != nullptr && menu->GetHilightNum() == 0) menu = menu->Parent();
+    return menu == nullptr ? nullptr : menu->shared_from_this();
+}
+
+void frmXPMenu::GoInto(const clsXPMenu &menu) {
+    if (clsXPMenu *subMenu = menu.OpenSubMenu()) subMenu->setHilightedItem(subMenu->NextItem(1));
 }
 
 void frmXPMenu::hideEvent(QHideEvent *) {

@@ -32,7 +32,9 @@ protected:
 
 private:
     void MakeRows();
-    void GoInto();
+    std::shared_ptr<clsXPMenu> MenuOfKeys() const;
+    /// Into the submenu of the item at hand, if it has one.
+    static void GoInto(const clsXPMenu &menu);
     void Point(const QPoint &place);
 
     Timer tmrActive;  ///< 100 ms: closes the menu when the focus has gone
