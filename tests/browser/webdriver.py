@@ -12,11 +12,18 @@ ELEMENT = "element-6066-11e4-a52e-4f735466cecf"
 PATIENCE = 20  # seconds
 
 
+class PageChanged(Exception):
+    """What was asked for is not there, or no longer: the page is on its way to another."""
+
+
 def wait_until(condition, what):
-    """The condition's first true value; fails when it doesn't come in time."""
+    """The condition's first true value; fails when it doesn't come in time. A page that changes meanwhile is asked again."""
     end = time.monotonic() + PATIENCE
     while time.monotonic() < end:
-        value = condition()
+        try:
+            value = condition()
+        except PageChanged:
+            value = None
         if value:
             return value
         time.sleep(0.05)
@@ -51,7 +58,9 @@ class Browser:
             with urllib.request.urlopen(request, timeout=60) as answer:
                 return json.load(answer)["value"]
         except urllib.error.HTTPError as error:
-            raise AssertionError(error.read().decode()[:500]) from None
+            message = error.read().decode()
+            is_passing = any(word in message for word in ("stale element", "no such", "not interactable", "intercepted"))
+            raise (PageChanged if is_passing else AssertionError)(message[:500]) from None
 
     def _session(self, method, path, body=None):
         return self._call(method, "/session/" + self.session + path, body)
@@ -71,18 +80,20 @@ class Browser:
 
     def frame(self, selector):
         """Enters the first frame of the present document that the selector finds, once it is there."""
-        found = wait_until(lambda: self._session("POST", "/elements", {"using": "css selector", "value": selector}), selector)
-        self._session("POST", "/frame", {"id": found[0]})
+        self._with_element(selector, lambda element: self._session("POST", "/frame", {"id": {ELEMENT: element}}))
 
-    def find(self, selector):
-        found = wait_until(lambda: self._session("POST", "/elements", {"using": "css selector", "value": selector}), selector)
-        return found[0][ELEMENT]
+    def _with_element(self, selector, action):
+        """The action's result for the first element that the selector finds, once there is one that bears it."""
+        def act():
+            found = self._session("POST", "/elements", {"using": "css selector", "value": selector})
+            return found and [action(found[0][ELEMENT])]
+        return wait_until(act, selector)[0]
 
     def click(self, selector):
-        self._session("POST", "/element/%s/click" % self.find(selector))
+        self._with_element(selector, lambda element: self._session("POST", "/element/%s/click" % element))
 
     def type(self, selector, text):
-        self._session("POST", "/element/%s/value" % self.find(selector), {"text": text})
+        self._with_element(selector, lambda element: self._session("POST", "/element/%s/value" % element, {"text": text}))
 
     def text(self, selector="body"):
-        return self._session("GET", "/element/%s/text" % self.find(selector))
+        return self._with_element(selector, lambda element: self._session("GET", "/element/%s/text" % element))
