@@ -5,6 +5,6 @@ cd "$(dirname "$0")"
 preset=${1:-release}
 
 scripts/install-packages build run test
-cmake --preset "$preset"
+cmake --preset "$preset" -DPIXMORA_TESTS=ON
 cmake --build --preset "$preset"
 ctest --test-dir "build/$preset" -j "$(nproc)" --output-on-failure
