@@ -47,6 +47,14 @@ std::string DimensionsFromPicture(const std::string &path) {
     return Concat(gPictureEngine->Width(), " x ", gPictureEngine->Height());
 }
 
+/// As the camera noted them, or of the picture itself: many programs drop that note and keep the rest.
+std::string Dimensions(const clsExif &exif, const std::string &path) {
+    constexpr std::string_view missing = "N/A";
+    const std::string width = exif.GetTagData(Tag::ExifImageWidth);
+    const std::string height = exif.GetTagData(Tag::ExifImageHeight);
+    return width == missing || height == missing ? DimensionsFromPicture(path) : Concat(width, " x ", height);
+}
+
 }  // namespace
 
 std::string FileTimeText(DateTime time) {
@@ -61,10 +69,13 @@ std::string CameraTimeText(std::string_view text) {
     const std::vector<std::string> date = Split(halves[0], ":");
     const std::vector<std::string> time = Split(halves[1], ":");
     if (date.size() != 3 || time.size() != 3) return "N/A";
-    const auto number = [&](std::size_t i) {
-        return static_cast<int>(Val(time[i]));
-    };
-    return Concat(date[1], "/", date[2], "/", date[0], " ", TimeText(number(0), number(1), number(2)));
+    int numbers[3] = {};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const double number = Val(time[i]);
+        if (number < 0 || number > 59) return "N/A";
+        numbers[i] = static_cast<int>(number);
+    }
+    return Concat(date[1], "/", date[2], "/", date[0], " ", TimeText(numbers[0], numbers[1], numbers[2]));
 }
 
 std::string PictureDetails(const std::string &path) {
@@ -73,10 +84,7 @@ std::string PictureDetails(const std::string &path) {
     const bool hasExif = exif.Status() == clsExif::ReadStatus::Success;
     const FileFacts facts = GetFileFacts(path);
     std::string details = Concat("&nbsp;&nbsp;<b>Picture File</b>", paragraphEnd);
-    AppendFact(details, "Dimensions: ",
-               hasExif ? Concat(exif.GetTagData(Tag::ExifImageWidth), " x ", exif.GetTagData(Tag::ExifImageHeight))
-                       : DimensionsFromPicture(path),
-               lineEnd);
+    AppendFact(details, "Dimensions: ", Dimensions(exif, path), lineEnd);
     AppendFact(details, "Size: ", FormatFileSize(path), paragraphEnd);
     AppendFact(details, "Date Created: ", FileTimeText(facts.CreationTime), lineEnd);
     AppendFact(details, "Date Modified: ", FileTimeText(facts.LastWriteTime), lineEnd);

@@ -57,13 +57,16 @@ TEST_F(ShowDetailsTest, ShowsWhatTheCameraNoted) {
     const clsAlbum &album = AddAlbum("A");
     AddFile(album, "a.JPG", JpegWithExif());
     AddFile(album, "b.jpg", "no picture");
+    AddFile(album, "no size noted.bmp", BitmapFile(40, 20) + std::string("Exif\0\0II*\0", 10));
     const std::string details = Filled(Get("ShowDetails?1&nocount&/a.JPG"), "DETAILS");
     EXPECT_TRUE(Contains(details, "Dimensions: 4000 x 3000<br>\r\n")) << details;
     EXPECT_TRUE(
         details.ends_with("<br>\r\n&nbsp;&nbsp;Camera Model: Acme 200<br>\r\n"
                           "&nbsp;&nbsp;Date Taken: 03/01/2004 4:05:09 PM<br>"))
         << details;
-    EXPECT_TRUE(Contains(Filled(Get("ShowDetails?1&nocount&/b.jpg"), "DETAILS"), "Dimensions: N/A<br>"));
+    EXPECT_TRUE(Contains(Get("ShowDetails?1&nocount&/b.jpg"), "Dimensions: N/A<br>"));
+    const std::string noSize = Get("ShowDetails?1&nocount&/no size noted.bmp");
+    EXPECT_TRUE(Contains(noSize, "Dimensions: 40 x 20<br>") && Contains(noSize, "Camera Model: N/A<br>"));
 }
 
 TEST_F(ShowDetailsTest, ShowsAMovie) {
@@ -131,7 +134,8 @@ TEST(FileDetails, WritesTimesOfTheTwelveHourDay) {
     EXPECT_EQ(FileTimeText(MakeDate(1980, 1, 1, 23, 59, 59)), "1/1/1980 11:59:59 PM");
     EXPECT_EQ(FileTimeText(MakeDate(1979, 12, 31, 23, 59, 59)), "");
     EXPECT_EQ(CameraTimeText("2004:03:01 00:05:09"), "03/01/2004 12:05:09 AM");
-    for (const char *text : {"N/A", "", "2004:03:01", "2004-03-01 16:05:09", "2004:03:01 16:05", "    :  :     :  :  "})
+    for (const char *text : {"N/A", "", "2004:03:01", "2004-03-01 16:05:09", "2004:03:01 16:05", "2004:03:01 9e99:0:0",
+                             "    :  :     :  :  "})
         EXPECT_EQ(CameraTimeText(text), "N/A") << text;
 }
 
