@@ -8,9 +8,9 @@
 
 #include "console/Desktop.h"
 #include "core/modMain.h"
-#include "core/site/OwnerDialogue.h"
 #include "platform/Application.h"
 #include "platform/MessageLoop.h"
+#include "setup/MakeSetupForms.h"
 
 namespace {
 
@@ -32,26 +32,13 @@ std::string CommandLine(int argc, char **argv) {
     return line;
 }
 
-pixmora::SetupForms MakeSetupForms() {
-    const auto tellOfAbsence = [] {
-        pixmora::ShowMessageBox(
-            "The setup dialogs are not available in this build.\r\n\r\nUse pixmoractl to change "
-            "settings, albums and users while the website is stopped.",
-            pixmora::FlagCritical);
-    };
-    return {[tellOfAbsence](const pixmora::SetupOpening &) { tellOfAbsence(); },
-            [tellOfAbsence](const std::string &) {
-                tellOfAbsence();
-            }};
-}
-
 }  // namespace
 
 int main(int argc, char **argv) {
     HoldTerminationSignals();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pixmora"));
-    pixmora::Desktop desktop(MakeSetupForms());
+    pixmora::Desktop desktop(pixmora::MakeSetupForms());
     pixmora::SetUnhandledErrorHandler([&desktop](const pixmora::RunTimeError &error) {
         if (!desktop.ShowUnhandledError(error)) return;
         std::fflush(stdout);

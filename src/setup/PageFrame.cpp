@@ -5,10 +5,10 @@
 
 namespace pixmora {
 
-PageFrame::PageFrame() {
+PageFrame::PageFrame(int margin) {
     auto *content = new QWidget;
     auto *outer = new QVBoxLayout(content);
-    outer->setContentsMargins(12, 12, 12, 12);
+    outer->setContentsMargins(margin, margin, margin, margin);
     outer->setSpacing(0);
     rows_ = new QVBoxLayout;
     rows_->setSpacing(10);
@@ -22,6 +22,7 @@ PageFrame::PageFrame() {
 }
 
 void PageFrame::Add(QWidget *part) {
+    part->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     rows_->insertWidget(rows_->count() - (hasTall_ ? 0 : 1), part);
 }
 

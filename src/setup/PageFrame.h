@@ -9,7 +9,8 @@ namespace pixmora {
 
 class PageFrame : public QScrollArea {
 public:
-    PageFrame();
+    /// @param margin around the parts, in pixels
+    explicit PageFrame(int margin = 12);
 
     /// Below what is there already.
     void Add(QWidget *part);

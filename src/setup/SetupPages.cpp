@@ -74,11 +74,14 @@ SContainer *MakeSortBox(QWidget *page) {
     auto *methods = OptionRows(page, "optDirSortMethod", {"By Name", "By Date Created", "Custom Order"});
     auto *set = Button("cmdSetDirOrder", "Set...");
     set->setAccessibleDescription(QStringLiteral("Sets the custom order of directories"));
+    auto *custom = new QHBoxLayout;
+    custom->addWidget(methods->takeAt(methods->count() - 1)->widget());
+    custom->addWidget(set);
+    methods->addLayout(custom);
     auto *orders = OptionRows(page, "optDirSortOrder", {"Ascending", "Descending"});
     orders->addStretch();
     auto *columns = new QHBoxLayout;
     columns->addLayout(methods);
-    columns->addWidget(set, 0, Qt::AlignBottom);
     columns->addSpacing(24);
     columns->addLayout(orders);
     columns->addStretch();

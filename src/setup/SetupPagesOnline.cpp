@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "console/Skin.h"
 #include "console/Texts.h"
 #include "core/site/OwnerDialogue.h"
 #include "setup/FormParts.h"
@@ -39,7 +40,7 @@ QLabel *Words(const char *words) {
 LinkLabel *ServiceLink(const char *name, const char *caption, const ServiceFacts &service, const char *page) {
     auto *link = Link(name, QString::fromUtf8(caption), "Opens a help page in the browser",
                       [url = service.Base + page] { OpenInBrowser(url); });
-    if (service.Base.empty()) link->SetLook({link->palette().color(QPalette::WindowText), false, false, false, false});
+    if (service.Base.empty()) link->SetLook({Skin::Ink, false, false, false, false});
     return link;
 }
 
@@ -53,7 +54,7 @@ LinkLabel *AddressLink(const char *name, const std::string &address, const char 
         return Link(name, ToQt(address), "Opens the address in the browser", [address] { OpenInBrowser(address); });
     }
     auto *link = Link(name, QString::fromUtf8(absence), "There is no address", [] {});
-    link->SetLook({link->palette().color(QPalette::WindowText), false, true, false, false});
+    link->SetLook({Skin::Ink, false, true, false, false});
     return link;
 }
 
@@ -67,15 +68,16 @@ QLayout *AddressRow(const char *caption, QWidget *link) {
 QLayout *FirewallAdvice(const ServiceFacts &service) {
     auto *rows = new QVBoxLayout;
     rows->setSpacing(2);
-    rows->addLayout(Line({Words("A "), ServiceLink("lblLinkFirewall", "firewall", service, "/support_firewall.php"),
-                          Words(" or a "), ServiceLink("lblLinkRouter", "router", service, "/support_firewall.php"),
-                          Words(" can keep visitors away from your website.")}));
-    rows->addLayout(Line({Words("Visitors reach this computer by its public "),
-                          ServiceLink("lblLinkIP", "IP address", service, "/support_ip.php"), Words(".")}));
-    rows->addLayout(Line({Words("Use a "), OutsideLink("lblLinkSoftwareFirewall", "software firewall", firewallSite),
-                          Words(" and keep your system "),
-                          OutsideLink("lblLinkWindowsUpdate", "up to date", updateSite), Words(".")}));
-    rows->addLayout(Line({Words("Do you have security concerns? "),
+    rows->addLayout(Line({Words("A"), ServiceLink("lblLinkFirewall", "firewall", service, "/support_firewall.php"),
+                          Words("or a"), ServiceLink("lblLinkRouter", "router", service, "/support_firewall.php"),
+                          Words("can keep visitors away from your website.")}));
+    rows->addLayout(
+        Line({Words("Visitors need your public"), ServiceLink("lblLinkIP", "IP address", service, "/support_ip.php"),
+              Words("to reach this computer.")}));
+    rows->addLayout(Line({Words("A"), OutsideLink("lblLinkSoftwareFirewall", "software firewall", firewallSite),
+                          Words("and a system that is"), OutsideLink("lblLinkWindowsUpdate", "up to date", updateSite),
+                          Words("protect this computer.")}));
+    rows->addLayout(Line({Words("Do you have security concerns?"),
                           ServiceLink("lblLinkSecurityConcerns", "Click here.", service, "/support_security.php")}));
     return rows;
 }

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <utility>
@@ -147,6 +148,12 @@ SetupFields frmSetup::Fields() const {
     fields.Description = FromQt(Find<QLineEdit>("txtDesc")->text());
     fields.Welcome = TextOf(*Find<QPlainTextEdit>("txtWelcome"));
     return fields;
+}
+
+QSize frmSetup::sizeHint() const {
+    const QMargins margins = Contents()->contentsMargins();
+    const int tabs = SSTab1->tabBar()->sizeHint().width() + margins.left() + margins.right() + 2;
+    return SetupWindow::sizeHint().expandedTo({tabs, 0});
 }
 
 void frmSetup::Run() {

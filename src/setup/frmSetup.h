@@ -40,6 +40,9 @@ public:
     /// Modal.
     void Run();
 
+    /// Wide enough for all tabs side by side.
+    QSize sizeHint() const override;
+
 protected:
     void CloseByOwner() override { ClickCancel(); }
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -16,6 +16,7 @@
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "setup/FormParts.h"
+#include "setup/PageFrame.h"
 #include "setup/rules/HelpTexts.h"
 
 namespace pixmora {
@@ -50,8 +51,9 @@ frmSetupAlbum::frmSetupAlbum(QWidget *parent, const std::optional<std::string> &
     rows->addSpacing(6);
     rows->addLayout(MakeFeaturedRows());
     rows->addStretch();
-    auto *container = Box("SContainer1", editAlbumName ? "Edit Album" : "Create Album", rows);
-    Contents()->addWidget(container, 1);
+    auto *frame = new PageFrame(0);
+    frame->AddTall(Box("SContainer1", editAlbumName ? "Edit Album" : "Create Album", rows));
+    Contents()->addWidget(frame, 1);
     Contents()->addLayout(MakeButtons());
     ConnectControls();
     Load(editor_.Load());

@@ -1,0 +1,305 @@
+// The setup dialog's form: opening, wizard, lists, Finish and Cancel.
+#include "setup/frmSetup.h"
+
+#include <QComboBox>
+#include <QTabBar>
+#include <QTabWidget>
+
+#include "core/site/frmSystray.h"
+#include "setup/SetupPages.h"
+#include "setup/rules/UserEditor.h"
+#include "support/PlayedService.h"
+#include "support/SetupFixture.h"
+#include "support/SetupForm.h"
+
+namespace pixmora {
+namespace {
+
+const std::string discardQuestion = "Are you sure you wish to cancel and discard any changes?";
+
+class SetupForm : public SetupFixture {
+protected:
+    SetupForm() {
+        gSystray = std::make_unique<frmSystray>();
+        for (const char *style : {"Default", "Garden"}) {
+            Program.Write(std::string("htdocs/StyleSheet_") + style + ".tpl");
+        }
+        SaveSetting("Setup", "RunSetup", "1");
+        SaveSetting("Setup", "RunFirewallCheck", "1");
+    }
+    ~SetupForm() override { gSystray.reset(); }
+
+    SetupSurroundings Surroundings() const {
+        SetupSurroundings surroundings;
+        surroundings.Choosers.ChooseFolder = [this](QWidget *, const std::string &) {
+            return QUrl::fromLocalFile(ToQt(Program.MakeFolder("pictures")));
+        };
+        surroundings.IsConnectedToInternet = [] {
+            return true;
+        };
+        surroundings.Webcam = [] {
+            WebcamHands hands;
+            hands.CloseWebcam = [] {
+            };
+            hands.GetDriverDescription = [](int) {
+                return std::nullopt;
+            };
+            return hands;
+        };
+        surroundings.Program = "/opt/pixmora";
+        return surroundings;
+    }
+    std::unique_ptr<frmSetup> Open(const SetupOpening &opening = {}) const {
+        auto form = std::make_unique<frmSetup>(opening, Surroundings());
+        form->show();
+        return form;
+    }
+    static bool IsEnabled(const QWidget &form, const char *name) {
+        return Find<QAbstractButton>(form, name)->isEnabled();
+    }
+    static std::string Tab(const QWidget &form) {
+        const auto *tabs = Find<QTabWidget>(form, "SSTab1");
+        return FromQt(tabs->tabText(tabs->currentIndex()));
+    }
+};
+
+TEST_F(SetupForm, TheWizardWalksTheTabs) {
+    const auto form = Open();
+    auto *finish = Find<QAbstractButton>(*form, "cmdOK");
+    std::string walked = Tab(*form);
+    EXPECT_FALSE(IsEnabled(*form, "cmdPrevious"));
+    while (IsEnabled(*form, "cmdNext")) {
+        EXPECT_FALSE(finish->font().bold());
+        Click(*form, "cmdNext");
+        walked += ", " + Tab(*form);
+    }
+    EXPECT_EQ(walked,
+              "Introduction, General, Albums, Firewall Check, Layout, Online Identity, Access Control, Port Setup");
+    EXPECT_TRUE(finish->font().bold());
+    EXPECT_EQ(form->focusWidget(), finish);
+    Click(*form, "cmdPrevious");
+    EXPECT_FALSE(finish->font().bold());
+    EXPECT_TRUE(IsEnabled(*form, "cmdNext"));
+    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(0);
+    EXPECT_FALSE(IsEnabled(*form, "cmdPrevious"));
+}
+
+TEST_F(SetupForm, OpensWithDefaultsAndKeepsWhatFinishSaves) {
+    MakeAlbum("Trips");
+    {
+        const auto form = Open();
+        for (const BoundSetting &bound : boundSettings) {
+            const std::string wanted = std::string(bound.Key) == "FilesPerPage" ? "12" : bound.Default;
+            EXPECT_EQ(TextOf(*form, bound.Control), wanted) << bound.Control;
+        }
+        EXPECT_EQ(TextOf(*form, "lblThumbSize") + TextOf(*form, "lblPreviewSize") + TextOf(*form, "lblSlideshowSize"),
+                  "150x150375x375300x300");
+        Enter(*form, "cboFilesPerPage", "All");
+        Enter(*form, "cboFilesPerRow", "5");
+        EXPECT_EQ(TextOf(*form, "cboFilesPerPage"), "20") << "a new row size resets the page";
+        Enter(*form, "cboFilesPerPage", "All");
+        Enter(*form, "sldImageQuality", "5");
+        EXPECT_EQ(TextOf(*form, "lblThumbQuality") + TextOf(*form, "lblPreviewQuality"), "70%90%");
+        Enter(*form, "optDirSortOrder", "1");
+        Enter(*form, "cboStyle", "Garden");
+        Enter(*form, "txtDesc", "Our <i>trips</i>");
+        Click(*form, "cmdOK");
+        EXPECT_FALSE(form->isVisible());
+    }
+    EXPECT_EQ(Program.Read("sitedesc.txt"), "Our trips");
+    EXPECT_EQ(Program.Read("welcome.txt"), "I hope you enjoy my collection of \r\nalbums!\r\n");
+    const auto form = Open();
+    EXPECT_EQ(TextOf(*form, "cboFilesPerRow") + TextOf(*form, "cboFilesPerPage") + TextOf(*form, "sldImageQuality"),
+              "5All5");
+    EXPECT_EQ(TextOf(*form, "optDirSortOrder") + TextOf(*form, "cboStyle") + TextOf(*form, "txtDesc"),
+              "1GardenOur trips");
+}
+
+TEST_F(SetupForm, CancelAsksOnlyAfterAChange) {
+    {
+        const auto form = Open();
+        Click(*form, "cmdCancel");
+        EXPECT_FALSE(form->isVisible());
+    }
+    for (const char *control : {"txtAuthor", "sldImageSize", "chkListOnline", "cboListenPort", "txtWelcome"}) {
+        const auto form = Open();
+        if (auto *welcome = form->findChild<QPlainTextEdit *>(control)) welcome->setPlainText("Hi");
+        if (std::string(control) != "txtWelcome") Enter(*form, control, "1");
+        Owner.ExpectMessage(discardQuestion, CriticalQuestion, AnswerNo);
+        QTest::keyClick(form.get(), Qt::Key_Escape);
+        EXPECT_TRUE(form->isVisible()) << control;
+        Owner.ExpectMessage(discardQuestion, CriticalQuestion, AnswerYes);
+        form->close();
+        EXPECT_FALSE(form->isVisible()) << control;
+    }
+}
+
+TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
+    const auto form = Open({true, false});
+    EXPECT_EQ(Tab(*form), "Albums");
+    {
+        const WhenOpen create("frmSetupAlbum", [](QWidget &album) {
+            Enter(album, "txtAlbumName", "Trips");
+            Click(album, "cmdAlbumChangeDir");
+            Click(album, "cmdOK");
+        });
+        Click(*form, "cmdAlbumAdd");
+    }
+    const std::string path = AbbreviatedDir(Program.Path("pictures"));
+    EXPECT_EQ(RowsOf(*form, "lstAlbums"), "Trips|" + path + "|\n");
+    AddRight("Trips", "\\", "Ann");
+    auto *list = Find<QTreeWidget>(*form, "lstAlbums");
+    const auto doubleClick = [list] {
+        const QPoint place = list->visualItemRect(list->topLevelItem(0)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
+    };
+    {
+        const WhenOpen edit("frmSetupAlbum", [](QWidget &album) {
+            Enter(album, "txtAlbumName", "Journeys");
+            Click(album, "cmdOK");
+        });
+        doubleClick();
+    }
+    EXPECT_EQ(RowsOf(*form, "lstAlbums"), "Journeys|" + path + "|\n");
+    EXPECT_EQ(RowsOf(*form, "lvwRestricted"), "Journeys|Root Folder|Ann|\n");
+    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
+    const WhenOpen remove("frmSetupAlbum", [](QWidget &album) { Click(album, "cmdDelete"); });
+    doubleClick();
+    EXPECT_EQ(RowsOf(*form, "lstAlbums"), "");
+}
+
+TEST_F(SetupForm, AnAlbumMayBeAskedForAtOnce) {
+    frmSetup form({false, true}, Surroundings());
+    const WhenOpen album("frmSetupAlbum", [&form](QWidget &editor) {
+        Click(editor, "cmdCancel");
+        QTimer::singleShot(0, &form, [&form] { Click(form, "cmdCancel"); });
+    });
+    form.Run();
+}
+
+TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
+    const auto form = Open();
+    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(4);
+    Owner.ExpectMessage(
+        "You must create an album before you can set the directory order!\r\n\r\nWould you like to create one now?",
+        CriticalQuestion, AnswerNo);
+    Click(*form, "optDirSortMethod(2)");
+    EXPECT_FALSE(IsEnabled(*form, "optDirSortOrder(0)"));
+    Click(*form, "optDirSortMethod(0)");
+    EXPECT_TRUE(IsEnabled(*form, "optDirSortOrder(0)"));
+    Owner.ExpectMessage(
+        "You must create an album before you can enter Access Control!\r\n\r\nWould you like to create one now?",
+        CriticalQuestion, AnswerYes);
+    {
+        const WhenOpen create("frmSetupAlbum", [](QWidget &album) {
+            Enter(album, "txtAlbumName", "Trips");
+            Click(album, "cmdAlbumChangeDir");
+            Click(album, "cmdOK");
+        });
+        Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(6);
+        Click(*form, "cmdSetupRestricted");
+    }
+    EXPECT_EQ(Tab(*form), "Albums");
+    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(4);
+    const WhenOpen order("frmSetupDirOrder", [](QWidget &editor) { Click(editor, "cmdOK"); });
+    Click(*form, "cmdSetDirOrder");
+    EXPECT_EQ(TextOf(*form, "optDirSortMethod"), "2");
+}
+
+TEST_F(SetupForm, AClickTakesARightAway) {
+    AddRight("Trips", "\\a", "Ann");
+    const auto form = Open();
+    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(6);
+    auto *list = Find<QTreeWidget>(*form, "lvwRestricted");
+    Owner.ExpectMessage(
+        "Important Note: By doing this you will make this directory public!\r\n\r\nWould you like to take away access "
+        "from 'Ann' to 'Trips > a' ?",
+        CriticalQuestion, AnswerYes);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->topLevelItem(0)).center());
+    EXPECT_EQ(RowsOf(*form, "lvwRestricted") + Column("PrivateDirs", "Username"), "");
+}
+
+TEST_F(SetupForm, AWebcamNeedsADevice) {
+    const auto form = Open();
+    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(4);
+    Owner.ExpectMessage(
+        "I'm sorry but no capture devices could be found. Please make sure your camera is installed properly.",
+        FlagCritical);
+    Click(*form, "chkWebcam");
+    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
+}
+
+TEST_F(SetupForm, ThePortBoxTakesNumbers) {
+    const auto form = Open();
+    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(7);
+    auto *port = Find<QComboBox>(*form, "cboListenPort");
+    port->setEditText("8080x");
+    QFocusEvent leave(QEvent::FocusOut);
+    QApplication::sendEvent(port->lineEdit(), &leave);
+    EXPECT_EQ(port->currentText(), "8080");
+}
+
+TEST_F(SetupForm, ChecksAskTheCentralService) {
+    PlayedService service;
+    service.Answer = "127.0.0.1";
+    SaveSetting("Setup", "ServiceBase", service.Base());
+    SaveSetting("Setup", "AccountName", "ann");
+    const auto form = Open();
+    EXPECT_EQ(TextOf(*form, "lblPublicIP"), "...");
+    EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting")->text(), ToQt(service.Base() + "?ann"));
+    const auto free = Winsock::Create();
+    free->SetLocalPort(0);
+    free->Listen();
+    Enter(*form, "cboListenPort", std::to_string(free->LocalPort()));
+    free->Close();
+    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(3);
+    Owner.ExpectMessage(
+        "Congratulations! Your computer has successfully received our request.\r\n\r\nThis usually indicates that "
+        "your friends will be able to see your website with no problem.",
+        FlagInformation);
+    Click(*form, "cmdCheckFirewall");
+    EXPECT_EQ(TextOf(*form, "lblPublicIP"), "127.0.0.1");
+    EXPECT_EQ(service.Requests.at(0).substr(0, 36), "GET /clients/firewall.php HTTP/1.0\r\n");
+    EXPECT_TRUE(IsEnabled(*form, "cmdCheckFirewall"));
+    Owner.ExpectBrowser(service.Base() + "/support_ip.php");
+    Click(*form, "lblLinkIP");
+
+    service.OnRequest = [this, &form](Winsock &, const std::string &) {
+        EXPECT_FALSE(IsEnabled(*form, "cmdCheckFirewall"));
+        Owner.ExpectMessage(discardQuestion, CriticalQuestion, AnswerYes);
+        Click(*form, "cmdCancel");
+    };
+    Click(*form, "cmdCheckFirewall");
+    EXPECT_FALSE(form->isVisible()) << "closed while it waits, the check ends without a word";
+}
+
+TEST_F(SetupForm, HelpAndSmallScreens) {
+    const auto form = Open();
+    Owner.ExpectBalloon("Sample Help", "A description to help you will be displayed here.");
+    Click(*form, "lblHelpSample");
+    form->resize(500, 300);
+    EXPECT_LE(form->height(), 320) << "the tabs scroll";
+}
+
+TEST_F(SetupForm, NothingIsCutInLargeText) {
+    const QFont before = QApplication::font();
+    for (const int pixels : {12, 18}) {
+        QFont font = before;
+        font.setPixelSize(pixels);
+        QApplication::setFont(font);
+        const auto form = Open();
+        form->resize(form->sizeHint());
+        for (int tab = 0; tab < SetupTabs; ++tab) {
+            Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(tab);
+            QTest::qWait(1);
+            ExpectNothingIsCut(*form);
+        }
+        EXPECT_GE(Find<QTabWidget>(*form, "SSTab1")->tabBar()->width(),
+                  Find<QTabWidget>(*form, "SSTab1")->tabBar()->sizeHint().width());
+    }
+    QApplication::setFont(before);
+}
+
+}  // namespace
+}  // namespace pixmora
