@@ -184,7 +184,8 @@ void AppendStatisticsRow(Tree &tree) {
 /// Deliberate: under the most popular page the session alone is told, the statistics are not.
 void BookTree(const TreeAddress &address, std::size_t bytes) {
     if (address.CurrentPlace == Place::Popular) {
-        gBandwidthSession += static_cast<double>(bytes / 1024);
+        const std::size_t kilobytes = bytes / 1024;
+        gBandwidthSession += static_cast<double>(kilobytes);
     } else {
         BookKilobytes(IsAlbumNumber(address.Album) ? AlbumByNumber(address.Album)->Name : NoAlbum, bytes);
     }
