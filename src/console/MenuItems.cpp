@@ -26,7 +26,8 @@ MenuItems VisitItems(const clsVisitor &visitor) {
     // The tick count wraps, the stay doesn't.
     const auto stay = static_cast<std::int32_t>(static_cast<std::uint32_t>(GetTickCount()) -
                                                 static_cast<std::uint32_t>(visitor.ConnectTime));
-    return {Item("Connected Time: " + FormatElapsed(stay / 1000, false, false)), Item("Page: " + visitor.CurrentPage)};
+    const std::int32_t seconds = stay / 1000;
+    return {Item("Connected Time: " + FormatElapsed(seconds, false, false)), Item("Page: " + visitor.CurrentPage)};
 }
 
 }  // namespace

@@ -77,8 +77,8 @@ QRect SContainer::CaptionRect() const {
 }
 
 void SContainer::PaintLines(QPainter &painter) const {
-    const QRectF frame =
-        QRectF(rect()).adjusted(0.5, caption_.isEmpty() ? 0.5 : CaptionRect().height() / 2 + 0.5, -1.5, -1.5);
+    const double top = caption_.isEmpty() ? 0.5 : CaptionRect().height() / 2.0 + 0.5;
+    const QRectF frame = QRectF(rect()).adjusted(0.5, top, -1.5, -1.5);
     painter.setBrush(backColor_);
     painter.setPen(hasBorder_ ? QPen(Skin::Line, 1) : QPen(Qt::NoPen));
     painter.drawRoundedRect(frame, corner, corner);

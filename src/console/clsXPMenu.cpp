@@ -88,7 +88,7 @@ clsXPMenu::clsXPMenu(std::string name, ClickHandler onClick, clsXPMenu *parent)
 
 std::shared_ptr<clsXPMenu> clsXPMenu::Create(const std::string &name, const MenuItems &items,
                                              const ClickHandler &onClick, clsXPMenu *parent) {
-    const std::shared_ptr<clsXPMenu> menu(new clsXPMenu(name, onClick, parent));
+    std::shared_ptr<clsXPMenu> menu(new clsXPMenu(name, onClick, parent));
     for (const MenuItem &item : items) {
         menu->AddItem(item.Text,
                       item.SubItems.empty() ? nullptr : Create(item.SubMenuName, item.SubItems, onClick, menu.get()));
