@@ -1,0 +1,272 @@
+// The desktop program: its run modes, and its windows as the owner's dialogue.
+#include "console/Desktop.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <QClipboard>
+#include <memory>
+
+#include "console/Robot.h"
+#include "console/RunMode.h"
+#include "console/clsXPMenu.h"
+#include "core/WebsiteStop.h"
+#include "core/modMain.h"
+#include "core/site/Globals.h"
+#include "core/site/frmSystray.h"
+#include "platform/App.h"
+#include "platform/Files.h"
+#include "platform/Registry.h"
+#include "platform/RunTimeError.h"
+#include "setup/rules/AlbumEditor.h"
+#include "store/Schema.h"
+#include "store/Settings.h"
+#include "support/Client.h"
+#include "support/TempFolder.h"
+
+namespace pixmora::test {
+
+namespace {
+
+constexpr const char *welcome =
+    "Welcome to your first time using Pixmora! Digital Media Software!\n\nTo get your website up and running, there "
+    "are some things we have to setup and configure.\n\nPlease read everything carefully to expedite the setup "
+    "process.\n\nClick OK to continue!";
+constexpr const char *startNow =
+    "In order for your pictures and movies to appear online, you must start your website.\n\nWould you like to do that "
+    "now?\n\nIn the future you can do this yourself by clicking the 'Start Website' button on the main window.";
+
+class DesktopTest : public testing::Test {
+protected:
+    DesktopTest() {
+        App::SetPath(ProgramPath(Folder.Path()));
+        Registry::SetFilePath(Folder.Path("settings.ini"));
+        SaveSetting("Setup", "ListenPort", "0");
+        SaveSetting("Setup", "RunSetup", "1");
+        gWebsiteAddress.clear();
+        MakeDesktop();
+    }
+    ~DesktopTest() override {
+        if (gWebsiteStarted) StopWebsite(true);
+        Program.reset();
+        ReleaseProgram();
+    }
+
+    void MakeDesktop() {
+        Program = std::make_unique<Desktop>(SetupForms{[this](const SetupOpening &) {
+                                                           Done += "setup|";
+                                                           WhileSetupIsOpen();
+                                                       },
+                                                       [this](const std::string &directory) {
+                                                           Done += "album " + directory + "|";
+                                                       }},
+                                            Shell{[this](const std::string &address) {
+                                                      Done += "open " + address + "|";
+                                                      return CanOpen;
+                                                  },
+                                                  [] { return true; },
+                                                  [this] {
+                                                      Done += "end|";
+                                                  }});
+    }
+    void AddAlbum() {
+        ASSERT_TRUE(OpenOrCreateDatabase());
+        AlbumFields fields;
+        fields.Name = "Holiday";
+        fields.Directory = Folder.MakeFolder("albums/Holiday");
+        AlbumEditor().Save(fields);
+        gDatabase.reset();
+    }
+    /// Steps that every start goes through first.
+    void ClickSplash() {
+        Hands.WhenShown("frmSplash", [this](QWidget &splash) {
+            EXPECT_EQ(ShownWindow("frmMain"), nullptr);
+            Done += "splash|";
+            QTest::mouseClick(&splash, Qt::LeftButton);
+        });
+    }
+    void CloseStartWindow() {
+        Hands.When(
+            "end of the start",
+            [] {
+                QWidget *form = ShownWindow("frmStartStatus");
+                return form != nullptr && TextOf(*form, "cmdCancel") == "Close";
+            },
+            [] { Click(*ShownWindow("frmStartStatus"), "cmdCancel"); });
+    }
+
+    TempFolder Folder;
+    std::string Done;
+    bool CanOpen = true;
+    std::function<void()> WhileSetupIsOpen = [] {
+    };
+    std::unique_ptr<Desktop> Program;
+    Robot Hands;
+};
+
+TEST(RunMode, IsTheExactCommandLine) {
+    EXPECT_EQ(RunModeOf(""), RunMode::Normal);
+    EXPECT_EQ(RunModeOf("start"), RunMode::Start);
+    EXPECT_EQ(RunModeOf("startopensite"), RunMode::StartOpenSite);
+    EXPECT_EQ(RunModeOf("START"), RunMode::NewAlbum);
+    EXPECT_EQ(RunModeOf(" start"), RunMode::NewAlbum);
+    EXPECT_EQ(NewAlbumDirectory("START"), "START");
+    EXPECT_EQ(NewAlbumDirectory("/srv/pictures of mine"), "/srv/pictures of mine");
+    EXPECT_TRUE(NewAlbumDirectory("./").starts_with("/"));
+}
+
+TEST_F(DesktopTest, ANormalStartShowsTheMainWindowAndWaits) {
+    ClickSplash();
+    EXPECT_TRUE(Program->Main(""));
+    EXPECT_NE(ShownWindow("frmMain"), nullptr);
+    EXPECT_FALSE(gWebsiteStarted);
+    EXPECT_EQ(Done, "splash|");
+    EXPECT_EQ(GetSetting("Records", "InstallTime").size(), 10U);
+    Program->ToggleMainWindow();
+    EXPECT_EQ(ShownWindow("frmMain"), nullptr);
+    EXPECT_EQ(GetSetting("Setup", "MinimizeOnce"), "1");
+    Program->ToggleMainWindow();
+    EXPECT_NE(ShownWindow("frmMain"), nullptr);
+}
+
+TEST_F(DesktopTest, StartLeavesOnlyTheIcon) {
+    AddAlbum();
+    ClickSplash();
+    CloseStartWindow();
+    EXPECT_TRUE(Program->Main("start"));
+    EXPECT_TRUE(gWebsiteStarted);
+    EXPECT_EQ(ShownWindow("frmMain"), nullptr);
+    EXPECT_FALSE(Program->IsMainWindowShown());
+    EXPECT_EQ(Done, "splash|");
+}
+
+TEST_F(DesktopTest, StartOpenSiteOpensItWhetherItRunsOrNot) {
+    ClickSplash();
+    Hands.WhenAsked("You haven't setup any albums! Would you like to set one up now?", "imgNo");
+    CloseStartWindow();
+    EXPECT_TRUE(Program->Main("startopensite"));
+    EXPECT_FALSE(gWebsiteStarted);
+    EXPECT_NE(ShownWindow("frmMain"), nullptr);
+    EXPECT_EQ(Done, "splash|open |");
+}
+
+TEST_F(DesktopTest, ADirectoryComesBeforeEverythingThatShows) {
+    ClickSplash();
+    EXPECT_TRUE(Program->Main("/srv/pictures of mine"));
+    EXPECT_EQ(Done, "album /srv/pictures of mine|splash|");
+    EXPECT_FALSE(gWebsiteStarted);
+}
+
+TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
+    struct Case {
+        const char *runSetupBefore;
+        const char *createdAlbum;
+        bool isOffered;
+    };
+    const Case cases[] = {{"0", "", false}, {"-1", "1", true}};
+    for (const Case &row : cases) {
+        SCOPED_TRACE(row.runSetupBefore);
+        SaveSetting("Setup", "RunSetup", row.runSetupBefore);
+        WhileSetupIsOpen = [&row] {
+            SaveSetting("Setup", "RunSetup", "1");
+            if (*row.createdAlbum != '\0') SaveSetting("Records", "CreatedAlbum", row.createdAlbum);
+        };
+        MakeDesktop();
+        Done.clear();
+        ClickSplash();
+        Hands.WhenAsked(welcome, "imgOk");
+        if (row.isOffered) Hands.WhenAsked(startNow, "imgNo");
+        EXPECT_TRUE(Program->Main(""));
+        EXPECT_EQ(Done, "splash|setup|");
+        EXPECT_TRUE(Hands.IsDone());
+    }
+}
+
+TEST_F(DesktopTest, ASecondCopyIsRefusedBeforeAnythingOpens) {
+    const std::string lock = Folder.Write("pixmora.lock");
+    const int other = open(lock.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+    Hands.WhenAsked("Pixmora! Digital Media Software is already running!", "imgOk");
+    EXPECT_FALSE(Program->Main(""));
+    Hands.WhenAsked(
+        "Pixmora! Digital Media Software is already running! To create an album, click on Setup and then "
+        "Albums.",
+        "imgOk");
+    EXPECT_FALSE(Program->Main("start"));
+    EXPECT_EQ(gDatabase, nullptr);
+    EXPECT_EQ(Done, "");
+    close(other);
+}
+
+TEST_F(DesktopTest, NoMenuOpensOverADialogAndTheWindowStillToggles) {
+    ClickSplash();
+    ASSERT_TRUE(Program->Main(""));
+    Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
+        Program->ShowTrayMenu({200, 200});
+        EXPECT_EQ(ShownWindow("frmXPMenu"), nullptr);
+        Program->ToggleMainWindow();
+        EXPECT_EQ(ShownWindow("frmMain"), nullptr);
+        EXPECT_TRUE(box.isVisible());
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(ShowMessageBox("?", FlagYesNo), AnswerNo);
+    Program->ShowTrayMenu({200, 200});
+    ASSERT_NE(ShownWindow("frmXPMenu"), nullptr);
+    clsXPMenu::KillAllMenus();
+}
+
+TEST_F(DesktopTest, PagesAreServedAndTimersRunWhileADialogIsOpen) {
+    AddAlbum();
+    ClickSplash();
+    CloseStartWindow();
+    ASSERT_TRUE(Program->Main("start"));
+    const int port = gSystray->wnskListen->LocalPort();
+    Hands.WhenShown("frmMsgBox", [port](QWidget &box) {
+        const std::string page = Fetch(port, "GET / HTTP/1.0\r\n\r\n");
+        EXPECT_TRUE(page.starts_with("HTTP/1.0 200 OK"));
+        QTest::keyClick(&box, Qt::Key_Space);
+    });
+    EXPECT_EQ(ShowMessageBox("?", FlagYesNo), AnswerYes);
+    EXPECT_EQ(gVisitorsActive, 1);
+}
+
+TEST_F(DesktopTest, OpensAddressesAndFoldersAndSaysWhenNothingDoes) {
+    OpenInBrowser("http://192.0.2.1:8080");
+    OpenInBrowser("service.example?anna");
+    OpenInBrowser("mailto:?subject=x");
+    EXPECT_EQ(Done, "open http://192.0.2.1:8080|open http://service.example?anna|open mailto:?subject=x|");
+    CanOpen = false;
+    Hands.WhenAsked("There is no program on this computer that opens 'http://192.0.2.1'.", "imgOk");
+    OpenInBrowser("http://192.0.2.1");
+    gWebsiteAddress = "http://192.0.2.7:80";
+    Program->Actions().HandleClick("AddressOptsMenu", "Copy Link to Clipboard");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("http://192.0.2.7:80"));
+}
+
+TEST_F(DesktopTest, AnUnhandledErrorIsShownOnce) {
+    Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
+        EXPECT_EQ(TextOf(box, "lblMessage"), "Type mismatch");
+        EXPECT_FALSE(Program->ShowUnhandledError(RunTimeError(ErrorNumber::Overflow)));
+        Click(box, "imgOk");
+    });
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(Program->ShowUnhandledError(RunTimeError(ErrorNumber::TypeMismatch)));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Type mismatch\n"), std::string::npos);
+}
+
+TEST_F(DesktopTest, EndsWithoutAQuestionWhenToldTo) {
+    AddAlbum();
+    ClickSplash();
+    CloseStartWindow();
+    ASSERT_TRUE(Program->Main("start"));
+    gVisitorsActive = gConnectionsSession = 1;
+    Done.clear();
+    Program->EndWithoutQuestion();
+    EXPECT_FALSE(gWebsiteStarted);
+    EXPECT_EQ(Done, "end|");
+}
+
+}  // namespace
+
+}  // namespace pixmora::test

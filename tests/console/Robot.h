@@ -1,0 +1,96 @@
+// The owner's hands in tests of windows: what is done to a window when it shows.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <deque>
+#include <functional>
+#include <string>
+#include <utility>
+
+namespace pixmora::test {
+
+/// The visible window of that name, or null.
+inline QWidget *ShownWindow(const char *name) {
+    for (QWidget *form : QApplication::topLevelWidgets()) {
+        if (form->isVisible() && form->objectName() == QLatin1String(name)) return form;
+    }
+    return nullptr;
+}
+
+template <typename Control = QWidget>
+Control &Find(const QWidget &form, const char *name) {
+    auto *control = form.findChild<Control *>(QLatin1String(name));
+    if (control == nullptr) throw std::runtime_error(std::string("no control ") + name);
+    return *control;
+}
+
+/// Presses and releases the pointer in the middle of the control.
+inline void Click(const QWidget &form, const char *name) {
+    QTest::mouseClick(&Find(form, name), Qt::LeftButton);
+}
+
+/// What a label or button reads.
+inline std::string TextOf(const QWidget &form, const char *name) {
+    const QWidget &control = Find(form, name);
+    if (const auto *button = qobject_cast<const QAbstractButton *>(&control)) return button->text().toStdString();
+    return dynamic_cast<const QLabel &>(control).text().toStdString();
+}
+
+/// Waits, from its making on, for one window after the other and does to each what is to be done. A step that has not
+/// come at the robot's end fails the test.
+class Robot {
+public:
+    using Action = std::function<void(QWidget &form)>;
+
+    Robot() {
+        QObject::connect(&timer_, &QTimer::timeout, [this] { Look(); });
+        timer_.start(5);
+    }
+    ~Robot() {
+        for (const Step &step : steps_) ADD_FAILURE() << "never shown: " << step.Name;
+    }
+
+    void WhenShown(const char *name, Action action) { steps_.push_back({name, std::move(action), {}}); }
+    /// A message box. @param text whole, with the line ends of a label @param button that is pressed then
+    void WhenAsked(const std::string &text, const char *button) {
+        WhenShown("frmMsgBox", [text, button](QWidget &box) {
+            EXPECT_EQ(TextOf(box, "lblMessage"), text);
+            Click(box, button);
+        });
+    }
+    /// What is done as soon as the condition holds.
+    void When(const char *name, std::function<bool()> condition, std::function<void()> action) {
+        steps_.push_back({name, [action = std::move(action)](QWidget &) { action(); }, std::move(condition)});
+    }
+    bool IsDone() const { return steps_.empty(); }
+
+private:
+    struct Step {
+        std::string Name;
+        Action Do;
+        std::function<bool()> Condition;  ///< in place of the window's showing
+    };
+
+    void Look() {
+        if (steps_.empty()) return;
+        QWidget *form = steps_.front().Condition ? nullptr : ShownWindow(steps_.front().Name.c_str());
+        if (form == nullptr && !(steps_.front().Condition && steps_.front().Condition())) return;
+        // The action may turn the loop, and the next step may come within it.
+        const Step step = std::move(steps_.front());
+        steps_.pop_front();
+        QWidget nothing;
+        step.Do(form == nullptr ? nothing : *form);
+    }
+
+    std::deque<Step> steps_;
+    QTimer timer_;
+};
+
+}  // namespace pixmora::test

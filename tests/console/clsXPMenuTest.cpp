@@ -1,0 +1,198 @@
+// The popup menus: geometry, pointer, keys, and how they end.
+#include "console/clsXPMenu.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+
+#include "console/Robot.h"
+#include "console/TrayIcon.h"
+#include "console/frmXPMenu.h"
+#include "support/Client.h"
+
+namespace pixmora::test {
+
+namespace {
+
+const MenuItems people = {{"Me", {{"Page: Home Page", {}, {}}, {"Wave", {}, {}}}, "0Visit"},
+                          {"10.0.0.9", {{"Page: Login", {}, {}}}, "1Visit"}};
+const MenuItems commands = {{"First", {}, {}}, {}, {"Second & third", {}, {}}, {"People", people, "People"}};
+
+class clsXPMenuTest : public testing::Test {
+protected:
+    ~clsXPMenuTest() override { clsXPMenu::KillAllMenus(); }
+
+    std::shared_ptr<clsXPMenu> Show(const MenuItems &items = commands, const QPoint &corner = {100, 100}) {
+        const auto menu = clsXPMenu::Create("Menu", items, [this](const std::string &name, const std::string &text) {
+            clicked_ += name + ":" + text + " ";
+        });
+        menu->ShowMenu(corner);
+        return menu;
+    }
+    static frmXPMenu *WindowOf(const clsXPMenu &menu) {
+        for (QWidget *form : QApplication::topLevelWidgets()) {
+            auto *window = dynamic_cast<frmXPMenu *>(form);
+            if (window != nullptr && window->XPMenuClass.get() == &menu) return window;
+        }
+        return nullptr;
+    }
+    static int OpenMenus() {
+        int count = 0;
+        for (const QWidget *form : QApplication::topLevelWidgets()) {
+            count += form->isVisible() && form->property("Tag").toString() == QLatin1String("XPMenu") ? 1 : 0;
+        }
+        return count;
+    }
+    static QPoint Middle(const clsXPMenu &menu, int item) { return menu.ItemRect(item).center(); }
+    static void Press(const clsXPMenu &menu, const QList<Qt::Key> &keys) {
+        // As the desktop does, the last menu opened gets them.
+        for (const Qt::Key key : keys) {
+            QWidget *window = QApplication::activePopupWidget();
+            QTest::keyClick(window == nullptr ? WindowOf(menu) : window, key);
+        }
+    }
+    std::string Clicked() { return std::exchange(clicked_, ""); }
+
+private:
+    std::string clicked_;
+};
+
+TEST_F(clsXPMenuTest, RowsAndWidthFollowTheItems) {
+    const auto menu = Show();
+    const QFontMetrics metrics(WindowOf(*menu)->font());
+    const int row = menu->ItemRect(1).height();
+    EXPECT_EQ(menu->ItemRect(2).height(), 9);
+    EXPECT_EQ(menu->GetHeight(), 3 * row + 9 + 4);
+    EXPECT_EQ(WindowOf(*menu)->height(), menu->GetHeight());
+    EXPECT_EQ(menu->GetHilightedItem(menu->ItemRect(1).center().y()), 1);
+    EXPECT_EQ(menu->GetHilightedItem(menu->ItemRect(2).center().y()), 0);
+    EXPECT_EQ(menu->GetHilightedItem(menu->GetHeight() + 5), 0);
+    EXPECT_EQ(menu->GetHilightedItem(-1), 0);
+    EXPECT_TRUE(menu->IsTextItem(1));
+    EXPECT_FALSE(menu->IsTextItem(2));
+    EXPECT_FALSE(menu->IsTextItem(4));
+    EXPECT_FALSE(menu->IsTextItem(5));
+    EXPECT_EQ(menu->GetItemText(3), "Second & third");
+    EXPECT_EQ(menu->GetItemText(5), "");
+    const auto wider = Show({{"Second & third", {}, {}}, {"A much longer item than that one", {}, {}}});
+    EXPECT_GT(wider->GetWidth(), menu->GetWidth());
+}
+
+TEST_F(clsXPMenuTest, AClickClosesAllMenusAndReachesTheHandler) {
+    const auto menu = Show();
+    QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 3));
+    EXPECT_EQ(Clicked(), "Menu:Second & third ");
+    EXPECT_FALSE(menu->IsVisible());
+    EXPECT_EQ(OpenMenus(), 0);
+}
+
+TEST_F(clsXPMenuTest, SeparatorsAndItemsWithASubmenuStayOpenWhenClicked) {
+    const auto menu = Show();
+    QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 2));
+    QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 4));
+    EXPECT_EQ(Clicked(), "");
+    EXPECT_TRUE(menu->IsVisible());
+    EXPECT_TRUE(menu->PopupShown());
+}
+
+TEST_F(clsXPMenuTest, TheReleaseOfTheOpeningPressIsNoClick) {
+    const auto menu = Show();
+    QTest::mouseRelease(WindowOf(*menu), Qt::RightButton, {}, Middle(*menu, 1));
+    EXPECT_EQ(Clicked(), "");
+    EXPECT_TRUE(menu->IsVisible());
+}
+
+TEST_F(clsXPMenuTest, ThePointerOpensAndClosesSubmenus) {
+    const auto menu = Show();
+    QTest::mouseMove(WindowOf(*menu), Middle(*menu, 4));
+    ASSERT_TRUE(menu->PopupShown());
+    const clsXPMenu &subMenu = *menu->OpenSubMenu();
+    EXPECT_EQ(subMenu.GetMenuName(), "People");
+    EXPECT_GT(WindowOf(subMenu)->x(), WindowOf(*menu)->x());
+    EXPECT_EQ(OpenMenus(), 2);
+    QTest::mouseMove(WindowOf(*menu), Middle(*menu, 1));
+    EXPECT_FALSE(menu->PopupShown());
+    EXPECT_EQ(menu->GetHilightNum(), 1);
+    EXPECT_EQ(OpenMenus(), 1);
+}
+
+TEST_F(clsXPMenuTest, ASubmenuOpensOnTheLeftWhereTheScreenEnds) {
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const auto menu = Show(commands, {screen.right() - 150, 100});
+    menu->setHilightedItem(4);
+    ASSERT_TRUE(menu->PopupShown());
+    EXPECT_LT(WindowOf(*menu->OpenSubMenu())->geometry().right(), WindowOf(*menu)->geometry().right() - 100);
+}
+
+TEST_F(clsXPMenuTest, KeysWalkTheItemsAndTheSubmenus) {
+    const auto menu = Show();
+    Press(*menu, {Qt::Key_Down, Qt::Key_Down});
+    EXPECT_EQ(menu->GetHilightNum(), 3);  // over the separator
+    Press(*menu, {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up});
+    EXPECT_EQ(menu->GetHilightNum(), 4);  // round the end and back; its submenu leaves the keys to this menu
+    Press(*menu, {Qt::Key_Right, Qt::Key_Down});
+    EXPECT_EQ(menu->OpenSubMenu()->GetHilightNum(), 2);
+    Press(*menu, {Qt::Key_Left, Qt::Key_Up});
+    EXPECT_EQ(menu->GetHilightNum(), 3);
+    Press(*menu, {Qt::Key_Down, Qt::Key_Return, Qt::Key_Return, Qt::Key_Down, Qt::Key_Return});
+    EXPECT_EQ(Clicked(), "0Visit:Wave ");
+    EXPECT_EQ(OpenMenus(), 0);
+    const auto again = Show();
+    Press(*again, {Qt::Key_Down, Qt::Key_Space});
+    EXPECT_EQ(Clicked(), "Menu:First ");
+    const auto last = Show();
+    Press(*last, {Qt::Key_Down, Qt::Key_Escape});
+    EXPECT_EQ(OpenMenus(), 0);
+    EXPECT_EQ(Clicked(), "");
+}
+
+TEST_F(clsXPMenuTest, OnlyOneMenuIsOpenAtATime) {
+    const auto first = Show();
+    first->setHilightedItem(4);
+    const auto second = Show(commands, {300, 300});
+    EXPECT_FALSE(first->IsVisible());
+    EXPECT_TRUE(second->IsVisible());
+    EXPECT_EQ(OpenMenus(), 1);
+}
+
+TEST_F(clsXPMenuTest, EndsWhenTheFocusGoesElsewhere) {
+    QWidget other;
+    const auto menu = Show();
+    menu->setHilightedItem(4);
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(TurnUntil([] { return OpenMenus() == 0; }, std::chrono::milliseconds(2000)));
+    EXPECT_FALSE(menu->IsVisible());
+}
+
+TEST_F(clsXPMenuTest, APressOutsideEndsAllMenus) {
+    const auto menu = Show();
+    menu->setHilightedItem(4);
+    QTest::mousePress(QApplication::activePopupWidget(), Qt::LeftButton, {}, QPoint(-500, -50));
+    EXPECT_EQ(OpenMenus(), 0);
+}
+
+TEST_F(clsXPMenuTest, AssistiveTechnologyFindsAndClicksTheItems) {
+    const auto menu = Show();
+    const QList<QPushButton *> rows = WindowOf(*menu)->findChildren<QPushButton *>();
+    ASSERT_EQ(rows.size(), 3);
+    EXPECT_EQ(rows[1]->text(), QStringLiteral("Second & third"));
+    rows[1]->click();
+    EXPECT_EQ(Clicked(), "Menu:Second & third ");
+}
+
+TEST(TrayMenuPlace, StaysClearOfTheTaskBarAndOnTheScreen) {
+    const QRect screen(0, 0, 1000, 800);
+    const QSize menu(200, 150);
+    const QRect barBelow(0, 0, 1000, 770);
+    EXPECT_EQ(TrayMenuPlace({500, 780}, menu, screen, barBelow), QPoint(500, 620));
+    EXPECT_EQ(TrayMenuPlace({990, 780}, menu, screen, barBelow), QPoint(790, 620)) << "past the right edge";
+    const QRect barAbove(0, 30, 1000, 770);
+    EXPECT_EQ(TrayMenuPlace({500, 10}, menu, screen, barAbove), QPoint(500, 30));
+    EXPECT_EQ(TrayMenuPlace({500, 400}, menu, screen, barBelow), QPoint(500, 250)) << "no bar known";
+    EXPECT_EQ(TrayMenuPlace({500, 100}, menu, screen, barBelow), QPoint(500, 100)) << "no room above the pointer";
+}
+
+}  // namespace
+
+}  // namespace pixmora::test

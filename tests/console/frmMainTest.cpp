@@ -1,0 +1,180 @@
+// The main window.
+#include "console/frmMain.h"
+
+#include <QPalette>
+
+#include "console/Robot.h"
+#include "console/clsXPMenu.h"
+#include "support/RunningSite.h"
+
+namespace pixmora::test {
+
+namespace {
+
+class frmMainTest : public RunningSite {
+protected:
+    frmMainTest() {
+        AddAlbum("Holiday");
+        Main.Load();
+    }
+    ~frmMainTest() override { clsXPMenu::KillAllMenus(); }
+
+    LinkLook Look(const char *name) { return dynamic_cast<LinkLabel &>(Find(Main, name)).Look(); }
+    void StartSite() {
+        Start();
+        Main.UpdateStatus();
+    }
+    /// The texts of the open menu's items.
+    static std::string MenuTexts() {
+        std::string texts;
+        QWidget *menu = ShownWindow("frmXPMenu");
+        if (menu == nullptr) return "(no menu)";
+        for (const auto *row : menu->findChildren<QPushButton *>()) texts += row->text().toStdString() + "|";
+        return texts;
+    }
+
+    std::string Done;
+    bool HasTray = true;
+    OwnerActions Actions{
+        {[this] { Done += "start "; }, [] {}, [] {},
+         [this](const SetupOpening &opening) { Done += opening.AddAlbumOnOpen ? "setup add " : "setup "; },
+         [](const std::string &) {}, [](const std::string &) {},
+         [this] {
+             Done += "end ";
+         }}};
+    frmMain Main{Actions,
+                 {[this] { return HasTray; }, [this] { Done += "unloaded "; }, [] {},
+                  [this](const QPoint &) {
+                      Done += "menu ";
+                  }}};
+};
+
+TEST_F(frmMainTest, LinksFollowTheStateOfTheSite) {
+    EXPECT_EQ(TextOf(Main, "lblAddress"), "Website offline! Click Start Website.");
+    EXPECT_EQ(Look("lblAddress").Colour, QColor(255, 0, 0));
+    EXPECT_TRUE(Look("lblAddress").Italic && Look("lblAddress").Bold && !Look("lblAddress").Underlined);
+    EXPECT_EQ(Look("lblSeeActive").Colour, QColor(128, 128, 128));
+    EXPECT_EQ(Find(Main, "lblAddressOptions").cursor().shape(), Qt::ArrowCursor);
+    EXPECT_FALSE(Find(Main, "imgStopServer").isVisible());
+    StartSite();
+    EXPECT_EQ(TextOf(Main, "lblAddress"), gWebsiteAddress);
+    EXPECT_EQ(Look("lblAddress").Colour, QColor(0, 0, 128));
+    EXPECT_TRUE(!Look("lblAddress").Italic && !Look("lblAddress").Bold && Look("lblAddress").Underlined);
+    EXPECT_EQ(Look("lblAddressOptions").Colour, QColor(0, 0, 128));
+    EXPECT_EQ(Find(Main, "lblSeeActive").cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_TRUE(Find(Main, "imgStopServer").isVisible());
+    EXPECT_EQ(Find(Main, "imgStopServer").size(), Find(Main, "cmdStartStop").size());
+    EXPECT_EQ(Find(Main, "cmdStartStop").accessibleName(), QStringLiteral("Stop Website"));
+}
+
+TEST_F(frmMainTest, TheAddressStartsTheSiteOrOpensIt) {
+    Click(Main, "lblAddress");
+    EXPECT_EQ(Done, "start ");
+    StartSite();
+    Owner.ExpectBrowser(gWebsiteAddress);
+    Click(Main, "lblAddress");
+    EXPECT_EQ(Done, "start ");
+}
+
+TEST_F(frmMainTest, MenusOpenBesideTheirLinksWhileTheSiteRuns) {
+    Click(Main, "lblAddressOptions");
+    Click(Main, "lblSeeActive");
+    EXPECT_EQ(MenuTexts(), "(no menu)");
+    Click(Main, "lblAlbumsBrowse");
+    EXPECT_EQ(MenuTexts(), "Add New Album|Edit Album|Holiday|");
+    StartSite();
+    Click(Main, "lblSeeActive");
+    EXPECT_EQ(MenuTexts(), "No Active Users|");
+    Click(Main, "lblAddressOptions");
+    EXPECT_EQ(MenuTexts(),
+              "View My Website|Copy Link to Clipboard|Email Link to Someone|IM Link to Someone|Put Link in AIM Away "
+              "Message|");
+}
+
+TEST_F(frmMainTest, WithoutAlbumsTheLinkMakesTheFirst) {
+    EXPECT_EQ(TextOf(Main, "lblAlbumsBrowse"), "Browse");
+    AlbumEditor("Holiday").Delete();
+    Main.UpdateStatus();
+    EXPECT_EQ(TextOf(Main, "lblStatAlbums"), "0");
+    EXPECT_EQ(TextOf(Main, "lblAlbumsBrowse"), "Create");
+    Click(Main, "lblAlbumsBrowse");
+    EXPECT_EQ(Done, "setup add ");
+}
+
+TEST_F(frmMainTest, ShowsFiguresEachSecondAndOnLoading) {
+    gThumbsTotal = 7;
+    Main.Load();
+    EXPECT_EQ(TextOf(Main, "lblStatThumbsTotal"), "7");
+    EXPECT_EQ(TextOf(Main, "lblStatRunningTimeSession"), "0h 0m");
+    Start();
+    gThumbsSession = 2;
+    Main.SetFiguresRunning(true);
+    EXPECT_TRUE(TurnUntil([this] { return TextOf(Main, "lblStatThumbsSession") == "2"; }));
+    Main.Unload();
+    gVisitorsActive = 4;
+    gBandwidthSession = 3;
+    Main.Load();
+    EXPECT_EQ(TextOf(Main, "lblStatActiveSession"), "4");
+    EXPECT_EQ(TextOf(Main, "lblStatBandwidthSession"), "3.00 KB");
+}
+
+TEST_F(frmMainTest, GoesToTheTrayOrIsMinimised) {
+    EXPECT_FALSE(Find(Main, "cmdMenu").isVisible());
+    Click(Main, "imgMin");
+    EXPECT_EQ(Done, "unloaded ");
+    EXPECT_FALSE(Main.isVisible());
+    Main.Load();
+    EXPECT_TRUE(Main.IsUp());
+    HasTray = false;
+    Main.Load();
+    EXPECT_TRUE(Find(Main, "cmdMenu").isVisible());
+    Click(Main, "cmdMenu");
+    EXPECT_EQ(Done, "unloaded menu ");
+    Main.close();  // by the desktop
+    EXPECT_EQ(Done, "unloaded menu unloaded ");
+    EXPECT_TRUE(Main.isVisible());
+    EXPECT_TRUE(Main.isMinimized());
+}
+
+TEST_F(frmMainTest, EverythingIsReachedAndWorkedByKeys) {
+    StartSite();
+    std::string order;
+    QWidget *first = &Find(Main, "lblAddress");
+    first->setFocus();
+    for (QWidget *at = first;;) {
+        order += at->objectName().toStdString() + " ";
+        do at = at->nextInFocusChain();
+        while (at != first && !((at->focusPolicy() & Qt::TabFocus) != 0 && at->isEnabled() && at->isVisible()));
+        if (at == first) break;
+    }
+    EXPECT_EQ(order,
+              "lblAddress lblAddressOptions lblAlbumsBrowse lblSeeActive cmdStartStop cmdSetup cmdStatistics cmdAbout "
+              "cmdExit imgMin ");
+    Owner.ExpectMessage("Are you sure you want to stop your website and exit?", 36, AnswerNo);
+    QTest::keyClick(&Find(Main, "cmdExit"), Qt::Key_Return);
+    QTest::keyClick(&Main, Qt::Key_Escape);
+    EXPECT_EQ(Done, "");
+    for (const auto *control : Main.findChildren<QPushButton *>()) {
+        EXPECT_FALSE(control->accessibleName().isEmpty() && control->text().isEmpty())
+            << control->objectName().toStdString();
+    }
+}
+
+TEST_F(frmMainTest, LooksTheSameOnALightAndADarkDesktop) {
+    const QPalette former = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(230, 230, 230), QColor(40, 40, 44), QColor(80, 80, 80), QColor(20, 20, 20),
+                                      QColor(60, 60, 60), QColor(230, 230, 230), QColor(Qt::white), QColor(30, 30, 30),
+                                      QColor(40, 40, 44)));
+    frmMain dark(Actions, {[] { return true; }, [] {}, [] {},
+                           [](const QPoint &) {
+                           }});
+    dark.Load();
+    for (frmMain *window : {&dark, &Main}) Find(*window, "cmdExit").setFocus();
+    const bool isSame = dark.grab().toImage() == Main.grab().toImage();
+    QApplication::setPalette(former);
+    EXPECT_TRUE(isSame);
+}
+
+}  // namespace
+
+}  // namespace pixmora::test

@@ -1,0 +1,108 @@
+// The start window.
+#include "console/frmStartStatus.h"
+
+#include <QProgressBar>
+
+#include "console/Robot.h"
+#include "support/RunningSite.h"
+
+namespace pixmora::test {
+
+namespace {
+
+class frmStartStatusTest : public RunningSite {
+protected:
+    static bool HasStatus(const char *text) {
+        const QWidget *form = ShownWindow("frmStartStatus");
+        return form != nullptr && TextOf(*form, "lblStatus") == text;
+    }
+    /// Whether the sequence is over, with that status.
+    static bool HasEnded(const char *text) {
+        return HasStatus(text) && TextOf(*ShownWindow("frmStartStatus"), "cmdCancel") == "Close";
+    }
+
+    void RunWindow() {
+        frmStartStatus form;
+        form.Run(nullptr);
+    }
+
+    Robot Hands;
+};
+
+TEST_F(frmStartStatusTest, ShowsTheStartAndOffersTheSite) {
+    AddAlbum("Holiday");
+    Hands.WhenShown("frmStartStatus", [](QWidget &form) {
+        EXPECT_EQ(TextOf(form, "cmdCancel"), "Cancel");
+        EXPECT_FALSE(Find(form, "cmdViewSite").isVisible());
+    });
+    Hands.When(
+        "live", [] { return HasEnded("Your Website is Live!"); },
+        [&owner = Owner] {
+            QWidget &form = *ShownWindow("frmStartStatus");
+            EXPECT_EQ(TextOf(form, "cmdCancel"), "Close");
+            EXPECT_TRUE(Find(form, "cmdCancel").isEnabled());
+            EXPECT_TRUE(Find(form, "cmdCancel").font().bold());
+            EXPECT_TRUE(Find(form, "cmdCancel").hasFocus());
+            EXPECT_GT(Find(form, "lblStatus").font().pixelSize(), 13);
+            const auto &bar = Find<QProgressBar>(form, "prg");
+            EXPECT_EQ(bar.value(), bar.maximum());
+            owner.ExpectBrowser(gWebsiteAddress);
+            Click(form, "cmdViewSite");
+        });
+    RunWindow();
+    EXPECT_TRUE(gWebsiteStarted);
+}
+
+TEST_F(frmStartStatusTest, ClosesByItselfFiveSecondsAfterASuccess) {
+    AddAlbum("Holiday");
+    const auto start = std::chrono::steady_clock::now();
+    RunWindow();
+    const auto took = std::chrono::steady_clock::now() - start;
+    EXPECT_TRUE(gWebsiteStarted);
+    EXPECT_GT(took, std::chrono::milliseconds(5400));
+    EXPECT_LT(took, std::chrono::milliseconds(9000));
+}
+
+TEST_F(frmStartStatusTest, ACancelBeforeTheStartIsHeeded) {
+    AddAlbum("Holiday");
+    Hands.WhenShown("frmStartStatus", [](QWidget &form) {
+        Click(form, "cmdCancel");
+        EXPECT_FALSE(Find(form, "cmdCancel").isEnabled());
+        EXPECT_TRUE(form.isVisible());
+    });
+    Hands.When(
+        "stopped", [] { return HasEnded("Pixmora! Stopped!"); },
+        [] {
+            QWidget &form = *ShownWindow("frmStartStatus");
+            EXPECT_FALSE(Find(form, "cmdViewSite").isVisible());
+            EXPECT_EQ(TextOf(form, "cmdCancel"), "Close");
+            QTest::keyClick(&form, Qt::Key_Escape);
+        });
+    RunWindow();
+    EXPECT_FALSE(gWebsiteStarted);
+}
+
+TEST_F(frmStartStatusTest, ACancelDuringTheAlbumsComesTooLate) {
+    AddAlbum("Holiday");
+    Hands.When(
+        "albums", [] { return HasStatus("Loading Albums..."); }, [] { ShownWindow("frmStartStatus")->close(); });
+    Hands.When(
+        "live", [] { return HasEnded("Your Website is Live!"); },
+        [] { Click(*ShownWindow("frmStartStatus"), "cmdCancel"); });
+    RunWindow();
+    EXPECT_TRUE(gWebsiteStarted);
+}
+
+TEST_F(frmStartStatusTest, WithoutAlbumsTheWindowStaysUntilTheOwnerClosesIt) {
+    Owner.ExpectMessage("You haven't setup any albums! Would you like to set one up now?", 20, AnswerYes);
+    Owner.ExpectSetup();
+    Hands.When(
+        "stopped", [] { return HasEnded("Pixmora! Stopped!"); },
+        [] { QTest::keyClick(&Find(*ShownWindow("frmStartStatus"), "cmdCancel"), Qt::Key_Return); });
+    RunWindow();
+    EXPECT_FALSE(gWebsiteStarted);
+}
+
+}  // namespace
+
+}  // namespace pixmora::test
