@@ -72,7 +72,7 @@ std::int32_t AlbumNumberByName(std::string_view albumName) {
 AlbumPointer LoadAlbum(std::string_view albumName, std::int16_t id) {
     const auto row = FindAlbumRow(albumName);
     if (row->NoMatch()) throw RunTimeError(ErrorNumber::NoCurrentRecord);
-    const auto album = std::make_shared<clsAlbum>();
+    auto album = std::make_shared<clsAlbum>();
     album->ID = id;
     album->Name = std::string(albumName);
     album->Directory = TextOrEmpty(row->Value("Directory"));

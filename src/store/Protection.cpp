@@ -31,6 +31,7 @@ std::vector<std::string> DirectoryPrefixes(std::string_view directory) {
 /// The rows of any of the directories, asked for at once: listings ask about each of their entries.
 std::string RightsStatement(const std::string &albumName, const std::vector<std::string> &directories) {
     std::vector<std::string> tests;
+    tests.reserve(directories.size());
     for (const std::string &directory : directories) tests.push_back("SubDir=" + QuotedText(ProtectionKey(directory)));
     return "SELECT * FROM PrivateDirs WHERE AlbumName=" + QuotedText(albumName) + " and (" + Join(tests, " or ") + ")";
 }

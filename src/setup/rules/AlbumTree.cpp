@@ -40,11 +40,11 @@ std::vector<TreeNode> AlbumNodes() {
 }
 
 std::vector<TreeNode> ChildDirectories(std::string_view key) {
-    const std::string path = DirectoryOfKey(key);
+    const std::string path = DirectoryOfKey(key) + "\\";
     const std::string stem = SubDirOfKey(key) == "\\" ? std::string(key) : std::string(key) + "\\";
     std::vector<TreeNode> nodes;
-    for (const std::string &name : SubDirectoryNames(path)) {
-        nodes.push_back({stem + name, name, HasSubDirectory(path + "\\" + name)});
+    for (const std::string &name : SubDirectoryNames(DirectoryOfKey(key))) {
+        nodes.push_back({stem + name, name, HasSubDirectory(path + name)});
     }
     return nodes;
 }
