@@ -46,6 +46,7 @@ QVBoxLayout *OptionRows(QWidget *page, const char *name, std::initializer_list<c
 QLayout *SliderRow(const char *caption, const char *sliderName,
                    std::initializer_list<std::pair<const char *, const char *>> figures) {
     auto *grid = new QGridLayout;
+    grid->setVerticalSpacing(4);
     auto *slider = Slider(sliderName, 1, 5);
     slider->setTickPosition(QSlider::TicksBelow);
     slider->setTickInterval(1);

@@ -86,6 +86,7 @@ QLayout *FirewallAdvice(const ServiceFacts &service) {
 
 QWidget *MakeFirewallPage(const ServiceFacts &service) {
     auto *addresses = new QGridLayout;
+    addresses->setVerticalSpacing(4);
     AddRow(*addresses, "Public IP Address:", Label("lblPublicIP", QStringLiteral("...")));
     AddRow(*addresses, "Private IP Address:", Label("lblPrivateIP"));
     addresses->setColumnStretch(1, 1);
@@ -126,6 +127,7 @@ QWidget *MakePortPage(const ServiceFacts &service) {
     auto *port = new QGridLayout;
     auto *box = DropDown("cboListenPort", true);
     for (const char *choice : {"80", "8080", "8081", "8082"}) box->addItem(QLatin1String(choice));
+    box->setMinimumContentsLength(8);
     AddRow(*port, "Listening Port:", box);
     port->addWidget(Button("cmdPortCheck", "Check Port"), port->rowCount() - 1, 2);
     port->setColumnStretch(3, 1);

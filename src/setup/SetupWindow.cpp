@@ -5,8 +5,10 @@
 #include <QFontInfo>
 #include <QPalette>
 #include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "console/Skin.h"
 #include "platform/MessageLoop.h"
@@ -76,7 +78,10 @@ void SetupWindow::FinishLayout() {
         ScaleText(*this, scale);
     }
     const QRect room = QApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameRoom);
-    resize(sizeHint().boundedTo(room.size()));
+    QSize wanted = sizeHint();
+    // What is too high for the screen scrolls, and its bar takes room too.
+    if (wanted.height() > room.height()) wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    resize(wanted.boundedTo(room.size()));
     move(room.center() - rect().center());
 }
 

@@ -44,11 +44,9 @@ frmSetupAlbum::frmSetupAlbum(QWidget *parent, const std::optional<std::string> &
       cmdCancel(Button("cmdCancel", "Cancel")),
       cmdDelete(Button("cmdDelete", "Delete")) {
     auto *rows = new QVBoxLayout;
-    rows->setSpacing(8);
+    rows->setSpacing(14);
     rows->addLayout(MakeNameRows());
-    rows->addSpacing(6);
     rows->addLayout(MakeShareRows());
-    rows->addSpacing(6);
     rows->addLayout(MakeFeaturedRows());
     rows->addStretch();
     auto *frame = new PageFrame(0);
@@ -68,10 +66,12 @@ QLayout *frmSetupAlbum::MakeNameRows() {
     txtAlbumPath->setToolTip(QStringLiteral("Click to choose a directory"));
     cmdAlbumChangeDir->setAccessibleDescription(QStringLiteral("Chooses the album's directory"));
     auto *rows = new QVBoxLayout;
+    rows->setSpacing(4);
     rows->addWidget(
         Note("Give your album a name and description, and the directory containing the pictures and movies you want "
              "to share."));
     auto *grid = new QGridLayout;
+    grid->setVerticalSpacing(4);
     AddRow(*grid, "Name:", txtAlbumName);
     AddRow(*grid, "Directory:", txtAlbumPath);
     grid->addWidget(cmdAlbumChangeDir, grid->rowCount() - 1, 2);
@@ -86,6 +86,7 @@ QLayout *frmSetupAlbum::MakeNameRows() {
 
 QLayout *frmSetupAlbum::MakeShareRows() {
     auto *rows = new QVBoxLayout;
+    rows->setSpacing(4);
     rows->addWidget(Note("Choose whether to share subdirectories of this album."));
     for (QCheckBox *box : {chkAlbumSubDirs, chkAlbumPictures, chkAlbumMovies}) rows->addWidget(box);
     return rows;
@@ -96,6 +97,7 @@ QLayout *frmSetupAlbum::MakeFeaturedRows() {
     txtFeaturedImagePath->setAccessibleName(QStringLiteral("Path of the specified image"));
     cmdBrowseFeaturedImage->setAccessibleDescription(QStringLiteral("Chooses the featured image"));
     auto *rows = new QVBoxLayout;
+    rows->setSpacing(4);
     rows->addWidget(
         Note("On the front page of your site where each of your albums is listed, you may choose to have an image "
              "represent your album. This is very much like an icon for your album."));
@@ -105,6 +107,7 @@ QLayout *frmSetupAlbum::MakeFeaturedRows() {
         option->setAccessibleDescription(group->text());
     }
     auto *grid = new QGridLayout;
+    grid->setVerticalSpacing(4);
     grid->addWidget(optFeaturedImageNone, 0, 0, 1, 3);
     grid->addWidget(optFeaturedImageRandom, 1, 0, 1, 3);
     grid->addWidget(optFeaturedImageSpecified, 2, 0);
