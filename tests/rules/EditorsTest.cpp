@@ -203,7 +203,8 @@ TEST_F(Editors, UsersAreValidatedInOrderAndSaved) {
         {{"Bob", "", "", false}, "", "You must enter a password!"},
         {{"Bob", "x", "y", false}, "", "Passwords don't match!"},
     };
-    for (const auto &row : rows) EXPECT_EQ(ValidateUser(row.Fields, row.Edited)->Message, row.Message) << row.Fields.Username;
+    for (const auto &row : rows)
+        EXPECT_EQ(ValidateUser(row.Fields, row.Edited)->Message, row.Message) << row.Fields.Username;
     EXPECT_FALSE(ValidateUser({"Ann", "b", "b", false}, "Ann"));
 
     AddRight("A", "\\x", "Ann");
