@@ -38,6 +38,7 @@ int main(int argc, char **argv) {
     HoldTerminationSignals();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pixmora"));
+    QApplication::setDesktopFileName(QStringLiteral("pixmora"));
     pixmora::Desktop desktop(pixmora::MakeSetupForms());
     pixmora::SetUnhandledErrorHandler([&desktop](const pixmora::RunTimeError &error) {
         if (!desktop.ShowUnhandledError(error)) return;

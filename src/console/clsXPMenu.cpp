@@ -199,7 +199,8 @@ void clsXPMenu::ShowMenu(const QPoint &corner) {
     hilight_ = 0;
     focusAtOpening_ = QGuiApplication::focusWindow();
     if (!window_) window_ = new frmXPMenu;
-    window_->Show(shared_from_this(), corner);
+    QWindow *owner = parent_ != nullptr && parent_->window_ ? parent_->window_->windowHandle() : focusAtOpening_.data();
+    window_->Show(shared_from_this(), corner, owner);
 }
 
 void clsXPMenu::MoveMenu(const QPoint &corner) {

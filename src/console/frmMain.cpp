@@ -222,7 +222,7 @@ void frmMain::Load() {
     } else {
         SetFigures(ReadStoredFigures());
     }
-    if (!testAttribute(Qt::WA_WState_ExplicitShowHide)) PlaceOver(*this, nullptr);  // later it stays where it was
+    if (!std::exchange(isPlaced_, true)) PlaceOver(*this, nullptr);  // later it stays where the owner has it
     showNormal();
     raise();
     activateWindow();

@@ -92,6 +92,7 @@ private:
     TitleButton *imgMin;
     Timer tmrStats;
     Timer tmrTray;  ///< looks whether the desktop's tray has come or gone
+    bool isPlaced_ = false;
 };
 
 }  // namespace pixmora

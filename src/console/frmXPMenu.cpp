@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QWindow>
 #include <utility>
 
 #include "console/Events.h"
@@ -52,13 +53,16 @@ frmXPMenu::frmXPMenu() : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint | 
     };
 }
 
-void frmXPMenu::Show(std::shared_ptr<clsXPMenu> menu, const QPoint &corner) {
+void frmXPMenu::Show(std::shared_ptr<clsXPMenu> menu, const QPoint &corner, QWindow *owner) {
     XPMenuClass = std::move(menu);
     setProperty("Tag", QStringLiteral("XPMenu"));
     setAccessibleName(ToQt(XPMenuClass->GetMenuName()));
     setFixedSize(XPMenuClass->GetWidth(), XPMenuClass->GetHeight());
     MakeRows();
     move(corner);
+    // Some desktops place a popup only beside the window that it belongs to.
+    winId();
+    windowHandle()->setTransientParent(owner);
     show();
     tmrActive.SetEnabled(true);
     tmrHover.SetEnabled(true);
@@ -134,21 +138,32 @@ void frmXPMenu::keyPressEvent(QKeyEvent *event) {
     if (!menu) return;
     hasFocusByKeys_ = true;
     switch (event->key()) {
-        case Qt::Key_Down: menu->setHilightedItem(menu->NextItem(1)); break;
-        case Qt::Key_Up: menu->setHilightedItem(menu->NextItem(-1)); break;
-        case Qt::Key_Right: GoInto(*menu); break;
+        case Qt::Key_Down:
+            menu->setHilightedItem(menu->NextItem(1));
+            break;
+        case Qt::Key_Up:
+            menu->setHilightedItem(menu->NextItem(-1));
+            break;
+        case Qt::Key_Right:
+            GoInto(*menu);
+            break;
         case Qt::Key_Left:
             if (menu->Parent() != nullptr) menu->setHilightedItem(0);
             break;
-        case Qt::Key_Escape: menu->UnloadMenu(); break;
+        case Qt::Key_Escape:
+            menu->UnloadMenu();
+            break;
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Space:
             GoInto(*menu);
             menu->ClickItem(menu->GetHilightNum());
             break;
-        case Qt::Key_Tab: clsXPMenu::KillAllMenus(); break;
-        default: QWidget::keyPressEvent(event);
+        case Qt::Key_Tab:
+            clsXPMenu::KillAllMenus();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
     }
 }
 

@@ -15,7 +15,8 @@ class frmXPMenu : public QWidget {
 public:
     frmXPMenu();
 
-    void Show(std::shared_ptr<clsXPMenu> menu, const QPoint &corner);
+    /// @param owner the window that the menu belongs to, or null
+    void Show(std::shared_ptr<clsXPMenu> menu, const QPoint &corner, QWindow *owner);
     void Unload();
     /// Tells assistive technology that the item is the one at hand.
     void AnnounceItem(int number);
