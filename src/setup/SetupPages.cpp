@@ -12,6 +12,7 @@
 #include <QSlider>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <memory>
 
 #include "setup/FormParts.h"
 #include "setup/PageFrame.h"
@@ -76,7 +77,8 @@ SContainer *MakeSortBox(QWidget *page) {
     auto *set = Button("cmdSetDirOrder", "Set...");
     set->setAccessibleDescription(QStringLiteral("Sets the custom order of directories"));
     auto *custom = new QHBoxLayout;
-    custom->addWidget(methods->takeAt(methods->count() - 1)->widget());
+    const std::unique_ptr<QLayoutItem> last(methods->takeAt(methods->count() - 1));
+    custom->addWidget(last->widget());
     custom->addWidget(set);
     methods->addLayout(custom);
     auto *orders = OptionRows(page, "optDirSortOrder", {"Ascending", "Descending"});
