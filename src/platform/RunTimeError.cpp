@@ -8,27 +8,48 @@ namespace {
 
 std::string MessageOf(ErrorNumber number) {
     switch (number) {
-        case ErrorNumber::InvalidProcedureCall: return "Invalid procedure call or argument";
-        case ErrorNumber::Overflow: return "Overflow";
-        case ErrorNumber::SubscriptOutOfRange: return "Subscript out of range";
-        case ErrorNumber::DivisionByZero: return "Division by zero";
-        case ErrorNumber::TypeMismatch: return "Type mismatch";
-        case ErrorNumber::FileNotFound: return "File not found";
-        case ErrorNumber::DeviceIOError: return "Device I/O error";
-        case ErrorNumber::DiskFull: return "Disk full";
-        case ErrorNumber::PermissionDenied: return "Permission denied";
-        case ErrorNumber::PathFileAccessError: return "Path/File access error";
-        case ErrorNumber::ObjectNotSet: return "Object variable or With block variable not set";
-        case ErrorNumber::InvalidPattern: return "Invalid pattern string";
-        case ErrorNumber::InvalidUseOfNull: return "Invalid use of Null";
-        case ErrorNumber::MethodNotFound: return "Object doesn't support this property or method";
-        case ErrorNumber::WrongNumberOfArguments: return "Wrong number of arguments or invalid property assignment";
-        case ErrorNumber::NoCurrentRecord: return "No current record.";
-        case ErrorNumber::DatabaseError: return "Database error";
-        case ErrorNumber::SyntaxError: return "Syntax error in query expression";
-        case ErrorNumber::ItemNotFound: return "Item not found in this collection.";
-        case ErrorNumber::AddressInUse: return "Address in use";
-        case ErrorNumber::PictureError: return "Picture error";
+        case ErrorNumber::InvalidProcedureCall:
+            return "Invalid procedure call or argument";
+        case ErrorNumber::Overflow:
+            return "Overflow";
+        case ErrorNumber::SubscriptOutOfRange:
+            return "Subscript out of range";
+        case ErrorNumber::DivisionByZero:
+            return "Division by zero";
+        case ErrorNumber::TypeMismatch:
+            return "Type mismatch";
+        case ErrorNumber::FileNotFound:
+            return "File not found";
+        case ErrorNumber::DeviceIOError:
+            return "Device I/O error";
+        case ErrorNumber::DiskFull:
+            return "Disk full";
+        case ErrorNumber::PermissionDenied:
+            return "Permission denied";
+        case ErrorNumber::PathFileAccessError:
+            return "Path/File access error";
+        case ErrorNumber::ObjectNotSet:
+            return "Object variable or With block variable not set";
+        case ErrorNumber::InvalidPattern:
+            return "Invalid pattern string";
+        case ErrorNumber::InvalidUseOfNull:
+            return "Invalid use of Null";
+        case ErrorNumber::MethodNotFound:
+            return "Object doesn't support this property or method";
+        case ErrorNumber::WrongNumberOfArguments:
+            return "Wrong number of arguments or invalid property assignment";
+        case ErrorNumber::NoCurrentRecord:
+            return "No current record.";
+        case ErrorNumber::DatabaseError:
+            return "Database error";
+        case ErrorNumber::SyntaxError:
+            return "Syntax error in query expression";
+        case ErrorNumber::ItemNotFound:
+            return "Item not found in this collection.";
+        case ErrorNumber::AddressInUse:
+            return "Address in use";
+        case ErrorNumber::PictureError:
+            return "Picture error";
     }
     return "Application-defined or object-defined error";
 }
