@@ -5,11 +5,11 @@
 
 namespace pixmora {
 
-/// Writes or removes the entry in $XDG_CONFIG_HOME/autostart (Desktop Application Autostart Specification), whose
+/// Writes or removes the entry in $XDG_CONFIG_HOME/autostart (freedesktop.org, autostart), whose
 /// command is the program and " start". @param program full path @throws RunTimeError PathFileAccessError, DiskFull
 void SetAutostart(bool isOn, const std::string &program);
 
-/// The entry's text (Desktop Entry Specification). @param program full path
+/// The entry's text (freedesktop.org, desktop entries). @param program full path
 std::string AutostartEntry(const std::string &program);
 
 /// The entry's file, in the system's form.
