@@ -3,6 +3,7 @@
 
 #include "core/Sweep.h"
 #include "platform/Text.h"
+#include "setup/rules/DirOrderEditor.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
@@ -205,6 +206,24 @@ TEST_F(Website, ProtectsADirectoryWithAnApostrophe) {
     EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien", "Cookie: ms_username=A'nn; a=b\r\n"), "Bad Request");
     Get("/ShowAlbum?1&thumbs&1&O'Hara");
     EXPECT_EQ(FirstValue("SELECT * FROM PopularDirs", "DirPath"), "\\O%39Hara");
+}
+
+TEST_F(Website, ShowsTheOrderThatTheOwnerHasSet) {
+    AddAlbum("A");
+    for (const char *name : {"one", "two's", "three"}) Program.MakeFolder(std::string("albums/A/") + name);
+    DirOrderEditor editor;
+    editor.Open("A:\\");
+    editor.PreSort("Name - Desc");
+    editor.MoveUp(1);
+    editor.Save();
+    SaveSetting("Setup", "SortMethod", "2");
+    Start();
+    const std::string tree = Get("/ShowAlbumDirList?1&thumbs&1&");
+    const std::size_t first = tree.find("&three\"");
+    const std::size_t second = tree.find("&two's\"");
+    EXPECT_LT(first, second);
+    EXPECT_LT(second, tree.find("&one\""));
+    EXPECT_NE(second, std::string::npos);
 }
 
 TEST_F(Website, SendsAMovieWholeAndBooksItAtTheEnd) {
