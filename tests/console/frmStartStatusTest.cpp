@@ -60,7 +60,7 @@ TEST_F(frmStartStatusTest, ClosesByItselfFiveSecondsAfterASuccess) {
     const auto took = std::chrono::steady_clock::now() - start;
     EXPECT_TRUE(gWebsiteStarted);
     EXPECT_GT(took, std::chrono::milliseconds(5400));
-    EXPECT_LT(took, std::chrono::milliseconds(9000));
+    EXPECT_LT(took, std::chrono::milliseconds(30000));
 }
 
 TEST_F(frmStartStatusTest, ACancelBeforeTheStartIsHeeded) {
@@ -84,6 +84,8 @@ TEST_F(frmStartStatusTest, ACancelBeforeTheStartIsHeeded) {
 
 TEST_F(frmStartStatusTest, ACancelDuringTheAlbumsComesTooLate) {
     AddAlbum("Holiday");
+    // So that the scan takes longer than the hands' look at the window.
+    for (int i = 0; i < 500; ++i) Program.MakeFolder("albums/Holiday/" + std::to_string(i));
     Hands.When(
         "albums", [] { return HasStatus("Loading Albums..."); }, [] { ShownWindow("frmStartStatus")->close(); });
     Hands.When(
