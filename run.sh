@@ -3,7 +3,11 @@
 # address: ./run.sh [FOLDER]. Ctrl+C ends it. All that it keeps lies in build/site.
 set -euo pipefail
 top=$(cd "$(dirname "$0")" && pwd)
-folder=$(realpath "${1:-$top/build/site/samples}")
+folder=$(realpath -m "${1:-$top/build/site/samples}")
+if [ $# -gt 0 ] && [ ! -d "$folder" ]; then
+  echo "run.sh: there is no folder $folder" >&2
+  exit 1
+fi
 
 "$top/scripts/install-packages" build run
 cd "$top"
