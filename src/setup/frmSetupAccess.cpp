@@ -144,12 +144,7 @@ void frmSetupAccess::UpdateButtons() {
 
 void frmSetupAccess::ClickNode() {
     const std::string key = tvAccess->CurrentKey();
-    const bool isDirectory = !key.empty() && !IsTreeRoot(key);
-    QString text = isDirectory ? ToQt(tvAccess->CurrentText()) : QString();
-    if (text.endsWith(u':')) text.chop(1);
-    lblParentAlbum->setText(isDirectory ? ToQt(AlbumOfKey(key)) : QString());
-    lblAccessDir->setText(text);
-    lblAccessDir->setToolTip(text);
+    const bool isDirectory = tvAccess->ShowPlace(*lblParentAlbum, *lblAccessDir);
     chkRestrictAccess->setEnabled(isDirectory);
     lstUsers->setEnabled(isDirectory);
     loadingUsers_ = true;

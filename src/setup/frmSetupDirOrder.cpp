@@ -106,12 +106,7 @@ void frmSetupDirOrder::CloseByOwner() {
 void frmSetupDirOrder::ClickNode() {
     editor_.OfferToSave();
     const std::string key = tvAlbums->CurrentKey();
-    const bool isDirectory = !key.empty() && !IsTreeRoot(key);
-    QString text = isDirectory ? ToQt(tvAlbums->CurrentText()) : QString();
-    if (text.endsWith(u':')) text.chop(1);
-    lblParentAlbum->setText(isDirectory ? ToQt(AlbumOfKey(key)) : QString());
-    lblAccessDir->setText(text);
-    lblAccessDir->setToolTip(text);
+    tvAlbums->ShowPlace(*lblParentAlbum, *lblAccessDir);
     editor_.Open(key);
     ShowRows(-1);
 }

@@ -36,6 +36,17 @@ AlbumTreeView::AlbumTreeView(const char *name) {
     });
 }
 
+bool AlbumTreeView::ShowPlace(QLabel &album, QLabel &directory) const {
+    const std::string key = CurrentKey();
+    const bool isDirectory = !key.empty() && !IsTreeRoot(key);
+    QString text = isDirectory ? ToQt(CurrentText()) : QString();
+    if (text.endsWith(u':')) text.chop(1);
+    album.setText(isDirectory ? ToQt(AlbumOfKey(key)) : QString());
+    directory.setText(text);
+    directory.setToolTip(text);
+    return isDirectory;
+}
+
 QSize AlbumTreeView::sizeHint() const {
     return {fontMetrics().averageCharWidth() * 34, fontMetrics().lineSpacing() * 18};
 }

@@ -1,6 +1,7 @@
 // The tree of albums and directories in the dialogs, filled as it is opened.
 #pragma once
 
+#include <QLabel>
 #include <QTreeWidget>
 #include <functional>
 #include <string>
@@ -21,6 +22,10 @@ public:
     /// Of the selected node; empty with none.
     std::string CurrentKey() const;
     std::string CurrentText() const;
+
+    /// Shows the selected node's album and directory in two labels, nothing for the root. @return whether it is a
+    /// directory, an album's own among them
+    bool ShowPlace(QLabel &album, QLabel &directory) const;
 
     /// Runs under the event guard when another node is chosen.
     std::function<void()> OnNodeClick;
