@@ -79,17 +79,6 @@ TEST_F(ShowMovieTest, AnswersWhatItCantSend) {
     EXPECT_EQ(Views(), " ");
 }
 
-TEST_F(ShowMovieTest, RefusesAnIndexBehindTheTable) {
-    AddFile(AddAlbum("A"), "m.avi");
-    int error = 0;
-    const std::string answer = Answer([&](const Connection &socket) {
-        socket->Index = HighestSendIndex + 1;
-        error = ErrorOf([&] { gWebServerCommands->genShowMovie(socket, {"1", "full", "/m.avi"}); });
-    });
-    EXPECT_EQ(answer, "Too many connections! Try again later.");
-    EXPECT_EQ(error, CodeOf(ErrorNumber::SubscriptOutOfRange));
-}
-
 TEST_F(ShowMovieTest, NotesEachChunksTimeAndBreaksOffWhenTheFileShrinks) {
     const std::string path = AddFile(AddAlbum("A"), "m.avi", MovieBytes(5000));
     gSendStates[1].LastSendTick = 7;
