@@ -49,11 +49,15 @@ std::int64_t BinaryFile::Length() const {
 }
 
 std::string BinaryFile::Read(std::size_t count) {
-    constexpr std::size_t largestPiece = 1024 * 1024;  // the count may be far beyond what the file holds
+    // The count may be far beyond what the file holds, and the length far beyond memory.
+    constexpr std::size_t smallPiece = 4096;
+    constexpr std::size_t largePiece = 1024 * 1024;
+    const std::size_t piece =
+        count <= smallPiece ? count : std::clamp(static_cast<std::size_t>(Length()) + 1, smallPiece, largePiece);
     std::string bytes;
     std::size_t filled = 0;
     while (filled < count) {
-        if (filled == bytes.size()) bytes.resize(filled + std::min(count - filled, largestPiece));
+        if (filled == bytes.size()) bytes.resize(filled + std::min(count - filled, piece));
         const ssize_t got = read(descriptor_, bytes.data() + filled, bytes.size() - filled);
         if (got == 0) break;
         if (got > 0) {
@@ -63,6 +67,7 @@ std::string BinaryFile::Read(std::size_t count) {
         }
     }
     bytes.resize(filled);
+    if (filled < bytes.capacity() / 2) bytes.shrink_to_fit();
     return bytes;
 }
 
