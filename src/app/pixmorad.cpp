@@ -10,17 +10,26 @@
 #include "core/site/OwnerDialogue.h"
 #include "platform/Application.h"
 #include "platform/MessageLoop.h"
+#include "platform/ServiceManager.h"
 
 namespace {
 
-/// The start sequence's status texts as lines on standard output, the site's address behind the last.
+/// The start sequence's status texts as lines on standard output, the site's address behind the last. A service manager
+/// hears the same.
 class LineView : public pixmora::StartView {
 public:
-    void ShowStatus(const std::string &text) override { pixmora::PrintLine(stdout, text); }
-    void ShowLive() override { pixmora::PrintLine(stdout, pixmora::gWebsiteAddress); }
+    void ShowStatus(const std::string &text) override {
+        pixmora::PrintLine(stdout, text);
+        pixmora::NotifyServiceManager("STATUS=" + text);
+    }
+    void ShowLive() override {
+        pixmora::PrintLine(stdout, pixmora::gWebsiteAddress);
+        pixmora::NotifyServiceManager("READY=1\nSTATUS=Serving " + pixmora::gWebsiteAddress);
+    }
 };
 
 void EndProgram() {
+    pixmora::NotifyServiceManager("STOPPING=1");
     pixmora::StopWebsite(true);
     pixmora::ShutDownProgram();
 }
