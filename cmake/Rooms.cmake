@@ -57,5 +57,6 @@ function(pixmora_add_room_tests name support)
       target_link_libraries(test_${name} PRIVATE room_${room})
     endif()
   endforeach()
+  add_dependencies(test_${name} movies)  # loaded, not linked
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
