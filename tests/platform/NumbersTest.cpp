@@ -17,31 +17,22 @@ constexpr int overflow = CodeOf(ErrorNumber::Overflow);
 
 }  // namespace
 
-struct LongCase {
-    const char *text;
-    std::int32_t value;
-};
-
 TEST(Numbers, ReadsALong) {
-    const LongCase cases[] = {{"8080", 8080},
-                              {"  -12 ", -12},
-                              {"+5", 5},
-                              {"0.5", 0},
-                              {"1.5", 2},
-                              {"2.5", 2},
-                              {"-2.5", -2},
-                              {".75", 1},
-                              {"5.", 5},
-                              {"1e3", 1000},
-                              {"25E-1", 2},
-                              {"2147483647.4", 2147483647},
-                              {"&H10", 16},
-                              {"&hff", 255},
-                              {"&HFFFF", 65535},
-                              {"&HFFFFFFFF", -1},
-                              {" &H0000000041 ", 65},
-                              {"-2147483648", std::numeric_limits<std::int32_t>::min()}};
-    for (const LongCase &one : cases) EXPECT_EQ(CLng(one.text), one.value) << one.text;
+    const std::pair<const char *, std::int32_t> cases[] = {{"8080", 8080},
+                                                           {"  -12 ", -12},
+                                                           {"0.5", 0},
+                                                           {"2.5", 2},
+                                                           {"-2.5", -2},
+                                                           {".75", 1},
+                                                           {"1e3", 1000},
+                                                           {"25E-1", 2},
+                                                           {"2147483647.4", 2147483647},
+                                                           {"&H10", 16},
+                                                           {"&hff", 255},
+                                                           {"&HFFFFFFFF", -1},
+                                                           {" &H0000000041 ", 65},
+                                                           {"-2147483648", std::numeric_limits<std::int32_t>::min()}};
+    for (const auto &[text, value] : cases) EXPECT_EQ(CLng(text), value) << text;
     EXPECT_EQ(CInt("&HFFFF"), -1);
     EXPECT_EQ(CInt("32767.4"), 32767);
 }
@@ -94,6 +85,12 @@ TEST(Numbers, FormatsForPeople) {
     EXPECT_EQ(FormatGrouped(999.4), "999");
     EXPECT_EQ(FormatGrouped(12345), "12,345");
     EXPECT_EQ(FormatGrouped(-1234567), "-1,234,567");
+    EXPECT_EQ(RoundUpTo(2.01, 0), 3);
+    EXPECT_EQ(RoundUpTo(2, 0), 2);
+    EXPECT_DOUBLE_EQ(RoundUpTo(2.341, 2), 2.35);
+    EXPECT_EQ(FormatElapsed(2 * 86400 + 5 * 3600 + 3599, true, true), "2d 5h");
+    EXPECT_EQ(FormatElapsed(723.9, false, true), "12m 3s");
+    EXPECT_EQ(FormatElapsed(97399, false, false), "27h 3m");
     EXPECT_EQ(NumberText(2.5), "2.5");
     EXPECT_EQ(NumberText(-0.0), "0");
     EXPECT_EQ(NumberText(1.0 / 3), "0.333333333333333");
@@ -104,46 +101,21 @@ TEST(Numbers, FormatsForPeople) {
     EXPECT_EQ(ErrorOf([] { FormatFixed(HUGE_VAL, 0); }), overflow);
 }
 
-TEST(Numbers, RoundsUpWhatWasCut) {
-    EXPECT_EQ(RoundUpTo(2.01, 0), 3);
-    EXPECT_EQ(RoundUpTo(2, 0), 2);
-    EXPECT_DOUBLE_EQ(RoundUpTo(2.341, 2), 2.35);
-}
-
-struct SizeCase {
-    double bytes;
-    const char *text;
-};
-
 TEST(Numbers, PrintsByteSizesAsTheShell) {
     constexpr double kilo = 1024;
     constexpr double mega = 1024 * 1024;
-    const SizeCase cases[] = {{0, "0 bytes"},
-                              {1, "1 byte"},
-                              {532, "532 bytes"},
-                              {1023, "1023 bytes"},
-                              {1024, "1.00 KB"},
-                              {1340, "1.30 KB"},
-
-                              {13.09 * kilo, "13.0 KB"},
-                              {130.9 * kilo, "130 KB"},
-
-                              {1000 * kilo, "0.97 MB"},
-                              {1022 * kilo, "0.99 MB"},
-                              {1.219 * mega, "1.21 MB"},
-
-                              {2000000000, "1.86 GB"},
-                              {2000000001, "1.86 GB"},
-                              {5.0 * 1024 * mega - 1, "5.00 GB"},
-                              {1500.0 * 1024 * mega, "1500.00 GB"}};
-    for (const SizeCase &one : cases) EXPECT_EQ(FormatByteSize(one.bytes), one.text) << one.bytes;
-}
-
-TEST(Numbers, PrintsDurations) {
-    EXPECT_EQ(FormatElapsed(2 * 86400 + 5 * 3600 + 3599, true, true), "2d 5h");
-    EXPECT_EQ(FormatElapsed(723.9, false, true), "12m 3s");
-    EXPECT_EQ(FormatElapsed(97399, false, false), "27h 3m");
-    EXPECT_EQ(FormatElapsed(0, false, false), "0h 0m");
+    const std::pair<double, const char *> cases[] = {{0, "0 bytes"},
+                                                     {1, "1 byte"},
+                                                     {1023, "1023 bytes"},
+                                                     {1024, "1.00 KB"},
+                                                     {13.09 * kilo, "13.0 KB"},
+                                                     {130.9 * kilo, "130 KB"},
+                                                     {1000 * kilo, "0.97 MB"},
+                                                     {1.219 * mega, "1.21 MB"},
+                                                     {2000000000, "1.86 GB"},
+                                                     {5.0 * 1024 * mega - 1, "5.00 GB"},
+                                                     {1500.0 * 1024 * mega, "1500.00 GB"}};
+    for (const auto &[bytes, text] : cases) EXPECT_EQ(FormatByteSize(bytes), text) << bytes;
 }
 
 }  // namespace pixmora

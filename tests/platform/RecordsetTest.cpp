@@ -16,8 +16,10 @@ namespace {
 class RecordsetTest : public testing::Test {
 protected:
     RecordsetTest() : database(Database::CreateDatabase(ProgramPath(folder.Path("test.mdb")))) {
-        database->CreateTable(
-            "Files", {{"AlbumName", FieldType::Text}, {"FilePath", FieldType::Text}, {"Views", FieldType::Long}});
+        database->CreateTable("Files", {{"AlbumName", FieldType::Text},
+                                        {"FilePath", FieldType::Text},
+                                        {"Views", FieldType::Long},
+                                        {"Seen", FieldType::Date}});
         AddFile("Zoo", "\\a.JPG", 3);
         AddFile("zoo", "\\b.gif", 5);
         AddFile("Alps", "\\c.mov", 3);
@@ -25,12 +27,14 @@ protected:
         AddFile("alps", "\\e1.jpg", 9);
     }
 
+    /// The file "\\a..." was seen on March 1, "\\b..." on March 2 and so on.
     void AddFile(const std::string &album, const std::string &path, FieldValue views) {
         const auto rows = Open("Files");
         rows->AddNew();
         rows->Set("AlbumName", album);
         rows->Set("FilePath", path);
         rows->Set("Views", std::move(views));
+        rows->Set("Seen", AddDays(MakeDate(2004, 3, 1), path[1] - 'a'));
         rows->Update();
     }
 
@@ -65,7 +69,13 @@ TEST_F(RecordsetTest, FindsByConditionsOfTheProgramsKind) {
         {"FilePath NOT LIKE '*.JPG'", "bc"},
         {"Views=3 OR Views IS NULL", "acd"},
         {"NOT (Views > -1 AND Views < 5)", "be"},
-        {"AlbumName LIKE 'Z_o' OR FilePath LIKE '%'", ""},
+        {"AlbumName LIKE 'Z_o' OR FilePath LIKE '%' OR FilePath LIKE '*[ab]*'", ""},
+        {"'a[1' LIKE 'A[#' AND Views=9", "e"},
+        {"'it''s'=\"it's\" AND \"6\"\" x\"='6\" x' AND Views=9", "e"},
+        {"AlbumName='; -- /* %_* \\ \xC3\xA9 ) or 1=1' OR AlbumName=''", ""},
+        {"Views < 99999999999999999999 AND Views > -3599999 AND Views <= 3.5", "ac"},
+        {"Seen < #3/2/2004# OR Seen >= #2004-03-04 16:05:06#", "ae"},
+        {"[Views]=3 and True=1 and not (1=FALSE) and Seen is not null", "ac"},
     };
     for (const auto &each : cases) {
         EXPECT_EQ(Names("SELECT * FROM Files WHERE "s + each.condition), each.names) << each.condition;
@@ -93,6 +103,7 @@ TEST_F(RecordsetTest, CountsAndSums) {
     EXPECT_EQ(AsLong(sums->Value("s")), 20);
     EXPECT_EQ(AsLong(sums->Value("n")), 5);
     EXPECT_EQ(AsLong(sums->Value(2)), 4);
+    EXPECT_EQ(AsLong(Open("select max([Views]) from Files")->Value("Views")), 9);
     EXPECT_TRUE(IsNull(Open("SELECT SUM(Views) as s FROM Files WHERE AlbumName='none'")->Value("s")));
 }
 
@@ -188,7 +199,7 @@ TEST_F(RecordsetTest, AddsRowsAndDropsWhatWasNotUpdated) {
     EXPECT_EQ(ErrorOf([&] { rows->Update(); }), CodeOf(ErrorNumber::InvalidProcedureCall));
     EXPECT_EQ(ErrorOf([&] { rows->Set("Views", 1); }), CodeOf(ErrorNumber::InvalidProcedureCall));
     EXPECT_EQ(Names("Files"), "abcdef");
-    EXPECT_EQ(RunSql(folder.Path("test.mdb"), "SELECT * FROM Files WHERE rowid=6"), "|\\f.jpg|\n");
+    EXPECT_EQ(RunSql(folder.Path("test.mdb"), "SELECT * FROM Files WHERE rowid=6"), "|\\f.jpg||\n");
 }
 
 TEST_F(RecordsetTest, RefusesChangesOfASnapshot) {

@@ -107,7 +107,7 @@ TEST_F(RegistryTest, KeepsKeysAsATree) {
     EXPECT_FALSE(Registry::ValueExists(user, "Program\\Two", "y"));
 }
 
-TEST_F(RegistryTest, SeesWhatOthersWrite) {
+TEST_F(RegistryTest, SeesWhatOthersWriteAndWritesNothingWhereNothingChanges) {
     SaveSetting("App", "Setup", "Style", "Default");
     EXPECT_EQ(GetSetting("App", "Setup", "Style", ""), "Default");
     const std::string text = FileText();
@@ -115,8 +115,18 @@ TEST_F(RegistryTest, SeesWhatOthersWrite) {
     EXPECT_EQ(GetSetting("App", "Setup", "Style", ""), "Changed");
     SaveSetting("App", "Setup", "Author", "Ann");
     EXPECT_EQ(GetSetting("App", "Setup", "New", ""), "1") << "a save loses nothing that others wrote";
+
+    const FileFacts before = GetFileFacts(Registry::FilePath());
+    SaveSetting("App", "Setup", "Style", "Changed");
+    DeleteSetting("App", "Setup", "Absent");
+    Registry::DeleteKey(user, "Absent");
+    EXPECT_EQ(GetFileFacts(Registry::FilePath()).Inode, before.Inode);
+
     DeleteFile(folder.Path("config/settings.ini"));
     EXPECT_EQ(GetSetting("App", "Setup", "New", "none"), "none");
+    folder.MakeFolder("config/settings.ini");
+    EXPECT_THROW(GetSetting("App", "Setup", "Style", ""), RunTimeError) << "an unreadable file isn't an empty one";
+    EXPECT_THROW(SaveSetting("App", "Setup", "Style", "x"), RunTimeError);
 }
 
 TEST_F(RegistryTest, SurvivesHandEditing) {
@@ -143,21 +153,6 @@ TEST_F(RegistryTest, SurvivesHandEditing) {
         FileText(),
         "; my settings\n\n[HKCU\\A]\nPort=83\nno equals sign\n# a remark\nBad=%zz%4\n[HKCU\\B\nNumber=dword:many\n"
         "\n[Elsewhere]\nx=1\n");
-}
-
-TEST_F(RegistryTest, NeverTakesAnUnreadableFileForAnEmptyOne) {
-    folder.MakeFolder("config/settings.ini");
-    EXPECT_THROW(GetSetting("App", "Setup", "Style", ""), RunTimeError);
-    EXPECT_THROW(SaveSetting("App", "Setup", "Style", "x"), RunTimeError);
-}
-
-TEST_F(RegistryTest, WritesNothingWhereNothingChanges) {
-    SaveSetting("App", "Setup", "Style", "Default");
-    const FileFacts before = GetFileFacts(Registry::FilePath());
-    SaveSetting("App", "Setup", "Style", "Default");
-    DeleteSetting("App", "Setup", "Absent");
-    Registry::DeleteKey(user, "Absent");
-    EXPECT_EQ(GetFileFacts(Registry::FilePath()).Inode, before.Inode);
 }
 
 }  // namespace pixmora

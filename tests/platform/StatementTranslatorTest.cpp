@@ -1,9 +1,9 @@
+// What is no statement and no condition; RecordsetTest has what is.
 #include "platform/StatementTranslator.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "support/ErrorOf.h"
 
@@ -11,55 +11,7 @@ namespace pixmora {
 
 namespace {
 
-using Literals = std::vector<FieldValue>;
 using namespace std::string_literals;
-
-constexpr std::int64_t operator""_l(unsigned long long number) {
-    return static_cast<std::int64_t>(number);
-}
-
-struct ConditionCase {
-    const char *name;
-    std::string criteria;
-    std::string sql;
-    Literals literals;
-};
-
-const ConditionCase conditions[] = {
-    {"text in single quotes", "AlbumName='Holidays'", R"("AlbumName" = ? COLLATE NOCASE)", {"Holidays"}},
-    {"text in double quotes", "AlbumName=\"It's\"", R"("AlbumName" = ? COLLATE NOCASE)", {"It's"}},
-    {"doubled quotes are quotes",
-     R"(a='it''s' or b="6"" x")",
-     R"("a" = ? COLLATE NOCASE OR "b" = ? COLLATE NOCASE)",
-     {"it's", "6\" x"}},
-    {"empty text", "a=''", R"("a" = ? COLLATE NOCASE)", {""}},
-    {"a text holds anything",
-     "a='; -- /* %_* \\ \xC3\xA9 ) or 1=1'",
-     R"("a" = ? COLLATE NOCASE)",
-     {"; -- /* %_* \\ \xC3\xA9 ) or 1=1"}},
-    {"whole, negative and broken numbers",
-     "a=5 and b > -3599999 and c<=2.5",
-     R"("a" = ? COLLATE NOCASE AND "b" > ? COLLATE NOCASE AND "c" <= ? COLLATE NOCASE)",
-     {5_l, -3599999, 2.5}},
-    {"a number beyond 64 bits", "a<99999999999999999999", R"("a" < ? COLLATE NOCASE)", {1e20}},
-    {"dates of either form",
-     "d<#3/1/2004# or d>=#2004-03-01 16:05:06#",
-     R"("d" < ? COLLATE NOCASE OR "d" >= ? COLLATE NOCASE)",
-     {"2004-03-01", "2004-03-01 16:05:06"}},
-    {"wildcards",
-     "FilePath LIKE \"*.JPG\" OR f not like 'a?#[1]'",
-     R"(lower("FilePath") GLOB ? OR lower("f") NOT GLOB ?)",
-     {"*.jpg", "a?[0-9][[]1]"}},
-    {"parentheses, NOT, Null and truth",
-     "not (a<>1) and b is null and c IS NOT NULL and d=True and e=FALSE",
-     R"(NOT ("a" <> ? COLLATE NOCASE) AND "b" IS NULL AND "c" IS NOT NULL AND "d" = ? COLLATE NOCASE AND )"
-     R"("e" = ? COLLATE NOCASE)",
-     {1_l, 1_l, 0_l}},
-    {"names in brackets",
-     "[Order]=1 and [a\"b]=2",
-     R"("Order" = ? COLLATE NOCASE AND "a""b" = ? COLLATE NOCASE)",
-     {1_l, 2_l}},
-};
 
 struct RefusedCase {
     const char *name;
@@ -104,14 +56,6 @@ const RefusedCase refusedStatements[] = {
 
 }  // namespace
 
-TEST(StatementTranslator, LiftsLiteralsOutOfCriteria) {
-    for (const ConditionCase &each : conditions) {
-        const TranslatedCondition condition = TranslateCriteria(each.criteria);
-        EXPECT_EQ(condition.Sql, each.sql) << each.name;
-        EXPECT_EQ(condition.Literals, each.literals) << each.name;
-    }
-}
-
 TEST(StatementTranslator, RefusesEverythingElse) {
     for (const RefusedCase &each : refusedConditions) {
         const std::string statement = "SELECT * FROM Users WHERE " + each.text;
@@ -121,19 +65,6 @@ TEST(StatementTranslator, RefusesEverythingElse) {
     for (const RefusedCase &each : refusedStatements) {
         EXPECT_EQ(ErrorOf([&] { TranslateSelect(each.text); }), CodeOf(ErrorNumber::SyntaxError)) << each.name;
     }
-}
-
-TEST(StatementTranslator, ReadsStatements) {
-    const SelectStatement plain = TranslateSelect("SELECT * FROM t WHERE a=1 ORDER BY FileCount DESC, FilePath asc, b");
-    EXPECT_EQ(plain.Table + ", " + plain.Where.Sql, R"(t, "a" = ? COLLATE NOCASE)");
-    EXPECT_EQ(plain.OrderBy, R"("FileCount" COLLATE NOCASE DESC, "FilePath" COLLATE NOCASE, "b" COLLATE NOCASE)");
-
-    std::string items;
-    for (const SelectItem &item :
-         TranslateSelect("select sum(Visitors) as v, COUNT(*) as n, Max([Order]) from t").Items) {
-        items += item.Function + "(" + item.Field + ") " + item.Name + ", ";
-    }
-    EXPECT_EQ(items, "SUM(Visitors) v, COUNT(*) n, MAX(Order) Order, ");
 }
 
 }  // namespace pixmora
