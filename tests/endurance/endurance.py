@@ -8,6 +8,7 @@
 import os
 import re
 import resource
+import select
 import shutil
 import signal
 import socket
@@ -171,6 +172,44 @@ def read_all(client):
         if not part:
             return b"".join(parts)
         parts.append(part)
+
+
+class Talk:
+    """One connection's whole life: `answer`, the `seconds` until the other side's first sign of life, and whether it
+    `was_reset`. Raises socket.timeout when the other side leaves the connection open without a byte for `timeout`."""
+
+    def __init__(self, port, request, timeout=10, half_close=False):
+        self.answer, self.seconds, self.was_reset = b"", None, False
+        begun = time.monotonic()
+        with socket.create_connection(("127.0.0.1", port), timeout) as client:
+            client.setblocking(False)
+            try:
+                self._run(client, memoryview(request), timeout, half_close, begun)
+            except (ConnectionResetError, BrokenPipeError):
+                self.was_reset = True
+            self.seconds = self.seconds or time.monotonic() - begun
+
+    def _run(self, client, unsent, timeout, half_close, begun):
+        while True:
+            readable, writable, _ = select.select([client], [client] if unsent else [], [], timeout)
+            if readable:
+                part = client.recv(1 << 20)
+                self.seconds = self.seconds or time.monotonic() - begun
+                if not part:
+                    return
+                self.answer += part
+            elif writable:
+                unsent = unsent[client.send(unsent[:1 << 16]):]
+                if not unsent and half_close:
+                    client.shutdown(socket.SHUT_WR)
+            else:
+                raise socket.timeout("no sign of life for %s s" % timeout)
+
+
+def percentile(values, share):
+    """The value below which that share (0 to 1) of them lies."""
+    ordered = sorted(values)
+    return ordered[min(len(ordered) - 1, int(share * len(ordered)))]
 
 
 class Results:
