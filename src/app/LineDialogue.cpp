@@ -19,4 +19,8 @@ void LineDialogue::ShowHelpBalloon(const std::string &title, const std::string &
     ShowMessageBox(title + "\n" + text, FlagInformation);
 }
 
+void LineDialogue::ShowNotice(const std::string &text) {
+    ShowMessageBox(text, FlagInformation);
+}
+
 }  // namespace pixmora

@@ -17,6 +17,7 @@ class LineDialogue : public OwnerDialogue {
 public:
     int ShowMessageBox(const std::string &text, int flags) override;
     void ShowHelpBalloon(const std::string &title, const std::string &text) override;
+    void ShowNotice(const std::string &text) override;
     void OpenInBrowser(const std::string &) override {}
     void WebsiteStatusChanged() override {}
     void ShowSetup() override {}

@@ -107,6 +107,14 @@ void Desktop::ShowHelpBalloon(const std::string &title, const std::string &text)
     balloon_->Show(title, text, !SupportAddress().empty());
 }
 
+void Desktop::ShowNotice(const std::string &text) {
+    if (shell_.HasTray()) {
+        tray_.TrayBalloon(App::Title, text, BalloonInformation);
+    } else {
+        ShowHelpBalloon(App::Title, text);
+    }
+}
+
 void Desktop::OpenInBrowser(const std::string &url) {
     DoEvents();
     Open(url);

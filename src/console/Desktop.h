@@ -46,6 +46,7 @@ public:
 
     int ShowMessageBox(const std::string &text, int flags) override;
     void ShowHelpBalloon(const std::string &title, const std::string &text) override;
+    void ShowNotice(const std::string &text) override;
     void OpenInBrowser(const std::string &url) override;
     void WebsiteStatusChanged() override;
     void SetFiguresRunning(bool running) override;

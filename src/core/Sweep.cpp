@@ -8,6 +8,7 @@
 #include "core/site/frmSystray.h"
 #include "outside/CentralService.h"
 #include "platform/Numbers.h"
+#include "store/RecordKeeping.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 
@@ -28,8 +29,10 @@ bool IsOlderThan(Tick tick, Tick limit) {
 }  // namespace
 
 void HandleConnectionsTick() {
-    SaveSetting("Website", "LastOnline", DateText(Now()));
-    SaveSetting("Website", "Address", gWebsiteAddress);
+    KeepRecord(Record::LastOnline, [] {
+        SaveSetting("Website", "LastOnline", DateText(Now()));
+        SaveSetting("Website", "Address", gWebsiteAddress);
+    });
     RecordStat(Stat::RunningTime, NoAlbum, 1);
     std::string &countdown = gSystray->tmrConnections.Tag;
     countdown = std::to_string(CLng(countdown) - 1);
@@ -39,7 +42,7 @@ void HandleConnectionsTick() {
     SweepDownloadCookies();
     SweepTransfers();
     // What a power cut could take is thus a minute of counts at most.
-    gDatabase->Checkpoint();
+    KeepRecord(Record::Checkpoint, [] { gDatabase->Checkpoint(); });
     // Last, because it waits for the central service, and the sweep does not.
     if (isReportDue) SendPing();
 }

@@ -31,6 +31,8 @@ namespace {
 
 constexpr double pauseSeconds = 0.5;
 constexpr int popularDirsPerRow = 5;
+/// Visitors wait while the message loop waits for another program's lock. ms
+constexpr int lockWaitServing = 200;
 
 /// The root folder of the running website's album of that name, by way of its number.
 std::optional<std::string> DirectoryOfAlbum(const std::string &albumName) {
@@ -124,6 +126,7 @@ private:
         // Last of all, so that no request can arrive before everything is in place.
         if (!Listen()) return false;
         gDatabase->SetSynchronousFull(false);
+        gDatabase->SetLockWait(lockWaitServing);
         SaveSetting("Website", "LastOnline", DateText(Now()));
         SaveSetting("Website", "Address", gWebsiteAddress);
         InstallAwayMessage();

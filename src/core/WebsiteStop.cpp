@@ -8,6 +8,7 @@
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "platform/RunTimeError.h"
+#include "store/RecordKeeping.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
 #include "webcam/modWebCam.h"
@@ -15,6 +16,8 @@
 namespace pixmora {
 
 namespace {
+
+constexpr int lockWaitStopped = 2000;  // ms
 
 bool OwnerRefuses() {
     return ShowMessageBox(
@@ -46,7 +49,7 @@ bool StopWebsite(bool silent) {
     gWebsiteStarted = false;
     gOnlineTimer->StopTimer();
     ReadTotals();
-    SaveSetting("Website", "LastOnline", "0");
+    KeepRecord(Record::LastOnline, [] { SaveSetting("Website", "LastOnline", "0"); });
     DropMediaLists();
     RemoveAwayMessage();
     gVisitorsActive = 0;
@@ -56,7 +59,8 @@ bool StopWebsite(bool silent) {
     gSystray->tmrConnections.SetEnabled(false);
     gSystray->wnskListen->Close();
     gWebServerCommands = nullptr;
-    gDatabase->SetSynchronousFull(true);
+    gDatabase->SetLockWait(lockWaitStopped);
+    KeepRecord(Record::Checkpoint, [] { gDatabase->SetSynchronousFull(true); });
     WebsiteStatusChanged();
     return true;
 }

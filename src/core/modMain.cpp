@@ -14,6 +14,7 @@
 #include "platform/Files.h"
 #include "platform/Numbers.h"
 #include "platform/RunTimeError.h"
+#include "store/RecordKeeping.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
 #include "webcam/modWebCam.h"
@@ -50,6 +51,7 @@ ProgramStart BeginProgram(const std::string &commandLine) {
         ShowMessageBox(SecondCopyMessage(commandLine), FlagCritical);
         return ProgramStart::SecondCopy;
     }
+    SetRecordTeller(ShowNotice);
     App::InstallHtdocs();
     gPictureEngine = std::make_unique<PictureEngine>();
     gOnlineTimer = std::make_unique<clsTimer>();

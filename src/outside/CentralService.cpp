@@ -13,6 +13,7 @@
 #include "platform/App.h"
 #include "platform/Numbers.h"
 #include "platform/Text.h"
+#include "store/RecordKeeping.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 
@@ -136,11 +137,17 @@ void SendListing(std::int32_t pictures, std::int32_t movies) {
 }
 
 void SendPing() {
-    const std::int32_t visitors = ReadRecentSum(Stat::Visitors);
-    const std::int32_t pictures = ReadRecentSum(Stat::Thumbs);
-    const std::int32_t fileClicks = ReadRecentSum(Stat::Downloads);
-    const std::int32_t kilobytes = ReadRecentSum(Stat::Bandwidth);
-    PurgeRecent();
+    std::int32_t visitors = 0;
+    std::int32_t pictures = 0;
+    std::int32_t fileClicks = 0;
+    std::int32_t kilobytes = 0;
+    KeepRecord(Record::LastHour, [&] {
+        visitors = ReadRecentSum(Stat::Visitors);
+        pictures = ReadRecentSum(Stat::Thumbs);
+        fileClicks = ReadRecentSum(Stat::Downloads);
+        kilobytes = ReadRecentSum(Stat::Bandwidth);
+        PurgeRecent();
+    });
     if (ServiceBase().empty()) return;
     const std::string totals = FormatKey("&tr=", gRunningTotal * 60) + FormatKey("&tv=", gConnectionsTotal) +
                                FormatKey("&tt=", gThumbsTotal) + FormatKey("&td=", gDownloadsTotal) +

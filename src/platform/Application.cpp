@@ -19,7 +19,10 @@ struct Application::Implementation {
     QCoreApplication application;
 };
 
-Application::Application(int &argc, char **argv) : implementation_(std::make_unique<Implementation>(argc, argv)) {}
+Application::Application(int &argc, char **argv) : implementation_(std::make_unique<Implementation>(argc, argv)) {
+    // A file at the size that the system allows is a full disk, and no reason to end.
+    std::signal(SIGXFSZ, SIG_IGN);
+}
 
 Application::~Application() = default;
 

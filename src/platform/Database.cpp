@@ -42,9 +42,9 @@ std::unique_ptr<Database> Database::CreateDatabase(std::string_view path) {
 std::unique_ptr<Database> Database::OpenDatabase(std::string_view path) {
     auto engine = std::make_unique<DatabaseEngine>(path, SQLITE_OPEN_READWRITE);
     // The engine would take an empty file for a new database.
-    if (FileLength(path) == 0) throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errstr(SQLITE_NOTADB));
+    if (FileLength(path) == 0) throw RunTimeError(ErrorNumber::DatabaseFailure, sqlite3_errstr(SQLITE_NOTADB));
     if (sqlite3_db_readonly(engine->Handle(), "main") != 0) {
-        throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errstr(SQLITE_READONLY));
+        throw RunTimeError(ErrorNumber::DatabaseFailure, sqlite3_errstr(SQLITE_READONLY));
     }
     BeginUse(*engine);
     return std::unique_ptr<Database>(new Database(std::move(engine)));
@@ -96,6 +96,10 @@ void Database::SetSynchronousFull(bool full) {
     engine_->Execute(full ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL");
     // What was written before must reach the disk too.
     if (full) Checkpoint();
+}
+
+void Database::SetLockWait(int ms) {
+    engine_->LockWait = ms;
 }
 
 void Database::Checkpoint() {

@@ -48,13 +48,14 @@ class DatabaseEngine;
 class Recordset;
 
 /// An open database file, in WAL mode. Not copied; closed by its destructor, which no recordset or transaction may
-/// outlive. Another connection's write lock is waited for, at most 2 s.
+/// outlive. Another connection's write lock is waited for, and once waited for in vain not again until a change got
+/// through. A file that can't be used raises DatabaseFailure: no room, no lock, read-only, input or output, damage.
 class Database {
 public:
-    /// Makes a new, empty file. @throws RunTimeError DatabaseError, also when the file exists
+    /// Makes a new, empty file. @throws RunTimeError DatabaseFailure, DatabaseError when the file exists
     static std::unique_ptr<Database> CreateDatabase(std::string_view path);
-    /// Opens an existing file for reading and writing. @throws RunTimeError DatabaseError when it isn't there, can't be
-    /// opened, is locked or is no database
+    /// Opens an existing file for reading and writing. @throws RunTimeError DatabaseFailure when it isn't there,
+    /// can't be opened, is locked or is no database
     static std::unique_ptr<Database> OpenDatabase(std::string_view path);
     ~Database();
     Database(const Database &) = delete;
@@ -80,6 +81,8 @@ public:
     /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last
     /// checkpoint (a crash of the program takes nothing in either case).
     void SetSynchronousFull(bool full);
+    /// How long another connection's lock is waited for, ms; 2000 unless set.
+    void SetLockWait(int ms);
     /// Brings the log into the database file as far as that goes without waiting: not at all while a transaction or an
     /// ordered recordset is open.
     void Checkpoint();
@@ -99,7 +102,7 @@ public:
     ~Transaction();
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;
-    /// @throws RunTimeError DatabaseError
+    /// @throws RunTimeError DatabaseFailure
     void Commit();
 
 private:

@@ -15,7 +15,24 @@ namespace {
 /// Far more shapes than the program has; only the tables that each album brings multiply them.
 constexpr std::size_t mostStatements = 256;
 
-constexpr int busyTimeout = 2000;  // ms
+constexpr int pauseBetweenTries = 5;  // ms
+
+/// Whether the file, the disk or another program stands in the way, and not the statement.
+bool IsOfTheFile(int result) {
+    switch (result & 0xFF) {
+        case SQLITE_BUSY:
+        case SQLITE_CANTOPEN:
+        case SQLITE_CORRUPT:
+        case SQLITE_FULL:
+        case SQLITE_IOERR:
+        case SQLITE_NOTADB:
+        case SQLITE_PROTOCOL:
+        case SQLITE_READONLY:
+            return true;
+        default:
+            return false;
+    }
+}
 
 }  // namespace
 
@@ -30,11 +47,11 @@ DatabaseEngine::DatabaseEngine(std::string_view path, int flags) {
     // One thread uses the connection, so it takes no lock on itself.
     const int result = sqlite3_open_v2(SystemPath(path).c_str(), &handle_, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     if (result != SQLITE_OK) {
-        const RunTimeError error(ErrorNumber::DatabaseError, sqlite3_errstr(result));
+        const RunTimeError error(ErrorNumber::DatabaseFailure, sqlite3_errstr(result));
         sqlite3_close_v2(handle_);
         throw error;
     }
-    sqlite3_busy_timeout(handle_, busyTimeout);
+    sqlite3_busy_handler(handle_, WaitForLock, this);
     // Without this a misspelt field in double quotes would pass as a text.
     sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
 }
@@ -45,7 +62,17 @@ DatabaseEngine::~DatabaseEngine() {
 }
 
 void DatabaseEngine::RaiseLastError() const {
-    throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errmsg(handle_));
+    const bool isOfTheFile = IsOfTheFile(sqlite3_errcode(handle_));
+    throw RunTimeError(isOfTheFile ? ErrorNumber::DatabaseFailure : ErrorNumber::DatabaseError,
+                       sqlite3_errmsg(handle_));
+}
+
+int DatabaseEngine::WaitForLock(void *engine, int tries) {
+    auto &self = *static_cast<DatabaseEngine *>(engine);
+    if (tries * pauseBetweenTries >= self.LockWait) self.hasWaitedInVain_ = true;
+    if (self.hasWaitedInVain_) return 0;
+    sqlite3_sleep(pauseBetweenTries);
+    return 1;
 }
 
 void DatabaseEngine::Execute(const std::string &sql) {
@@ -154,6 +181,7 @@ bool PreparedStatement::Step() {
         result = sqlite3_step(handle_);
     }
     if (result != SQLITE_ROW && result != SQLITE_DONE) engine_.RaiseLastError();
+    if (sqlite3_stmt_readonly(handle_) == 0) engine_.NoteWriting();
     return result == SQLITE_ROW;
 }
 

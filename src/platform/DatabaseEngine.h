@@ -42,7 +42,8 @@ struct CachedStatement {
 };
 using StatementCache = std::unordered_map<std::string, CachedStatement>;
 
-/// One connection. Everything that fails raises DatabaseError with the engine's own words.
+/// One connection. What fails raises DatabaseFailure where the file can't be used now, else DatabaseError, with the
+/// engine's own words.
 class DatabaseEngine {
 public:
     /// @param flags SQLITE_OPEN_... @param path of the program
@@ -74,14 +75,22 @@ public:
     /// Takes the rest of all readers' rows into memory.
     void CloseReaders();
 
+    /// A lock was got and something written with it.
+    void NoteWriting() { hasWaitedInVain_ = false; }
+
     int TransactionDepth = 0;
+    int LockWait = 2000;  ///< ms, for another connection's lock
 
 private:
     void DropLeastUsedStatement();
+    /// The engine's busy handler. After a wait in vain nobody waits again until something was written: a lock that is
+    /// held for minutes costs one wait, not one for each try.
+    static int WaitForLock(void *engine, int tries);
 
     sqlite3 *handle_ = nullptr;
     StatementCache statements_;
     std::uint64_t uses_ = 0;
+    bool hasWaitedInVain_ = false;
     std::unordered_map<std::string, TablePointer> tables_;  ///< by name in lower case
     std::vector<OpenReader *> readers_;
 };

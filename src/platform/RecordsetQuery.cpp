@@ -83,7 +83,7 @@ bool RecordsetQuery::FetchBehind(std::int64_t id, std::int64_t skip, const Trans
     if (!statement.Step()) return false;
     ReadRow(statement, row);
     // In a damaged file a row may lie out of order, and a walk that it sent back would never end.
-    if (row.Id <= id) throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errstr(SQLITE_CORRUPT));
+    if (row.Id <= id) throw RunTimeError(ErrorNumber::DatabaseFailure, sqlite3_errstr(SQLITE_CORRUPT));
     return true;
 }
 

@@ -41,6 +41,7 @@ std::string MessageOf(ErrorNumber number) {
         case ErrorNumber::NoCurrentRecord:
             return "No current record.";
         case ErrorNumber::DatabaseError:
+        case ErrorNumber::DatabaseFailure:
             return "Database error";
         case ErrorNumber::SyntaxError:
             return "Syntax error in query expression";
@@ -48,6 +49,8 @@ std::string MessageOf(ErrorNumber number) {
             return "Item not found in this collection.";
         case ErrorNumber::AddressInUse:
             return "Address in use";
+        case ErrorNumber::AddressNotAvailable:
+            return "Address is not available from the local machine";
         case ErrorNumber::PictureError:
             return "Picture error";
     }
@@ -59,5 +62,18 @@ std::string MessageOf(ErrorNumber number) {
 RunTimeError::RunTimeError(ErrorNumber number) : RunTimeError(number, MessageOf(number)) {}
 
 RunTimeError::RunTimeError(ErrorNumber number, std::string message) : number_(number), message_(std::move(message)) {}
+
+bool RunTimeError::IsStorageFailure() const {
+    switch (number_) {
+        case ErrorNumber::DatabaseFailure:
+        case ErrorNumber::DeviceIOError:
+        case ErrorNumber::DiskFull:
+        case ErrorNumber::PermissionDenied:
+        case ErrorNumber::PathFileAccessError:
+            return true;
+        default:
+            return false;
+    }
+}
 
 }  // namespace pixmora

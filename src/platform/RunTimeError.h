@@ -24,11 +24,13 @@ enum class ErrorNumber : int {
     MethodNotFound = 438,
     WrongNumberOfArguments = 450,
     NoCurrentRecord = 3021,
-    DatabaseError = 3000,  ///< the engine refused; its own words are the message
-    SyntaxError = 3075,    ///< a statement or criterion that can't be read
-    ItemNotFound = 3265,   ///< no such table or field
-    AddressInUse = 10048,  ///< Listen on a port that another program holds
-    PictureError = 32000,  ///< the picture engine could not do its work
+    DatabaseError = 3000,         ///< the engine refused; its own words are the message
+    DatabaseFailure = 3049,       ///< its file can't be used now: full disk, lock, read-only, input or output, damage
+    SyntaxError = 3075,           ///< a statement or criterion that can't be read
+    ItemNotFound = 3265,          ///< no such table or field
+    AddressInUse = 10048,         ///< Listen on a port that another program holds
+    AddressNotAvailable = 10049,  ///< Listen on an address that isn't this machine's
+    PictureError = 32000,         ///< the picture engine could not do its work
 };
 
 /// An error of the run time. A request's handler turns it into the failure answer; one that reaches an event's guard
@@ -41,6 +43,8 @@ public:
 
     ErrorNumber Number() const { return number_; }
     const std::string &Message() const { return message_; }
+    /// Whether a file or the disk under it refused, which is nobody's mistake and may pass.
+    bool IsStorageFailure() const;
     const char *what() const noexcept override { return message_.c_str(); }
 
 private:

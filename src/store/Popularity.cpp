@@ -8,6 +8,7 @@
 #include "platform/Numbers.h"
 #include "platform/Text.h"
 #include "store/Globals.h"
+#include "store/RecordKeeping.h"
 #include "store/Rows.h"
 
 namespace pixmora {
@@ -66,11 +67,11 @@ void Tidy(const ViewTable &table, const AlbumDirectoryLookup &directoryOf, Exist
 }  // namespace
 
 void CountFileVisit(std::string_view albumName, std::string_view filePath) {
-    CountVisit(FileViews(), albumName, filePath);
+    KeepRecord(Record::Counts, [&] { CountVisit(FileViews(), albumName, filePath); });
 }
 
 void CountDirVisit(std::string_view albumName, std::string_view dirPath) {
-    CountVisit(DirViews(), albumName, dirPath.empty() ? "\\" : dirPath);
+    KeepRecord(Record::Counts, [&] { CountVisit(DirViews(), albumName, dirPath.empty() ? "\\" : dirPath); });
 }
 
 std::string LastPathPart(std::string_view path) {

@@ -8,8 +8,8 @@
 
 namespace pixmora {
 
-/// Adds one view. @param filePath below the album's root, with a leading "\", plain but for apostrophes, which are
-/// stored as
+/// Adds one view, which is dropped when it can't be kept (see RecordKeeping.h). @param filePath below the album's root,
+/// with a leading "\", plain but for apostrophes, which are stored as
 /// "%39" @throws RunTimeError SyntaxError for an album name with an apostrophe
 void CountFileVisit(std::string_view albumName, std::string_view filePath);
 /// @param dirPath as above; an empty one stands for "\", the root

@@ -1,6 +1,7 @@
 // Statistics: every event leaves its mark in five tables at once.
 #include "store/Statistics.h"
 
+#include <array>
 #include <limits>
 #include <string>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "platform/Numbers.h"
 #include "platform/RunTimeError.h"
 #include "store/Globals.h"
+#include "store/RecordKeeping.h"
 #include "store/Rows.h"
 #include "store/Schema.h"
 
@@ -118,14 +120,15 @@ void RecordStat(std::int16_t kind, std::string_view albumName, std::int32_t valu
     // Read once, so that an event at midnight falls on one day in all tables.
     const DateTime now = Now();
     const DateTime today = std::chrono::floor<std::chrono::days>(now);
+    const std::array counters = {TotalCounter(kind), HourlyCounter(kind, album, now, today),
+                                 DailyCounter(kind, album, today), MonthlyCounter(kind, album, today)};
 
-    Transaction transaction(*gDatabase);
-    RecordRecent(kind, value);
-    Add(TotalCounter(kind), value);
-    Add(HourlyCounter(kind, album, now, today), value);
-    Add(DailyCounter(kind, album, today), value);
-    Add(MonthlyCounter(kind, album, today), value);
-    transaction.Commit();
+    KeepRecord(Record::Counts, [&] {
+        Transaction transaction(*gDatabase);
+        RecordRecent(kind, value);
+        for (const Counter &counter : counters) Add(counter, value);
+        transaction.Commit();
+    });
 }
 
 double ReadStatTotal(std::int16_t kind) {

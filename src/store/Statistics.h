@@ -1,4 +1,5 @@
-// Statistics: every event leaves its mark in five tables at once, and is kept as soon as the call returned.
+// Statistics: every event leaves its mark in five tables at once, and is kept as soon as the call returned. One that
+// the disk, the file or another program's lock refuses is dropped, and the owner is told (see RecordKeeping.h).
 #pragma once
 
 #include <cstdint>
@@ -23,8 +24,7 @@ inline constexpr std::string_view MostPopularAlbum = "Most Popular";
 
 /// Records one event, in one transaction. The first event of a row counts 1 whatever its value. A total or a bandwidth
 /// that outgrows a Long turns its field into a Double.
-/// @throws RunTimeError SyntaxError for a name with an apostrophe, InvalidProcedureCall for a kind that there isn't,
-/// DatabaseError
+/// @throws RunTimeError SyntaxError for a name with an apostrophe, InvalidProcedureCall for a kind that there isn't
 void RecordStat(std::int16_t kind, std::string_view albumName, std::int32_t value);
 
 /// The total of a kind since the database was made, 0 when there was no such event.

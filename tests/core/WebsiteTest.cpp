@@ -4,6 +4,9 @@
 #include "core/Sweep.h"
 #include "platform/Text.h"
 #include "setup/rules/DirOrderEditor.h"
+#include "store/Schema.h"
+#include "support/FileSizeLimit.h"
+#include "support/RawDatabase.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
@@ -281,6 +284,31 @@ TEST_F(Website, CountsTheMinutesAndReportsOnEveryTenth) {
     Clock.Advance(60000);
     HandleConnectionsTick();
     EXPECT_TRUE(gDownloadCookies.empty());
+}
+
+TEST_F(Website, GoesOnWhileNothingCanBeSaved) {
+    AddAlbum("A");
+    Program.Write("albums/A/a.jpg", "no picture");
+    Start();
+    RunSql(SystemPath(DatabasePath(9)), "PRAGMA wal_checkpoint(TRUNCATE)");
+    const std::string refused = ": disk I/O error! Your website goes on without.";
+    Owner.ExpectNotice("Unable to save what your visitors see and download" + refused);
+    Owner.ExpectNotice(
+        "Unable to save the time when your website was last online: Disk full! Your website goes on without.");
+    Owner.ExpectNotice("Unable to save what your visitors see and download" + refused);
+    {
+        const FileSizeLimit limit(8);
+        EXPECT_NE(Get("/Index").find("</html>"), std::string::npos);
+        EXPECT_EQ(Get("/ShowPicture?1&full&/a.jpg"), Head("image/jpeg") + "\r\nno picture");
+        Clock.Advance(60000);
+        HandleConnectionsTick();
+    }
+    EXPECT_TRUE(Owner.IsDone());
+    Owner.ExpectNotice("Able to save what your visitors see and download again. Lost meanwhile: 4.");
+    Get("/Index");
+    EXPECT_TRUE(Owner.IsDone());
+    Owner.ExpectNotice("Able to save the time when your website was last online again. Lost meanwhile: 1.");
+    HandleConnectionsTick();
 }
 
 TEST_F(Website, PicturesWaitTheirTurnAsleep) {

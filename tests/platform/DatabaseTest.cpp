@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -153,6 +154,29 @@ TEST_F(DatabaseTest, SaysThatAnotherProgramHoldsTheFile) {
     EXPECT_EQ(Complaint(), "");
 }
 
+TEST_F(DatabaseTest, WaitsForAnotherProgramsLockOnceUntilAChangeGotThrough) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Long}});
+    database->SetLockWait(100);
+    sqlite3 *other = nullptr;
+    sqlite3_open(Path().c_str(), &other);
+    for (int lock = 0; lock < 2; ++lock) {
+        sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+        const auto begun = std::chrono::steady_clock::now();
+        EXPECT_EQ(ErrorOf([&] { Transaction transaction(*database); }), CodeOf(ErrorNumber::DatabaseFailure));
+        const auto waited = std::chrono::steady_clock::now() - begun;
+        EXPECT_GE(waited, std::chrono::milliseconds(100));
+        for (int i = 0; i < 20; ++i) {
+            EXPECT_EQ(ErrorOf([&] { Add(*database, i); }), CodeOf(ErrorNumber::DatabaseFailure));
+        }
+        EXPECT_LT(std::chrono::steady_clock::now() - begun - waited, std::chrono::milliseconds(20 * 100 / 2));
+        EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->RecordCount(), lock) << "reading goes on";
+        sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
+        Add(*database, lock);
+    }
+    sqlite3_close(other);
+}
+
 TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
     {
         const auto database = Create();
@@ -170,7 +194,7 @@ TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
     const auto database = Open();
     EXPECT_TRUE(database->OpenRecordset("U", RecordsetType::Table)->Eof());
     const auto rows = database->OpenRecordset("T", RecordsetType::Table);
-    EXPECT_EQ(ErrorOf([&] { rows->Eof(); }), CodeOf(ErrorNumber::DatabaseError));
+    EXPECT_EQ(ErrorOf([&] { rows->Eof(); }), CodeOf(ErrorNumber::DatabaseFailure));
 }
 
 TEST_F(DatabaseTest, MakesAScopesChangesTogetherOrNotAtAll) {

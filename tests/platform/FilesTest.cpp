@@ -4,12 +4,11 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/ErrorOf.h"
+#include "support/FileSizeLimit.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {
@@ -28,26 +27,6 @@ std::vector<std::string> NamesIn(std::string_view path) {
     for (const DirectoryEntry &entry : directory.Entries()) names.push_back(entry.Name);
     return names;
 }
-
-/// While it lives no file of this process grows beyond the limit, as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : formerHandler_(signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &former_);
-        const rlimit limit{bytes, former_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &former_);
-        signal(SIGXFSZ, formerHandler_);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit former_{};
-    void (*formerHandler_)(int);
-};
 
 }  // namespace
 

@@ -37,6 +37,7 @@ public:
     void ExpectBalloon(const std::string &title, const std::string &text) {
         script_.push_back({"balloon " + title + ": " + text, AnswerOk, {}});
     }
+    void ExpectNotice(const std::string &text) { script_.push_back({"notice " + text, AnswerOk, {}}); }
     void ExpectSetup(Action whileOpen = {}) { script_.push_back({"setup", AnswerOk, std::move(whileOpen)}); }
 
     /// Whether all that was expected has come.
@@ -51,6 +52,7 @@ public:
     void ShowHelpBalloon(const std::string &title, const std::string &text) override {
         Take("balloon " + title + ": " + text, AnswerOk);
     }
+    void ShowNotice(const std::string &text) override { Take("notice " + text, AnswerOk); }
     void OpenInBrowser(const std::string &url) override { Take("opens " + url, AnswerOk); }
     void WebsiteStatusChanged() override { ++statusChanges_; }
     void SetFiguresRunning(bool running) override { figuresRunning_ = running; }

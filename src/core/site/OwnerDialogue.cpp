@@ -22,6 +22,10 @@ void ShowHelpBalloon(const std::string &title, const std::string &text) {
     if (gOwnerDialogue != nullptr) gOwnerDialogue->ShowHelpBalloon(title, text);
 }
 
+void ShowNotice(const std::string &text) {
+    if (gOwnerDialogue != nullptr) gOwnerDialogue->ShowNotice(text);
+}
+
 void OpenInBrowser(const std::string &url) {
     if (gOwnerDialogue != nullptr) gOwnerDialogue->OpenInBrowser(url);
 }

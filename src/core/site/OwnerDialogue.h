@@ -21,6 +21,8 @@ public:
     /// Modal; the message loop goes on meanwhile. @return AnswerOk, AnswerYes or AnswerNo
     virtual int ShowMessageBox(const std::string &text, int flags) = 0;
     virtual void ShowHelpBalloon(const std::string &title, const std::string &text) = 0;
+    /// Something to know while the website runs. Neither waits for the owner nor turns the message loop.
+    virtual void ShowNotice(const std::string &text) = 0;
     virtual void OpenInBrowser(const std::string &url) = 0;
     /// The main window's status and figures are to be drawn anew.
     virtual void WebsiteStatusChanged() = 0;
@@ -36,6 +38,7 @@ void SetOwnerDialogue(OwnerDialogue *dialogue);
 
 int ShowMessageBox(const std::string &text, int flags);
 void ShowHelpBalloon(const std::string &title, const std::string &text);
+void ShowNotice(const std::string &text);
 void OpenInBrowser(const std::string &url);
 void WebsiteStatusChanged();
 void SetFiguresRunning(bool running);
