@@ -90,17 +90,14 @@ TEST_F(DirOrder, PreSortsRenumberTheRows) {
     touch("b", 1000000);
     touch("O'Brien", 2000000);
     editor.Open("Trips:\\");
-    struct {
-        const char *Choice;
-        const char *Names;
-    } const rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"Name - Desc", "O'Brien b a "},         {"Name - Asc", "a b O'Brien "},
         {"Date Modified - Asc", "b O'Brien a "}, {"Date Modified - Desc", "a O'Brien b "},
         {"Original Order", "a O'Brien b "},
     };
-    for (const auto &row : rows) {
-        editor.PreSort(row.Choice);
-        EXPECT_EQ(Names(), row.Names) << row.Choice;
+    for (const auto &[choice, names] : rows) {
+        editor.PreSort(choice);
+        EXPECT_EQ(Names(), names) << choice;
         EXPECT_EQ(editor.Rows()[0].Sort + editor.Rows()[2].Sort, "000001000003");
     }
     EXPECT_TRUE(editor.OrderChanged());
@@ -155,9 +152,7 @@ protected:
             if (!Devices.contains(opened)) return std::nullopt;
             return WebcamHands::Dialogs{true, false};
         };
-        hands.TestCapture = [this] {
-            return delivers;
-        };
+        hands.TestCapture = Give(delivers);
         return hands;
     }
 

@@ -1,63 +1,23 @@
 // What the album and user dialogs decide, on a database of the test's own.
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
-#include "core/site/Globals.h"
-#include "platform/App.h"
-#include "platform/Files.h"
-#include "platform/Registry.h"
 #include "platform/RunTimeError.h"
 #include "platform/Text.h"
-#include "setup/rules/AlbumEditor.h"
 #include "setup/rules/StripTags.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Popularity.h"
-#include "store/Schema.h"
-#include "store/Settings.h"
 #include "store/Statistics.h"
-#include "support/ScriptedOwner.h"
-#include "support/TempFolder.h"
+#include "support/SetupFixture.h"
 
 namespace pixmora {
 namespace {
 
-constexpr int criticalQuestion = FlagYesNo | FlagCritical;
-
-class Editors : public testing::Test {
-protected:
-    Editors() {
-        App::SetPath(Program.Path());
-        Registry::SetFilePath(Program.Path("settings.ini"));
-        EXPECT_TRUE(OpenOrCreateDatabase());
-    }
-    ~Editors() override { gDatabase.reset(); }
-
-    AlbumFields Fields(const std::string &name) const {
-        AlbumFields fields;
-        fields.Name = name;
-        fields.Directory = Program.MakeFolder("albums/" + name);
-        return fields;
-    }
-    static std::string Column(const std::string &table, const std::string &field) {
-        std::string values;
-        const auto rows = gDatabase->OpenRecordset(table, RecordsetType::Snapshot);
-        for (; !rows->Eof(); rows->MoveNext()) values += AsText(rows->Value(field)) + "|";
-        return values;
-    }
-
-    TempFolder Program;
-    ScriptedOwner Owner;
-};
+using Editors = SetupFixture;
 
 TEST_F(Editors, AlbumsAreValidatedInOrder) {
-    const AlbumFields good = Fields("Trips");
+    AlbumFields good;
+    good.Name = "Trips";
+    good.Directory = Program.MakeFolder("albums/Trips");
     EXPECT_FALSE(AlbumEditor::Validate(good));
-    struct {
-        const char *Name;
-        std::function<void(AlbumFields &)> Spoil;
-        std::string Message;
-    } const rows[] = {
+    const std::tuple<const char *, std::function<void(AlbumFields &)>, const char *> rows[] = {
         {"no name, and no path either", [](AlbumFields &f) { f.Name = f.Directory = ""; },
          "You must give your album a name!"},
         {"reserved", [](AlbumFields &f) { f.Name = "MOST popular"; },
@@ -69,24 +29,24 @@ TEST_F(Editors, AlbumsAreValidatedInOrder) {
         {"shows nothing", [](AlbumFields &f) { f.Pictures = f.Movies = false; },
          "You must at least choose to show pictures or show movies!"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[name, spoil, message] : rows) {
         AlbumFields fields = good;
-        row.Spoil(fields);
+        spoil(fields);
         const auto refusal = AlbumEditor::Validate(fields);
-        ASSERT_TRUE(refusal) << row.Name;
-        EXPECT_EQ(refusal->Message, row.Message) << row.Name;
+        ASSERT_TRUE(refusal) << name;
+        EXPECT_EQ(refusal->Message, message) << name;
     }
-    AlbumFields blank = good;
-    blank.Name = " most popular";
-    EXPECT_FALSE(AlbumEditor::Validate(blank)) << "a leading blank is not trimmed";
+    good.Name = " most popular";
+    EXPECT_FALSE(AlbumEditor::Validate(good)) << "a leading blank is not trimmed";
 }
 
 TEST_F(Editors, ANewAlbumGetsTheNextNumber) {
-    AlbumFields fields = Fields("Trips");
-    fields.Directory += "/";
+    AlbumFields fields;
+    fields.Name = "Trips";
+    fields.Directory = Program.MakeFolder("albums/Trips") + "/";
     fields.Description = "<b>Say \"hi\"</b>";
     AlbumEditor().Save(fields);
-    AlbumEditor().Save(Fields("Home"));
+    MakeAlbum("Home");
     EXPECT_EQ(GetSetting("AlbumIDs", "Home"), "2");
     EXPECT_EQ(GetSetting("Setup", "NextAlbumID"), "2");
     const AlbumFields stored = AlbumEditor("trips").Load();
@@ -96,7 +56,7 @@ TEST_F(Editors, ANewAlbumGetsTheNextNumber) {
 }
 
 TEST_F(Editors, ARenameGoesThroughSixTables) {
-    AlbumEditor().Save(Fields("Old"));
+    MakeAlbum("Old");
     AddRight("Old", "\\O'Brien", "Ann");
     CountFileVisit("Old", "\\a.jpg");
     CountDirVisit("Old", "");
@@ -113,8 +73,8 @@ TEST_F(Editors, ARenameGoesThroughSixTables) {
 }
 
 TEST_F(Editors, AMovedAlbumAsksAndResetsItsPopularity) {
-    AlbumEditor().Save(Fields("A"));
-    AlbumEditor().Save(Fields("B"));
+    MakeAlbum("A");
+    MakeAlbum("B");
     CountFileVisit("B", "\\same.jpg");
     CountFileVisit("A", "\\same.jpg");
     CountDirVisit("A", "\\sub");
@@ -124,10 +84,10 @@ TEST_F(Editors, AMovedAlbumAsksAndResetsItsPopularity) {
     const std::string question =
         "You have changed your album's directory! Doing this will reset your Most Popular page.\r\n\r\n"
         "Are you sure you want to do this?";
-    Owner.ExpectMessage(question, criticalQuestion, AnswerNo);
+    Owner.ExpectMessage(question, CriticalQuestion, AnswerNo);
     EXPECT_EQ(AlbumEditor("A").Save(fields).Directory, Program.Path("albums/A"));
     EXPECT_EQ(AlbumEditor("A").Load().Description, "moved");
-    Owner.ExpectMessage(question, criticalQuestion, AnswerYes);
+    Owner.ExpectMessage(question, CriticalQuestion, AnswerYes);
     AlbumEditor("A").Save(fields);
     EXPECT_EQ(AlbumEditor("A").Load().Directory, Program.Path("elsewhere"));
     EXPECT_EQ(Column("PopularFiles", "AlbumName"), "A|")
@@ -136,7 +96,7 @@ TEST_F(Editors, AMovedAlbumAsksAndResetsItsPopularity) {
 }
 
 TEST_F(Editors, SwitchingSubdirectoriesOffAsksAboutPopularOnes) {
-    AlbumEditor().Save(Fields("A"));
+    MakeAlbum("A");
     CountFileVisit("A", "\\top.jpg");
     AlbumFields fields = AlbumEditor("A").Load();
     fields.SubDirs = false;
@@ -151,15 +111,15 @@ TEST_F(Editors, SwitchingSubdirectoriesOffAsksAboutPopularOnes) {
     Owner.ExpectMessage(
         "You have decided to stop including subdirectories, but there are files on your Most Popular page that are in "
         "these subdirectories!\r\n\r\nDo you wanna keep these files on your Most Popular page?",
-        criticalQuestion, AnswerNo);
+        CriticalQuestion, AnswerNo);
     AlbumEditor("A").Save(fields);
     EXPECT_EQ(Column("PopularFiles", "FilePath"), "\\top.jpg|");
     EXPECT_EQ(Column("PopularDirs", "DirPath"), "\\|");
 }
 
 TEST_F(Editors, ADeletedAlbumLeavesItsStatistics) {
-    AlbumEditor().Save(Fields("A"));
-    AlbumEditor().Save(Fields("B"));
+    MakeAlbum("A");
+    MakeAlbum("B");
     AddRight("A", "\\", "Ann");
     CountFileVisit("A", "\\a.jpg");
     CountFileVisit("A", "\\b.jpg");
@@ -180,20 +140,16 @@ TEST_F(Editors, ABigFeaturedPictureIsOfferedSmall) {
     const std::string question =
         "The picture you have specified is pretty big to show on your front page.\r\n\r\n"
         "Would you like me to resize it for you?";
-    Owner.ExpectMessage(question, criticalQuestion, AnswerNo);
+    Owner.ExpectMessage(question, CriticalQuestion, AnswerNo);
     EXPECT_EQ(OfferSmallCopy(big), big);
-    Owner.ExpectMessage(question, criticalQuestion, AnswerYes);
+    Owner.ExpectMessage(question, CriticalQuestion, AnswerYes);
     EXPECT_THROW(OfferSmallCopy(big), RunTimeError) << "what is no picture has no small copy";
     gPictureEngine.reset();
 }
 
 TEST_F(Editors, UsersAreValidatedInOrderAndSaved) {
     EXPECT_EQ(SaveUser({"Ann", "a", "a", true}, ""), "User Added!");
-    struct {
-        UserFields Fields;
-        const char *Edited;
-        const char *Message;
-    } const rows[] = {
+    const std::tuple<UserFields, const char *, const char *> rows[] = {
         {{"aNN", "", "", false}, "", "Username already exists!"},
         {{"ANN", "x", "x", false}, "Ann", "Username already exists!"},
         {{"", "", "", false}, "", "You must enter a username!"},
@@ -203,8 +159,8 @@ TEST_F(Editors, UsersAreValidatedInOrderAndSaved) {
         {{"Bob", "", "", false}, "", "You must enter a password!"},
         {{"Bob", "x", "y", false}, "", "Passwords don't match!"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(ValidateUser(row.Fields, row.Edited)->Message, row.Message) << row.Fields.Username;
+    for (const auto &[fields, edited, message] : rows)
+        EXPECT_EQ(ValidateUser(fields, edited)->Message, message) << fields.Username;
     EXPECT_FALSE(ValidateUser({"Ann", "b", "b", false}, "Ann"));
 
     AddRight("A", "\\x", "Ann");
@@ -218,11 +174,7 @@ TEST_F(Editors, UsersAreValidatedInOrderAndSaved) {
 }
 
 TEST(StripTags, LeavesThePlainText) {
-    struct {
-        const char *Given;
-        const char *AllowList;
-        const char *Wanted;
-    } const rows[] = {
+    const std::tuple<const char *, const char *, const char *> rows[] = {
         {"<b>Hi</b>", "", "Hi"},
         {"a < b", "", "a "},
         {"  ", "", " "},
@@ -231,7 +183,7 @@ TEST(StripTags, LeavesThePlainText) {
         {"<<b>>x", "", ">x"},
         {"<b>x</b><i>y</i>", "b, /b", "<b>x</b>y"},
     };
-    for (const auto &row : rows) EXPECT_EQ(StripTags(row.Given, row.AllowList), row.Wanted) << row.Given;
+    for (const auto &[given, allowed, wanted] : rows) EXPECT_EQ(StripTags(given, allowed), wanted) << given;
 }
 
 }  // namespace

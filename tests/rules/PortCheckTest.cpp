@@ -38,21 +38,11 @@ protected:
             // The fallback's own port may be taken on the machine of the test.
             return port == "8080" ? fallbackPort : port;
         };
-        hands.SetListenPort = [this](const std::string &text) {
-            port = text;
-        };
-        hands.PrivateIP = [this] {
-            return privateIP;
-        };
-        hands.SetPublicIP = [this](const std::string &text) {
-            shown = text;
-        };
-        hands.SetBusy = [this](bool busy) {
-            isBusy = busy;
-        };
-        hands.IsConnectedToInternet = [this] {
-            return isConnected;
-        };
+        hands.SetListenPort = TakeInto(port);
+        hands.PrivateIP = Give(privateIP);
+        hands.SetPublicIP = TakeInto(shown);
+        hands.SetBusy = TakeInto(isBusy);
+        hands.IsConnectedToInternet = Give(isConnected);
         hands.GetWebPage = [this](const std::string &url) {
             EXPECT_EQ(url, "http://service.example/clients/firewall.php");
             EXPECT_TRUE(isBusy);
@@ -207,11 +197,7 @@ TEST_F(PortChecks, AnAbandonedCheckEndsWithoutAWord) {
 
 TEST(InternetState, NeedsADefaultRouteThatIsUp) {
     const std::string head = "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\tMTU\tWindow\tIRTT\n";
-    struct {
-        const char *Name;
-        std::string Route;
-        bool IsConnected;
-    } const rows[] = {
+    const std::tuple<const char *, std::string, bool> rows[] = {
         {"default route", "eth0\t00000000\t0101A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n", true},
         {"network only", "eth0\t0001A8C0\t00000000\t0001\t0\t0\t100\t00FFFFFF\t0\t0\t0\n", false},
         {"half of all addresses", "tun0\t00000000\t0101A8C0\t0003\t0\t0\t0\t00000080\t0\t0\t0\n", false},
@@ -220,7 +206,7 @@ TEST(InternetState, NeedsADefaultRouteThatIsUp) {
         {"loopback", "lo\t00000000\t00000000\t0001\t0\t0\t100\t00000000\t0\t0\t0\n", false},
         {"none", "", false},
     };
-    for (const auto &row : rows) EXPECT_EQ(HasDefaultRoute(head + row.Route), row.IsConnected) << row.Name;
+    for (const auto &[name, route, isConnected] : rows) EXPECT_EQ(HasDefaultRoute(head + route), isConnected) << name;
 }
 
 }  // namespace

@@ -1,34 +1,24 @@
 // A program's folder of a test's own, with a new database open in it.
 #pragma once
 
-#include <string>
-#include <string_view>
-
-#include "platform/App.h"
-#include "platform/Files.h"
 #include "store/Globals.h"
 #include "store/Schema.h"
-#include "support/TempFolder.h"
+#include "support/ProgramFolder.h"
+#include "support/RawDatabase.h"
 
 namespace pixmora {
 
 class OpenStore {
 public:
-    OpenStore() {
-        App::SetPath(ProgramPath(folder.Path()));
-        OpenOrCreateDatabase();
-    }
-    ~OpenStore() {
-        gDatabase = nullptr;
-        App::SetPath("");
-    }
-    OpenStore(const OpenStore &) = delete;
-    OpenStore &operator=(const OpenStore &) = delete;
+    OpenStore() { OpenOrCreateDatabase(); }
+    ~OpenStore() { gDatabase = nullptr; }
 
     /// The file of a schema version, in the system's form.
     std::string FilePath(int version = 9) const { return SystemPath(DatabasePath(version)); }
+    /// What another program of the engine answers to the statement.
+    std::string Ask(const std::string &sql) const { return RunSql(FilePath(), sql); }
 
-    TempFolder folder;
+    ProgramFolder folder;
 };
 
 }  // namespace pixmora

@@ -13,15 +13,12 @@
 #include "core/modMain.h"
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/App.h"
-#include "platform/Files.h"
-#include "platform/Registry.h"
 #include "setup/rules/AlbumEditor.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Settings.h"
 #include "support/Client.h"
+#include "support/ProgramFolder.h"
 #include "support/ScriptedOwner.h"
-#include "support/TempFolder.h"
 
 namespace pixmora::test {
 
@@ -29,11 +26,10 @@ namespace pixmora::test {
 class RecordedStart : public StartView {
 public:
     void ShowStatus(const std::string &text) override { Texts.push_back(text); }
-    void AdvanceProgress() override { ++Progress; }
+    void AdvanceProgress() override {}
     bool Cancelled() override { return !CancelAt.empty() && !Texts.empty() && Texts.back() == CancelAt; }
 
     std::vector<std::string> Texts;
-    int Progress = 0;
     std::string CancelAt;  ///< the status text from which on the owner has cancelled
 };
 
@@ -41,8 +37,6 @@ public:
 class RunningSite : public testing::Test {
 protected:
     RunningSite() {
-        App::SetPath(ProgramPath(Program.Path()));
-        Registry::SetFilePath(Program.Path("settings.ini"));
         SaveSetting("Setup", "ListenPort", "0");
         EXPECT_EQ(BeginProgram(""), ProgramStart::Ready);
         LoadSystray();
@@ -83,7 +77,7 @@ protected:
         return rows->Eof() ? "(none)" : AsText(rows->Value(field));
     }
 
-    TempFolder Program;
+    ProgramFolder Program;
     ClockSetForTest Clock{1000000, MakeDate(2004, 3, 10, 12, 0, 0)};
     ScriptedOwner Owner;
 

@@ -7,32 +7,39 @@
 #include <string>
 
 #include "core/site/Globals.h"
-#include "platform/App.h"
-#include "platform/Files.h"
-#include "platform/Registry.h"
 #include "setup/rules/AlbumEditor.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
+#include "support/ProgramFolder.h"
 #include "support/ScriptedOwner.h"
-#include "support/TempFolder.h"
 
 namespace pixmora {
 
 inline constexpr int CriticalQuestion = FlagYesNo | FlagCritical;
 
+/// For a dialog's hands: one that gives what the variable holds then, and one that puts into it what it is given.
+template <typename Value>
+auto Give(const Value &variable) {
+    return [&variable] {
+        return variable;
+    };
+}
+template <typename Value>
+auto TakeInto(Value &variable) {
+    return [&variable](const Value &value) {
+        variable = value;
+    };
+}
+
 class SetupFixture : public testing::Test {
 protected:
     SetupFixture() {
-        App::SetPath(ProgramPath(Program.Path()));
-        Registry::SetFilePath(Program.Path("settings.ini"));
         setenv("XDG_CONFIG_HOME", Program.MakeFolder("config").c_str(), 1);
         EXPECT_TRUE(OpenOrCreateDatabase());
     }
     ~SetupFixture() override {
         gDatabase.reset();
         unsetenv("XDG_CONFIG_HOME");
-        Registry::SetFilePath("");
-        App::SetPath("");
     }
 
     /// An album on a new folder of that name. @return the folder, in the system's form
@@ -55,7 +62,7 @@ protected:
         return values;
     }
 
-    TempFolder Program;
+    ProgramFolder Program;
     ScriptedOwner Owner;
 };
 

@@ -16,17 +16,14 @@
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/App.h"
 #include "platform/Clock.h"
 #include "platform/Database.h"
-#include "platform/Files.h"
-#include "platform/Registry.h"
 #include "platform/Text.h"
 #include "store/Globals.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
 #include "support/Client.h"
-#include "support/TempFolder.h"
+#include "support/ProgramFolder.h"
 
 namespace pixmora::test {
 
@@ -62,8 +59,6 @@ protected:
     using Row = std::vector<std::pair<std::string, FieldValue>>;
 
     SiteFixture() {
-        App::SetPath(ProgramPath(Program.Path()));
-        Registry::SetFilePath(Program.Path("settings.ini"));
         WriteTemplates();
         if (!OpenOrCreateDatabase()) throw std::runtime_error("no database");
         gDatabase->SetSynchronousFull(false);
@@ -145,55 +140,34 @@ protected:
         return client.ReceiveAll();
     }
 
-    TempFolder Program;  ///< holds htdocs, albums, the database and the settings
+    ProgramFolder Program;  ///< holds htdocs, albums and the database too
     ClockSetForTest Clock{1000000, MakeDate(2004, 3, 10, 12, 0, 0)};
 
 private:
     /// Each template holds its placeholders as "[NAME:{NAME}:NAME]".
     void WriteTemplates() const {
-        const std::vector<std::pair<std::string, std::vector<std::string>>> placeholders = {
+        const std::pair<std::string, const char *> placeholders[] = {
             {"Index",
-             {"STYLE_SHEET",
-              "SERVER_TITLE",
-              "SERVER_TITLE_SLASH",
-              "AUTHOR",
-              "AUTHOR_SLASH",
-              "WELCOME",
-              "FOOTER",
-              "SERVER_URL",
-              "ACTIVE",
-              "SESSION_RUNTIME",
-              "TOTAL_RUNTIME",
-              "SESSION_CONNECTIONS",
-              "TOTAL_CONNECTIONS",
-              "SESSION_THUMBS",
-              "TOTAL_THUMBS",
-              "SESSION_DOWNLOADS",
-              "TOTAL_DOWNLOADS",
-              "SESSION_BANDWIDTH",
-              "TOTAL_BANDWIDTH",
-              "SHARE_LIST",
-              "VERSION"}},
-            {"ShowAlbum", {"SERVER_TITLE", "MEDIA_FRAME", "MEDIA_ARGS", "DIR_ARGS"}},
-            {"ShowAlbumDirList", {"DIR_LIST", "SERVER_TITLE_SLASH", "AUTHOR_SLASH", "SERVER_URL"}},
+             "STYLE_SHEET SERVER_TITLE SERVER_TITLE_SLASH AUTHOR AUTHOR_SLASH WELCOME FOOTER SERVER_URL ACTIVE "
+             "SESSION_RUNTIME TOTAL_RUNTIME SESSION_CONNECTIONS TOTAL_CONNECTIONS SESSION_THUMBS TOTAL_THUMBS "
+             "SESSION_DOWNLOADS TOTAL_DOWNLOADS SESSION_BANDWIDTH TOTAL_BANDWIDTH SHARE_LIST VERSION"},
+            {"ShowAlbum", "SERVER_TITLE MEDIA_FRAME MEDIA_ARGS DIR_ARGS"},
+            {"ShowAlbumDirList", "DIR_LIST SERVER_TITLE_SLASH AUTHOR_SLASH SERVER_URL"},
             {"ShowAlbumMedia",
-             {"STYLE_SHEET", "SERVER_TITLE", "DIR_TITLE", "AUTHOR", "LOGIN_NAME", "PIC_VIEW", "PIC_LIST", "PIC_PAGE",
-              "PIC_NAV_LEFT", "PIC_NAV_RIGHT"}},
+             "STYLE_SHEET SERVER_TITLE DIR_TITLE AUTHOR LOGIN_NAME PIC_VIEW PIC_LIST PIC_PAGE PIC_NAV_LEFT "
+             "PIC_NAV_RIGHT"},
             {"ShowDetails",
-             {"STYLE_SHEET", "SERVER_TITLE", "AUTHOR", "FOOTER", "LOGIN_NAME", "DIR_TITLE", "PREVIOUS_FILE",
-              "NEXT_FILE", "FILE_REPRESENTATION", "DETAILS", "FILE_LINK", "DOWNLOAD_IMG"}},
-            {"ShowHelp", {"STYLE_SHEET"}},
-            {"ShowPopular",
-             {"STYLE_SHEET", "SERVER_TITLE", "PIC_VIEW", "PIC_LIST", "PIC_PAGE", "PIC_NAV_LEFT", "PIC_NAV_RIGHT"}},
-            {"ShowLogin", {"FORM_ARGS", "MESSAGE_TO_VISITOR", "STYLE_SHEET", "SERVER_TITLE", "AUTHOR", "FOOTER"}},
-            {"ShowStats",
-             {"STYLE_SHEET", "SERVER_TITLE", "AUTHOR", "STATS_SUMMARY", "STATS_DAILY", "STATS_HOURLY",
-              "STATS_MONTHLY"}},
-            {"SendLogin", {"STYLE_SHEET", "SERVER_TITLE", "FORM_ARGS"}},
+             "STYLE_SHEET SERVER_TITLE AUTHOR FOOTER LOGIN_NAME DIR_TITLE PREVIOUS_FILE NEXT_FILE FILE_REPRESENTATION "
+             "DETAILS FILE_LINK DOWNLOAD_IMG"},
+            {"ShowHelp", "STYLE_SHEET"},
+            {"ShowPopular", "STYLE_SHEET SERVER_TITLE PIC_VIEW PIC_LIST PIC_PAGE PIC_NAV_LEFT PIC_NAV_RIGHT"},
+            {"ShowLogin", "FORM_ARGS MESSAGE_TO_VISITOR STYLE_SHEET SERVER_TITLE AUTHOR FOOTER"},
+            {"ShowStats", "STYLE_SHEET SERVER_TITLE AUTHOR STATS_SUMMARY STATS_DAILY STATS_HOURLY STATS_MONTHLY"},
+            {"SendLogin", "STYLE_SHEET SERVER_TITLE FORM_ARGS"},
         };
         for (const auto &[page, names] : placeholders) {
             std::string text = page + "\n";
-            for (const std::string &name : names) text += "[" + name + ":{" + name + "}:" + name + "]\n";
+            for (const std::string &name : Split(names, " ")) text += "[" + name + ":{" + name + "}:" + name + "]\n";
             Program.Write("htdocs/" + page + ".tpl", text);
         }
     }

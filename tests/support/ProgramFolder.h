@@ -1,0 +1,24 @@
+// A program's folder of a test's own, with the settings in it.
+#pragma once
+
+#include "platform/App.h"
+#include "platform/Files.h"
+#include "platform/Registry.h"
+#include "support/TempFolder.h"
+
+namespace pixmora {
+
+/// Is the program's folder, and holds its settings, for its life.
+class ProgramFolder : public TempFolder {
+public:
+    ProgramFolder() {
+        App::SetPath(ProgramPath(Path()));
+        Registry::SetFilePath(Path("settings.ini"));
+    }
+    ~ProgramFolder() {
+        Registry::SetFilePath("");
+        App::SetPath("");
+    }
+};
+
+}  // namespace pixmora
