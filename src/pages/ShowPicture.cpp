@@ -109,6 +109,15 @@ std::string ReadPicture(const std::string &path, bool isConverted) {
     }
 }
 
+/// The stored file, or its conversion; none when the engine raised an error. The temporary file comes and goes without
+/// a turn of the loop between, because another request for this picture would write and delete the same one.
+std::optional<std::string> MakePicture(const std::string &path, const std::optional<Conversion> &conversion) {
+    const TemporaryFile temporary(path + ".tmp");
+    if (!conversion) return ReadPicture(path, false);
+    if (!Convert(path, temporary.Path(), *conversion)) return std::nullopt;
+    return ReadPicture(temporary.Path(), true);
+}
+
 void SendPicture(const Connection &socket, const clsAlbum &album, const std::string &bytes) {
     // Deliberate: "image/jpeg" also for a GIF or BMP that goes out as it is.
     SendIgnoringErrors(socket, Concat(WriteResponseHead("image/jpeg", true), bytes));
@@ -117,16 +126,15 @@ void SendPicture(const Connection &socket, const clsAlbum &album, const std::str
 
 /// @param path of a file that is there
 void Deliver(const Connection &socket, const PictureAddress &address, const std::string &path) {
-    const TemporaryFile temporary(path + ".tmp");
-    const std::optional<Conversion> conversion = ConversionOf(address.Mode);
     CountPicture(address.Mode, *address.Album);
-    if (conversion && !Convert(path, temporary.Path(), *conversion)) {
+    const std::optional<std::string> bytes = MakePicture(path, ConversionOf(address.Mode));
+    if (!bytes) {
         SendIgnoringErrors(socket, Concat(WriteResponseHead("text/html", true), "Picture Conversion Error"));
         return;
     }
     gLastConversionTick = GetTickCount();
     DoEvents();
-    SendPicture(socket, *address.Album, ReadPicture(conversion ? temporary.Path() : path, conversion.has_value()));
+    SendPicture(socket, *address.Album, *bytes);
 }
 
 }  // namespace
