@@ -1,6 +1,6 @@
 #include "platform/SocketConnection.h"
 
-#include <netinet/tcp.h>
+#include <linux/tcp.h>  // netinet's lacks the counts of bytes
 #include <sys/epoll.h>
 #include <sys/socket.h>
 
@@ -16,10 +16,15 @@ namespace pixmora {
 
 namespace {
 
+/// How much the network may hold that it has not yet sent. Without it the kernel takes megabytes for a slow reader and
+/// then, for minutes, nothing; a movie's chunks would stop although they move.
+constexpr int unsentLimit = 32768;
+
 /// Answers are written whole or in chunks that must not wait for each other's acknowledgement.
-void SendWithoutDelay(int number) {
+void SetUpSending(int number) {
     const int on = 1;
     setsockopt(number, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    setsockopt(number, IPPROTO_TCP, TCP_NOTSENT_LOWAT, &unsentLimit, sizeof unsentLimit);
 }
 
 /// @return ECONNRESET where the kernel has told the reason before
@@ -28,6 +33,14 @@ int ErrorOf(int number) {
     socklen_t length = sizeof error;
     getsockopt(number, SOL_SOCKET, SO_ERROR, &error, &length);
     return error != 0 ? error : ECONNRESET;
+}
+
+/// Bytes that the peer has sent and has taken in, as the kernel knows it; 0 where it doesn't tell.
+std::uint64_t BytesExchanged(int number) {
+    tcp_info info{};
+    socklen_t length = sizeof info;
+    if (getsockopt(number, IPPROTO_TCP, TCP_INFO, &info, &length) != 0) return 0;
+    return info.tcpi_bytes_received + info.tcpi_bytes_acked;
 }
 
 bool IsTransient(int error) {
@@ -40,10 +53,10 @@ SocketConnection::SocketConnection(std::weak_ptr<Winsock> element, int number, S
     : SocketDescriptor(number), element_(std::move(element)), state_(state) {}
 
 std::shared_ptr<SocketConnection> SocketConnection::Accepted(std::weak_ptr<Winsock> element, int number,
-                                                             std::shared_ptr<void> unsettled) {
+                                                             Admission admission) {
     auto connection = std::make_shared<SocketConnection>(std::move(element), number, SocketState::Connected);
-    connection->unsettled_ = std::move(unsettled);
-    SendWithoutDelay(number);
+    connection->admission_ = std::move(admission);
+    SetUpSending(number);
     if (!connection->Watch(EPOLLIN)) connection->FailFromLoop(errno);
     return connection;
 }
@@ -61,7 +74,7 @@ std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Win
     } else if (port < 0 || port > std::numeric_limits<std::uint16_t>::max()) {
         connection->FailFromLoop(EINVAL);
     } else {
-        SendWithoutDelay(number);
+        SetUpSending(number);
         const int result = connect(number, reinterpret_cast<const sockaddr *>(&peer), sizeof peer);
         const bool hasBegun = result == 0 || errno == EINPROGRESS;
         if (!hasBegun || !connection->Watch(EPOLLOUT)) connection->FailFromLoop(errno);
@@ -86,13 +99,24 @@ std::string SocketConnection::Fetch() {
     return bytes;
 }
 
+std::int32_t SocketConnection::PeerIdleTime() {
+    const std::uint64_t exchanged = BytesExchanged(Number());
+    const bool isAnswerBeingMade = running_ != 0 && BytesWaiting() == 0;
+    if (isAnswerBeingMade || exchanged != exchanged_) {
+        exchanged_ = exchanged;
+        peerIdleSince_ = GetTickCount();
+    }
+    // Unsigned, so that the difference holds when the ticks wrap.
+    return static_cast<Tick>(static_cast<std::uint32_t>(GetTickCount()) - static_cast<std::uint32_t>(peerIdleSince_));
+}
+
 void SocketConnection::Finish() {
     const bool hasNothingToWaitFor =
         state_ != SocketState::Connected || failure_ != 0 || isInputEnded_ || BytesWaiting() > 0;
     state_ = SocketState::Closed;
     received_.clear();
     DropUnsent();
-    unsettled_.reset();
+    admission_ = {};
     if (Number() < 0) return;
     if (hasNothingToWaitFor) {
         Discard();
@@ -115,7 +139,7 @@ void SocketConnection::Fail(int number, const std::string &description) {
     state_ = SocketState::Error;
     failure_ = number;
     DropUnsent();
-    unsettled_.reset();
+    admission_ = {};
     Close();
     Raise(ErrorHandler, &Winsock::OnError, number, description);
 }
@@ -188,7 +212,7 @@ void SocketConnection::Write() {
     if (failure_ == 0 && IsSendCompleteDue()) {
         hasSent_ = false;
         Raise(SendCompleteHandler, &Winsock::OnSendComplete);
-        unsettled_.reset();
+        admission_.Unsettled.reset();
     }
 }
 

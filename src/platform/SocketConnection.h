@@ -4,10 +4,12 @@
 #include <netinet/in.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "platform/SocketLoop.h"
+#include "platform/Clock.h"
+#include "platform/SocketListener.h"
 #include "platform/Winsock.h"
 
 namespace pixmora {
@@ -24,10 +26,8 @@ namespace pixmora {
 ///                  +-------------+------> Error -> Closed (Finish)
 class SocketConnection : public SocketDescriptor {
 public:
-    /// Over a descriptor that was accepted. @param unsettled let go after the first SendComplete, or at the
-    /// connection's end
-    static std::shared_ptr<SocketConnection> Accepted(std::weak_ptr<Winsock> element, int number,
-                                                      std::shared_ptr<void> unsettled);
+    /// Over a descriptor that was accepted.
+    static std::shared_ptr<SocketConnection> Accepted(std::weak_ptr<Winsock> element, int number, Admission admission);
     /// Begins to connect. Every failure is told from the loop.
     static std::shared_ptr<SocketConnection> Connecting(std::weak_ptr<Winsock> element, const in_addr &address,
                                                         int port);
@@ -39,6 +39,8 @@ public:
     void Send(std::string_view bytes);
     std::size_t BytesWaiting() const { return unsent_.size() - unsentStart_; }
     std::string Fetch();
+    /// See Winsock.
+    std::int32_t PeerIdleTime();
     /// The element's Close. No event comes after it.
     void Finish();
     /// Ends the connection and raises the error; only from the loop.
@@ -73,13 +75,15 @@ private:
 
     const std::weak_ptr<Winsock> element_;
     SocketState state_;
-    std::shared_ptr<void> unsettled_;
+    Admission admission_;
     std::string received_;         ///< not yet fetched
     std::string unsent_;           ///< not yet taken by the network, from unsentStart_ on
     std::size_t unsentStart_ = 0;  ///< an offset, so that a slow reader of a big answer costs no copying
     unsigned running_ = 0;         ///< the handlers on the stack
-    int failure_ = 0;              ///< errno that waits to be raised
-    bool hasSent_ = false;         ///< SendComplete owes an event
+    std::uint64_t exchanged_ = 0;  ///< bytes, both ways, when PeerIdleTime last saw them grow
+    Tick peerIdleSince_ = GetTickCount();
+    int failure_ = 0;       ///< errno that waits to be raised
+    bool hasSent_ = false;  ///< SendComplete owes an event
     bool isInputEnded_ = false;
     bool isCloseRaised_ = false;
 };

@@ -1,155 +1,32 @@
 #include "platform/Winsock.h"
 
 #include <arpa/inet.h>
-#include <sys/epoll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QHostAddress>
 #include <QHostInfo>
-#include <QTimer>
 #include <cerrno>
-#include <chrono>
-#include <cstring>
-#include <map>
 #include <utility>
 
-#include "platform/MessageLoop.h"
 #include "platform/RunTimeError.h"
 #include "platform/SocketConnection.h"
+#include "platform/SocketListener.h"
 #include "platform/SocketLoop.h"
 
 namespace pixmora {
 
 namespace {
 
-constexpr int backlog = 512;
 constexpr int highestPort = 65535;
-
-/// A connection in the hands of a ConnectionRequest handler.
-struct OfferedConnection {
-    std::string PeerAddress;
-    std::shared_ptr<void> Unsettled;  ///< see Listener
-};
-
-/// By their descriptors.
-std::map<int, OfferedConnection> offeredConnections;
-
-std::string DottedAddress(const in_addr &address) {
-    char text[INET_ADDRSTRLEN] = "";
-    inet_ntop(AF_INET, &address, text, sizeof text);
-    return text;
-}
-
-[[noreturn]] void ThrowListenError(int error) {
-    if (error == EADDRINUSE) throw RunTimeError(ErrorNumber::AddressInUse);
-    if (error == EACCES) throw RunTimeError(ErrorNumber::PermissionDenied);
-    throw RunTimeError(ErrorNumber::DeviceIOError, std::strerror(error));
-}
 
 void RequireClosed(SocketState state) {
     if (state != SocketState::Closed) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
 }
 
-/// How long a connection that sends nothing keeps the next one waiting.
-constexpr auto settlingTime = std::chrono::milliseconds(5);
-
-/// A listening element's descriptor. Offers one connection at a time: the next stays in the system's queue until this
-/// one is settled, that is, has had its first answer, is closed, or has taken settlingTime. So quick requests follow
-/// each other however many come at once, and each finds the places of those before it free again.
-class Listener : public SocketDescriptor {
-public:
-    explicit Listener(std::weak_ptr<Winsock> element)
-        : SocketDescriptor(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)),
-          element_(std::move(element)) {}
-
-    /// @return the port in use @throws RunTimeError
-    int Listen(int port) {
-        const int on = 1;
-        sockaddr_in address{};
-        socklen_t length = sizeof address;
-        address.sin_family = AF_INET;
-        address.sin_port = htons(static_cast<std::uint16_t>(port));
-        auto *const general = reinterpret_cast<sockaddr *>(&address);
-        if (Number() < 0 || setsockopt(Number(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
-            bind(Number(), general, length) != 0 || listen(Number(), backlog) != 0 || !Watch(EPOLLIN) ||
-            getsockname(Number(), general, &length) != 0) {
-            ThrowListenError(errno);
-        }
-        return ntohs(address.sin_port);
-    }
-
-    void OnReady(std::uint32_t) override {
-        const auto element = element_.lock();  // held, so that its handler may drop it
-        if (!element) return;
-        if (isOffering_ || !unsettled_.expired()) {
-            Watch(0);
-            return;
-        }
-        if (!HasSpareNumbers()) {
-            Pause();
-            return;
-        }
-        sockaddr_in address{};
-        socklen_t length = sizeof address;
-        const int number =
-            accept4(Number(), reinterpret_cast<sockaddr *>(&address), &length, SOCK_NONBLOCK | SOCK_CLOEXEC);
-        if (number >= 0) {
-            Offer(*element, number, DottedAddress(address.sin_addr));
-        } else if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) {
-            Pause();  // above all, the process or the machine is out of descriptors
-        }
-    }
-
-private:
-    void Offer(const Winsock &element, int number, std::string address) {
-        offeredConnections[number] = {std::move(address), MakeUnsettled()};
-        const auto handler = element.OnConnectionRequest;
-        isOffering_ = true;
-        if (handler) RunEventHandler([&] { handler(number); });
-        isOffering_ = false;
-        if (offeredConnections.erase(number) != 0) close(number);
-        if (unsettled_.expired()) Resume();
-    }
-
-    /// What the connection holds until it is settled.
-    std::shared_ptr<void> MakeUnsettled() {
-        const auto self = std::static_pointer_cast<Listener>(shared_from_this());
-        const auto resume = [weak = std::weak_ptr<Listener>(self)] {
-            if (const auto listener = weak.lock()) listener->Resume();
-        };
-        std::shared_ptr<void> unsettled(nullptr, [resume](void *) { resume(); });
-        unsettled_ = unsettled;
-        QTimer::singleShot(settlingTime, QCoreApplication::instance(),
-                           [resume, weak = std::weak_ptr<void>(unsettled), self] {
-                               if (weak.expired()) return;
-                               self->unsettled_.reset();
-                               resume();
-                           });
-        return unsettled;
-    }
-
-    void Resume() {
-        if (Number() >= 0 && !isOffering_) Watch(EPOLLIN);
-    }
-
-    void Pause() {
-        Watch(0);
-        CallWhenFreed([weak = weak_from_this()] {
-            const auto self = std::static_pointer_cast<Listener>(weak.lock());
-            if (self) self->Resume();
-        });
-    }
-
-    const std::weak_ptr<Winsock> element_;
-    bool isOffering_ = false;
-    std::weak_ptr<void> unsettled_;
-};
-
 }  // namespace
 
 struct Winsock::Implementation {
+    std::string localAddress;
     int localPort = 0;
     std::string remoteHost;
     int remotePort = 0;
@@ -159,6 +36,13 @@ struct Winsock::Implementation {
     std::shared_ptr<Listener> listener;
     std::shared_ptr<const bool> lookup;  ///< a name is being resolved; a result that finds this gone comes too late
     std::shared_ptr<SocketConnection> connection;
+
+    std::shared_ptr<Places> places;  ///< of an element that listens, did, or was given a limit
+
+    Places &MadePlaces() {
+        if (!places) places = std::make_shared<Places>();
+        return *places;
+    }
 
     void ConnectTo(std::weak_ptr<Winsock> element, const in_addr &address) {
         remoteHostIP = DottedAddress(address);
@@ -202,23 +86,35 @@ void Winsock::SetLocalPort(int port) {
     implementation_->localPort = port;
 }
 
+void Winsock::SetLocalAddress(std::string address) {
+    implementation_->localAddress = std::move(address);
+}
+
+int Winsock::ConnectionLimit() const {
+    return implementation_->places ? implementation_->places->Limit() : 0;
+}
+
+void Winsock::SetConnectionLimit(int limit) {
+    implementation_->MadePlaces().SetLimit(limit);
+}
+
 void Winsock::Listen() {
     RequireClosed(State());
     const int port = implementation_->localPort;
     if (port < 0 || port > highestPort) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
     RaiseDescriptorLimit();
-    auto listener = std::make_shared<Listener>(weak_from_this());
-    implementation_->localPort = listener->Listen(port);
+    implementation_->MadePlaces();
+    auto listener = std::make_shared<Listener>(weak_from_this(), implementation_->places);
+    implementation_->localPort = listener->Listen(implementation_->localAddress, port);
     implementation_->listener = std::move(listener);
 }
 
 void Winsock::Accept(int requestId) {
     RequireClosed(State());
-    auto offered = offeredConnections.extract(requestId);
+    auto offered = TakeOffered(requestId);
     if (!offered) return;
-    implementation_->remoteHostIP = std::move(offered.mapped().PeerAddress);
-    implementation_->connection =
-        SocketConnection::Accepted(weak_from_this(), requestId, std::move(offered.mapped().Unsettled));
+    implementation_->remoteHostIP = std::move(offered->PeerAddress);
+    implementation_->connection = SocketConnection::Accepted(weak_from_this(), requestId, std::move(offered->Admitted));
 }
 
 void Winsock::SetRemoteHost(std::string host) {
@@ -261,6 +157,10 @@ void Winsock::SendData(std::string_view bytes) {
 
 std::size_t Winsock::BytesWaiting() const {
     return implementation_->connection ? implementation_->connection->BytesWaiting() : 0;
+}
+
+std::int32_t Winsock::PeerIdleTime() {
+    return implementation_->connection ? implementation_->connection->PeerIdleTime() : 0;
 }
 
 std::string Winsock::GetData() {

@@ -54,9 +54,16 @@ public:
     /// Port to listen on, 0 to 65535; after Listen the port in use (which tells what a 0 became).
     int LocalPort() const;
     void SetLocalPort(int port);
-    /// On all of the machine's IPv4 addresses. Accepting pauses while the process has no descriptors left and goes on
-    /// when one is closed. @throws RunTimeError AddressInUse when another program holds the port, PermissionDenied,
-    /// InvalidProcedureCall for a port out of range or, as with Accept and Connect, when the element isn't closed
+    /// The one address of this machine to listen on, dotted; empty, as at first: all its IPv4 addresses.
+    void SetLocalAddress(std::string address);
+    /// How many accepted connections may be open at once, 0 for any number. The next ones stay in the system's queue
+    /// until one closes. Takes effect at once, but closes none.
+    int ConnectionLimit() const;
+    void SetConnectionLimit(int limit);
+    /// Accepting pauses while the process has no descriptors left and goes on when one is closed.
+    /// @throws RunTimeError AddressInUse when another program holds the port, AddressNotAvailable for a local address
+    /// that isn't this machine's, PermissionDenied, InvalidProcedureCall for a port out of range or, as with Accept and
+    /// Connect, when the element isn't closed
     void Listen();
     /// Takes a pending connection. @param requestId from OnConnectionRequest. On failure the state stays Closed.
     void Accept(int requestId);
@@ -75,6 +82,11 @@ public:
     void SendData(std::string_view bytes);
     /// Bytes not yet taken by the network.
     std::size_t BytesWaiting() const;
+
+    /// ms for which the connected peer has neither sent a byte nor taken one of those sent to it, although it is its
+    /// turn: 0 while a handler is on the stack and nothing waits to be sent. What the peer does is only seen here, so
+    /// the result is as fine as the calls are frequent.
+    std::int32_t PeerIdleTime();
 
     /// Everything that has arrived and was not fetched yet.
     std::string GetData();
