@@ -14,6 +14,9 @@
 
 namespace {
 
+/// It runs unattended.
+constexpr pixmora::GuardDefaults guards{.MaxConnections = 200, .IdleTimeout = 60};
+
 /// The start sequence's status texts as lines on standard output, the site's address behind the last. A service manager
 /// hears the same.
 class LineView : public pixmora::StartView {
@@ -41,7 +44,7 @@ bool Start() {
     pixmora::LoadSystray();
     pixmora::OnTerminationSignal(EndProgram);
     LineView view;
-    pixmora::RunStartSequence(view);
+    pixmora::RunStartSequence(view, guards);
     return pixmora::gWebsiteStarted;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/Dispatch.h"
+#include "core/Guards.h"
 #include "core/site/Globals.h"
 #include "core/site/RequestGrammar.h"
 #include "core/site/Transfers.h"
@@ -61,10 +62,21 @@ void AnswerRequest(const Connection &socket, const std::string &method, const st
     CallOperation(socket, target);
 }
 
+/// Behind the highest index. Under a limit of connections the ceiling of indexes is no danger: there is a hole then,
+/// and a file that the visitor before has left at its index must not go on to this one.
+Connection LoadConnection() {
+    ConnectionArray &connections = gSystray->wnskConnect;
+    if (gSystray->wnskListen->ConnectionLimit() == 0 || connections.UBound() < HighestSendIndex)
+        return connections.Load();
+    const Connection socket = connections.LoadInHole();
+    ClearTransfer(socket->Index);
+    return socket;
+}
+
 }  // namespace
 
 void HandleConnectionRequest(int requestId) {
-    const Connection socket = gSystray->wnskConnect.Load();
+    const Connection socket = LoadConnection();
     const int index = socket->Index;
     Winsock *element = socket.get();
     socket->OnDataArrival = [element](std::size_t) {
@@ -81,6 +93,7 @@ void HandleConnectionRequest(int requestId) {
     };
     socket->Accept(requestId);
     if (socket->State() != SocketState::Connected) gSystray->wnskConnect.Unload(index);
+    WatchForIdling();
 }
 
 void HandleDataArrival(const Connection &socket) {

@@ -43,7 +43,7 @@ std::optional<std::string> DirectoryOfAlbum(const std::string &albumName) {
 
 class StartSequence {
 public:
-    explicit StartSequence(StartView &view) : view_(view) {}
+    StartSequence(StartView &view, const GuardDefaults &guards) : view_(view), guards_(guards) {}
 
     void Run() {
         if (PreparePort() && LoadSettings() && LoadAlbums() && GoOnline()) {
@@ -71,6 +71,7 @@ private:
         view_.ShowStatus("Opening Ports...");
         gSystray->wnskListen->Close();
         gSystray->wnskListen->SetLocalPort(ListenPort());
+        LoadGuards(guards_);
         view_.ShowStatus("Checking for News and Updates...");
         DoEvents();
         return CheckCentralService(true) && !view_.Cancelled();
@@ -170,16 +171,28 @@ private:
         try {
             gSystray->wnskListen->Listen();
             return true;
-        } catch (const RunTimeError &) {
-            ShowMessageBox("There is another application already listening on port " +
-                               std::to_string(gSystray->wnskListen->LocalPort()) +
-                               "! Please go to Port Setup in Setup and choose another port.",
-                           FlagCritical);
+        } catch (const RunTimeError &error) {
+            TellListenError(error);
             return false;
         }
     }
 
+    static void TellListenError(const RunTimeError &error) {
+        if (error.Number() == ErrorNumber::AddressNotAvailable) {
+            ShowMessageBox("The address '" + GetSetting("Setup", "ListenAddress") +
+                               "' is not an address of this computer! Please correct the setting ListenAddress, or "
+                               "remove it to listen on all addresses.",
+                           FlagCritical);
+        } else {
+            ShowMessageBox("There is another application already listening on port " +
+                               std::to_string(gSystray->wnskListen->LocalPort()) +
+                               "! Please go to Port Setup in Setup and choose another port.",
+                           FlagCritical);
+        }
+    }
+
     StartView &view_;
+    const GuardDefaults guards_;
     std::vector<std::string> names_;
     std::int32_t count_ = 0;
     std::int32_t pictures_ = 0;
@@ -188,8 +201,8 @@ private:
 
 }  // namespace
 
-void RunStartSequence(StartView &view) {
-    StartSequence(view).Run();
+void RunStartSequence(StartView &view, const GuardDefaults &guards) {
+    StartSequence(view, guards).Run();
 }
 
 }  // namespace pixmora

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "core/Guards.h"
 #include "core/Intake.h"
 #include "core/SiteSettings.h"
 #include "core/Sweep.h"
@@ -81,6 +82,8 @@ void LoadSystray() {
     gSystray->wnskListen->OnConnectionRequest = HandleConnectionRequest;
     gSystray->tmrConnections.SetInterval(SweepIntervalMs);
     gSystray->tmrConnections.OnTimer = HandleConnectionsTick;
+    gSystray->tmrIdle.SetInterval(IdleCheckIntervalMs);
+    gSystray->tmrIdle.OnTimer = HandleIdleTick;
     gSystray->tmrWebCam.SetInterval(WebcamIntervalMs);
     gSystray->tmrWebCam.OnTimer = WebcamTick;
 }

@@ -12,10 +12,14 @@ int ConnectionArray::UBound() const {
 }
 
 Connection ConnectionArray::Load() {
-    Connection element = Winsock::Create();
-    element->Index = UBound() + 1;
-    elements_.emplace(element->Index, element);
-    return element;
+    return LoadAt(UBound() + 1);
+}
+
+Connection ConnectionArray::LoadInHole() {
+    int index = 1;
+    while (Item(index) && Item(index)->State() != SocketState::Closed) ++index;
+    Unload(index);
+    return LoadAt(index);
 }
 
 void ConnectionArray::Unload(int index) {
@@ -29,6 +33,13 @@ void ConnectionArray::Unload(int index) {
 Connection ConnectionArray::Item(int index) const {
     const auto found = elements_.find(index);
     return found == elements_.end() ? nullptr : found->second;
+}
+
+Connection ConnectionArray::LoadAt(int index) {
+    Connection element = Winsock::Create();
+    element->Index = index;
+    elements_.emplace(index, element);
+    return element;
 }
 
 void ConnectionArray::Trim() {

@@ -1,6 +1,7 @@
 // The hidden form: it owns all sockets and the server's timers.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 
@@ -18,6 +19,8 @@ public:
     int UBound() const;
     /// Loads a new element behind the highest; holes lower down are not reused.
     Connection Load();
+    /// Loads a new element at the lowest index that has none or a closed one.
+    Connection LoadInHole();
     /// Closes and drops the element; one that isn't loaded is no error.
     void Unload(int index);
     /// The element, or null when it isn't loaded.
@@ -26,6 +29,8 @@ public:
     void Trim();
 
 private:
+    Connection LoadAt(int index);
+
     std::map<int, Connection> elements_;
 };
 
@@ -33,6 +38,8 @@ struct frmSystray {
     std::shared_ptr<Winsock> wnskListen = Winsock::Create();
     ConnectionArray wnskConnect;
     std::shared_ptr<Winsock> wnskDownload = Winsock::Create();  ///< the outbound requests' one socket
+    Timer tmrIdle;                                              ///< 1000 ms; enabled only while connections are open
+    std::int32_t IdleTimeout = 0;                               ///< ms; 0: connections may idle for ever
     Timer tmrConnections;                                       ///< 60000 ms; Tag counts down to the report
     Timer tmrWebCam;                                            ///< 5000 ms; enabled exactly while the webcam is live
 };

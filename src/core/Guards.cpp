@@ -1,0 +1,61 @@
+// The guards of a site on the open internet.
+#include "core/Guards.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/site/Globals.h"
+#include "core/site/Transfers.h"
+#include "core/site/frmSystray.h"
+#include "platform/Numbers.h"
+#include "platform/Text.h"
+#include "store/Settings.h"
+
+namespace pixmora {
+
+namespace {
+
+constexpr int longestIdleTimeout = 24 * 60 * 60;  // seconds; in ms well inside the ticks' range
+
+/// Val, since a slip in one of these must not keep the site from starting.
+int GuardNumber(std::string_view key, int fallback, int highest) {
+    const double number = Val(GetSetting("Setup", key, std::to_string(fallback)));
+    return RoundToLong(std::clamp<double>(number, 0, highest));
+}
+
+/// Dotted; empty for all of the machine's.
+std::string ListenAddress() {
+    const std::string address = Trim(GetSetting("Setup", "ListenAddress"));
+    return EqualsIgnoreCase(address, "localhost") ? "127.0.0.1" : address;
+}
+
+}  // namespace
+
+void LoadGuards(const GuardDefaults &defaults) {
+    gSystray->wnskListen->SetLocalAddress(ListenAddress());
+    gSystray->wnskListen->SetConnectionLimit(GuardNumber("MaxConnections", defaults.MaxConnections, HighestSendIndex));
+    gSystray->IdleTimeout = GuardNumber("IdleTimeout", defaults.IdleTimeout, longestIdleTimeout) * 1000;
+}
+
+void WatchForIdling() {
+    if (gSystray->IdleTimeout > 0 && !gSystray->tmrIdle.Enabled()) gSystray->tmrIdle.SetEnabled(true);
+}
+
+void HandleIdleTick() {
+    ConnectionArray &connections = gSystray->wnskConnect;
+    bool isAnyOpen = false;
+    for (int index = 1; index <= connections.UBound() && gSystray->IdleTimeout > 0; ++index) {
+        const Connection element = connections.Item(index);
+        if (!element || element->State() != SocketState::Connected) continue;
+        if (element->PeerIdleTime() < gSystray->IdleTimeout) {
+            isAnyOpen = true;
+            continue;
+        }
+        if (index <= HighestSendIndex) ClearTransfer(index);
+        element->Close();
+    }
+    connections.Trim();
+    if (!isAnyOpen) gSystray->tmrIdle.SetEnabled(false);
+}
+
+}  // namespace pixmora

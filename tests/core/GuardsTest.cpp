@@ -1,0 +1,165 @@
+// The guards of a running site, over real sockets: the limit of connections, the idle check, the one address.
+#include "core/Guards.h"
+
+#include "core/Sweep.h"
+#include "support/RunningSite.h"
+
+namespace pixmora::test {
+namespace {
+
+class Guards : public RunningSite {
+protected:
+    /// A site with one album, started with these settings of section Setup.
+    void StartWith(const std::vector<std::pair<std::string, std::string>> &settings) {
+        for (const auto &[key, value] : settings) SaveSetting("Setup", key, value);
+        AddAlbum("A");
+        Start();
+        ASSERT_TRUE(gWebsiteStarted);
+    }
+    /// Moves the clock on by the seconds, with the check that each of them brings.
+    void Pass(int seconds) {
+        for (int i = 0; i < seconds; ++i) {
+            for (int turn = 0; turn < 5; ++turn) DoEvents();
+            Clock.Advance(1000);
+            HandleIdleTick();
+        }
+    }
+    static bool IsOpen(Client &client) {
+        return !TurnUntil([&client] { return client.HasEnded(); }, std::chrono::milliseconds(20));
+    }
+    static void WaitForIndex(int index) {
+        ASSERT_TRUE(TurnUntil([index] { return gSystray->wnskConnect.UBound() >= index; }));
+    }
+};
+
+TEST_F(Guards, SettingsAreReadAsNumbersWhateverTheySay) {
+    const struct {
+        const char *text;
+        int connections;
+        int idle;
+    } cases[] = {{"7", 7, 7000},          {"0", 0, 0}, {"-3", 0, 0},
+                 {"many", 0, 0},          {"", 0, 0},  {" 12 guests", 12, 12000},
+                 {"1e300", 256, 86400000}};
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.text);
+        SaveSetting("Setup", "MaxConnections", row.text);
+        SaveSetting("Setup", "IdleTimeout", row.text);
+        LoadGuards({.MaxConnections = 200, .IdleTimeout = 60});
+        EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), row.connections);
+        EXPECT_EQ(gSystray->IdleTimeout, row.idle);
+    }
+    DeleteSetting("Setup", "MaxConnections");
+    DeleteSetting("Setup", "IdleTimeout");
+    LoadGuards({.MaxConnections = 200, .IdleTimeout = 60});
+    EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), 200);
+    EXPECT_EQ(gSystray->IdleTimeout, 60000);
+    LoadGuards({});
+    EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), 0);
+    EXPECT_EQ(gSystray->IdleTimeout, 0);
+}
+
+TEST_F(Guards, WithoutThemSilenceIsBorne) {
+    StartWith({});
+    Client silent(Port());
+    WaitForIndex(1);
+    EXPECT_FALSE(gSystray->tmrIdle.Enabled());
+    Pass(100);
+    EXPECT_TRUE(IsOpen(silent));
+}
+
+TEST_F(Guards, ConnectionsWhosePeersDoNothingAreClosed) {
+    Program.Write("albums/A/m.avi", std::string(20 << 20, 'm'));
+    StartWith({{"IdleTimeout", "60"}});
+    Client stalled(Port(), "127.0.0.2", 4096);
+    stalled.Send("GET /ShowMovie?1&full&/m.avi HTTP/1.0\r\n\r\n");
+    stalled.WaitForBytes(1000);
+    Client moving(Port(), "127.0.0.3", 4096);
+    moving.Send("GET /ShowMovie?1&full&/m.avi HTTP/1.0\r\n\r\n");
+    moving.WaitForBytes(1000);
+    Client silent(Port());
+    WaitForIndex(3);
+    EXPECT_TRUE(gSystray->tmrIdle.Enabled());
+
+    Pass(59);
+    EXPECT_TRUE(IsOpen(silent));
+    Pass(1);
+    EXPECT_FALSE(IsOpen(silent));
+    int seconds = 60;  // a stalled reader's kernel may still squeeze some bytes in
+    for (; gSystray->wnskConnect.Item(1)->State() == SocketState::Connected && seconds < 600; ++seconds) {
+        if (seconds % 30 == 0) moving.WaitForBytes(moving.Receive().size() + 100'000);
+        Pass(1);
+    }
+    EXPECT_LT(seconds, 600);
+    EXPECT_FALSE(IsOpen(stalled));
+    EXPECT_TRUE(IsOpen(moving));
+    EXPECT_EQ(gSendStates[1].FileSize, 0) << "its file is closed";
+    EXPECT_GT(gSendStates[2].FileSize, 0);
+    EXPECT_EQ(gSystray->wnskConnect.UBound(), 2) << "what was closed above is trimmed";
+    moving.Close();
+    Pass(1);
+    EXPECT_EQ(gSystray->wnskConnect.UBound(), 0);
+    EXPECT_FALSE(gSystray->tmrIdle.Enabled()) << "nothing is open";
+}
+
+TEST_F(Guards, AVisitorWhosePictureWaitsItsTurnIsNotIdle) {
+    Program.Write("albums/A/a.jpg", "no picture");
+    StartWith({{"IdleTimeout", "60"}, {"ConversionSpacing", "300000"}});
+    gLastConversionTick = GetTickCount();
+    Timer second;
+    second.SetInterval(1);
+    second.OnTimer = [this] {
+        Clock.Advance(1000);
+        HandleIdleTick();
+    };
+    second.SetEnabled(true);
+    const Tick begun = GetTickCount();
+    EXPECT_EQ(Get("/ShowPicture?1&thumb&/a.jpg"), Head("image/jpeg") + "\r\n");
+    EXPECT_GE(GetTickCount() - begun, 300000);
+}
+
+TEST_F(Guards, VisitorsBeyondTheLimitWaitForAPlace) {
+    StartWith({{"MaxConnections", "2"}});
+    Client first(Port());
+    Client second(Port());
+    Client visitor(Port());
+    visitor.Send("GET /ShowHelp HTTP/1.0\r\n\r\n");
+    EXPECT_FALSE(TurnUntil([&visitor] { return !visitor.Receive().empty(); }, std::chrono::milliseconds(100)));
+    first.Close();
+    EXPECT_NE(visitor.ReceiveAll().find("</html>"), std::string::npos);
+}
+
+TEST_F(Guards, ALimitKeepsIndexesBelowTheirCeiling) {
+    StartWith({{"MaxConnections", "20"}});
+    gSendStates[1].FileSize = 5000;  // left behind by a visitor who has gone
+    auto held = std::make_unique<Client>(Port());
+    WaitForIndex(1);
+    for (int index = 2; index <= HighestSendIndex; ++index) {
+        auto next = std::make_unique<Client>(Port());
+        WaitForIndex(index);
+        held = std::move(next);
+    }
+    EXPECT_NE(Get("/ShowHelp").find("</html>"), std::string::npos);
+    EXPECT_EQ(gSystray->wnskConnect.UBound(), HighestSendIndex);
+    EXPECT_EQ(gSendStates[1].FileSize, 0);
+}
+
+TEST_F(Guards, ListenAddressIsThisComputersOrTheStartFails) {
+    AddAlbum("A");
+    SaveSetting("Setup", "ListenAddress", "192.0.2.7");
+    Owner.ExpectMessage(
+        "The address '192.0.2.7' is not an address of this computer! Please correct the setting ListenAddress, or "
+        "remove it to listen on all addresses.",
+        FlagCritical);
+    EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
+    SaveSetting("Setup", "ListenAddress", "LocalHost");
+    EXPECT_EQ(Start().back(), "Your Website is Live!");
+    const auto outside = Winsock::Create();
+    outside->SetRemoteHost("127.0.0.2");
+    outside->SetRemotePort(Port());
+    outside->Connect();
+    EXPECT_TRUE(TurnUntil([&outside] { return outside->State() == SocketState::Error; }));
+    EXPECT_NE(Get("/Blank"), "");
+}
+
+}  // namespace
+}  // namespace pixmora::test
