@@ -1,0 +1,119 @@
+#!/usr/bin/env python3
+"""Runs each fuzz target for a time and prints a row of the results' table for each.
+
+    run_fuzz.py FOLDER_OF_THE_TARGETS WORK_FOLDER [SECONDS_PER_TARGET [SEED [TARGET...]]]
+
+WORK_FOLDER keeps what was learnt from run to run (corpus/NAME), the inputs that broke something (findings/NAME-...) and
+each target's log. The seed, given or drawn, is told on standard error.
+"""
+import os
+import random
+import re
+import subprocess
+import sys
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.dirname(HERE))
+import make_seeds  # noqa: E402
+from endurance import Results  # noqa: E402
+
+# The longest input of each, in bytes.
+LONGEST = {"RequestGrammar": 4096, "Login": 4096, "Statements": 1024, "Like": 1024, "StripTags": 4096, "Exif": 4608,
+           "IniFiles": 2048, "Pictures": 8192, "Movies": 16384}
+MOST_MEGABYTES = 512
+MOST_FINDINGS = 20  # then a target's time is over
+# The sanitizer keeps freed memory back; of pictures that would count as the target's own.
+ENVIRONMENT = dict(os.environ, ASAN_OPTIONS="quarantine_size_mb=16:detect_leaks=1")
+
+
+class Target:
+    def __init__(self, programs, work, name):
+        self.name = name
+        self.program = os.path.join(programs, "fuzz_" + name)
+        self.corpus = os.path.join(work, "corpus", name)
+        self.seeds = os.path.join(work, "seeds", name)
+        self.findings = os.path.join(work, "findings", name + "-")
+        self.log = os.path.join(work, name + ".log")
+        self.runs = self.megabytes = self.coverage = 0
+        self.crashes = []
+        self.timeouts = []
+        for folder in (self.corpus, os.path.dirname(self.findings)):
+            os.makedirs(folder, exist_ok=True)
+
+    def command(self, *options):
+        return [self.program, "-timeout=1", "-rss_limit_mb=%d" % MOST_MEGABYTES, "-artifact_prefix=" + self.findings,
+                *options]
+
+    def run(self, seconds, seed):
+        """The target ends at each finding and then begins anew, until the time is over."""
+        end = time.monotonic() + seconds
+        open(self.log, "w").close()
+        while len(self.crashes) + len(self.timeouts) < MOST_FINDINGS:
+            left = int(end - time.monotonic() + 0.5)
+            if left < 1:
+                return
+            finding = self.run_once(left, seed)
+            seed += 1
+            if finding:
+                self.judge(finding)
+
+    def run_once(self, seconds, seed):
+        """Gives the input that ended the run, or what else did; nothing when time did."""
+        command = self.command(
+            "-max_total_time=%d" % seconds, "-seed=%d" % seed, "-max_len=%d" % LONGEST[self.name], "-len_control=20",
+            "-print_final_stats=1", "-dict=%s/%s.dict" % (HERE, self.name), "-reload=0", self.corpus, self.seeds)
+        with open(self.log, "ab+") as log:
+            start = log.tell()
+            status = subprocess.run(command, stdout=log, stderr=log, env=ENVIRONMENT).returncode
+            log.seek(start)
+            text = log.read().decode("utf-8", "replace")
+        self.read_log(text)
+        inputs = [path for path in re.findall(r"Test unit written to (.*)", text) if "-slow-unit-" not in path]
+        return None if status == 0 else inputs[-1] if inputs else "%s with status %d" % (self.program, status)
+
+    def read_log(self, text):
+        counts = re.findall(r"^#(\d+)\s", text, re.MULTILINE)
+        done = re.search(r"stat::number_of_executed_units:\s*(\d+)", text)
+        self.runs += int(done.group(1)) if done else int(counts[-1]) if counts else 0
+        peaks = re.findall(r"stat::peak_rss_mb:\s*(\d+)|rss: (\d+)Mb", text)
+        self.megabytes = max([self.megabytes] + [int(a or b) for a, b in peaks])
+        self.coverage = max([self.coverage] + [int(edges) for edges in re.findall(r" cov: (\d+)", text)])
+
+    def judge(self, finding):
+        """On a machine with other work a quick input can seem slow: a timeout counts when it is slow three times more,
+        alone."""
+        if not os.path.basename(finding).startswith(self.name + "-timeout-"):
+            self.crashes.append(finding)
+            return
+        again = [subprocess.run(self.command(finding), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                env=ENVIRONMENT).returncode for _ in range(3)]
+        if all(again):
+            self.timeouts.append(finding)
+        else:
+            os.replace(finding, finding.replace("-timeout-", "-quick-when-alone-"))
+
+
+def main():
+    programs, work = sys.argv[1:3]
+    seconds = int(sys.argv[3]) if len(sys.argv) > 3 else 60
+    seed = int(sys.argv[4]) if len(sys.argv) > 4 else random.randrange(1, 1 << 31)
+    names = sys.argv[5:] or list(LONGEST)
+    print("seed %d" % seed, file=sys.stderr, flush=True)
+    make_seeds.main(os.path.join(work, "seeds"))
+    results = Results()
+    for name in names:
+        target = Target(programs, work, name)
+        target.run(seconds, seed)
+        for finding in target.crashes + target.timeouts:
+            print("found: " + finding, file=sys.stderr, flush=True)
+        seen = "%d crashes, %d timeouts, peak %d MB, coverage %d" % (
+            len(target.crashes), len(target.timeouts), target.megabytes, target.coverage)
+        wanted = "0 crashes, 0 timeouts, RSS at most %d MB" % MOST_MEGABYTES
+        met = not target.crashes and not target.timeouts and target.megabytes <= MOST_MEGABYTES and target.runs > 0
+        results.add("H3", "fuzz " + name, "%d runs" % target.runs, seen, wanted, met)
+    results.finish()
+
+
+if __name__ == "__main__":
+    main()
