@@ -1,0 +1,604 @@
+#!/usr/bin/env python3
+"""What kills, power cuts, full disks and damage do to what the site has counted: store.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
+import concurrent.futures
+import contextlib
+import functools
+import random
+from pathlib import Path
+
+from endurance import *
+from hostile import flipped
+
+LANES = 8  # sites at once: most of a start is its own pauses
+THUMB = "/ShowPicture?1&thumb&/picture_%02d.bmp"
+JPEG_HEAD = b"Content-Type: image/jpeg\r\nPragma: no-cache\r\n\r\n\xff\xd8\xff"
+THUMBS, VISITORS = 2, 1  # kinds of events
+QUIET = {resource.RLIMIT_CORE: 0}
+
+
+def in_lanes(work, items, lanes=LANES):
+    """The results of work(item), each in one of some processes."""
+    with concurrent.futures.ProcessPoolExecutor(lanes) as pool:
+        return list(pool.map(work, items))
+
+
+@contextlib.contextmanager
+def copied(database):
+    """The database as a crash left it, opened on a copy, so that the program itself does the recovery."""
+    with tempfile.TemporaryDirectory(prefix="pixmora-copy-") as folder:
+        for end in ("", "-wal"):
+            if os.path.exists(database + end):
+                shutil.copy(database + end, folder + "/copy.mdb" + end)
+        base = sqlite3.connect(folder + "/copy.mdb")
+        try:
+            yield base
+        finally:
+            base.close()
+
+
+def is_whole(base):
+    return base.execute("PRAGMA integrity_check").fetchone()[0] == "ok"
+
+
+def total(base, kind):
+    row = base.execute("SELECT TotalCount FROM StatsTotal WHERE Stat=?", (kind,)).fetchone()
+    return int(row[0]) if row else 0
+
+
+def ask_thumb(site, number=0):
+    return JPEG_HEAD in site.get(THUMB % (number % 12))
+
+
+class Load:
+    """Visitors that ask for thumbnails until the site is gone. An answer that has come is an event acknowledged."""
+
+    def __init__(self, site, visitors=2):
+        self.asked = self.answered = 0
+        self.lock = threading.Lock()
+        self.threads = [threading.Thread(target=self._visit, args=(site,)) for _ in range(visitors)]
+        for thread in self.threads:
+            thread.start()
+
+    def _visit(self, site):
+        while True:
+            with self.lock:
+                self.asked += 1
+                number = self.asked
+            try:
+                is_answered = ask_thumb(site, number)
+            except OSError:
+                return
+            with self.lock:
+                self.answered += is_answered
+
+    def wait(self):
+        for thread in self.threads:
+            thread.join()
+
+
+# ---- D1
+
+def kill_lane(programs, seed):
+    """One site, killed and started again. Every fifth kill comes at some moment of the start."""
+    kills, chance = 125, random.Random(seed)
+    lost = damaged = 0
+    answered = asked = 0
+    starts = []
+    with contextlib.closing(Site(programs)) as site:
+        for kill in range(kills):
+            if kill % 5 == 4:
+                killer = threading.Timer(chance.uniform(0, 1.1), lambda: site.process and site.process.kill())
+                killer.start()
+                with contextlib.suppress(RuntimeError):
+                    site.start()
+                killer.join()
+                site.kill()
+            else:
+                starts.append(site.start())
+                load = Load(site)
+                time.sleep(chance.uniform(0, 0.25))
+                site.kill()
+                load.wait()
+                answered += load.answered
+                asked += load.asked
+            with copied(site.database) as base:
+                damaged += not is_whole(base)
+                counted = total(base, THUMBS)
+            lost += max(0, answered - counted)
+            if counted > asked:
+                raise RuntimeError("%d events counted of %d asked" % (counted, asked))
+    return {"kills": kills, "lost": lost, "damaged": damaged, "answered": answered, "starts": starts}
+
+
+def d1(programs, results):
+    lanes = in_lanes(functools.partial(kill_lane, programs), range(LANES))
+    kills, answered, lost, damaged = (sum(lane[what] for lane in lanes)
+                                      for what in ("kills", "answered", "lost", "damaged"))
+    results.add("D1", "kill -9 under load, each fifth within the start: acknowledged events kept", kills,
+                "%d of %d lost" % (lost, answered), "0 lost", lost == 0 and answered > kills)
+    results.add("D1", "... and the database whole", kills, "%d damaged" % damaged, "0", damaged == 0)
+    starts = sorted(start for lane in lanes for start in lane["starts"])
+    middle = starts[len(starts) // 2]
+    results.add("D1", "... and the next start, %d sites at once, 1 s of it the start's own pauses" % LANES, len(starts),
+                "median %.2f s, longest %.2f s" % (middle, starts[-1]), "median <= 2 s", middle <= 2)
+
+
+# ---- D2 and D5: what the system was asked to write
+
+TRACED = "openat,pwrite64,ftruncate,fdatasync,fsync,unlink,sendto"
+
+
+def unescaped(text):
+    return bytes.fromhex(text.replace("\\x", ""))
+
+
+def read_trace(path, is_answer):
+    """The writes to the database in order: (what, file's end, offset or size, bytes), what one of w(rite), t(runcate),
+    s(ync), u(nlink), or ack for a sendto whose bytes is_answer takes."""
+    operations = []
+    call = re.compile(r'(?:\d+ +)?(\w+)\((?:\d+<((?:\\x..)*)[^>]*>|"((?:\\x..)*)")(.*)')
+    for line in open(path):
+        found = call.match(line)
+        if not found:
+            continue
+        name, rest = found.group(1), found.group(4)
+        file = os.path.basename(unescaped(found.group(2) or found.group(3) or "").decode(errors="replace"))
+        if name == "sendto":
+            if is_answer(unescaped(re.search(r'"((?:\\x..)*)"', rest).group(1))):
+                operations.append(("ack", None, 0, b""))
+            continue
+        if not file.startswith("db_v9.mdb") or file.endswith("-shm"):
+            continue
+        end = file[len("db_v9.mdb"):]
+        if name == "pwrite64":
+            data = re.search(r'"((?:\\x..)*)", \d+, (\d+)', rest)
+            operations.append(("w", end, int(data.group(2)), unescaped(data.group(1))))
+        elif name == "ftruncate":
+            operations.append(("t", end, int(re.search(r", (\d+)", rest).group(1)), b""))
+        elif name in ("fsync", "fdatasync"):
+            operations.append(("s", end, 0, b""))
+        elif name == "unlink":
+            operations.append(("u", end, 0, b""))
+    return operations
+
+
+def strace(output, *more):
+    return ["strace", "-f", "-y", "-xx", "-s", "70000", "-o", output, "-e", "trace=" + TRACED, *more]
+
+
+def apply(image, operation):
+    what, end, where, data = operation
+    if what == "u":
+        image.pop(end, None)
+        return
+    content = image.setdefault(end, bytearray())
+    size = where + len(data)
+    content.extend(bytes(max(0, size - len(content))))
+    if what == "w":
+        content[where:size] = data
+    elif what == "t":
+        del content[where:]
+
+
+def after_cut(base, operations, chance):
+    """The files after a power cut behind these operations: what no sync has reached is lost, kept in part or torn."""
+    image = {end: bytearray(content) for end, content in base.items()}
+    pending = []
+    for operation in operations:
+        what, end = operation[:2]
+        if what == "s":
+            for each in pending:
+                if each[1] == end:
+                    apply(image, each)
+            pending = [each for each in pending if each[1] != end]
+        elif what == "u":
+            pending = [each for each in pending if each[1] != end]
+            apply(image, operation)
+        elif what != "ack":
+            pending.append(operation)
+    how = chance.choice(("none", "prefix", "subset", "torn"))
+    if how == "prefix":
+        pending = pending[:chance.randrange(len(pending) + 1)]
+    elif how == "none":
+        pending = []
+    else:
+        pending = [each for each in pending if chance.random() < 0.5]
+    for what, end, where, data in pending:
+        if how == "torn" and what == "w" and len(data) > 512:
+            data = data[:512 * chance.randrange(len(data) // 512 + 1)]
+        apply(image, (what, end, where, data))
+    return image
+
+
+def try_cuts(base, operations, count, cuts, promised):
+    """Cuts at random moments. count(database) tells the events there; promised(operations before the cut) how many
+    there must be. Returns how many cuts damaged the file, and how many lost what was promised, and the greatest loss
+    of acknowledged events."""
+    chance = random.Random(1)
+    damaged = broken = 0
+    greatest = 0
+    with tempfile.TemporaryDirectory(prefix="pixmora-cut-") as folder:
+        for cut in range(cuts):
+            before = operations[:chance.randrange(len(operations) + 1)]
+            path = "%s/%d.mdb" % (folder, cut)
+            for end, content in after_cut(base, before, chance).items():
+                Path(path + end).write_bytes(content)
+            try:
+                database = sqlite3.connect(path)
+                damaged += not is_whole(database)
+                found = count(database)
+                database.close()
+            except sqlite3.DatabaseError:
+                damaged += 1
+                continue
+            broken += found < promised(before)
+            greatest = max(greatest, sum(each[0] == "ack" for each in before) - found)
+            for end in ("", "-wal", "-shm"):
+                Path(path + end).unlink(missing_ok=True)
+    return damaged, broken, greatest
+
+
+def files_of(database):
+    return {end: Path(database + end).read_bytes() for end in ("", "-wal") if os.path.exists(database + end)}
+
+
+def trace_visits(programs, thumbs):
+    """(files before, operations while serving): every picture's answer is the acknowledgement of an event."""
+    with contextlib.closing(Site(programs)) as site:
+        site.start()
+        ask_thumb(site)  # what the totals' first rows count is 1
+        base = files_of(site.database)
+        log = site.folder + "/trace"
+        with attached(site, log, strace(log)):
+            for number in range(thumbs):
+                if not ask_thumb(site, number):
+                    raise RuntimeError("no thumbnail")
+        site.kill()
+        return base, read_trace(log, lambda data: JPEG_HEAD in data)
+
+
+@contextlib.contextmanager
+def attached(site, log, words):
+    """strace at work on the site's process."""
+    tracer = subprocess.Popen([*words, "-p", str(site.pid())], stderr=subprocess.PIPE)
+    try:
+        if b"attached" not in tracer.stderr.readline():
+            raise RuntimeError("strace can't attach")
+        yield
+    finally:
+        tracer.send_signal(signal.SIGINT)
+        tracer.communicate()
+
+
+def acks_by_last_log_sync(operations):
+    """What a checkpoint or a sync of the log has carried to the disk. An event is in the log before its answer."""
+    last = max((i for i, each in enumerate(operations) if each[:2] == ("s", "-wal")), default=0)
+    return sum(each[0] == "ack" for each in operations[:last])
+
+
+def trace_owner(programs, users):
+    """(files before, operations of the owner's commands): the end of each command is the acknowledgement."""
+    with contextlib.closing(Site(programs)) as site:
+        base = files_of(site.database)
+        operations = []
+        for number in range(users):
+            log = "%s/trace" % site.folder
+            subprocess.run([*strace(log), site.programs + "/pixmoractl", "user", "add", "user%d" % number, "secret"],
+                           env=site.environment, check=True)
+            operations += read_trace(log, lambda _: False)
+            operations.append(("ack", None, 0, b""))
+        return base, operations
+
+
+def commits(operations):
+    """Frames of the log that end a transaction: 24 bytes of head with the database's size in them."""
+    return sum(each[:2] == ("w", "-wal") and len(each[3]) == 24 and each[3][4:8] != bytes(4) for each in operations)
+
+
+def d2(programs, results):
+    cuts = 400
+    base, operations = trace_visits(programs, 800)
+    damaged, broken, greatest = try_cuts(base, operations, lambda database: total(database, THUMBS) - 1, cuts,
+                                         acks_by_last_log_sync)
+    syncs = sum(each[:2] == ("s", "-wal") for each in operations)
+    results.add("D2", "power cuts while serving: database whole", cuts, "%d damaged" % damaged, "0", damaged == 0)
+    results.add("D2", "... and lost is at most what came behind the last checkpoint (%d of them)" % syncs, cuts,
+                "%d cuts lost more; greatest loss %d of 800" % (broken, greatest), "0 cuts", broken == 0 and syncs > 0)
+    serving = commits(operations)
+    slow = sum(each[0] == "s" for each in operations)
+    per_thousand = 1000 * slow / serving
+    results.add("D5", "syncs while serving", serving, "%.1f in 1,000 commits" % per_thousand, "<= 10",
+                per_thousand <= 10)
+
+    base, operations = trace_owner(programs, 40)
+    count = lambda database: database.execute("SELECT count(*) FROM Users").fetchone()[0]
+    everything = lambda before: sum(each[0] == "ack" for each in before)
+    damaged, broken, _ = try_cuts(base, operations, count, cuts, everything)
+    results.add("D2", "power cuts while the owner edits (pixmoractl): database whole, nothing lost", cuts,
+                "%d damaged, %d lost something" % (damaged, broken), "0, 0", damaged == broken == 0)
+    edits = commits(operations)
+    logSyncs = sum(each[:2] == ("s", "-wal") for each in operations)
+    fileSyncs = sum(each[:2] == ("s", "") for each in operations)
+    results.add("D5", "syncs of the owner's edits, one in each run of pixmoractl", edits,
+                "%d of the log, %d of the file at its closing" % (logSyncs, fileSyncs), "<= 1 a commit and 2 a closing",
+                logSyncs + fileSyncs <= edits + 2 * 40)
+
+
+# ---- D3
+
+@contextlib.contextmanager
+def small_disk(size):
+    """A file system of its own size on which the sites of this scope are made."""
+    folder = tempfile.mkdtemp(prefix="pixmora-disk-")
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "size=%d" % size, "none", folder], check=True)
+    usual, tempfile.tempdir = tempfile.tempdir, folder
+    try:
+        yield folder
+    finally:
+        tempfile.tempdir = usual
+        subprocess.run(["umount", "--lazy", folder], check=True)
+        os.rmdir(folder)
+
+
+def album_elsewhere():
+    folder = tempfile.mkdtemp(prefix="pixmora-album-")
+    for i in range(12):
+        Path(folder, "picture_%02d.bmp" % i).write_bytes(bitmap(shade=20 * i))
+    return folder
+
+
+def fill(folder):
+    """A ballast that takes all room."""
+    path = folder + "/ballast"
+    with open(path, "wb", buffering=0) as file:
+        with contextlib.suppress(OSError):
+            for size in (65536, 4096, 512):
+                with contextlib.suppress(OSError):
+                    while True:
+                        file.write(bytes(size))
+    return path
+
+
+def without_room(site, begin, end, row, how, results):
+    """Thumbnails before, in and after the time without room for what is counted."""
+    before = sum(ask_thumb(site, i) for i in range(20))
+    begin()
+    told_before = site.error_text()
+    asked = time.monotonic()
+    pages = 0
+    told_after = None
+    for i in range(50):
+        pages += ask_thumb(site, i) and b"</html>" in site.get("/") and b"</html>" in site.get("/ShowAlbumMedia?1&list&1")
+        if told_after is None and site.error_text() != told_before:
+            told_after = time.monotonic() - asked
+    said = site.error_text()[len(told_before):].strip().split("\n")
+    kept = total_running(site)
+    end()
+    after = sum(ask_thumb(site, i) for i in range(20))
+    now = total_running(site)
+    again = site.error_text()[len(told_before):].strip().split("\n")[len(said):]
+    alive = site.is_alive()
+    results.add(row, how + ": pages and pictures answered meanwhile", 150, pages * 3, "150", pages == 50)
+    results.add(row, "... the owner is told", 1, "after %.2f s: %s" % (told_after or -1, " / ".join(said)),
+                "<= 1 s, one line", told_after is not None and told_after <= 1 and len(said) == 1)
+    results.add(row, "... every event kept before is there", before, kept, ">= %d" % before, kept >= before)
+    results.add(row, "... and with room again it counts without a restart", after,
+                "%d more; %s" % (now - kept, " / ".join(again)), "20 more", alive and after == 20 == now - kept)
+
+
+def total_running(site):
+    rows = site.query("SELECT TotalCount FROM StatsTotal WHERE Stat=%d" % THUMBS)
+    return int(rows[0][0]) if rows else 0
+
+
+def d3(programs, results):
+    album = album_elsewhere()
+    errors = tempfile.mktemp(prefix="pixmora-stderr-")
+    ballast = []
+    try:
+        with small_disk(3 << 20) as disk, contextlib.closing(Site(programs, album=album)) as site:
+            site.errors = errors
+            site.start()
+            without_room(site, lambda: ballast.append(fill(disk)), lambda: os.unlink(ballast[0]), "D3", "disk full",
+                         results)
+            status = site.stop()
+            with copied(site.database) as base:
+                results.add("D3", "... stopped after it: exit status, database whole", 1,
+                            "%d, %s" % (status, is_whole(base)), "0, True", status == 0 and is_whole(base))
+    finally:
+        shutil.rmtree(album)
+        Path(errors).unlink(missing_ok=True)
+    with Site(programs) as site:
+        size = os.path.getsize(site.database + "-wal")
+        limit = lambda most: resource.prlimit(site.pid(), resource.RLIMIT_FSIZE, (most, resource.RLIM_INFINITY))
+        without_room(site, lambda: limit(max(size, os.path.getsize(site.database + "-wal"))),
+                     lambda: limit(resource.RLIM_INFINITY), "D3", "largest file size reached", results)
+
+
+# ---- D4
+
+def injected(log):
+    return Path(log).read_text().count("(INJECTED)") if os.path.exists(log) else 0
+
+
+def fail_while_serving(programs, job):
+    """One site; the Nth write of each round fails. An event whose write failed may be missing, no other."""
+    call, error, numbers = job
+    with contextlib.closing(Site(programs, limits=QUIET)) as site:
+        site.start()
+        log = site.folder + "/trace"
+        asked = hits = unanswered = 0
+        for number in numbers:
+            with attached(site, log, ["strace", "-f", "-o", log, "-e", "trace=" + call, "-e",
+                                      "inject=%s:error=%s:when=%d" % (call, error, number)]):
+                for i in range(10):
+                    asked += 1
+                    unanswered += not ask_thumb(site, i)
+            hits += injected(log)
+        alive = site.is_alive()
+        kept = site.query("SELECT count(*) FROM StatsRecent")[0][0]
+        status = site.stop()
+        with copied(site.database) as base:
+            whole = is_whole(base)
+    # Each picture is two events, itself and its kilobytes.
+    return {"rounds": len(numbers), "hits": hits, "crashes": int(not alive or status not in (0, 70)),
+            "unanswered": unanswered, "lost": max(0, 2 * asked - kept - hits), "damaged": int(not whole)}
+
+
+def fail_while_starting(programs, job):
+    """A start and a stop of which one call fails: it runs, or says why not; and the next start is whole."""
+    call, error, number = job
+    with contextlib.closing(Site(programs, limits=QUIET)) as site:
+        site.start()
+        thumbs = sum(ask_thumb(site, i) for i in range(5))
+        site.kill()
+        log = site.folder + "/trace"
+        site.command_prefix = ["strace", "-f", "-o", log, "-e", "trace=" + call, "-e",
+                               "inject=%s:error=%s:when=%d" % (call, error, number)]
+        try:
+            site.start()
+            thumbs += ask_thumb(site)
+            status = site.stop()
+        except RuntimeError:
+            status = site.process.wait(20)
+        hit = injected(log)
+        crashed = status not in (0, 1, 70) or (status != 0 and not site.error_text().strip())
+        site.command_prefix = []
+        with copied(site.database) as base:
+            whole, counted = is_whole(base), total(base, THUMBS)
+        site.start()
+        thumbs += ask_thumb(site)
+        lost = max(0, thumbs - total_running(site), thumbs - 1 - counted)
+    # One event may be the one whose write failed.
+    return {"hits": hit, "crashes": int(crashed), "lost": max(0, lost - hit), "damaged": int(not whole)}
+
+
+def sums(found, *names):
+    return [sum(each[name] for each in found) for name in names]
+
+
+def d4(programs, results):
+    for call, error in (("pwrite64", "ENOSPC"), ("pwrite64", "EIO")):
+        jobs = [(call, error, range(1 + lane, 201, 4)) for lane in range(4)]
+        found = in_lanes(functools.partial(fail_while_serving, programs), jobs, 4)
+        rounds, hits, crashes, unanswered, lost, damaged = sums(found, "rounds", "hits", "crashes", "unanswered", "lost",
+                                                                "damaged")
+        results.add("D4", "the Nth %s fails with %s while serving, N = 1 to 200" % (call, error), rounds,
+                    "%d met; %d crashes, %d unanswered, %d other events lost, %d damaged"
+                    % (hits, crashes, unanswered, lost, damaged), "0, 0, 0, 0",
+                    hits == rounds and crashes == unanswered == lost == damaged == 0)
+    for call, error, step in (("fdatasync", "EIO", 1), ("fsync", "EIO", 1), ("pwrite64", "ENOSPC", 4),
+                              ("pwrite64", "EIO", 4)):
+        found, first = [], 1
+        while not found or found[-1]["hits"]:  # until a whole start has none left to fail
+            numbers = [(call, error, number) for number in range(first, first + LANES * step, step)]
+            found += in_lanes(functools.partial(fail_while_starting, programs), numbers)
+            first += LANES * step
+        hits, crashes, lost, damaged = sums(found, "hits", "crashes", "lost", "damaged")
+        results.add("D4", "the Nth %s fails with %s in a start or stop, every N%s until none is left"
+                    % (call, error, "" if step == 1 else " of %d" % step), hits,
+                    "%d crashes, %d lost, %d damaged" % (crashes, lost, damaged), "0, 0, 0",
+                    hits > 0 and crashes == lost == damaged == 0)
+
+
+# ---- D6
+
+def d6(programs, results):
+    kills, chance = 500, random.Random(6)
+    with contextlib.closing(Site(programs)) as site:
+        control = [site.programs + "/pixmoractl", "set", "Setup", "ServerTitle"]
+        settings = next(Path(site.folder, "config").rglob("settings.ini"))
+        begun = time.monotonic()
+        for i in range(5):
+            subprocess.run([*control, "value 0"], env=site.environment, check=True)
+        usual = (time.monotonic() - begun) / 5
+        former = settings.read_text()
+        broken = changed = 0
+        for i in range(1, kills + 1):
+            process = subprocess.Popen([*control, "value %d" % i], env=site.environment)
+            time.sleep(chance.uniform(0, 1.2 * usual))
+            process.kill()
+            process.wait()
+            text = settings.read_text()
+            wanted = re.sub(r"(?m)^ServerTitle=.*$", "ServerTitle=value %d" % i, former)
+            changed += text == wanted
+            broken += text not in (former, wanted)
+            former = text
+    results.add("D6", "kill -9 of pixmoractl set at a random moment: the file is the old or the new one", kills,
+                "%d broken, %d new" % (broken, changed), "0 broken", broken == 0 and 0 < changed < kills)
+
+
+# ---- D7
+
+def damaged_files(programs):
+    """(name, {end of the file's name: content}) of each kind of damage."""
+    with contextlib.closing(Site(programs)) as site:
+        for i in range(20):
+            site.control("user", "add", "user%d" % i, "secret")
+        site.start()
+        for i in range(60):
+            ask_thumb(site, i)
+            site.get("/ShowDetails?1&count&/picture_%02d.bmp" % (i % 12))
+        site.kill()
+        withLog = files_of(site.database)
+        site.start()
+        site.stop()
+        whole = files_of(site.database)[""]
+    cases = [("bits", {"": flipped(whole, seed, 0.001)}) for seed in range(100)]
+    cases += [("bits of the log", {"": withLog[""], "-wal": flipped(withLog["-wal"], seed, 0.001)}) for seed in range(20)]
+    cases += [("cut short", {"": whole[:len(whole) * part // 10]}) for part in range(10)]
+    cases += [("no log", {"": withLog[""]}), ("all zeros", {"": bytes(len(whole))}), ("a text", {"": b"no database\n"})]
+    return cases
+
+
+PAGES = ["/", "/ShowStats", "/ShowPopular?thumbs", "/ShowAlbumMedia?1&thumbs&1", "/ShowAlbumDirList?1&thumbs&1&",
+         THUMB % 1, "/ShowDetails?1&count&/picture_02.bmp", "/ShowGraphic?webcam.gif"]
+
+
+def start_damaged(programs, case):
+    """One of "serves", "ends with words", or what went wrong."""
+    _, files = case
+    with contextlib.closing(Site(programs, limits=QUIET)) as site:
+        Path(site.database).unlink()
+        for end, content in files.items():
+            Path(site.database + end).write_bytes(content)
+        try:
+            site.start()
+        except RuntimeError:
+            status = site.process.wait(20)
+            if status not in (1, 70) or not site.error_text().strip():
+                return "ends with status %d" % status
+            return "ends with words" if os.path.getsize(site.database) == len(files[""]) or status == 70 else "file changed"
+        unanswered = [page for page in PAGES if site.is_alive() and not site.get(page)]
+        if not site.is_alive():
+            return "died while serving: " + site.error_text()[-100:].strip()
+        if unanswered:
+            return "no answer to " + unanswered[0]
+        status = site.stop()
+        return "serves" if status in (0, 70) else "stopped with %d" % status
+
+
+def d7(programs, results):
+    cases = damaged_files(programs)
+    found = in_lanes(functools.partial(start_damaged, programs), cases)
+    for kind in dict(cases):
+        outcomes = [outcome for case, outcome in zip(cases, found) if case[0] == kind]
+        counts = ", ".join("%d x %s" % (outcomes.count(each), each) for each in sorted(set(outcomes)))
+        good = all(each in ("serves", "ends with words") for each in outcomes)
+        results.add("D7", "damaged database (%s): serves, or says so and leaves the file" % kind, len(outcomes), counts,
+                    "nothing else", good)
+
+
+ROWS = {"D1": d1, "D2": d2, "D3": d3, "D4": d4, "D6": d6, "D7": d7}  # D5 comes with D2
+
+
+def main():
+    results = Results()
+    programs = programs_folder()
+    for name in sys.argv[2:] or ROWS:
+        ROWS[name](programs, results)
+    results.finish()
+
+
+if __name__ == "__main__":
+    main()
