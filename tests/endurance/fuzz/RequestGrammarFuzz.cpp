@@ -25,7 +25,7 @@ std::string DecodeSlowly(std::string text) {
 
 void CheckDecoding(std::string_view text) {
     const auto decoded = ResultOf([&] { return DecodeQuery(std::string(text)); });
-    constexpr std::size_t slowIsFastEnough = 512;
+    constexpr std::size_t slowIsFastEnough = 128;
     if (text.size() <= slowIsFastEnough) {
         REQUIRE(decoded == ResultOf([&] { return DecodeSlowly(std::string(text)); }));
     }

@@ -33,6 +33,7 @@ public:
             users->Set("Password", std::string("secret"));
             users->Update();
         }
+        Engine.Table("Users");  // the engine makes a table of its own for the first look
         sqlite3_set_authorizer(Engine.Handle(), Authorize, nullptr);
     }
 

@@ -19,10 +19,10 @@ import make_seeds  # noqa: E402
 from endurance import Results  # noqa: E402
 
 # The longest input of each, in bytes.
-LONGEST = {"RequestGrammar": 4096, "Login": 4096, "Statements": 1024, "Like": 1024, "StripTags": 4096, "Exif": 4608,
-           "IniFiles": 2048, "Pictures": 8192, "Movies": 16384}
+LONGEST = {"RequestGrammar": 2048, "Login": 2048, "Statements": 512, "Like": 512, "StripTags": 1024, "Exif": 4608,
+           "IniFiles": 1024, "Pictures": 8192, "Movies": 16384}
 MOST_MEGABYTES = 512
-MOST_FINDINGS = 20  # then a target's time is over
+MOST_ENDS = 20  # after so many findings a target's time is over
 # The sanitizer keeps freed memory back; of pictures that would count as the target's own.
 ENVIRONMENT = dict(os.environ, ASAN_OPTIONS="quarantine_size_mb=16:detect_leaks=1")
 
@@ -36,8 +36,8 @@ class Target:
         self.findings = os.path.join(work, "findings", name + "-")
         self.log = os.path.join(work, name + ".log")
         self.runs = self.megabytes = self.coverage = 0
-        self.crashes = []
-        self.timeouts = []
+        self.crashes = set()
+        self.timeouts = set()
         for folder in (self.corpus, os.path.dirname(self.findings)):
             os.makedirs(folder, exist_ok=True)
 
@@ -49,7 +49,7 @@ class Target:
         """The target ends at each finding and then begins anew, until the time is over."""
         end = time.monotonic() + seconds
         open(self.log, "w").close()
-        while len(self.crashes) + len(self.timeouts) < MOST_FINDINGS:
+        for _ in range(MOST_ENDS):
             left = int(end - time.monotonic() + 0.5)
             if left < 1:
                 return
@@ -61,7 +61,7 @@ class Target:
     def run_once(self, seconds, seed):
         """Gives the input that ended the run, or what else did; nothing when time did."""
         command = self.command(
-            "-max_total_time=%d" % seconds, "-seed=%d" % seed, "-max_len=%d" % LONGEST[self.name], "-len_control=20",
+            "-max_total_time=%d" % seconds, "-seed=%d" % seed, "-max_len=%d" % LONGEST[self.name],
             "-print_final_stats=1", "-dict=%s/%s.dict" % (HERE, self.name), "-reload=0", self.corpus, self.seeds)
         with open(self.log, "ab+") as log:
             start = log.tell()
@@ -84,12 +84,12 @@ class Target:
         """On a machine with other work a quick input can seem slow: a timeout counts when it is slow three times more,
         alone."""
         if not os.path.basename(finding).startswith(self.name + "-timeout-"):
-            self.crashes.append(finding)
+            self.crashes.add(finding)
             return
         again = [subprocess.run(self.command(finding), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                 env=ENVIRONMENT).returncode for _ in range(3)]
         if all(again):
-            self.timeouts.append(finding)
+            self.timeouts.add(finding)
         else:
             os.replace(finding, finding.replace("-timeout-", "-quick-when-alone-"))
 
@@ -105,7 +105,7 @@ def main():
     for name in names:
         target = Target(programs, work, name)
         target.run(seconds, seed)
-        for finding in target.crashes + target.timeouts:
+        for finding in sorted(target.crashes | target.timeouts):
             print("found: " + finding, file=sys.stderr, flush=True)
         seen = "%d crashes, %d timeouts, peak %d MB, coverage %d" % (
             len(target.crashes), len(target.timeouts), target.megabytes, target.coverage)
