@@ -2,86 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
 
-#include "platform/App.h"
-#include "platform/Files.h"
 #include "store/clsExif.h"
-#include "support/TempFolder.h"
+#include "support/ExifBlock.h"
+#include "support/ProgramFolder.h"
 
 namespace pixmora {
 
 namespace {
 
-struct Entry {
-    int tag;
-    int format;
-    std::uint32_t components;
-    int width;  ///< bytes of each number; 0 for the text
-    std::vector<std::uint32_t> numbers;
-    std::string text = {};
-};
-
-class BlockBuilder {
-public:
-    explicit BlockBuilder(bool isLittleEndian) : isLittleEndian_(isLittleEndian) {}
-
-    std::string Number(std::uint32_t value, int width) const {
-        std::string bytes;
-        for (int i = 0; i < width; ++i) {
-            bytes += static_cast<char>(value >> 8 * (isLittleEndian_ ? i : width - 1 - i));
-        }
-        return bytes;
-    }
-
-    /// A directory at the offset, with the values that don't fit their entries right behind it.
-    std::string Directory(std::uint32_t offset, const std::vector<Entry> &entries) const {
-        std::string directory = Number(static_cast<std::uint32_t>(entries.size()), 2);
-        std::string values;
-        const auto behind = offset + 2 + 12 * static_cast<std::uint32_t>(entries.size());
-        for (const Entry &entry : entries) {
-            std::string value = entry.text;
-            for (const std::uint32_t number : entry.numbers) value += Number(number, entry.width);
-            if (value.size() > 4) {
-                const std::string place = Number(behind + static_cast<std::uint32_t>(values.size()), 4);
-                values += value;
-                value = place;
-            }
-            value.resize(4, '\0');
-            directory += Number(static_cast<std::uint32_t>(entry.tag), 2) +
-                         Number(static_cast<std::uint32_t>(entry.format), 2) + Number(entry.components, 4) + value;
-        }
-        return directory + values;
-    }
-
-    /// The start of a JPEG file with an Exif block of these directories.
-    std::string File(const std::vector<Entry> &first, const std::vector<Entry> &camera) const {
-        std::vector<Entry> entries = first;
-        entries.push_back({34665, 4, 1, 4, {0}});
-        entries.back().numbers[0] = 8 + static_cast<std::uint32_t>(Directory(8, entries).size());
-        const std::string directory = Directory(8, entries);
-        return Head() + directory + Directory(8 + static_cast<std::uint32_t>(directory.size()), camera);
-    }
-
-    std::string Head() const {
-        const std::string order = isLittleEndian_ ? "II" : "MM";
-        return std::string("\xFF\xD8\xFF\xE1\1\0Exif\0\0", 12) + order + Number(42, 2) + Number(8, 4);
-    }
-
-private:
-    bool isLittleEndian_;
-};
-
 const std::vector<Entry> usual = {{272, 2, 9, 0, {}, "Acme Snap"}, {282, 5, 1, 4, {72, 1}}};
 const std::vector<Entry> usualCamera = {{36867, 2, 19, 0, {}, "2004:03:01 14:05:09"}, {40962, 3, 1, 2, {1600}}};
 
-struct TextCase {
-    const char *name;
-    Entry entry;
-    std::string text;
-};
-
-const TextCase textCases[] = {
+const std::tuple<const char *, Entry, std::string> textCases[] = {
     {"byte", {5001, 1, 1, 1, {200}}, "200"},
     {"short", {274, 3, 1, 2, {60000}}, "60000"},
     {"long", {5001, 4, 1, 4, {4000000000}}, "4000000000"},
@@ -117,9 +50,6 @@ const TextCase textCases[] = {
 
 class ExifTest : public testing::Test {
 protected:
-    ExifTest() { App::SetPath(ProgramPath(folder.Path())); }
-    ~ExifTest() override { App::SetPath(""); }
-
     clsExif Read(const std::string &bytes) const {
         std::filesystem::remove(folder.Path("a.jpg"));
         clsExif exif;
@@ -127,17 +57,17 @@ protected:
         return exif;
     }
 
-    TempFolder folder;
+    ProgramFolder folder;
 };
 
 }  // namespace
 
 TEST_F(ExifTest, TurnsEachFormatIntoText) {
     for (const bool isLittleEndian : {false, true}) {
-        for (const TextCase &row : textCases) {
-            const clsExif exif = Read(BlockBuilder(isLittleEndian).File({}, {row.entry}));
+        for (const auto &[name, entry, text] : textCases) {
+            const clsExif exif = Read(BlockBuilder(isLittleEndian).File({}, {entry}));
             EXPECT_EQ(exif.IntelByteAlignment(), isLittleEndian);
-            EXPECT_EQ(exif.GetTagData(row.entry.tag), row.text) << row.name << isLittleEndian;
+            EXPECT_EQ(exif.GetTagData(entry.tag), text) << name << isLittleEndian;
         }
     }
 }
@@ -154,6 +84,9 @@ TEST_F(ExifTest, ListsBothDirectories) {
     EXPECT_EQ(exif.MetaInfo(7, text), 0u);
     EXPECT_EQ(text, "Tag 7 not found.");
     EXPECT_EQ(clsExif::GetTagName(7), "Tag #7");
+    // Without a camera's directory "MM" is a count, and the first entry begins with the mark 42.
+    const BlockBuilder builder(false);
+    EXPECT_EQ(Read(builder.Head() + builder.Directory(8, usual)).GetTagData(42), "0");
 }
 
 TEST_F(ExifTest, SaysWhyThereIsNothing) {
@@ -205,12 +138,6 @@ TEST_F(ExifTest, ShipsWordsForTheFormsOfText) {
     EXPECT_EQ(exif.GetTagData(272), "Acme Snap");
     EXPECT_EQ(exif.GetTagData(36867), "2004:03:01 14:05:09");
     EXPECT_EQ(exif.GetTagData(40962), "1600");
-}
-
-TEST_F(ExifTest, ReadsTheBlocksHeadWithoutACamerasDirectory) {
-    const BlockBuilder builder(false);
-    // "MM" is then a count, and the first entry begins with the mark 42.
-    EXPECT_EQ(Read(builder.Head() + builder.Directory(8, usual)).GetTagData(42), "0");
 }
 
 TEST_F(ExifTest, TakesFilesThatEndAnywhere) {

@@ -2,25 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
-
 #include "platform/RunTimeError.h"
 #include "support/OpenStore.h"
-#include "support/RawDatabase.h"
 
 namespace pixmora {
 
 namespace {
 
-class PopularityTest : public testing::Test {
+class PopularityTest : public testing::Test, protected OpenStore {
 protected:
-    std::string Ask(const std::string &sql) const { return RunSql(store.FilePath(), sql); }
-
-    OpenStore store;
     AlbumDirectoryLookup directoryOf = [this](const std::string &album) -> std::optional<std::string> {
         if (album != "Zoo" && album != "Alps") return std::nullopt;
-        return ProgramPath(store.folder.Path(album));
+        return ProgramPath(folder.Path(album));
     };
 };
 
@@ -44,9 +37,9 @@ TEST_F(PopularityTest, CountsOnTheFirstOfTwoEqualRows) {
 }
 
 TEST_F(PopularityTest, DropsFilesThatAreGoneAmongTheMostViewed) {
-    store.folder.Write("Zoo/here.jpg");
-    store.folder.Write("Alps/both.jpg");
-    store.folder.Write("Zoo/it's.jpg");
+    folder.Write("Zoo/here.jpg");
+    folder.Write("Alps/both.jpg");
+    folder.Write("Zoo/it's.jpg");
     std::string rows =
         "('Zoo', '\\here.jpg', 900), ('Zoo', '\\both.jpg', 800), ('Zoo', '\\it%39s.jpg', 700), "
         "('Nobody', '\\gone.jpg', 600), ('Alps', '\\both.jpg', 1), ('Zoo', '\\low.jpg', 2)";
@@ -58,7 +51,7 @@ TEST_F(PopularityTest, DropsFilesThatAreGoneAmongTheMostViewed) {
 }
 
 TEST_F(PopularityTest, DropsDirectoriesThatAreGone) {
-    store.folder.MakeFolder("Zoo/lions");
+    folder.MakeFolder("Zoo/lions");
     Ask("INSERT INTO PopularDirs VALUES ('Zoo', '\\', 9), ('Zoo', '\\lions', 8), ('Zoo', '\\bears', 7), "
         "('Zoo', '\\apes', 6)");
     TidyPopularDirs(directoryOf, 3);
@@ -66,11 +59,7 @@ TEST_F(PopularityTest, DropsDirectoriesThatAreGone) {
 }
 
 TEST(Paths, AreCutAtTheirLastSeparator) {
-    const struct {
-        const char *path;
-        const char *last;
-        const char *parent;
-    } cases[] = {
+    const std::tuple<const char *, const char *, const char *> cases[] = {
         {"\\a\\b.jpg", "b.jpg", "\\a\\"},
         {"/a/b.jpg", "b.jpg", "/a/"},
         {"\\b.jpg", "b.jpg", "\\"},
@@ -80,9 +69,9 @@ TEST(Paths, AreCutAtTheirLastSeparator) {
         {"\\a\\", "", "\\a\\"},
         {"", "", ""},
     };
-    for (const auto &each : cases) {
-        EXPECT_EQ(LastPathPart(each.path), each.last) << each.path;
-        EXPECT_EQ(ParentPath(each.path), each.parent) << each.path;
+    for (const auto &[path, last, parent] : cases) {
+        EXPECT_EQ(LastPathPart(path), last) << path;
+        EXPECT_EQ(ParentPath(path), parent) << path;
     }
 }
 

@@ -4,17 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <string>
 #include <utility>
 #include <vector>
 
-#include "platform/App.h"
-#include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "store/Globals.h"
+#include "support/ProgramFolder.h"
 #include "support/RawDatabase.h"
-#include "support/TempFolder.h"
 
 namespace pixmora {
 
@@ -24,11 +20,7 @@ constexpr char typeLetters[] = "TLIBDF";  // in the order of FieldType
 
 class SchemaTest : public testing::Test {
 protected:
-    SchemaTest() { App::SetPath(ProgramPath(folder.Path())); }
-    ~SchemaTest() override {
-        gDatabase = nullptr;
-        App::SetPath("");
-    }
+    ~SchemaTest() override { gDatabase = nullptr; }
 
     std::string Path(int version) const { return folder.Path("db_v" + std::to_string(version) + ".mdb"); }
     std::string Ask(const std::string &sql) const { return RunSql(Path(9), sql); }
@@ -91,7 +83,7 @@ protected:
         EXPECT_EQ(Ask("SELECT AlbumName, Description, DateCreated FROM Albums"), "Zoo||2004-03-01\n");
     }
 
-    TempFolder folder;
+    ProgramFolder folder;
 };
 
 }  // namespace

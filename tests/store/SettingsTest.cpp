@@ -4,11 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/App.h"
-#include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "store/clsRegistry.h"
-#include "support/TempFolder.h"
+#include "support/ProgramFolder.h"
 
 namespace pixmora {
 
@@ -21,15 +19,7 @@ constexpr Registry::Root user = Registry::Root::CurrentUser;
 
 class SettingsTest : public testing::Test {
 protected:
-    SettingsTest() {
-        Registry::SetFilePath(folder.Path("settings.ini"));
-        App::SetPath(ProgramPath(folder.Path()));
-    }
-    ~SettingsTest() override {
-        Registry::SetFilePath("");
-        App::SetPath("");
-    }
-    TempFolder folder;
+    ProgramFolder folder;
 };
 
 TEST_F(SettingsTest, HaveTheDefaultOfTheCall) {
@@ -38,20 +28,17 @@ TEST_F(SettingsTest, HaveTheDefaultOfTheCall) {
     EXPECT_EQ(GetSettingNumber("Setup", "ListenPort", 8080), 8080);
     SaveSetting("setup", "LISTENPORT", "81");
     EXPECT_EQ(GetSettingNumber("Setup", "ListenPort", 8080), 81);
+    for (const char *text : {"three", ""}) {
+        SaveSetting("Setup", "ListenPort", text);
+        EXPECT_THROW(GetSettingNumber("Setup", "ListenPort", 8080), RunTimeError) << text;
+    }
     DeleteSetting("Setup", "ListenPort");
     EXPECT_EQ(GetSettingNumber("Setup", "ListenPort", 8080), 8080);
     EXPECT_TRUE(
         Registry::KeyExists(user, "Software\\VB and VBA Program Settings\\Pixmora! Digital Media Software\\Setup"));
 }
 
-TEST_F(SettingsTest, RefuseATextForANumber) {
-    SaveSetting("Setup", "FilesPerRow", "three");
-    EXPECT_THROW(GetSettingNumber("Setup", "FilesPerRow", 3), RunTimeError);
-    SaveSetting("Setup", "FilesPerRow", "");
-    EXPECT_THROW(GetSettingNumber("Setup", "FilesPerRow", 3), RunTimeError);
-}
-
-TEST_F(SettingsTest, MoveFromTheFormerName) {
+TEST_F(SettingsTest, MoveFromTheFormerNameAndSortMethod) {
     Registry::SetValue(user, former + "\\Setup", "ServerTitle", std::string("Old title"));
     Registry::SetValue(user, former + "\\Setup", "SortMethod", std::string("3"));
     Registry::SetValue(user, former + "\\AlbumIDs", "Holiday", std::int64_t{7});
@@ -62,12 +49,7 @@ TEST_F(SettingsTest, MoveFromTheFormerName) {
     EXPECT_EQ(GetSetting("AlbumIDs", "Holiday"), "7");
     EXPECT_EQ(GetSetting("Setup", "SortMethod"), "2");
     EXPECT_FALSE(Registry::KeyExists(user, former));
-}
 
-TEST_F(SettingsTest, RetireTheSortMethodAtEveryStart) {
-    SaveSetting("Setup", "SortMethod", "3");
-    MigrateSettings();
-    EXPECT_EQ(GetSetting("Setup", "SortMethod"), "2");
     SaveSetting("Setup", "SortMethod", "1");
     MigrateSettings();
     EXPECT_EQ(GetSetting("Setup", "SortMethod"), "1");

@@ -7,17 +7,13 @@
 #include "platform/Clock.h"
 #include "platform/RunTimeError.h"
 #include "support/OpenStore.h"
-#include "support/RawDatabase.h"
 
 namespace pixmora {
 
 namespace {
 
-class StatisticsTest : public testing::Test {
+class StatisticsTest : public testing::Test, protected OpenStore {
 protected:
-    std::string Ask(const std::string &sql) const { return RunSql(store.FilePath(), sql); }
-
-    OpenStore store;
     ClockSetForTest clock{5000000, MakeDate(2004, 3, 1, 23, 59, 30)};
 };
 
