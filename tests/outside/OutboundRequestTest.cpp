@@ -45,7 +45,7 @@ private:
 
 }  // namespace
 
-class OutboundRequest : public OutsideFixture {};
+using OutboundRequest = OutsideFixture;
 
 TEST_F(OutboundRequest, SendsThePathAsItStands) {
     const std::string address = service.Base().substr(7);
@@ -71,12 +71,7 @@ TEST_F(OutboundRequest, AsksNobodyForAnAddressThatLeadsNowhere) {
 }
 
 TEST_F(OutboundRequest, CutsTheHead) {
-    struct Case {
-        const char *name;
-        std::string answer;
-        std::string page;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, std::string, std::string> cases[] = {
         {"head and body", "HTTP/1.0 200 OK\r\nA: b\r\n\r\nbody", "body"},
         {"any status will do", "HTTP/1.0 404 Not Found\r\n\r\nmissing", "missing"},
         {"only the first blank line counts", "HTTP/1.0 200 OK\r\n\r\none\r\n\r\ntwo", "one\r\n\r\ntwo"},
@@ -85,14 +80,14 @@ TEST_F(OutboundRequest, CutsTheHead) {
         {"bytes of any value", std::string("\r\n\r\n\0\xFF", 6), std::string("\0\xFF", 2)},
     };
     const Tick start = GetTickCount();
-    for (const Case &c : cases) {
-        service.OnRequest = [&](Winsock &visitor, const std::string &) {
+    for (const auto &[name, answer, page] : cases) {
+        service.OnRequest = [bytes = answer](Winsock &visitor, const std::string &) {
             visitor.OnSendComplete = [&visitor] {
                 visitor.Close();
             };
-            visitor.SendData(c.answer);
+            visitor.SendData(bytes);
         };
-        EXPECT_EQ(GetWebPage(service.Base() + "/"), c.page) << c.name;
+        EXPECT_EQ(GetWebPage(service.Base() + "/"), page) << name;
     }
     service.OnRequest = [](Winsock &visitor, const std::string &) {
         visitor.Close();
@@ -127,7 +122,7 @@ TEST_F(OutboundRequest, WaitsForTheFirstByteAndForTheEnd) {
     EXPECT_THAT(TakeWaited(), AllOf(Ge(1000), Le(5000))) << "never closed";
 }
 
-TEST_F(OutboundRequest, GoesOnWhileSomethingComes) {
+TEST_F(OutboundRequest, GoesOnWhileSomethingComesUpToAMegabyte) {
     Timer timer;
     int pieces = 0;
     service.OnRequest = [&](Winsock &visitor, const std::string &) {
@@ -140,9 +135,6 @@ TEST_F(OutboundRequest, GoesOnWhileSomethingComes) {
         timer.SetEnabled(true);
     };
     EXPECT_EQ(GetWebPage(service.Base() + "/"), "piece piece piece piece piece ");
-}
-
-TEST_F(OutboundRequest, HoldsAMegabyteAtMost) {
     service.OnRequest = [](Winsock &visitor, const std::string &) {
         visitor.SendData("\r\n\r\n" + std::string(3 * LongestAnswer, 'x'));
     };

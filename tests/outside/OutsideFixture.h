@@ -8,29 +8,22 @@
 
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/App.h"
 #include "platform/Clock.h"
-#include "platform/Files.h"
 #include "platform/MessageLoop.h"
-#include "platform/Registry.h"
 #include "support/PlayedService.h"
-#include "support/TempFolder.h"
+#include "support/ProgramFolder.h"
 
 namespace pixmora {
 
 class OutsideFixture : public testing::Test {
 protected:
     OutsideFixture() {
-        App::SetPath(ProgramPath(folder.Path()));
-        Registry::SetFilePath(folder.Path("settings.ini"));
         gSystray = std::make_unique<frmSystray>();
         gOnlineTimer = std::make_unique<clsTimer>();
     }
     ~OutsideFixture() override {
         gOnlineTimer.reset();
         gSystray.reset();
-        Registry::SetFilePath("");
-        App::SetPath("");
     }
 
     /// Sets the clock at its present tick: from here on, waits in which nothing happens are over at once.
@@ -56,7 +49,7 @@ protected:
         watch.SetEnabled(true);
     }
 
-    TempFolder folder;
+    ProgramFolder folder;
     PlayedService service;
     std::optional<ClockSetForTest> clock;
     Tick clockStart = 0;

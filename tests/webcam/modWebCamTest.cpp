@@ -7,13 +7,11 @@
 
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/App.h"
 #include "platform/Clock.h"
-#include "platform/Files.h"
-#include "platform/Registry.h"
 #include "store/Settings.h"
+#include "support/Pictures.h"
+#include "support/ProgramFolder.h"
 #include "support/ScriptedOwner.h"
-#include "support/TempFolder.h"
 
 namespace pixmora {
 
@@ -24,10 +22,9 @@ const std::string notConnected =
     "Unable to connect to capture driver! Please connect your webcam to your computer. Webcam will be disabled!";
 const std::string deviceError = "Device Error! Either your webcam is not supported or is not plugged in.";
 
-/// A bitmap of 24 bits a pixel, 4 by 2, all of one shade.
+/// 4 by 2 pixels, dark or light.
 std::string Bitmap(char shade) {
-    std::string bytes("BM\x4E\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x04\0\0\0\x02\0\0\0\x01\0\x18\0", 30);
-    return bytes + std::string(24, '\0') + std::string(24, shade);
+    return test::BitmapFile(4, 2).substr(0, 54) + std::string(24, shade);
 }
 
 struct PlayedDevice {
@@ -69,8 +66,6 @@ public:
 class Webcam : public testing::Test {
 protected:
     Webcam() {
-        App::SetPath(ProgramPath(folder.Path()));
-        Registry::SetFilePath(folder.Path("settings.ini"));
         folder.MakeFolder("htdocs");
         SaveSetting("Setup", "Webcam", "1");
         gSystray = std::make_unique<frmSystray>();
@@ -84,8 +79,6 @@ protected:
         SetCaptureDrivers(nullptr);
         gPictureEngine.reset();
         gSystray.reset();
-        Registry::SetFilePath("");
-        App::SetPath("");
     }
 
     /// Ticks until the device is asked for a still, at most 200.
@@ -101,13 +94,17 @@ protected:
     }
     std::string Jpeg() const { return folder.Read("htdocs/capture.jpg"); }
 
-    TempFolder folder;
+    ProgramFolder folder;
     ClockSetForTest clock{500000, MakeDate(2004, 3, 1)};
     PlayedDrivers drivers;
     ScriptedOwner owner;
 };
 
-TEST_F(Webcam, StaysOffUnlessWanted) {
+TEST_F(Webcam, StaysOffUnlessWantedAndThere) {
+    owner.ExpectMessage(notConnected, critical);
+    StartWebcam();
+    EXPECT_FALSE(gSystray->tmrWebCam.Enabled());
+    EXPECT_EQ(gCaptureDevice, nullptr);
     drivers.Devices[0];
     for (const char *setting : {"0", "2"}) {
         SaveSetting("Setup", "Webcam", setting);
@@ -117,15 +114,7 @@ TEST_F(Webcam, StaysOffUnlessWanted) {
     }
 }
 
-TEST_F(Webcam, IsMissedOnceAtTheStart) {
-    owner.ExpectMessage(notConnected, critical);
-    StartWebcam();
-    EXPECT_FALSE(gSystray->tmrWebCam.Enabled());
-    EXPECT_EQ(gCaptureDevice, nullptr);
-    StopWebcam();
-}
-
-TEST_F(Webcam, HasItsFirstStillAtTheStart) {
+TEST_F(Webcam, HasItsFirstStillAtTheStartAndCountsDownToTheNext) {
     drivers.Devices[0];
     drivers.Devices[1];
     SaveSetting("Setup", "WebcamSource", "1");
@@ -142,40 +131,28 @@ TEST_F(Webcam, HasItsFirstStillAtTheStart) {
     EXPECT_EQ(gPictureEngine->Width(), 150) << "also a smaller still is scaled";
     EXPECT_EQ(gPictureEngine->Height(), 75);
     EXPECT_EQ(TicksToTheNextStill(), 6);
+    SaveSetting("Setup", "CaptureInterval", "120");
+    EXPECT_EQ(TicksToTheNextStill(), 6) << "the round that has begun ends first";
+    EXPECT_EQ(TicksToTheNextStill(), 120);
     StopWebcam();
     EXPECT_FALSE(gSystray->tmrWebCam.Enabled());
     EXPECT_FALSE(drivers.Devices[0].IsConnected);
 }
 
-TEST_F(Webcam, CountsDownItsInterval) {
-    drivers.Devices[0];
-    SaveSetting("Setup", "CaptureInterval", "1");
-    StartWebcam();
-    EXPECT_EQ(TicksToTheNextStill(), 1);
-    SaveSetting("Setup", "CaptureInterval", "120");
-    EXPECT_EQ(TicksToTheNextStill(), 1) << "the round that has begun ends first";
-    EXPECT_EQ(TicksToTheNextStill(), 120);
-}
-
-TEST_F(Webcam, ShowsTheNewestStill) {
+TEST_F(Webcam, ShowsTheNewestStillOrTheFormerWhenACaptureFails) {
     drivers.Devices[0];
     StartWebcam();
     const std::string first = Jpeg();
     drivers.Devices[0].Still = Bitmap('\xC0');
     TicksToTheNextStill();
-    EXPECT_NE(Jpeg(), first);
     EXPECT_EQ(gLastCaptureTick, 530000);
-}
-
-TEST_F(Webcam, KeepsTheFormerStillWhenACaptureFails) {
-    drivers.Devices[0];
-    StartWebcam();
     const std::string former = Jpeg();
+    EXPECT_NE(former, first);
     for (const char *still : {"", "no picture"}) {
         drivers.Devices[0].Still = still;
         TicksToTheNextStill();
         EXPECT_EQ(Jpeg(), former) << still;
-        EXPECT_EQ(gLastCaptureTick, 500000) << still;
+        EXPECT_EQ(gLastCaptureTick, 530000) << still;
     }
     // A folder in the bitmap's place can be neither removed nor replaced.
     drivers.Devices[0].Still = Bitmap('\x40');
