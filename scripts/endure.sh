@@ -1,0 +1,75 @@
+#!/usr/bin/env bash
+# What the system survives, measured: endure.sh runs every script of tests/endurance and the fuzz targets, and keeps their rows in
+# docs/endurance.md. endure.sh --only NAME [ROW...] runs one of them (store, requests, fuzz ...), and leaves the document alone.
+# Exit status 1 when a row isn't met. ENDURE_SOAK_MINUTES: how long the soak lasts, by default 5, 30 before a release.
+# ENDURE_FUZZ_SECONDS: for each fuzz target, by default 60. ENDURE_PROGRAMS: a folder of built programs, instead of building them.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+export ENDURE_SOAK_MINUTES=${ENDURE_SOAK_MINUTES:-5}
+fuzz_seconds=${ENDURE_FUZZ_SECONDS:-60}
+programs=${ENDURE_PROGRAMS:-build/release/bin}
+
+build() {
+  scripts/install-packages build run endure
+  [ -z "${ENDURE_PROGRAMS:-}" ] || return 0
+  cmake --preset release >/dev/null
+  cmake --build --preset release --target pixmorad pixmoractl
+}
+
+# run NAME [ROW...]: prints its rows.
+run() {
+  if [ "$1" = fuzz ]; then
+    scripts/fuzz "$fuzz_seconds"
+  else
+    python3 "tests/endurance/$1.py" "$programs" "${@:2}"
+  fi
+}
+
+if [ "${1:-}" = --only ]; then
+  [ $# -ge 2 ] || { echo "usage: endure.sh [--only NAME [ROW...]]" >&2; exit 2; }
+  build >&2
+  run "${@:2}"
+  exit
+fi
+
+build
+rows=$(mktemp)
+trap 'rm -f "$rows"' EXIT
+# A script that ends before its time leaves a row of its own, so that nothing is missing unseen.
+record() {
+  local status=0 before after
+  before=$(wc -l <"$rows")
+  run "$1" | tee -a "$rows" || status=${PIPESTATUS[0]}
+  after=$(wc -l <"$rows")
+  if [ "$status" -gt 1 ] || [ "$after" -eq "$before" ] || { [ "$status" -eq 1 ] && ! tail -n "+$((before + 1))" "$rows" | grep -q 'NOT MET$'; }; then
+    printf -- '-\t%s\t1\tended with %s\tends with its rows\tNOT MET\n' "$1" "$status" | tee -a "$rows"
+  fi
+}
+
+started=$SECONDS
+for script in tests/endurance/*.py; do
+  [ ! -x "$script" ] || record "$(basename "$script" .py)"
+done
+record fuzz
+minutes=$(((SECONDS - started + 59) / 60))
+
+memory=$(awk '/^MemTotal/ { printf "%.0f GB", $2 / 1048576 }' /proc/meminfo)
+changed=$(git diff --quiet HEAD -- . ':!docs' && echo "" || echo ", with changes")
+{
+  echo "# Endurance"
+  echo
+  echo "What was done to the system, how often, and what was seen. Rows of the same name belong together: D what is stored, H what is"
+  echo "asked, I what pictures and movies hold, L load and slow clients, R coming back. A number in \"wanted\" is a limit."
+  echo
+  echo "- Date: $(date -u +%Y-%m-%d), $minutes minutes"
+  echo "- Machine: $(nproc) cores ($(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -1)), $memory, Linux $(uname -r), Debian $(cat /etc/debian_version)"
+  echo "- Command: \`ENDURE_SOAK_MINUTES=$ENDURE_SOAK_MINUTES ENDURE_FUZZ_SECONDS=$fuzz_seconds scripts/endure.sh\`"
+  echo "- Commit: $(git rev-parse --short HEAD)$changed"
+  echo "- Result: $(grep -c $'\tmet$' "$rows" || true) of $(wc -l <"$rows") rows met"
+  echo
+  echo "| Row | What was done | Times | Seen | Wanted | Met |"
+  echo "|---|---|---|---|---|---|"
+  sort -t $'\t' -s -k 1,1V "$rows" | sed -e 's/|/\\|/g' -e 's/</\&lt;/g' -e 's/\t/ | /g' -e 's/^/| /' -e 's/$/ |/'
+} >docs/endurance.md
+echo "docs/endurance.md is written."
+! grep -q $'\tNOT MET$' "$rows"
