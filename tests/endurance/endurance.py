@@ -95,6 +95,7 @@ class Site:
             if line.startswith(b"http://"):
                 break
         else:
+            watchdog.cancel()
             raise RuntimeError("pixmorad did not start: %r %r" % (said, self.error_text()[-500:]))
         watchdog.cancel()
         threading.Thread(target=self.process.stdout.read, daemon=True).start()
