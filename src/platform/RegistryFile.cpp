@@ -12,6 +12,7 @@ namespace pixmora::Registry {
 namespace {
 
 constexpr std::string_view doubleWordMark = "dword:";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 int HexadecimalValue(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -140,7 +141,6 @@ void SetValue(Key &key, std::string_view name, const Value &value) {
 }
 
 Tree ReadTree(std::string_view text) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     Tree tree;
     Key *key = nullptr;
@@ -154,6 +154,8 @@ Tree ReadTree(std::string_view text) {
 
 std::string WriteTree(const Tree &tree) {
     std::string text;
+    // A mark that begins a line would be taken for the file's own.
+    if (!tree.Preamble.empty() && tree.Preamble.front().starts_with(byteOrderMark)) text = "\n";
     for (const std::string &line : tree.Preamble) text += line + "\n";
     for (const Key &key : tree.Keys) {
         if (!text.empty()) text += "\n";

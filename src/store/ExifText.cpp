@@ -44,8 +44,8 @@ enum Tag : std::int64_t {
 
 constexpr std::array<int, 13> componentSizes = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8};
 
-/// The longest list of numbers in the standard has six.
-constexpr std::int64_t maximumRationals = 32;
+/// The longest list of numbers in the standard has six. Each costs a damaged file's reader time.
+constexpr std::int64_t maximumRationals = 12;
 
 struct Quotient {
     double Numerator = 0;

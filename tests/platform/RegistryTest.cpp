@@ -153,6 +153,14 @@ TEST_F(RegistryTest, SurvivesHandEditing) {
         FileText(),
         "; my settings\n\n[HKCU\\A]\nPort=83\nno equals sign\n# a remark\nBad=%zz%4\n[HKCU\\B\nNumber=dword:many\n"
         "\n[Elsewhere]\nx=1\n");
+
+    // The byte order mark of a file that was joined to another isn't this file's own.
+    WriteFile("\n\xEF\xBB\xBF; joined\n[HKCU\\A]\nx=1\n");
+    for (const char *value : {"2", "3"}) {
+        Registry::SetValue(user, "A", "x", std::string(value));
+        Reread();
+    }
+    EXPECT_EQ(FileText(), "\n\xEF\xBB\xBF; joined\n\n[HKCU\\A]\nx=3\n");
 }
 
 }  // namespace pixmora
