@@ -19,7 +19,7 @@ import make_seeds  # noqa: E402
 from endurance import Results  # noqa: E402
 
 # The longest input of each, in bytes.
-LONGEST = {"RequestGrammar": 2048, "Login": 2048, "Statements": 512, "Like": 512, "StripTags": 1024, "Exif": 4608,
+LONGEST = {"RequestGrammar": 1024, "Login": 1024, "Statements": 512, "Like": 512, "StripTags": 1024, "Exif": 4608,
            "IniFiles": 1024, "Pictures": 8192, "Movies": 16384}
 MOST_MEGABYTES = 512
 MOST_ENDS = 20  # after so many findings a target's time is over
