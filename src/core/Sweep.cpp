@@ -7,6 +7,7 @@
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
 #include "outside/CentralService.h"
+#include "platform/Memory.h"
 #include "platform/Numbers.h"
 #include "store/RecordKeeping.h"
 #include "store/Settings.h"
@@ -43,6 +44,7 @@ void HandleConnectionsTick() {
     SweepTransfers();
     // What a power cut could take is thus a minute of counts at most.
     KeepRecord(Record::Checkpoint, [] { gDatabase->Checkpoint(); });
+    ReturnFreeMemory();
     // Last, because it waits for the central service, and the sweep does not.
     if (isReportDue) SendPing();
 }
