@@ -11,6 +11,8 @@ HELP = b"GET /ShowHelp HTTP/1.0\r\n\r\n"
 MOVIE_HEAD = b"Content-Type: application/octet-stream\r\nPragma: no-cache\r\nContent-Length: %d\r\n\r\n"
 IDLE_TIMEOUT = 10  # s, in place of the usual 60, so that a run sees it happen
 STALL_LIMIT = 90  # s: a transfer that stands still falls to the sweep of the minute after its 20 s
+SWEEP_INTERVAL = 60  # s
+KEPT_KB = 8192  # what may stay of a rush in memory
 PAGES = ["/", "/ShowHelp", "/ShowStats", "/ShowAlbum?1&thumbs&1", "/ShowAlbumMedia?1&thumbs&1", "/ShowAlbumMedia?1&list&1",
          "/ShowAlbumDirList?1&thumbs&1&", "/ShowPopular?thumbs", "/ShowDetails?1&nocount&/picture_01.bmp"]
 
@@ -210,13 +212,16 @@ def read_slowly(programs, results, what, target, growth_limit_kb, drop_limit):
                             pass
                 time.sleep(0.1)
             crowd.close()
-        time.sleep(1.5)
-        left = site.descriptors() - before
-        seen = "memory %+d kB at the most, %+d kB afterwards; all dropped after %s; %s; %d descriptors left" % (
-            most - resident, site.resident_kb() - resident, "%.0f s" % took if took else "never", probe.text(), left)
-        wanted = "memory +%d kB at the most, all dropped in %d s, p99 250 ms, 0 descriptors left" % (growth_limit_kb, drop_limit)
-        met = (most - resident <= growth_limit_kb and took is not None and took <= drop_limit and probe.p99() <= 250
-               and not probe.failures and left <= 0)
+        begun = time.monotonic()
+        while site.resident_kb() - resident > KEPT_KB and time.monotonic() - begun < SWEEP_INTERVAL + 5:
+            time.sleep(0.5)
+        kept, left = site.resident_kb() - resident, site.descriptors() - before
+        seen = "memory %+d kB at the most, %+d kB after %.0f s more; all dropped after %s; %s; %d descriptors left" % (
+            most - resident, kept, time.monotonic() - begun, "%.0f s" % took if took else "never", probe.text(), left)
+        wanted = "memory +%d kB at the most, +%d kB a minute later, all dropped in %d s, p99 250 ms, 0 descriptors left" % (
+            growth_limit_kb, KEPT_KB, drop_limit)
+        met = (most - resident <= growth_limit_kb and kept <= KEPT_KB and took is not None and took <= drop_limit
+               and probe.p99() <= 250 and not probe.failures and left <= 0)
         results.add("L3", what, count, seen, wanted, met)
 
 
