@@ -32,7 +32,7 @@ namespace {
 constexpr double pauseSeconds = 0.5;
 constexpr int popularDirsPerRow = 5;
 /// Visitors wait while the message loop waits for another program's lock. ms
-constexpr int lockWaitServing = 200;
+constexpr int lockWaitServing = 150;
 
 /// The root folder of the running website's album of that name, by way of its number.
 std::optional<std::string> DirectoryOfAlbum(const std::string &albumName) {

@@ -132,5 +132,5 @@ def decoded(jpeg):
 
 def movie(path, *options):
     """Two seconds of a test picture, by ffmpeg; the path's end says in what kind of file."""
-    subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", "testsrc=duration=2:size=160x120:rate=15", "-f",
+    subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", "testsrc=duration=2:size=160x120:rate=25", "-f",
                     "lavfi", "-i", "sine=duration=2", *options, path], check=True, stdin=subprocess.DEVNULL)
