@@ -69,13 +69,17 @@ private:
 };
 
 /// Waits until the last conversion is long enough past. Requests that wait inside each other's wait finish the last one
-/// first.
-void WaitForTurn() {
+/// first. A visitor who goes leaves the queue: a stranger's requests would else pile up on the stack until it ends.
+/// @return whether it is the visitor's turn
+bool WaitForTurn(const Connection &socket) {
     const std::int32_t spacing = GetSettingNumber("Setup", "ConversionSpacing", defaultSpacing);
     DoEvents();
-    while (GetTickCount() <= AddLong(gLastConversionTick, spacing))
+    while (GetTickCount() <= AddLong(gLastConversionTick, spacing)) {
+        if (socket->State() != SocketState::Connected) return false;
         WaitUntilTick(AddLong(AddLong(gLastConversionTick, spacing), 1));
+    }
     gLastConversionTick = GetTickCount();
+    return true;
 }
 
 void CountPicture(std::string_view mode, const clsAlbum &album) {
@@ -144,7 +148,7 @@ void clsWebServerCommands::genShowPicture(const Connection &socket, const Argume
     if (!address) return SendIgnoringErrors(socket, "Bad Request");
     if (!IsPictureName(address->LinkPath)) return SendIgnoringErrors(socket, "Not a Valid Picture!");
     const std::string path = VisitorFilePath(address->Album->Directory, address->LinkPath);
-    WaitForTurn();
+    if (!WaitForTurn(socket)) return;
     if (!FileExists(path)) return SendIgnoringErrors(socket, "Picture Not Found!");
     Deliver(socket, *address, path);
     DoEvents();

@@ -22,6 +22,9 @@ constexpr int unhandledErrorStatus = 70;
 /// costs a stranger 30 bytes, and each one served inside another's DoEvents costs a kilobyte of stack.
 constexpr int deepestDoEvents = 16;
 
+/// And before a wait for a moment just sleeps: a waiting picture and what is nested in it cost some 2 KB of stack.
+constexpr int deepestWait = 512;
+
 std::function<void(const RunTimeError &)> unhandledErrorHandler;
 std::optional<int> quitStatus;
 
@@ -64,6 +67,10 @@ void WaitUntilTick(Tick moment) {
         static_cast<std::int32_t>(static_cast<std::uint32_t>(moment) - static_cast<std::uint32_t>(GetTickCount()));
     if (ms <= 0) {
         DoEvents();
+        return;
+    }
+    if (nesting.Depth() > deepestWait) {
+        SleepBlocking(ms);
         return;
     }
     QTimer alarm;

@@ -15,8 +15,8 @@ namespace pixmora {
 void DoEvents();
 
 /// Sleeps in the loop until something has happened or the moment has come, whichever is first; other handlers run
-/// inside it. Never spins the processor. With a clock set by a test and nothing pending, the clock moves to the moment
-/// at once.
+/// inside it, save some hundred turns deep on the stack. Never spins the processor. With a clock set by a test and
+/// nothing pending, the clock moves to the moment at once.
 void WaitUntilTick(Tick moment);
 
 /// Sleeps without running any event. @param ms milliseconds. Returns at once when a test has set the clock (and moves

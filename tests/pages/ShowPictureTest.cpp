@@ -1,5 +1,4 @@
 // Tests of picture delivery.
-#include <gtest/gtest.h>
 
 #include "support/PageFixture.h"
 #include "support/Pictures.h"
@@ -30,17 +29,6 @@ protected:
     const std::string imageHead_ = WriteResponseHead("image/jpeg", true);
 };
 
-TEST_F(ShowPictureTest, AnswersWhatItCantDeliver) {
-    const clsAlbum &album = AddAlbum("A");
-    for (const char *name : {"a.jpg", "a.jpeg", "../secret.jpg"}) AddFile(album, name);
-    for (const char *args : {"", "1&thumb", "one&thumb&/a.jpg", "0&thumb&/a.jpg", "2&thumb&/a.jpg"})
-        EXPECT_EQ(Picture(args), "Bad Request") << args;
-    for (const char *args : {"1&thumb&/a.jpeg", "1&full&/x"}) EXPECT_EQ(Picture(args), "Not a Valid Picture!") << args;
-    for (const char *args : {"1&thumb&/b.jpg", "1&full&/../secret.jpg", "1&full&/a.jpg%00.jpg"})
-        EXPECT_EQ(Picture(args), "Picture Not Found!") << args;
-    EXPECT_EQ(Column("StatsTotal", "Stat"), "");
-}
-
 TEST_F(ShowPictureTest, ConvertsToTheSizeAndQualityOfTheMode) {
     const clsAlbum &album = AddAlbum("A");
     AddFile(album, "wide.BMP", BitmapFile(1000, 40));
@@ -55,6 +43,7 @@ TEST_F(ShowPictureTest, ConvertsToTheSizeAndQualityOfTheMode) {
     EXPECT_EQ(gThumbsSession, 3);
     EXPECT_EQ(Column("StatsDaily", "AlbumName") + Column("StatsDaily", "Thumbs"), "A3");
     EXPECT_EQ(Folder(), "small.bmp|wide.BMP");
+    EXPECT_EQ(Program.Read("albums/A/small.bmp"), BitmapFile(20, 10));
     gThumbQuality = 95 * 4096;
     EXPECT_GT(Picture("1&thumb&/wide.BMP").size(), coarse.size());
 }
@@ -95,36 +84,56 @@ TEST_F(ShowPictureTest, KeepsConversionsApart) {
     EXPECT_EQ(gLastConversionTick, 1002903);
 }
 
-TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstAndSurvivesALostVisitor) {
+TEST_F(ShowPictureTest, KeepsItsTemporaryFileFromWhatRunsMeanwhile) {
+    AddFile(AddAlbum("A"), "a.bmp", BitmapFile(1000, 500));
+    std::set<std::string> seen;
+    Timer others;
+    others.OnTimer = [&] {
+        seen.insert(Folder());
+    };
+    others.SetInterval(1);
+    others.SetEnabled(true);
+    EXPECT_EQ(WidthOf(Picture("1&thumb&/a.bmp")), 150);
+    EXPECT_EQ(seen, std::set<std::string>{"a.bmp"});
+}
+
+TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
     const clsAlbum &album = AddAlbum("A");
     for (const char *name : {"outer.bmp", "inner.bmp"}) AddFile(album, name, BitmapFile(300, 10));
-    gLastConversionTick = GetTickCount();
+    for (const bool goes : {false, true}) {
+        SCOPED_TRACE(goes);
+        const Tick begun = GetTickCount();
+        gLastConversionTick = begun;
 
-    // The inner request arrives while the outer one waits; its visitor is gone before the answer.
-    const std::shared_ptr<Winsock> listener = Winsock::Create();
-    const Connection inner = Winsock::Create();
-    listener->OnConnectionRequest = [&](int requestId) {
-        inner->Accept(requestId);
-    };
-    listener->SetLocalPort(0);
-    listener->Listen();
-    Client visitor(listener->LocalPort());
-    ASSERT_TRUE(TurnUntil([&] { return inner->State() == SocketState::Connected; }));
-    Tick innerDone = 0;
-    inner->OnDataArrival = [&](std::size_t) {
-        visitor.Reset();
-        gWebServerCommands->genShowPicture(inner, {"1", "thumb", "/inner.bmp"});
-        innerDone = GetTickCount();
-    };
+        // The inner request arrives while the outer one waits.
+        const std::shared_ptr<Winsock> listener = Winsock::Create();
+        const Connection inner = Winsock::Create();
+        listener->OnConnectionRequest = [&](int requestId) {
+            inner->Accept(requestId);
+        };
+        listener->Listen();
+        Client visitor(listener->LocalPort());
+        ASSERT_TRUE(TurnUntil([&] { return inner->State() == SocketState::Connected; }));
+        Tick innerDone = 0;
+        inner->OnDataArrival = [&](std::size_t) {
+            if (goes) {
+                visitor.Reset();
+                TurnUntil([&] { return inner->State() != SocketState::Connected; });
+            }
+            gWebServerCommands->genShowPicture(inner, {"1", "thumb", "/inner.bmp"});
+            innerDone = GetTickCount();
+        };
 
-    const std::string answer = Answer([&](const Connection &socket) {
-        visitor.Send("GET");
-        gWebServerCommands->genShowPicture(socket, {"1", "thumb", "/outer.bmp"});
-    });
-    EXPECT_EQ(WidthOf(answer), 150);
-    EXPECT_EQ(innerDone, 1000501);
-    EXPECT_EQ(GetTickCount(), 1001002);
-    EXPECT_EQ(Folder(), "inner.bmp|outer.bmp");
+        const std::string answer = Answer([&](const Connection &socket) {
+            visitor.Send("GET");
+            gWebServerCommands->genShowPicture(socket, {"1", "thumb", "/outer.bmp"});
+        });
+        EXPECT_EQ(WidthOf(answer), 150);
+        EXPECT_EQ(innerDone - begun, goes ? 0 : 501) << "nobody's picture is not waited for";
+        EXPECT_EQ(GetTickCount() - begun, goes ? 501 : 1002);
+        EXPECT_EQ(Folder(), "inner.bmp|outer.bmp");
+    }
+    EXPECT_EQ(gThumbsSession, 3);
 }
 
 }  // namespace

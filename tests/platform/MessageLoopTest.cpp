@@ -70,6 +70,24 @@ TEST(MessageLoop, HandlersThatTurnTheLoopDoNotPileUpWithoutEnd) {
     EXPECT_LE(deepest, 16);
 }
 
+TEST(MessageLoopWait, NestsToAnEndToo) {
+    const Tick end = GetTickCount() + 300;
+    int left = 5000;
+    int depth = 0;
+    int deepest = 0;
+    std::function<void()> handler = [&] {
+        if (--left <= 0) return;
+        deepest = std::max(deepest, ++depth);
+        QTimer::singleShot(0, handler);
+        WaitThrough(end);
+        --depth;
+    };
+    handler();
+    while (left > 0) DoEvents();
+    EXPECT_GT(deepest, 300) << "as many as a site has visitors";
+    EXPECT_LT(deepest, 600);
+}
+
 TEST(MessageLoopWait, EndsWithTheFirstEventOrTheMoment) {
     Timer timer;
     int ticks = 0;
