@@ -16,8 +16,10 @@ namespace {
 
 constexpr int unhandledErrorStatus = 70;
 
-/// The desktop's own threads are to inherit this, so that only the message loop takes the signals.
-void HoldTerminationSignals() {
+/// The desktop's own threads are to inherit this, so that only the message loop takes the signals. A file at the size
+/// that the system allows is a full disk, and no reason to end.
+void PrepareSignals() {
+    std::signal(SIGXFSZ, SIG_IGN);
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
@@ -35,7 +37,7 @@ std::string CommandLine(int argc, char **argv) {
 }  // namespace
 
 int main(int argc, char **argv) {
-    HoldTerminationSignals();
+    PrepareSignals();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pixmora"));
     QApplication::setDesktopFileName(QStringLiteral("pixmora"));
