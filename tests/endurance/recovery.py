@@ -160,7 +160,7 @@ def read_only_places(programs, results):
                     served and site.is_alive() and len(said) == 1 and said[0].startswith("Unable to save the time"))
 
 
-# ---- L: a database that another program has locked
+# ---- lock: a database that another program has locked
 
 def locked(programs, results):
     seconds = 70
@@ -191,15 +191,15 @@ def locked(programs, results):
         again = total_running(site) - kept - counted_meanwhile
         waits.sort()
         lost = new_lines(site, before)[len(said):]
-        results.add("L", "database locked by another program for %d s: visitors answered" % seconds, asked, answered, asked,
+        results.add("D3", "database locked by another program for %d s: visitors answered" % seconds, asked, answered, asked,
                     answered == asked and counted_meanwhile == 0)
-        results.add("L", "... the longest wait for an answer, which is the loop's", asked,
+        results.add("D3", "... the longest wait for an answer, which is the loop's", asked,
                     "longest %.0f ms, median %.1f ms" % (waits[-1] * 1000, waits[len(waits) // 2] * 1000), "<= 250 ms",
                     waits[-1] <= 0.25)
-        results.add("L", "... the owner is told", 1, "after %.2f s, %d lines: %s" % (told_after or -1, len(said), said[0]
+        results.add("D3", "... the owner is told", 1, "after %.2f s, %d lines: %s" % (told_after or -1, len(said), said[0]
                     if said else ""), "<= 1 s, one a minute for counts and one for the log",
                     told_after is not None and told_after <= 1 and 2 <= len(said) <= 3)
-        results.add("L", "... unlocked it counts again without a restart", after, "%d more; %s" % (again, " / ".join(lost)),
+        results.add("D3", "... unlocked it counts again without a restart", after, "%d more; %s" % (again, " / ".join(lost)),
                     "20 more", after == again == 20 and site.is_alive())
         with sqlite3.connect(site.database, isolation_level=None, timeout=10) as other:
             other.execute("BEGIN EXCLUSIVE")
@@ -207,7 +207,7 @@ def locked(programs, results):
             status = site.stop()
             took = time.monotonic() - begun
             other.execute("ROLLBACK")
-        results.add("L", "... stopped while it is locked: exit status, and the counts kept", 1,
+        results.add("D3", "... stopped while it is locked: exit status, and the counts kept", 1,
                     "%d after %.1f s, %d" % (status, took, total_running(site)), "0 <= 5 s, %d" % (kept + 20),
                     status == 0 and took <= 5 and total_running(site) == kept + 20)
 
@@ -231,7 +231,7 @@ def short_locks(programs, results):
         load.wait()
         with copied(site.database) as base:
             counted = total(base, THUMBS)
-        results.add("L", "locks of 50 ms by another program under load: every event counted", locks,
+        results.add("D3", "locks of 50 ms by another program under load: every event counted", locks,
                     "%d of %d counted, %d lines said" % (counted, load.answered + 1, len(said)), "all, silent",
                     load.answered + 1 <= counted and not said)
 
@@ -246,7 +246,7 @@ def lock(programs, results):
     locked(programs, results)
 
 
-ROWS = {"R1": r1, "R3": r3, "L": lock}
+ROWS = {"R1": r1, "R3": r3, "lock": lock}
 
 
 def main():
