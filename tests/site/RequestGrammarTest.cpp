@@ -5,6 +5,7 @@
 
 #include "platform/RunTimeError.h"
 #include "platform/Text.h"
+#include "support/ProcessorTime.h"
 
 namespace pixmora {
 namespace {
@@ -27,6 +28,8 @@ const TextCase queries[] = {
     {"UTF-8 stays two bytes", "%C3%A9", "\xC3\xA9"},
     {"escaped NUL", "a%00b", std::string("a\0b", 3)},
     {"an escape that another one completes", "%41%2%41", "A&"},
+    {"chains of escaped percents, the longer one later", "%2541%252541%41", "AAA"},
+    {"a digit made before its percent", "%41%25%41", "A\n"},
 };
 
 TEST(DecodeQuery, TurnsSymbolsBackAndRefusesWhatIsNoEscape) {
@@ -34,7 +37,13 @@ TEST(DecodeQuery, TurnsSymbolsBackAndRefusesWhatIsNoEscape) {
     for (const char *text : {"%", "abc%", "%zz", "%4g", "% 1", "%-1", "%25", "%%41"}) {
         EXPECT_THROW(DecodeQuery(text), RunTimeError) << text;
     }
-    EXPECT_EQ(DecodeQuery("%" + RepeatString("25", 20000) + "41"), "A") << "and soon";
+}
+
+TEST(DecodeQuery, EndsSoonOnTheWorstThatOneArrivalHolds) {
+    const std::string text = "%" + RepeatString("25", 16000) + "41" + RepeatString("%41", 10800);
+    const double start = test::ProcessorSeconds();
+    EXPECT_EQ(DecodeQuery(text), std::string(10801, 'A'));
+    EXPECT_LT(test::ProcessorSeconds() - start, 0.2);
 }
 
 TEST(LinkParts, SurviveTheQuerysDecodingAndTheirOwn) {

@@ -39,8 +39,29 @@ char EscapedCharacter(std::string_view digits) {
     return static_cast<char>(code);
 }
 
+/// Replaces what stands at the position, and everything like it behind.
 void ReplaceFrom(std::string &text, std::size_t position, const std::string &from, char to) {
-    while ((position = text.find(from, position)) != std::string::npos) text.replace(position++, from.size(), 1, to);
+    text.replace(position, std::string::npos, Replace(text.substr(position), from, std::string(1, to)));
+}
+
+/// How many times in a row "25" stands at the position, at most `limit`.
+std::size_t CountPercentCodes(std::string_view text, std::size_t position, std::size_t limit) {
+    std::size_t count = 0;
+    while (count < limit && text.substr(position + 2 * count, 2) == "25") ++count;
+    return count;
+}
+
+/// All the rounds in which the "%" at the position is an escaped "%" again, at once: each would take one "25" away
+/// behind every "%". Round by round, 64 KB of "%252525" and other escapes would hold the loop for seconds.
+void DecodePercents(std::string &text, std::size_t position) {
+    const std::size_t rounds = CountPercentCodes(text, position + 1, text.size());
+    std::string decoded;
+    decoded.reserve(text.size() - position);
+    for (std::size_t i = position; i < text.size(); ++i) {
+        decoded += text[i];
+        if (text[i] == '%') i += 2 * CountPercentCodes(text, i + 1, rounds);
+    }
+    text.replace(position, std::string::npos, decoded);
 }
 
 std::string WithoutLineEnds(std::string_view text) {
@@ -84,7 +105,12 @@ std::string DecodeQuery(std::string text) {
     std::size_t position = 0;
     while ((position = text.find('%', position)) != std::string::npos) {
         const std::string escape = text.substr(position, 3);
-        ReplaceFrom(text, position, escape, EscapedCharacter(std::string_view(escape).substr(1)));
+        const char character = EscapedCharacter(std::string_view(escape).substr(1));
+        if (character == '%') {
+            DecodePercents(text, position);
+        } else {
+            ReplaceFrom(text, position, escape, character);
+        }
     }
     return Replace(Replace(Replace(std::move(text), "+", " "), "**", " "), "*", "&");
 }
