@@ -1,6 +1,8 @@
 // Who may see which directory.
 #include "store/Protection.h"
 
+#include <algorithm>
+#include <span>
 #include <vector>
 
 #include "platform/Text.h"
@@ -10,6 +12,12 @@
 namespace pixmora {
 
 namespace {
+
+/// Bytes. The system opens no longer path, so nothing further down is there to protect; a visitor's path of 64 KB has
+/// prefixes of a gigabyte.
+constexpr std::size_t longestDirectory = 4096;
+/// The engine bounds the terms of one condition.
+constexpr std::size_t levelsAskedAtOnce = 100;
 
 bool HasRows(const std::string &statement) {
     return !gDatabase->OpenRecordset(statement, RecordsetType::Snapshot)->Eof();
@@ -23,13 +31,14 @@ std::vector<std::string> DirectoryPrefixes(std::string_view directory) {
     for (std::size_t i = 1; i < parts.size(); ++i) {
         if (parts[i].empty()) continue;
         prefix += "\\" + parts[i];
+        if (prefix.size() > longestDirectory) break;
         prefixes.push_back(prefix);
     }
     return prefixes;
 }
 
 /// The rows of any of the directories, asked for at once: listings ask about each of their entries.
-std::string RightsStatement(const std::string &albumName, const std::vector<std::string> &directories) {
+std::string RightsStatement(const std::string &albumName, std::span<const std::string> directories) {
     std::vector<std::string> tests;
     tests.reserve(directories.size());
     for (const std::string &directory : directories) tests.push_back("SubDir=" + QuotedText(ProtectionKey(directory)));
@@ -51,7 +60,13 @@ bool IsRestrictedName(std::string_view name) {
 }
 
 bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory) {
-    if (HasRows(RightsStatement(AlbumByNumber(album)->Name, DirectoryPrefixes(directory)))) return true;
+    const std::string albumName = AlbumByNumber(album)->Name;
+    const std::vector<std::string> levels = DirectoryPrefixes(directory);
+    for (std::span<const std::string> rest = levels; !rest.empty();) {
+        const std::size_t count = std::min(rest.size(), levelsAskedAtOnce);
+        if (HasRows(RightsStatement(albumName, rest.first(count)))) return true;
+        rest = rest.subspan(count);
+    }
     return IsRestrictedName(name);
 }
 
@@ -67,9 +82,9 @@ bool CanViewDir(std::string_view user, std::int32_t album, std::string_view dire
     const FieldValue isAdministrator = account->Value("Admin");
     if (!IsNull(isAdministrator) && AsBoolean(isAdministrator)) return true;
     // Deliberate: a right reaches exactly the directory that it was given for, nothing below it.
-    if (HasRows(RightsStatement(AlbumByNumber(album)->Name, {std::string(directory)}) +
-                " and Username=" + QuotedText(user)))
-        return true;
+    const std::string exact(directory);
+    const std::string rights = RightsStatement(AlbumByNumber(album)->Name, {&exact, 1});
+    if (HasRows(rights + " and Username=" + QuotedText(user))) return true;
     message = "Login is correct but you do not have permission to view this directory!";
     return false;
 }
