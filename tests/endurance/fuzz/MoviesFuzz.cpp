@@ -28,8 +28,8 @@ private:
 
 void Check(std::string_view bytes) {
     const MovieFacts facts = ProbeMovie(GivenBytes(bytes));
-    REQUIRE(facts.Frames >= 0 && facts.LengthMs >= 0 && facts.Width >= 0 && facts.Height >= 0);
-    REQUIRE(facts.HasPicture == (facts.Width > 0 && facts.Height > 0));
+    REQUIRE(facts.Frames >= 0 && facts.LengthMs >= 0);
+    REQUIRE(!facts.HasPicture || (facts.Width > 0 && facts.Height > 0));
 }
 
 }  // namespace
