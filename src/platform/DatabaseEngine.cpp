@@ -69,7 +69,10 @@ void DatabaseEngine::RaiseLastError() const {
 
 int DatabaseEngine::WaitForLock(void *engine, int tries) {
     auto &self = *static_cast<DatabaseEngine *>(engine);
-    if (tries * pauseBetweenTries >= self.LockWait) self.hasWaitedInVain_ = true;
+    // A pause on a busy machine is longer than asked for, so the time is taken and not the tries counted.
+    const auto now = std::chrono::steady_clock::now();
+    if (tries == 0) self.waitBegun_ = now;
+    if (now - self.waitBegun_ >= std::chrono::milliseconds(self.LockWait)) self.hasWaitedInVain_ = true;
     if (self.hasWaitedInVain_) return 0;
     sqlite3_sleep(pauseBetweenTries);
     return 1;

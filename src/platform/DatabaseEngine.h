@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -90,6 +91,7 @@ private:
     sqlite3 *handle_ = nullptr;
     StatementCache statements_;
     std::uint64_t uses_ = 0;
+    std::chrono::steady_clock::time_point waitBegun_;
     bool hasWaitedInVain_ = false;
     std::unordered_map<std::string, TablePointer> tables_;  ///< by name in lower case
     std::vector<OpenReader *> readers_;
