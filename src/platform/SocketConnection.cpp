@@ -18,7 +18,7 @@ namespace {
 
 /// How much the network may hold that it has not yet sent. Without it the kernel takes megabytes for a slow reader and
 /// then, for minutes, nothing; a movie's chunks would stop although they move.
-constexpr int unsentLimit = 32768;
+constexpr int unsentLimit = 131072;
 
 /// Answers are written whole or in chunks that must not wait for each other's acknowledgement.
 void SetUpSending(int number) {

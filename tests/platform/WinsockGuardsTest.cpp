@@ -175,7 +175,7 @@ TEST(WinsockGuards, SlowReadersAreFedInSmallPortions) {
     EXPECT_LE(sent, 512U * 1024) << "in the network's buffers for somebody who takes nothing";
     EXPECT_LE(server.Elements[0]->BytesWaiting(), 1024U);
     for (int i = 0; i < 4; ++i) {
-        client.WaitForBytes(client.Receive().size() + 64 * 1024);
+        client.WaitForBytes(client.Receive().size() + 128 * 1024);
         EXPECT_TRUE(grows()) << "the next chunks may not wait for the reader to take a megabyte";
     }
 }
