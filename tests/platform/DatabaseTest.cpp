@@ -83,12 +83,8 @@ TEST_F(DatabaseTest, IsAPlainFileOfTheEngine) {
 }
 
 TEST_F(DatabaseTest, ConvertsValuesToTheFieldsTypeOrRefusesThem) {
-    const struct {
-        const char *name;
-        FieldType type;
-        FieldValue given;
-        std::variant<FieldValue, ErrorNumber> outcome;
-    } cases[] = {
+    const std::tuple<const char *, FieldType, FieldValue, std::variant<FieldValue, ErrorNumber>> cases[] = {
+        // name, type of the field, given, outcome
         {"text to Long", FieldType::Long, " 12 ", FieldValue(std::int64_t{12})},
         {"half to even", FieldType::Long, 2.5, FieldValue(std::int64_t{2})},
         {"Boolean to Long", FieldType::Long, true, FieldValue(std::int64_t{1})},
@@ -104,14 +100,14 @@ TEST_F(DatabaseTest, ConvertsValuesToTheFieldsTypeOrRefusesThem) {
         {"no date", FieldType::Date, "soon", ErrorNumber::TypeMismatch},
     };
     const auto database = Create();
-    for (const auto &each : cases) {
-        database->CreateTable("T", {{"F", each.type}});
-        const auto error = ErrorOf([&] { Add(*database, each.given); });
-        if (const auto *number = std::get_if<ErrorNumber>(&each.outcome)) {
-            EXPECT_EQ(error, CodeOf(*number)) << each.name;
+    for (const auto &[name, type, given, outcome] : cases) {
+        database->CreateTable("T", {{"F", type}});
+        const auto error = ErrorOf([&, value = given] { Add(*database, value); });
+        if (const auto *number = std::get_if<ErrorNumber>(&outcome)) {
+            EXPECT_EQ(error, *number) << name;
         } else {
             const auto rows = database->OpenRecordset("T", RecordsetType::Table);
-            EXPECT_EQ(rows->Value(0), std::get<FieldValue>(each.outcome)) << each.name;
+            EXPECT_EQ(rows->Value(0), std::get<FieldValue>(outcome)) << name;
         }
         database->DeleteTable("T");
     }
@@ -127,8 +123,8 @@ TEST_F(DatabaseTest, ChangesTablesWithTheirRows) {
     const auto rows = database->OpenRecordset("T", RecordsetType::Table);
     EXPECT_EQ(AsLong(rows->Value(0)), 7);
     EXPECT_EQ(database->Fields("T").back().Name, "C");
-    EXPECT_EQ(ErrorOf([&] { database->DeleteField("T", "B"); }), CodeOf(ErrorNumber::ItemNotFound));
-    EXPECT_EQ(ErrorOf([&] { database->DeleteTable("U"); }), CodeOf(ErrorNumber::ItemNotFound));
+    EXPECT_EQ(ErrorOf([&] { database->DeleteField("T", "B"); }), ErrorNumber::ItemNotFound);
+    EXPECT_EQ(ErrorOf([&] { database->DeleteTable("U"); }), ErrorNumber::ItemNotFound);
 }
 
 TEST_F(DatabaseTest, RefusesFilesThatItCannotUse) {
@@ -136,7 +132,7 @@ TEST_F(DatabaseTest, RefusesFilesThatItCannotUse) {
     for (const std::string &bytes : {std::string(), std::string(5000, 'x')}) {
         folder.Write("test.mdb", bytes);
         EXPECT_EQ(Complaint(), "file is not a database");
-        EXPECT_EQ(ErrorOf([&] { Create(); }), CodeOf(ErrorNumber::DatabaseError));
+        EXPECT_EQ(ErrorOf([&] { Create(); }), ErrorNumber::DatabaseError);
         EXPECT_EQ(folder.Read("test.mdb"), bytes);
     }
     std::filesystem::remove(Path());
@@ -163,11 +159,11 @@ TEST_F(DatabaseTest, WaitsForAnotherProgramsLockOnceUntilAChangeGotThrough) {
     for (int lock = 0; lock < 2; ++lock) {
         sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
         const auto begun = std::chrono::steady_clock::now();
-        EXPECT_EQ(ErrorOf([&] { Transaction transaction(*database); }), CodeOf(ErrorNumber::DatabaseFailure));
+        EXPECT_EQ(ErrorOf([&] { Transaction transaction(*database); }), ErrorNumber::DatabaseFailure);
         const auto waited = std::chrono::steady_clock::now() - begun;
         EXPECT_GE(waited, std::chrono::milliseconds(100));
         for (int i = 0; i < 20; ++i) {
-            EXPECT_EQ(ErrorOf([&] { Add(*database, i); }), CodeOf(ErrorNumber::DatabaseFailure));
+            EXPECT_EQ(ErrorOf([&] { Add(*database, i); }), ErrorNumber::DatabaseFailure);
         }
         EXPECT_LT(std::chrono::steady_clock::now() - begun - waited, std::chrono::milliseconds(20 * 100 / 2));
         EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->RecordCount(), lock) << "reading goes on";
@@ -194,7 +190,7 @@ TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
     const auto database = Open();
     EXPECT_TRUE(database->OpenRecordset("U", RecordsetType::Table)->Eof());
     const auto rows = database->OpenRecordset("T", RecordsetType::Table);
-    EXPECT_EQ(ErrorOf([&] { rows->Eof(); }), CodeOf(ErrorNumber::DatabaseFailure));
+    EXPECT_EQ(ErrorOf([&] { rows->Eof(); }), ErrorNumber::DatabaseFailure);
 }
 
 TEST_F(DatabaseTest, MakesAScopesChangesTogetherOrNotAtAll) {
@@ -227,7 +223,7 @@ TEST_F(DatabaseTest, MakesAScopesChangesTogetherOrNotAtAll) {
     }
     EXPECT_EQ(kept(), "1,3\n");
     EXPECT_FALSE(database->TableExists("U"));
-    EXPECT_EQ(ErrorOf([&] { database->OpenRecordset("U", RecordsetType::Table); }), CodeOf(ErrorNumber::ItemNotFound));
+    EXPECT_EQ(ErrorOf([&] { database->OpenRecordset("U", RecordsetType::Table); }), ErrorNumber::ItemNotFound);
 }
 
 TEST_F(DatabaseTest, LetsOthersReadAndWriteWhileRecordsetsAreOpen) {

@@ -18,8 +18,8 @@ namespace {
 using testing::ElementsAre;
 using namespace std::string_literals;
 
-constexpr int notFound = CodeOf(ErrorNumber::FileNotFound);
-constexpr int accessError = CodeOf(ErrorNumber::PathFileAccessError);
+constexpr ErrorNumber notFound = ErrorNumber::FileNotFound;
+constexpr ErrorNumber accessError = ErrorNumber::PathFileAccessError;
 
 std::vector<std::string> NamesIn(std::string_view path) {
     std::vector<std::string> names;
@@ -119,24 +119,18 @@ TEST(Walk, OfNoDirectoryHasNoEntries) {
     }
 }
 
-TEST(BinaryFiles, ReadInPieces) {
-    const TempFolder folder;
-    const std::string bytes = "\0\xFF\r\n\x1A"s + std::string(3 * 1024 * 1024, 'x') + "end";
-    const auto file = BinaryFile::OpenForRead(folder.Write("x", bytes));
-    EXPECT_EQ(file->Length(), static_cast<std::int64_t>(bytes.size()));
-    EXPECT_EQ(file->Read(5), "\0\xFF\r\n\x1A"s);
-    EXPECT_EQ(file->Read(0), "");
-    EXPECT_EQ(file->ReadAll(), bytes.substr(5));
-    EXPECT_EQ(file->Read(1024), "");
-}
-
-TEST(BinaryFiles, RefuseWhatIsNoFile) {
+TEST(BinaryFiles, ReadInPiecesAndRefuseWhatIsNoFile) {
     const TempFolder folder;
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
     EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path("none")); }), notFound);
     EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Write("x") + "/y"); }), notFound);
     EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path()); }), accessError);
     EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path("pipe")); }), accessError) << "and does not wait";
+    const auto file = BinaryFile::OpenForRead(folder.Write("bytes", "\0\xFF\r\n\x1A"s + std::string(3 << 20, 'x')));
+    EXPECT_EQ(file->Length(), 5 + (3 << 20));
+    EXPECT_EQ(file->Read(5), "\0\xFF\r\n\x1A"s);
+    EXPECT_EQ(file->ReadAll(), std::string(3 << 20, 'x'));
+    EXPECT_EQ(file->Read(1024), "");
     EXPECT_EQ(ReadBinaryFile(folder.Path("new")), "");
     EXPECT_TRUE(FileExists(folder.Path("new"))) << "the binary open makes a missing file";
 }
@@ -153,7 +147,7 @@ TEST(Changes, ReplaceAFileWholeOrNotAtAll) {
 
     {
         const FileSizeLimit limit(10);
-        EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(file, std::string(100, 'x')); }), CodeOf(ErrorNumber::DiskFull));
+        EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(file, std::string(100, 'x')); }), ErrorNumber::DiskFull);
     }
     EXPECT_EQ(folder.Read("x\xFF"), "new\0bytes"s);
     EXPECT_THAT(NamesIn(folder.Path()), ElementsAre(".", "..", "x\xFF")) << "nothing left behind";

@@ -3,14 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractEventDispatcher>
 #include <QObject>
 #include <QTimer>
 #include <algorithm>
 #include <functional>
-#include <memory>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include "support/ProcessorTime.h"
@@ -105,19 +102,6 @@ TEST(MessageLoopWait, EndsWithTheFirstEventOrTheMoment) {
     const Tick end = GetTickCount() + 60;
     WaitThrough(end);
     EXPECT_LE(ticks, 2);
-}
-
-TEST(MessageLoopWait, MovesASetClockWhenNothingIsPending) {
-    ClockSetForTest clock(0, MakeDate(2004, 3, 1));
-    bool hasRun = false;
-    QMetaObject::invokeMethod(
-        QAbstractEventDispatcher::instance(), [&] { hasRun = true; }, Qt::QueuedConnection);
-    while (!hasRun) {
-        EXPECT_EQ(GetTickCount(), 0) << "events come first";
-        WaitUntilTick(500);
-    }
-    WaitThrough(500);
-    EXPECT_EQ(GetTickCount(), 500);
 }
 
 TEST(MessageLoopTimer, TicksWhileEnabledWithAnInterval) {

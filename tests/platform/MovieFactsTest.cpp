@@ -6,9 +6,8 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
+#include "platform/Files.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {
@@ -19,21 +18,9 @@ std::string Sample(const std::string &name) {
     return (std::filesystem::path(__FILE__).parent_path() / "media" / name).string();
 }
 
-std::string BytesOf(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-struct FactsCase {
-    const char *name;
-    int width;
-    int height;
-    std::int64_t frames;
-    std::int64_t lengthMs;
-};
-
 /// As ffprobe has them, but for the movie that its head turns upright.
-const FactsCase known[] = {
+const std::tuple<const char *, int, int, std::int64_t, std::int64_t> known[] = {
+    // name, width, height, frames, ms
     {"mpeg4.avi", 64, 48, 5, 1000},
     {"mpeg4.mov", 64, 48, 6, 1000},
     {"turned.mov", 48, 64, 6, 1000},
@@ -43,36 +30,26 @@ const FactsCase known[] = {
 
 }  // namespace
 
-TEST(MovieFacts, TellsSizeFramesAndLength) {
-    for (const FactsCase &row : known) {
-        SCOPED_TRACE(row.name);
-        const MovieFacts facts = ReadMovieFacts(Sample(row.name));
-        EXPECT_TRUE(facts.IsReadable);
-        EXPECT_TRUE(facts.HasPicture);
-        EXPECT_EQ(facts.Width, row.width);
-        EXPECT_EQ(facts.Height, row.height);
-        EXPECT_EQ(facts.Frames, row.frames);
-        EXPECT_EQ(facts.LengthMs, row.lengthMs);
-    }
-}
-
-TEST(MovieFacts, TellsTheLengthOfSoundWithoutPicture) {
-    const MovieFacts facts = ReadMovieFacts(Sample("sound_only.mov"));
-    EXPECT_TRUE(facts.IsReadable);
-    EXPECT_FALSE(facts.HasPicture);
-    EXPECT_EQ(facts.LengthMs, 250);
-}
-
-TEST(MovieFacts, GoesByContentAndNotByName) {
+TEST(MovieFacts, TellsSizeFramesAndLengthByContent) {
     const TempFolder folder;
-    const MovieFacts facts = ReadMovieFacts(folder.Write("a.mpg", BytesOf(Sample("mpeg4.avi"))));
-    EXPECT_EQ(facts.Width, 64);
-    EXPECT_EQ(facts.Frames, 5);
+    for (const auto &[name, width, height, frames, ms] : known) {
+        SCOPED_TRACE(name);
+        const MovieFacts facts = ReadMovieFacts(folder.Write("misnamed.mpg", ReadBinaryFile(Sample(name))));
+        EXPECT_TRUE(facts.IsReadable && facts.HasPicture);
+        EXPECT_EQ(facts.Width, width);
+        EXPECT_EQ(facts.Height, height);
+        EXPECT_EQ(facts.Frames, frames);
+        EXPECT_EQ(facts.LengthMs, ms);
+    }
+    const MovieFacts sound = ReadMovieFacts(Sample("sound_only.mov"));
+    EXPECT_TRUE(sound.IsReadable);
+    EXPECT_FALSE(sound.HasPicture);
+    EXPECT_EQ(sound.LengthMs, 250);
 }
 
 TEST(MovieFacts, ReadsNothingElseInAMoviesPlace) {
     const TempFolder folder;
-    folder.Write("good.avi", BytesOf(Sample("mpeg4.avi")));
+    folder.Write("good.avi", ReadBinaryFile(Sample("mpeg4.avi")));
     folder.MakeFolder("folder.mov");
     ASSERT_EQ(mkfifo(folder.Path("pipe.mov").c_str(), 0600), 0);
     folder.Write("empty.mov");
@@ -91,14 +68,15 @@ TEST(MovieFacts, ReadsNothingElseInAMoviesPlace) {
 
 TEST(MovieFacts, AreHadOfAMovieThatEndsAnywhereInTime) {
     const TempFolder folder;
-    for (const FactsCase &row : known) {
-        const std::string whole = BytesOf(Sample(row.name));
+    for (const auto &row : known) {
+        const std::string name = std::get<0>(row);
+        const std::string whole = ReadBinaryFile(Sample(name));
         ASSERT_FALSE(whole.empty());
         for (std::size_t length = 0; length < whole.size(); length += 37) {
             const std::string path = folder.Write("cut" + std::to_string(length), whole.substr(0, length));
             const auto start = std::chrono::steady_clock::now();
             const MovieFacts facts = ReadMovieFacts(path);
-            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << row.name << " " << length;
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << name << " " << length;
             EXPECT_GE(facts.Frames, 0);
             EXPECT_GE(facts.LengthMs, 0);
         }

@@ -12,8 +12,8 @@ namespace pixmora {
 
 namespace {
 
-constexpr int mismatch = CodeOf(ErrorNumber::TypeMismatch);
-constexpr int overflow = CodeOf(ErrorNumber::Overflow);
+constexpr ErrorNumber mismatch = ErrorNumber::TypeMismatch;
+constexpr ErrorNumber overflow = ErrorNumber::Overflow;
 
 }  // namespace
 

@@ -5,7 +5,6 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <cerrno>
 
 #include "platform/Files.h"
 #include "support/PlayedKernel.h"

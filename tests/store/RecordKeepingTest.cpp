@@ -61,7 +61,7 @@ protected:
         clock.Advance(60000);
         CountEvents();
         EXPECT_EQ(told.size(), 2U) << "and once more in the next minute";
-        EXPECT_EQ(ErrorOf([] { RecordStat(Stat::Thumbs, "It's", 1); }), CodeOf(ErrorNumber::SyntaxError))
+        EXPECT_EQ(ErrorOf([] { RecordStat(Stat::Thumbs, "It's", 1); }), ErrorNumber::SyntaxError)
             << "a mistake stays one";
         end();
         CountEvents();

@@ -110,7 +110,6 @@ public:
         Receive();
         return hasEnded_;
     }
-    bool WasReset() const { return wasReset_; }
 
     void Close() {
         if (socket_ >= 0) close(std::exchange(socket_, -1));

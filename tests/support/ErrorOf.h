@@ -5,19 +5,15 @@
 
 namespace pixmora {
 
-/// The number of the run-time error that the call ends with, 0 when it ends well.
+/// The run-time error that the call ends with, ErrorNumber{} when it ends well.
 template <typename Call>
-int ErrorOf(Call call) {
+ErrorNumber ErrorOf(Call call) {
     try {
         call();
     } catch (const RunTimeError &error) {
-        return static_cast<int>(error.Number());
+        return error.Number();
     }
-    return 0;
-}
-
-constexpr int CodeOf(ErrorNumber number) {
-    return static_cast<int>(number);
+    return {};
 }
 
 }  // namespace pixmora
