@@ -37,13 +37,15 @@ rows=$(mktemp)
 trap 'rm -f "$rows"' EXIT
 # A script that ends before its time leaves a row of its own, so that nothing is missing unseen.
 record() {
-  local status=0 before after
-  before=$(wc -l <"$rows")
-  run "$1" | tee -a "$rows" || status=${PIPESTATUS[0]}
-  after=$(wc -l <"$rows")
-  if [ "$status" -gt 1 ] || [ "$after" -eq "$before" ] || { [ "$status" -eq 1 ] && ! tail -n "+$((before + 1))" "$rows" | grep -q 'NOT MET$'; }; then
-    printf -- '-\t%s\t1\tended with %s\tends with its rows\tNOT MET\n' "$1" "$status" | tee -a "$rows"
+  local status=0 due=0 own
+  own=$(mktemp)
+  run "$1" | tee "$own" || status=${PIPESTATUS[0]}
+  ! grep -q $'\tNOT MET$' "$own" || due=1
+  if [ "$status" -ne "$due" ] || [ ! -s "$own" ]; then
+    printf -- '-\t%s\t1\tended with %s\tends with its rows\tNOT MET\n' "$1" "$status" | tee -a "$own"
   fi
+  cat "$own" >>"$rows"
+  rm "$own"
 }
 
 started=$SECONDS
@@ -53,23 +55,27 @@ done
 record fuzz
 minutes=$(((SECONDS - started + 59) / 60))
 
+processor=$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -1)
 memory=$(awk '/^MemTotal/ { printf "%.0f GB", $2 / 1048576 }' /proc/meminfo)
+command="ENDURE_SOAK_MINUTES=$ENDURE_SOAK_MINUTES ENDURE_FUZZ_SECONDS=$fuzz_seconds scripts/endure.sh"
+[ -z "${ENDURE_PROGRAMS:-}" ] || command="ENDURE_PROGRAMS=... $command"
 changed=$(git diff --quiet HEAD -- . ':!docs' && echo "" || echo ", with changes")
 {
   echo "# Endurance"
   echo
-  echo "What was done to the system, how often, and what was seen. Rows of the same name belong together: D what is stored, H what is"
-  echo "asked, I what pictures and movies hold, L load and slow clients, R coming back. A number in \"wanted\" is a limit."
+  echo "What was done to the system, how often, and what was seen. Rows of the same name belong together: D what is stored, H what"
+  echo "is asked, I what pictures and movies hold, L load and slow clients, R coming back. A number in \"wanted\" is a limit."
   echo
   echo "- Date: $(date -u +%Y-%m-%d), $minutes minutes"
-  echo "- Machine: $(nproc) cores ($(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -1)), $memory, Linux $(uname -r), Debian $(cat /etc/debian_version)"
-  echo "- Command: \`ENDURE_SOAK_MINUTES=$ENDURE_SOAK_MINUTES ENDURE_FUZZ_SECONDS=$fuzz_seconds scripts/endure.sh\`"
+  echo "- Machine: $(nproc) cores ($processor), $memory, Linux $(uname -r), Debian $(cat /etc/debian_version)"
+  echo "- Command: \`$command\`"
   echo "- Commit: $(git rev-parse --short HEAD)$changed"
   echo "- Result: $(grep -c $'\tmet$' "$rows" || true) of $(wc -l <"$rows") rows met"
   echo
   echo "| Row | What was done | Times | Seen | Wanted | Met |"
   echo "|---|---|---|---|---|---|"
-  sort -t $'\t' -s -k 1,1V "$rows" | sed -e 's/|/\\|/g' -e 's/</\&lt;/g' -e 's/\t/ | /g' -e 's/^/| /' -e 's/$/ |/'
+  sort -t $'\t' -s -k 1,1V "$rows" |
+    sed -e 's/|/\\|/g' -e 's/</\&lt;/g' -e 's/\t/ | /g' -e 's/^/| /' -e 's/$/ |/'
 } >docs/endurance.md
 echo "docs/endurance.md is written."
 ! grep -q $'\tNOT MET$' "$rows"

@@ -179,7 +179,8 @@ def generated_requests(count, seed):
     def form():
         return LOGIN[:LOGIN.index(b"\r\n\r\n") + 4] + soup() + cut()
 
-    makers = [lambda: bytes_of(chance.randint(1, 400)), soup, cut, splice, query, form, lambda: b"GET /" + bytes_of(40) + b" \r\n",
+    makers = [soup, cut, splice, query, form,
+              lambda: bytes_of(chance.randint(1, 400)), lambda: b"GET /" + bytes_of(40) + b" \r\n",
               lambda: chance.choice(GOOD) * chance.randint(2, 50), lambda: b"GET /" + soup() * chance.randint(1, 300)]
     return [chance.choice(makers)() for _ in range(count)]
 
@@ -223,8 +224,9 @@ def check_traversals(site, results):
     marks = [secret, unasked, b"root:x:0:0", b"SQLite format 3"]
     paths, strange = traversals()
     chance = random.Random(4)
-    targets = ["/ShowPicture?1&full&%s", "/ShowPicture?1&full&%s.bmp", "/ShowPicture?1&thumb&%s", "/ShowMovie?1&x&%s", "/ShowGraphic?%s",
-               "/ShowDetails?1&nocount&%s", "/ShowAlbumMedia?1&list&1&%s", "/ShowAlbumDirList?1&thumbs&1&%s", "/%s", "%s"]
+    targets = ["/ShowPicture?1&full&%s", "/ShowPicture?1&full&%s.bmp", "/ShowPicture?1&thumb&%s", "/ShowMovie?1&x&%s",
+               "/ShowGraphic?%s", "/ShowDetails?1&nocount&%s",
+               "/ShowAlbumMedia?1&list&1&%s", "/ShowAlbumDirList?1&thumbs&1&%s", "/%s", "%s"]
     tried = [chance.choice(targets) % path for path in chance.sample(paths, 9000)]
     tried += [target % path for path in strange for target in (chance.sample(targets, 3) if len(strange) > 100 else targets)]
 
@@ -369,8 +371,8 @@ def check_mutations(site, results):
             watch.send("seed %d, ratio %.3f, number %d" % (seed, ratio, number), request)
             if not site.is_alive():
                 break
-    watch.report(results, "good requests with flipped bits (zzuf, seeds 0 to %d, ratio 0.001 to %.3f)" % (seeds[-1], 0.001 * len(seeds)),
-                 each * len(seeds), growth_limit_kb=4096)
+    what = "good requests with flipped bits (zzuf, seeds 0 to %d, ratio 0.001 to %.3f)" % (seeds[-1], 0.001 * len(seeds))
+    watch.report(results, what, each * len(seeds), growth_limit_kb=4096)
 
 
 def main():
