@@ -6,6 +6,7 @@
     results = Results(); results.add("D1", "kill -9 while events are written", 1000, "0 lost", "0 lost", lost == 0)
 """
 import os
+import random
 import re
 import resource
 import select
@@ -30,9 +31,15 @@ def bitmap(width=40, height=30, shade=90):
 
 
 def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
+    """Outside the range that the system gives to clients, so that none takes it while its site is down."""
+    while True:
+        port = random.randrange(10000, 32000)
+        with socket.socket() as probe:
+            try:
+                probe.bind(("0.0.0.0", port))
+                return port
+            except OSError:
+                pass  # another program's
 
 
 class Site:
