@@ -1,16 +1,14 @@
 // Every address of the site over a real socket: its head or raw body byte for byte, and every way of failing.
-#include <gtest/gtest.h>
 
+#include "support/Pictures.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
 namespace {
 
-// A one-pixel bitmap, so that there is something to convert.
-const std::string bitmap(
-    "BM\x3a\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0\0\0\0\0\0\0\0\0\0\0"
-    "\0\0\0\0\0\0\x10\x20\x30\0",
-    58);
+using namespace std::string_literals;
+
+const std::string bitmap = BitmapFile(1, 1);
 
 class Addresses : public RunningSite {
 protected:
@@ -19,121 +17,98 @@ protected:
         Program.Write("albums/Trips/a.bmp", bitmap);
         Program.Write("albums/Trips/b.avi", std::string(3000, 'm'));
         Program.Write("albums/Trips/Private/c.bmp", bitmap);
-        Program.Write("secret.txt", "secret");
+        Program.MakeFolder("albums/Trips/folder.avi");
+        for (const char *name : {"secret.txt", "secret.jpg"}) Program.Write(name, "secret");
         Start();
     }
 };
 
-struct HeadCase {
-    const char *Target;
-    const char *Type;
-};
-
-const HeadCase heads[] = {
-    {"/", "text/html"},
-    {"/Index", "text/html"},
-    {"/iNDEX", "text/html"},
-    {"/ShowGraphic?movie.gif", "image/gif"},
-    {"/ShowAlbumMedia?1&thumbs&1", "text/html"},
-    {"/ShowPopular?thumbs", "text/html"},
-    {"/ShowPicture?1&thumb&/a.bmp", "image/jpeg"},
-    {"/ShowPicture?1&full&/a.bmp", "image/jpeg"},
-    {"/favicon.ico", "image/x-icon"},
-    {"/ShowStats", "text/html"},
-    {"/ShowDetails?1&nocount&/a.bmp", "text/html"},
-    {"/ShowAlbumDirList?1&thumbs&1&", "text/html"},
-    {"/ShowAlbum?1&thumbs&1", "text/html"},
-    {"/ShowAlbum.?1&thumbs&1", nullptr},
-    {"/ShowAlbum?ShowHelp", "text/html"},
-    {"/ShowAlbumBottom", "text/html"},
-    {"/ShowAlbumTop", "text/html"},
-    {"/ShowLogout", "text/html"},
-    {"/ShowHelp", "text/html"},
-    {"/ShowLogin?1&thumbs&1&", "text/html"},
-};
+/// A type or a bare answer, and what asks for it.
+using Alike = std::pair<const char *, std::vector<const char *>>;
 
 TEST_F(Addresses, AnswerWithTheirHead) {
-    for (const HeadCase &row : heads) {
-        const std::string answer = Get(row.Target);
-        if (row.Type == nullptr) {
-            EXPECT_EQ(answer, "Bad Request") << row.Target;
-            continue;
+    const Alike types[] = {
+        {"text/html",
+         {"/", "/Index", "/iNDEX", "/ShowAlbumMedia?1&thumbs&1", "/ShowPopular?thumbs", "/ShowStats",
+          "/ShowDetails?1&nocount&/a.bmp", "/ShowAlbumDirList?1&thumbs&1&", "/ShowAlbum?1&thumbs&1",
+          "/ShowAlbum?ShowHelp", "/ShowAlbumBottom", "/ShowAlbumTop", "/ShowLogout", "/ShowHelp",
+          "/ShowLogin?1&thumbs&1&"}},
+        {"image/gif", {"/ShowGraphic?movie.gif"}},
+        {"image/jpeg", {"/ShowPicture?1&thumb&/a.bmp", "/ShowPicture?1&full&/a.bmp"}},
+        {"image/x-icon", {"/favicon.ico"}},
+    };
+    for (const auto &[type, targets] : types) {
+        for (const char *target : targets) {
+            const std::string answer = Get(target);
+            const std::string head = Head(type) + "\r\n";
+            EXPECT_EQ(answer.substr(0, head.size()), head) << target;
+            EXPECT_GT(answer.size(), head.size()) << target;
+            EXPECT_EQ(answer.find("Bad Request"), std::string::npos) << target;
         }
-        const std::string head = Head(row.Type) + "\r\n";
-        EXPECT_EQ(answer.substr(0, head.size()), head) << row.Target;
-        EXPECT_GT(answer.size(), head.size()) << row.Target;
-        EXPECT_EQ(answer.find("Bad Request"), std::string::npos) << row.Target;
     }
 }
 
-struct RawCase {
-    const char *Request;
-    const char *Answer;
-};
-
-const RawCase raws[] = {
-    {"GET /Blank HTTP/1.0\r\n\r\n", "<html><head><title></title></head><body bgcolor=\"white\"></body></html>"},
-    {"GET /blank HTTP/1.0\r\n\r\n", "<html><head><title></title></head><body bgcolor=\"white\"></body></html>"},
-    {"GET /Border?A0B1C2 HTTP/1.0\r\n\r\n",
-     "<html><head><title></title></head><body bgcolor=\"#A0B1C2\"></body></html>"},
-    // refused before any page
-    {"PUT / HTTP/1.0\r\n\r\n", ""},
-    {"nonsense", ""},
-    {"get / HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"post /SendLogin HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"POST /sendlogin HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"POST /SendLogin HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /x\r\n\r\n", "Bad Request"},
-    {"GET /NoSuchPage HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /setLoginCookies?a HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowAlbum HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /Index?x HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowLogin HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowLogin?x HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowAlbum?1&thumbs&1&% HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /Border? HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowStats?x HTTP/1.0\r\nCookie: ms_username\r\n\r\n", "Bad Request"},
-    // refused by the pages
-    {"GET /ShowAlbum?0&thumbs&1 HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowAlbum?2&thumbs&1 HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowAlbum?x&thumbs&1 HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowAlbumMedia?1&thumbs HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowAlbumMedia?1&thumbs&x HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowAlbumMedia?1&thumbs&0 HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowAlbumDirList?9&thumbs&1& HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowAlbumIcon?1 HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowPicture?1&thumb HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowPicture?x&thumb&/a.bmp HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowPicture?2&thumb&/a.bmp HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowPicture?1&thumb&/a.jpeg HTTP/1.0\r\n\r\n", "Not a Valid Picture!"},
-    {"GET /ShowPicture?1&thumb&/gone.jpg HTTP/1.0\r\n\r\n", "Picture Not Found!"},
-    {"GET /ShowPicture?1&full&/Private/../a.bmp HTTP/1.0\r\n\r\n", "Picture Not Found!"},
-    {"GET /ShowPicture?1&full&/a.txt%00.bmp HTTP/1.0\r\n\r\n", "Picture Not Found!"},
-    {"GET /ShowGraphic?gone.gif HTTP/1.0\r\n\r\n", "File Not Found!"},
-    {"GET /ShowGraphic?..%2Fsecret.txt HTTP/1.0\r\n\r\n", "File Not Found!"},
-    {"GET /ShowGraphic?..\\secret.txt HTTP/1.0\r\n\r\n", "File Not Found!"},
-    {"GET /ShowDetails?1&count&/gone.jpg HTTP/1.0\r\n\r\n", "File Not Found!"},
-    {"GET /ShowDetails?9&count&/a.bmp HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowMovie?1&full HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowMovie?x&full&/b.avi HTTP/1.0\r\n\r\n", "Bad Request!"},
-    {"GET /ShowMovie?9&full&/b.avi HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowMovie?1&full&/gone.avi HTTP/1.0\r\n\r\n", "Bad Request"},
-    {"GET /ShowMovie?1&full&/../../secret.txt HTTP/1.0\r\n\r\n", "Bad Request"},
-};
-
 TEST_F(Addresses, AnswerBareByteForByte) {
-    for (const RawCase &row : raws) EXPECT_EQ(Fetch(Port(), row.Request), row.Answer) << row.Request;
+    const Alike requests[] = {
+        {"", {"PUT / HTTP/1.0\r\n\r\n", "nonsense"}},
+        {"Bad Request",
+         {"get / HTTP/1.0\r\n\r\n", "post /SendLogin HTTP/1.0\r\n\r\n", "POST /sendlogin HTTP/1.0\r\n\r\n",
+          "POST /SendLogin HTTP/1.0\r\n\r\n", "GET /x\r\n\r\n",
+          "GET /ShowStats?x HTTP/1.0\r\nCookie: ms_username\r\n\r\n"}},
+    };
+    for (const auto &[answer, alike] : requests) {
+        for (const char *request : alike) EXPECT_EQ(Fetch(Port(), request), answer) << request;
+    }
+    EXPECT_EQ(Get("/Border?A0B1C2"), "<html><head><title></title></head><body bgcolor=\"#A0B1C2\"></body></html>");
+    const Alike targets[] = {
+        {"<html><head><title></title></head><body bgcolor=\"white\"></body></html>", {"/Blank", "/blank"}},
+        {"Bad Request",
+         {"/NoSuchPage", "/setLoginCookies?a", "/ShowAlbum", "/ShowAlbum.?1&thumbs&1", "/Index?x", "/ShowLogin",
+          "/ShowLogin?x", "/ShowAlbum?1&thumbs&1&%", "/Border?"}},
+    };
+    for (const auto &[answer, alike] : targets) {
+        for (const char *target : alike) EXPECT_EQ(Get(target), answer) << target;
+    }
 }
 
-TEST_F(Addresses, LeaveNoTraceOfConversionsInTheOwnersFolder) {
-    Get("/ShowPicture?1&thumb&/a.bmp");
-    Get("/ShowPicture?1&full&/a.bmp");
-    EXPECT_EQ(Program.Read("albums/Trips/a.bmp"), bitmap);
-    EXPECT_FALSE(FileExists(Program.Path("albums/Trips/a.bmp.tmp")));
-}
-
-TEST_F(Addresses, PicturesComeLabelledAsJpegUnchangedInFull) {
-    EXPECT_EQ(Get("/ShowPicture?1&full&/a.bmp"), Head("image/jpeg") + "\r\n" + bitmap);
+TEST_F(Addresses, RefuseArgumentsThatLeadNowhere) {
+    const std::tuple<const char *, const char *, std::vector<std::string>> cases[] = {
+        // answer, page, arguments
+        {"Bad Request!",
+         "ShowAlbum",
+         {"", "0&thumbs&1", "2&thumbs&1", "x&thumbs&1", "-1&thumbs&1", "99999999999&thumbs&1", "showhelp"}},
+        {"Bad Request!",
+         "ShowAlbumMedia",
+         {"", "1&thumbs", "x&thumbs&1", "0&thumbs&1", "2&thumbs&1", "1&thumbs&x", "1&thumbs&99999999999",
+          "1&slideshow&1"}},
+        {"Bad Request", "ShowAlbumMedia", {"1&thumbs&0", "1&thumbs&2000000000"}},
+        {"Bad Request!",
+         "ShowAlbumDirList",
+         {"", "1&thumbs", "1&thumbs&x", "x&thumbs&1", "0&thumbs&1", "9&thumbs&1&", "ShowLogin", "ShowLogin&1&thumbs",
+          "ShowDetails&1&count", "ShowDetails&9&count&/a.bmp", "ShowPopular"}},
+        {"Bad Request!", "ShowAlbumIcon", {"", "x", "0", "1", "2"}},
+        {"Bad Request", "ShowPicture", {"", "1&thumb", "x&thumb&/a.bmp", "0&thumb&/a.bmp", "2&thumb&/a.bmp"}},
+        {"Not a Valid Picture!", "ShowPicture", {"1&thumb&/a.jpeg", "1&full&/x"}},
+        {"Picture Not Found!",
+         "ShowPicture",
+         {"1&thumb&/gone.jpg", "1&full&/Private/../a.bmp", "1&full&/a.txt%00.bmp"}},
+        {"File Not Found!",
+         "ShowGraphic",
+         {"gone.gif", "..%2Fsecret.txt", "..\\secret.txt", "%2e./secret.txt", "Index.tpl%00", "."}},
+        {"Bad Request!", "ShowDetails", {"", "1&count", "x&count&/a.bmp", "9&count&/a.bmp"}},
+        {"File Not Found!",
+         "ShowDetails",
+         {"1&count&/gone.jpg", "1&count&/../../secret.jpg", "1&count&/folder.avi", "1&count&/"}},
+        {"Bad Request!", "ShowMovie", {"", "1&full", "x&full&/b.avi", "99999&full&/b.avi"}},
+        {"Bad Request",
+         "ShowMovie",
+         {"9&full&/b.avi", "1&x&/gone.avi", "1&full&/../../secret.txt", "1&x&/folder.avi"}},
+    };
+    for (const auto &[answer, page, alike] : cases) {
+        for (const std::string &args : alike) EXPECT_EQ(Get("/"s + page + "?" + args), answer) << page << "?" << args;
+    }
+    for (const char *table : {"PopularFiles", "PopularDirs"})
+        EXPECT_EQ(gDatabase->OpenRecordset(table, RecordsetType::Snapshot)->RecordCount(), 0) << table;
 }
 
 TEST_F(Addresses, AnUnfinishedRequestIsNotWaitedFor) {

@@ -1,5 +1,4 @@
 // The website's start and stop, its visitors, logins and transfers, and the sweep.
-#include <gtest/gtest.h>
 
 #include "core/Sweep.h"
 #include "platform/Text.h"
@@ -14,7 +13,7 @@ namespace {
 
 constexpr int criticalQuestion = FlagYesNo | FlagCritical;
 
-class Website : public RunningSite {};
+using Website = RunningSite;
 
 TEST_F(Website, StartShowsItsStepsAndListensLast) {
     AddAlbum("B");
@@ -241,8 +240,11 @@ TEST_F(Website, SendsAMovieWholeAndBooksItAtTheEnd) {
     EXPECT_EQ(gBandwidthSession, 300);
     EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FilePath"), "\\sub\\m.avi");
     Get("/ShowMovie?1&full&/sub/m.avi");
-    Get("/ShowMovie?1&fullnocount&/sub/m.avi", "", "127.0.0.3");
+    for (const std::string mode : {"fullnocount", "Full"}) Get("/ShowMovie?1&" + mode + "&/sub/m.avi", "", "127.0.0.3");
     EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FileCount"), "1");
+    Get("/ShowMovie?1&full&/./sub//m.avi", "", "127.0.0.3");
+    EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FileCount"), "2");
+    EXPECT_EQ(gDownloadCookies.at(1).FilePath, gAlbums.at(0)->Directory + "\\sub\\m.avi");
     EXPECT_EQ(gSystray->wnskConnect.UBound(), 0) << "all connections are trimmed";
 }
 
@@ -309,19 +311,6 @@ TEST_F(Website, GoesOnWhileNothingCanBeSaved) {
     EXPECT_TRUE(Owner.IsDone());
     Owner.ExpectNotice("Able to save the time when your website was last online again. Lost meanwhile: 1.");
     HandleConnectionsTick();
-}
-
-TEST_F(Website, PicturesWaitTheirTurnAsleep) {
-    AddAlbum("A");
-    Program.Write("albums/A/a.jpg", "no picture");
-    SaveSetting("Setup", "ConversionSpacing", "2000");
-    Start();
-    gLastConversionTick = GetTickCount();
-    const Tick begun = GetTickCount();
-    EXPECT_EQ(Get("/ShowPicture?1&thumb&/a.jpg"), Head("image/jpeg") + "\r\n") << "unreadable: a head and no body";
-    EXPECT_GT(GetTickCount() - begun, 2000);
-    EXPECT_FALSE(FileExists(Program.Path("albums/A/a.jpg.tmp")));
-    EXPECT_EQ(gThumbsSession, 1);
 }
 
 }  // namespace

@@ -1,15 +1,12 @@
-// The tree of albums, the order of directories, the list of rights and the webcam's decisions.
+// The tree of albums, the order of directories, and the list of rights.
 #include "setup/rules/DirOrderEditor.h"
 
 #include <sys/stat.h>
 #include <utime.h>
 
-#include <map>
-
 #include "setup/rules/AccessEditor.h"
 #include "setup/rules/AlbumTree.h"
 #include "setup/rules/UserEditor.h"
-#include "setup/rules/WebcamEditor.h"
 #include "support/SetupFixture.h"
 
 namespace pixmora {
@@ -131,64 +128,6 @@ TEST_F(DirOrder, TakingTheLastRightAwayWarns) {
     EXPECT_EQ(LoadRestrictWords(), "Private*\r\nCensored\r\n");
     SaveRestrictWords("Secret*\n");
     EXPECT_EQ(LoadRestrictWords(), "Secret*\n");
-}
-
-class WebcamRules : public SetupFixture {
-protected:
-    WebcamHands Hands() {
-        WebcamHands hands;
-        hands.GetDriverDescription = [this](int device) -> std::optional<CaptureDescription> {
-            if (!Devices.contains(device)) return std::nullopt;
-            return CaptureDescription{Devices[device], "1.0"};
-        };
-        hands.OpenWebcam = [this](int device) {
-            opened = device;
-            return Devices.contains(device);
-        };
-        hands.CloseWebcam = [this] {
-            opened = -1;
-        };
-        hands.GetDriverDialogs = [this]() -> std::optional<WebcamHands::Dialogs> {
-            if (!Devices.contains(opened)) return std::nullopt;
-            return WebcamHands::Dialogs{true, false};
-        };
-        hands.TestCapture = Give(delivers);
-        return hands;
-    }
-
-    std::map<int, std::string> Devices;
-    int opened = -1;
-    bool delivers = true;
-    WebcamEditor editor{Hands()};
-};
-
-TEST_F(WebcamRules, EntersOnlyWithADevice) {
-    Owner.ExpectMessage(
-        "I'm sorry but no capture devices could be found. Please make sure your camera is installed properly.",
-        FlagCritical);
-    EXPECT_FALSE(editor.Enter());
-    Devices = {{0, "Front"}, {2, "Rear"}};
-    EXPECT_TRUE(editor.Enter());
-    EXPECT_EQ(opened, 0);
-    EXPECT_EQ(editor.Sources(), (std::vector<std::string>{"Front 1.0", "Rear 1.0"}));
-    EXPECT_TRUE(editor.ChooseSource(2).Source);
-    Owner.ExpectMessage("Unable to get driver capabilities!", FlagCritical);
-    EXPECT_FALSE(editor.ChooseSource(1).Source);
-}
-
-TEST_F(WebcamRules, AFailedTestLeavesTheWebcamOff) {
-    EXPECT_EQ(WebcamEditor::CaptureInterval(), 6);
-    EXPECT_EQ(WebcamEditor::IntervalText(1) + WebcamEditor::IntervalText(25) + WebcamEditor::IntervalText(120),
-              "0m 5s2m 5s10m 0s");
-    EXPECT_TRUE(editor.Accept(25, 1, "Rear 1.0"));
-    EXPECT_EQ(GetSetting("Setup", "CaptureInterval") + GetSetting("Setup", "WebcamSource"), "251");
-    EXPECT_EQ(WebcamEditor::FirstSource(2), 1);
-    EXPECT_EQ(WebcamEditor::FirstSource(1), 0);
-    delivers = false;
-    EXPECT_FALSE(editor.Accept(6, 0, "Front 1.0"));
-    EXPECT_EQ(GetSetting("Setup", "WebcamSource"), "0") << "the index stands over the mark of the failed test";
-    EXPECT_FALSE(editor.Accept(6, -1, ""));
-    EXPECT_EQ(WebcamEditor::FirstSource(1), 0);
 }
 
 }  // namespace
