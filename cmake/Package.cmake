@@ -57,4 +57,5 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PIXMORA_HOME_PAGE})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Addresses open in the desktop's browser; icons belong to a theme.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, hicolor-icon-theme")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS qt6-wayland)
 include(CPack)
