@@ -3,10 +3,8 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <QClipboard>
-#include <memory>
 
 #include "console/Robot.h"
 #include "console/RunMode.h"
@@ -15,15 +13,12 @@
 #include "core/modMain.h"
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/App.h"
-#include "platform/Files.h"
-#include "platform/Registry.h"
 #include "platform/RunTimeError.h"
 #include "setup/rules/AlbumEditor.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
 #include "support/Client.h"
-#include "support/TempFolder.h"
+#include "support/ProgramFolder.h"
 
 namespace pixmora::test {
 
@@ -40,8 +35,6 @@ constexpr const char *startNow =
 class DesktopTest : public testing::Test {
 protected:
     DesktopTest() {
-        App::SetPath(ProgramPath(Folder.Path()));
-        Registry::SetFilePath(Folder.Path("settings.ini"));
         SaveSetting("Setup", "ListenPort", "0");
         SaveSetting("Setup", "RunSetup", "1");
         gWebsiteAddress.clear();
@@ -54,22 +47,18 @@ protected:
     }
 
     void MakeDesktop() {
-        Program = std::make_unique<Desktop>(SetupForms{[this](const SetupOpening &) {
-                                                           Done += "setup|";
-                                                           WhileSetupIsOpen();
-                                                       },
-                                                       [this](const std::string &directory) {
-                                                           Done += "album " + directory + "|";
-                                                       }},
-                                            Shell{[this](const std::string &address) {
-                                                      Done += "open " + address + "|";
-                                                      return CanOpen;
-                                                  },
-                                                  [] { return true; },
-                                                  [this] {
-                                                      Done += "end|";
-                                                  }});
+        const SetupForms forms{[this](const SetupOpening &) { Note("setup"), WhileSetupIsOpen(); },
+                               [this](const std::string &directory) {
+                                   Note("album " + directory);
+                               }};
+        const Shell shell{[this](const std::string &address) { return Note("open " + address), CanOpen; },
+                          [] { return true; },
+                          [this] {
+                              Note("end");
+                          }};
+        Program = std::make_unique<Desktop>(forms, shell);
     }
+    void Note(const std::string &what) { Done += what + "|"; }
     void AddAlbum() {
         ASSERT_TRUE(OpenOrCreateDatabase());
         AlbumFields fields;
@@ -82,7 +71,7 @@ protected:
     void ClickSplash() {
         Hands.WhenShown("frmSplash", [this](QWidget &splash) {
             EXPECT_EQ(ShownWindow("frmMain"), nullptr);
-            Done += "splash|";
+            Note("splash");
             QTest::mouseClick(&splash, Qt::LeftButton);
         });
     }
@@ -96,7 +85,7 @@ protected:
             [] { Click(*ShownWindow("frmStartStatus"), "cmdCancel"); });
     }
 
-    TempFolder Folder;
+    ProgramFolder Folder;
     std::string Done;
     bool CanOpen = true;
     std::function<void()> WhileSetupIsOpen = [] {
@@ -116,21 +105,31 @@ TEST(RunMode, IsTheExactCommandLine) {
     EXPECT_TRUE(NewAlbumDirectory("./").starts_with("/"));
 }
 
-TEST_F(DesktopTest, ANormalStartShowsTheMainWindowAndWaits) {
+TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesAlsoUnderADialog) {
     ClickSplash();
     EXPECT_TRUE(Program->Main(""));
     EXPECT_NE(ShownWindow("frmMain"), nullptr);
     EXPECT_FALSE(gWebsiteStarted);
     EXPECT_EQ(Done, "splash|");
     EXPECT_EQ(GetSetting("Records", "InstallTime").size(), 10U);
-    Program->ToggleMainWindow();
-    EXPECT_EQ(ShownWindow("frmMain"), nullptr);
-    EXPECT_EQ(GetSetting("Setup", "MinimizeOnce"), "1");
+    Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
+        Program->ShowTrayMenu({200, 200});
+        EXPECT_EQ(ShownWindow("frmXPMenu"), nullptr) << "no menu opens over a dialog";
+        Program->ToggleMainWindow();
+        EXPECT_EQ(ShownWindow("frmMain"), nullptr);
+        EXPECT_EQ(GetSetting("Setup", "MinimizeOnce"), "1");
+        EXPECT_TRUE(box.isVisible());
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(ShowMessageBox("?", FlagYesNo), AnswerNo);
     Program->ToggleMainWindow();
     EXPECT_NE(ShownWindow("frmMain"), nullptr);
+    Program->ShowTrayMenu({200, 200});
+    ASSERT_NE(ShownWindow("frmXPMenu"), nullptr);
+    clsXPMenu::KillAllMenus();
 }
 
-TEST_F(DesktopTest, StartLeavesOnlyTheIcon) {
+TEST_F(DesktopTest, StartLeavesOnlyTheIconServesDuringADialogAndEndsWhenToldTo) {
     AddAlbum();
     ClickSplash();
     CloseStartWindow();
@@ -139,6 +138,18 @@ TEST_F(DesktopTest, StartLeavesOnlyTheIcon) {
     EXPECT_EQ(ShownWindow("frmMain"), nullptr);
     EXPECT_FALSE(Program->IsMainWindowShown());
     EXPECT_EQ(Done, "splash|");
+
+    Hands.WhenShown("frmMsgBox", [port = gSystray->wnskListen->LocalPort()](QWidget &box) {
+        const std::string page = Fetch(port, "GET / HTTP/1.0\r\n\r\n");
+        EXPECT_TRUE(page.starts_with("HTTP/1.0 200 OK"));
+        QTest::keyClick(&box, Qt::Key_Space);
+    });
+    EXPECT_EQ(ShowMessageBox("?", FlagYesNo), AnswerYes);
+    EXPECT_EQ(gVisitorsActive, 1);
+
+    Program->EndWithoutQuestion();
+    EXPECT_FALSE(gWebsiteStarted);
+    EXPECT_EQ(Done, "splash|end|");
 }
 
 TEST_F(DesktopTest, StartOpenSiteOpensItWhetherItRunsOrNot) {
@@ -159,27 +170,20 @@ TEST_F(DesktopTest, ADirectoryComesBeforeEverythingThatShows) {
 }
 
 TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
-    struct Case {
-        const char *runSetupBefore;
-        const char *createdAlbum;
-        bool isOffered;
-    };
-    const Case cases[] = {{"0", "", false}, {"-1", "1", true}};
-    for (const Case &row : cases) {
-        SCOPED_TRACE(row.runSetupBefore);
-        SaveSetting("Setup", "RunSetup", row.runSetupBefore);
-        WhileSetupIsOpen = [&row] {
+    for (const bool makesAlbum : {false, true}) {
+        SaveSetting("Setup", "RunSetup", makesAlbum ? "-1" : "0");
+        WhileSetupIsOpen = [makesAlbum] {
             SaveSetting("Setup", "RunSetup", "1");
-            if (*row.createdAlbum != '\0') SaveSetting("Records", "CreatedAlbum", row.createdAlbum);
+            if (makesAlbum) SaveSetting("Records", "CreatedAlbum", "1");
         };
         MakeDesktop();
         Done.clear();
         ClickSplash();
         Hands.WhenAsked(welcome, "imgOk");
-        if (row.isOffered) Hands.WhenAsked(startNow, "imgNo");
+        if (makesAlbum) Hands.WhenAsked(startNow, "imgNo");
         EXPECT_TRUE(Program->Main(""));
         EXPECT_EQ(Done, "splash|setup|");
-        EXPECT_TRUE(Hands.IsDone());
+        EXPECT_TRUE(Hands.IsDone()) << makesAlbum;
     }
 }
 
@@ -197,38 +201,6 @@ TEST_F(DesktopTest, ASecondCopyIsRefusedBeforeAnythingOpens) {
     EXPECT_EQ(gDatabase, nullptr);
     EXPECT_EQ(Done, "");
     close(other);
-}
-
-TEST_F(DesktopTest, NoMenuOpensOverADialogAndTheWindowStillToggles) {
-    ClickSplash();
-    ASSERT_TRUE(Program->Main(""));
-    Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
-        Program->ShowTrayMenu({200, 200});
-        EXPECT_EQ(ShownWindow("frmXPMenu"), nullptr);
-        Program->ToggleMainWindow();
-        EXPECT_EQ(ShownWindow("frmMain"), nullptr);
-        EXPECT_TRUE(box.isVisible());
-        QTest::keyClick(&box, Qt::Key_Escape);
-    });
-    EXPECT_EQ(ShowMessageBox("?", FlagYesNo), AnswerNo);
-    Program->ShowTrayMenu({200, 200});
-    ASSERT_NE(ShownWindow("frmXPMenu"), nullptr);
-    clsXPMenu::KillAllMenus();
-}
-
-TEST_F(DesktopTest, PagesAreServedAndTimersRunWhileADialogIsOpen) {
-    AddAlbum();
-    ClickSplash();
-    CloseStartWindow();
-    ASSERT_TRUE(Program->Main("start"));
-    const int port = gSystray->wnskListen->LocalPort();
-    Hands.WhenShown("frmMsgBox", [port](QWidget &box) {
-        const std::string page = Fetch(port, "GET / HTTP/1.0\r\n\r\n");
-        EXPECT_TRUE(page.starts_with("HTTP/1.0 200 OK"));
-        QTest::keyClick(&box, Qt::Key_Space);
-    });
-    EXPECT_EQ(ShowMessageBox("?", FlagYesNo), AnswerYes);
-    EXPECT_EQ(gVisitorsActive, 1);
 }
 
 TEST_F(DesktopTest, OpensAddressesAndFoldersAndSaysWhenNothingDoes) {
@@ -253,18 +225,6 @@ TEST_F(DesktopTest, AnUnhandledErrorIsShownOnce) {
     testing::internal::CaptureStderr();
     EXPECT_TRUE(Program->ShowUnhandledError(RunTimeError(ErrorNumber::TypeMismatch)));
     EXPECT_NE(testing::internal::GetCapturedStderr().find("Type mismatch\n"), std::string::npos);
-}
-
-TEST_F(DesktopTest, EndsWithoutAQuestionWhenToldTo) {
-    AddAlbum();
-    ClickSplash();
-    CloseStartWindow();
-    ASSERT_TRUE(Program->Main("start"));
-    gVisitorsActive = gConnectionsSession = 1;
-    Done.clear();
-    Program->EndWithoutQuestion();
-    EXPECT_FALSE(gWebsiteStarted);
-    EXPECT_EQ(Done, "end|");
 }
 
 }  // namespace

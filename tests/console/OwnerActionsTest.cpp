@@ -1,9 +1,6 @@
 // What the owner's buttons and menu items do.
 #include "console/OwnerActions.h"
 
-#include <filesystem>
-#include <utility>
-
 #include "console/MenuItems.h"
 #include "outside/Address.h"
 #include "support/RunningSite.h"
@@ -112,29 +109,23 @@ TEST_F(OwnerActionsTest, AboutIsAPageOfTheServiceWhereThereIsOne) {
 }
 
 TEST_F(OwnerActionsTest, ExitAsksByWhatThereIsToLose) {
-    struct Case {
-        const char *name;
-        bool isStarted;
-        int sessionVisitors;
-        std::string question;
-        int flags;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, bool, int, std::string, int> cases[] = {
+        // name, is started, visitors of the session, question, flags
         {"stopped", false, 5, "Are you sure you want to exit?", 36},
         {"nobody came", true, 0, "Are you sure you want to stop your website and exit?", 36},
         {"somebody came", true, 1, peopleThere + std::string("Are you sure you want to stop your website and exit?"),
          4},
     };
-    for (const Case &row : cases) {
-        SCOPED_TRACE(row.name);
-        if (row.isStarted) Start();
-        gConnectionsSession = row.sessionVisitors;
+    for (const auto &[name, isStarted, sessionVisitors, question, flags] : cases) {
+        SCOPED_TRACE(name);
+        if (isStarted) Start();
+        gConnectionsSession = sessionVisitors;
         gVisitorsActive = 1;  // asked about no more, once the owner has decided
-        Owner.ExpectMessage(row.question, row.flags, AnswerNo);
+        Owner.ExpectMessage(question, flags, AnswerNo);
         Actions.HandleClick(SystrayMenu, "Exit");
         EXPECT_EQ(Done(), "");
-        EXPECT_EQ(gWebsiteStarted, row.isStarted);
-        Owner.ExpectMessage(row.question, row.flags, AnswerYes);
+        EXPECT_EQ(gWebsiteStarted, isStarted);
+        Owner.ExpectMessage(question, flags, AnswerYes);
         Actions.HandleClick(SystrayMenu, "Exit");
         EXPECT_EQ(Done(), "end");
         EXPECT_FALSE(gWebsiteStarted);
@@ -142,13 +133,9 @@ TEST_F(OwnerActionsTest, ExitAsksByWhatThereIsToLose) {
 }
 
 TEST_F(OwnerActionsTest, AnItemsTextIsItsCommand) {
-    struct Case {
-        const char *menu;
-        std::string item;
-        std::string done;
-    };
     gWebsiteAddress = "http://192.0.2.1:8080";
-    const Case cases[] = {
+    const std::tuple<const char *, std::string, std::string> cases[] = {
+        // menu, item, what is done
         {SystrayMenu, "Active Visitors: 3", ""},
         {SystrayMenu, "Restore Window", "toggle"},
         {SystrayMenu, "Minimize Window", "toggle"},
@@ -164,10 +151,9 @@ TEST_F(OwnerActionsTest, AnItemsTextIsItsCommand) {
         {SystrayMenu, "Start Website", "start|figures"},
         {SystrayMenu, "Stop Website", ""},
     };
-    for (const Case &row : cases) {
-        SCOPED_TRACE(row.item);
-        Actions.HandleClick(row.menu, row.item);
-        EXPECT_EQ(Done(), row.done);
+    for (const auto &[menu, item, done] : cases) {
+        Actions.HandleClick(menu, item);
+        EXPECT_EQ(Done(), done) << item;
     }
     EXPECT_FALSE(gWebsiteStarted);
 }

@@ -1,9 +1,7 @@
 // The popup menus: geometry, pointer, keys, and how they end.
 #include "console/clsXPMenu.h"
 
-#include <QApplication>
 #include <QPushButton>
-#include <QTest>
 
 #include "console/Robot.h"
 #include "console/TrayIcon.h"
@@ -59,47 +57,35 @@ private:
 
 TEST_F(clsXPMenuTest, RowsAndWidthFollowTheItems) {
     const auto menu = Show();
-    const QFontMetrics metrics(WindowOf(*menu)->font());
     const int row = menu->ItemRect(1).height();
     EXPECT_EQ(menu->ItemRect(2).height(), 9);
     EXPECT_EQ(menu->GetHeight(), 3 * row + 9 + 4);
     EXPECT_EQ(WindowOf(*menu)->height(), menu->GetHeight());
-    EXPECT_EQ(menu->GetHilightedItem(menu->ItemRect(1).center().y()), 1);
-    EXPECT_EQ(menu->GetHilightedItem(menu->ItemRect(2).center().y()), 0);
-    EXPECT_EQ(menu->GetHilightedItem(menu->GetHeight() + 5), 0);
-    EXPECT_EQ(menu->GetHilightedItem(-1), 0);
-    EXPECT_TRUE(menu->IsTextItem(1));
-    EXPECT_FALSE(menu->IsTextItem(2));
-    EXPECT_FALSE(menu->IsTextItem(4));
-    EXPECT_FALSE(menu->IsTextItem(5));
+    for (const auto &[y, item] : {std::pair{menu->ItemRect(1).center().y(), 1},
+                                  {menu->ItemRect(2).center().y(), 0},
+                                  {menu->GetHeight() + 5, 0},
+                                  {-1, 0}})
+        EXPECT_EQ(menu->GetHilightedItem(y), item) << y;
+    for (int item = 1; item <= 5; ++item) EXPECT_EQ(menu->IsTextItem(item), item == 1 || item == 3) << item;
     EXPECT_EQ(menu->GetItemText(3), "Second & third");
     EXPECT_EQ(menu->GetItemText(5), "");
     const auto wider = Show({{"Second & third", {}, {}}, {"A much longer item than that one", {}, {}}});
     EXPECT_GT(wider->GetWidth(), menu->GetWidth());
+    WindowOf(*wider)->findChildren<QPushButton *>()[1]->click();  // as assistive technology does
+    EXPECT_EQ(Clicked(), "Menu:A much longer item than that one ");
 }
 
-TEST_F(clsXPMenuTest, AClickClosesAllMenusAndReachesTheHandler) {
+TEST_F(clsXPMenuTest, OnlyAClickOnACommandClosesAllMenusAndReachesTheHandler) {
     const auto menu = Show();
+    QTest::mouseRelease(WindowOf(*menu), Qt::RightButton, {}, Middle(*menu, 1));  // of the press that opened it
+    for (const int item : {2, 4}) QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, item));
+    EXPECT_EQ(Clicked(), "");
+    EXPECT_TRUE(menu->IsVisible());
+    EXPECT_TRUE(menu->PopupShown());
     QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 3));
     EXPECT_EQ(Clicked(), "Menu:Second & third ");
     EXPECT_FALSE(menu->IsVisible());
     EXPECT_EQ(OpenMenus(), 0);
-}
-
-TEST_F(clsXPMenuTest, SeparatorsAndItemsWithASubmenuStayOpenWhenClicked) {
-    const auto menu = Show();
-    QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 2));
-    QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 4));
-    EXPECT_EQ(Clicked(), "");
-    EXPECT_TRUE(menu->IsVisible());
-    EXPECT_TRUE(menu->PopupShown());
-}
-
-TEST_F(clsXPMenuTest, TheReleaseOfTheOpeningPressIsNoClick) {
-    const auto menu = Show();
-    QTest::mouseRelease(WindowOf(*menu), Qt::RightButton, {}, Middle(*menu, 1));
-    EXPECT_EQ(Clicked(), "");
-    EXPECT_TRUE(menu->IsVisible());
 }
 
 TEST_F(clsXPMenuTest, ThePointerOpensAndClosesSubmenus) {
@@ -146,39 +132,22 @@ TEST_F(clsXPMenuTest, KeysWalkTheItemsAndTheSubmenus) {
     EXPECT_EQ(Clicked(), "");
 }
 
-TEST_F(clsXPMenuTest, OnlyOneMenuIsOpenAtATime) {
+TEST_F(clsXPMenuTest, EndsWithTheNextMenuAPressOutsideOrTheFocusGoneElsewhere) {
     const auto first = Show();
     first->setHilightedItem(4);
     const auto second = Show(commands, {300, 300});
     EXPECT_FALSE(first->IsVisible());
-    EXPECT_TRUE(second->IsVisible());
     EXPECT_EQ(OpenMenus(), 1);
-}
+    second->setHilightedItem(4);
+    QTest::mousePress(QApplication::activePopupWidget(), Qt::LeftButton, {}, QPoint(-500, -50));
+    EXPECT_EQ(OpenMenus(), 0);
 
-TEST_F(clsXPMenuTest, EndsWhenTheFocusGoesElsewhere) {
     QWidget other;
-    const auto menu = Show();
-    menu->setHilightedItem(4);
+    const auto third = Show();
+    third->setHilightedItem(4);
     other.show();
     other.activateWindow();
     EXPECT_TRUE(TurnUntil([] { return OpenMenus() == 0; }, std::chrono::milliseconds(2000)));
-    EXPECT_FALSE(menu->IsVisible());
-}
-
-TEST_F(clsXPMenuTest, APressOutsideEndsAllMenus) {
-    const auto menu = Show();
-    menu->setHilightedItem(4);
-    QTest::mousePress(QApplication::activePopupWidget(), Qt::LeftButton, {}, QPoint(-500, -50));
-    EXPECT_EQ(OpenMenus(), 0);
-}
-
-TEST_F(clsXPMenuTest, AssistiveTechnologyFindsAndClicksTheItems) {
-    const auto menu = Show();
-    const QList<QPushButton *> rows = WindowOf(*menu)->findChildren<QPushButton *>();
-    ASSERT_EQ(rows.size(), 3);
-    EXPECT_EQ(rows[1]->text(), QStringLiteral("Second & third"));
-    rows[1]->click();
-    EXPECT_EQ(Clicked(), "Menu:Second & third ");
 }
 
 TEST(TrayMenuPlace, StaysClearOfTheTaskBarAndOnTheScreen) {

@@ -16,61 +16,57 @@ namespace {
 constexpr int question = FlagYesNo;
 
 TEST(frmMsgBox, TheFlagsChooseButtonsAndIcon) {
-    struct Case {
-        int flags;
-        bool isQuestion;
-        const char *icon;
-    };
-    const Case cases[] = {{0, false, "imgInfo"}, {64, false, "imgInfo"},     {4, true, "imgInfo"},
-                          {36, true, "imgInfo"}, {16, false, "imgCritical"}, {20, true, "imgCritical"}};
+    const std::tuple<int, bool, const char *> cases[] = {
+        {36, true, "imgInfo"}, {16, false, "imgCritical"}, {20, true, "imgCritical"}};
     frmMsgBox box;
-    for (const Case &row : cases) {
-        SCOPED_TRACE(row.flags);
+    for (const auto &[flags, isQuestion, icon] : cases) {
+        SCOPED_TRACE(flags);
         Robot robot;
-        robot.WhenShown("frmMsgBox", [&row](QWidget &form) {
+        robot.WhenShown("frmMsgBox", [isQuestion = isQuestion, icon = icon](QWidget &form) {
             EXPECT_EQ(TextOf(form, "lblMessage"), "One <b>line</b>\n\nand another");
-            EXPECT_EQ(Find(form, "imgOk").isVisible(), !row.isQuestion);
-            EXPECT_EQ(Find(form, "imgYes").isVisible(), row.isQuestion);
-            EXPECT_EQ(Find(form, "imgNo").isVisible(), row.isQuestion);
-            EXPECT_TRUE(Find(form, row.icon).isVisible());
-            Click(form, row.isQuestion ? "imgYes" : "imgOk");
+            EXPECT_EQ(Find(form, "imgOk").isVisible(), !isQuestion);
+            EXPECT_EQ(Find(form, "imgYes").isVisible(), isQuestion);
+            EXPECT_EQ(Find(form, "imgNo").isVisible(), isQuestion);
+            EXPECT_TRUE(Find(form, icon).isVisible());
+            Click(form, isQuestion ? "imgYes" : "imgOk");
         });
-        EXPECT_EQ(box.Ask("One <b>line</b>\r\n\r\nand another", row.flags, nullptr),
-                  row.isQuestion ? AnswerYes : AnswerOk);
+        EXPECT_EQ(box.Ask("One <b>line</b>\r\n\r\nand another", flags, nullptr), isQuestion ? AnswerYes : AnswerOk);
         EXPECT_FALSE(box.isVisible());
     }
 }
 
 TEST(frmMsgBox, KeysAnswer) {
-    struct Case {
-        int flags;
-        Qt::Key key;
-        int answer;
-    };
-    const Case cases[] = {{0, Qt::Key_Return, AnswerOk},        {0, Qt::Key_Space, AnswerOk},
-                          {0, Qt::Key_Escape, AnswerOk},        {question, Qt::Key_Enter, AnswerYes},
-                          {question, Qt::Key_Space, AnswerYes}, {question, Qt::Key_Escape, AnswerNo}};
+    const std::tuple<int, Qt::Key, int> cases[] = {{0, Qt::Key_Escape, AnswerOk},
+                                                   {question, Qt::Key_Enter, AnswerYes},
+                                                   {question, Qt::Key_Space, AnswerYes},
+                                                   {question, Qt::Key_Escape, AnswerNo}};
     frmMsgBox box;
-    for (const Case &row : cases) {
+    for (const auto &[flags, key, answer] : cases) {
         Robot robot;
-        robot.WhenShown("frmMsgBox", [&row](QWidget &form) {
+        robot.WhenShown("frmMsgBox", [key = key](QWidget &form) {
             QTest::keyClick(&form, Qt::Key_Tab);  // the keys keep their meaning
             QTest::keyClick(&form, Qt::Key_A);
             EXPECT_TRUE(form.isVisible());
-            QTest::keyClick(&form, row.key);
+            QTest::keyClick(&form, key);
         });
-        EXPECT_EQ(box.Ask("?", row.flags, nullptr), row.answer) << row.flags << " " << row.key;
+        EXPECT_EQ(box.Ask("?", flags, nullptr), answer) << flags << " " << key;
     }
 }
 
-TEST(frmMsgBox, AReleaseOutsideTheButtonIsNoAnswer) {
+TEST(frmMsgBox, IsMovedByItsTitleAreaAndAReleaseOutsideTheButtonIsNoAnswer) {
     frmMsgBox box;
     Robot robot;
     robot.WhenShown("frmMsgBox", [](QWidget &form) {
-        QWidget &yes = Find(form, "imgYes");
-        QTest::mousePress(&yes, Qt::LeftButton);
-        QTest::mouseMove(&yes, QPoint(-30, -30));
-        QTest::mouseRelease(&yes, Qt::LeftButton, {}, QPoint(-30, -30));
+        const auto drag = [&form](const char *name, const QPoint &from, const QPoint &to) {
+            QTest::mousePress(&Find(form, name), Qt::LeftButton, {}, from);
+            QTest::mouseMove(&Find(form, name), to);
+            QTest::mouseRelease(&Find(form, name), Qt::LeftButton, {}, to);
+        };
+        const QPoint start = form.pos();
+        drag("imgYes", {5, 5}, {-30, -30});
+        EXPECT_EQ(form.pos(), start);
+        drag("imgTitleArea", {40, 10}, {60, 25});
+        EXPECT_NE(form.pos(), start);
         EXPECT_TRUE(form.isVisible());
         form.close();  // the desktop's own closing answers as Escape does
     });
@@ -82,46 +78,14 @@ TEST(frmMsgBox, ASecondQuestionWaitsForTheFirstAndEachKeepsItsAnswer) {
     std::string order;
     Robot robot;
     QTimer::singleShot(20, [&] { order += box.Ask("second", question, nullptr) == AnswerNo ? "second No " : "? "; });
-    int waited = 0;
-    Timer timer;
-    timer.SetInterval(5);
-    timer.OnTimer = [&waited] {
-        ++waited;
-    };
-    timer.SetEnabled(true);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
     robot.When(
-        "the timers have run", [&waited] { return waited > 20; },
+        "the second question waits", [end] { return std::chrono::steady_clock::now() > end; },
         [] { EXPECT_EQ(TextOf(*ShownWindow("frmMsgBox"), "lblMessage"), "first"); });
     robot.WhenAsked("first", "imgYes");
     robot.WhenAsked("second", "imgNo");
     order += box.Ask("first", question, nullptr) == AnswerYes ? "first Yes" : "?";
     EXPECT_EQ(order, "second No first Yes");
-}
-
-TEST(frmMsgBox, IsMovedByItsTitleArea) {
-    frmMsgBox box;
-    Robot robot;
-    robot.WhenShown("frmMsgBox", [](QWidget &form) {
-        const QPoint start = form.pos();
-        QWidget &title = Find(form, "imgTitleArea");
-        QTest::mousePress(&title, Qt::LeftButton, {}, QPoint(40, 10));
-        QTest::mouseMove(&title, QPoint(60, 25));
-        QTest::mouseRelease(&title, Qt::LeftButton, {}, QPoint(40, 10));
-        EXPECT_NE(form.pos(), start);
-        QTest::keyClick(&form, Qt::Key_Escape);
-    });
-    box.Ask("!", 0, nullptr);
-}
-
-TEST(frmHelpBalloon, StaysByTheLengthOfItsText) {
-    EXPECT_EQ(BalloonTime(QString(100, QLatin1Char('x'))), 6000);
-    EXPECT_EQ(BalloonTime(QStringLiteral("é")), 60);
-    frmHelpBalloon balloon([] {});
-    balloon.Show("Title", "", true);
-    EXPECT_FALSE(balloon.isVisible());
-    balloon.Show("Title", "abc", true);
-    EXPECT_TRUE(balloon.isVisible());
-    EXPECT_TRUE(TurnUntil([&balloon] { return !balloon.isVisible(); }, std::chrono::milliseconds(3000)));
 }
 
 TEST(frmHelpBalloon, StandsBesideThePointerOnTheScreen) {
@@ -131,7 +95,7 @@ TEST(frmHelpBalloon, StandsBesideThePointerOnTheScreen) {
     EXPECT_EQ(BalloonPlace({690, 790}, {300, 120}, screen), QPoint(700, 680)) << "past the lower edge";
 }
 
-TEST(frmHelpBalloon, EndsAtAnyKeyOrItsExitAndLinksToTheSupport) {
+TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
     int opened = 0;
     frmHelpBalloon balloon([&opened] { ++opened; });
     QWidget dialog;
@@ -148,6 +112,12 @@ TEST(frmHelpBalloon, EndsAtAnyKeyOrItsExitAndLinksToTheSupport) {
     EXPECT_FALSE(Find(balloon, "lblOnlineSupport").isVisible());
     Click(balloon, "imgHelpBallonExit");
     EXPECT_FALSE(balloon.isVisible());
+    balloon.Show("Title", "", true);
+    EXPECT_FALSE(balloon.isVisible());
+    EXPECT_EQ(BalloonTime(QStringLiteral("\u00e9x")), 120);
+    balloon.Show("Title", "abc", true);
+    EXPECT_TRUE(balloon.isVisible());
+    EXPECT_TRUE(TurnUntil([&balloon] { return !balloon.isVisible(); }, std::chrono::milliseconds(3000)));
 }
 
 TEST(SContainer, HoldsControlsAndHearsItsCaption) {
