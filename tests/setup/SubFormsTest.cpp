@@ -48,11 +48,11 @@ TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     const std::string folder = Program.MakeFolder("pictures");
     frmSetupAlbum form(nullptr, std::nullopt, Chooses({Local(folder)}));
     form.show();
-    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdDelete")->isEnabled());
+    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdDelete").isEnabled());
     EXPECT_EQ(form.focusWidget()->objectName(), "txtAlbumName");
     Owner.ExpectMessage("You must give your album a name!", FlagCritical);
     Click(form, "cmdOK");
-    QTest::keyClicks(Find(form, "txtAlbumName"), "Trips");
+    QTest::keyClicks(&Find(form, "txtAlbumName"), "Trips");
     Owner.ExpectMessage("You must choose a directory for this album!", FlagCritical);
     Click(form, "cmdOK");
     EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "the refusal brings the chooser";
@@ -72,7 +72,7 @@ TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
 TEST_F(SubForms, ABadCharacterLeavesTheNameAtOnce) {
     frmSetupAlbum form(nullptr, std::nullopt, Chooses({}));
     form.show();
-    auto *name = Find<QLineEdit>(form, "txtAlbumName");
+    auto *name = &Find<QLineEdit>(form, "txtAlbumName");
     QTest::keyClicks(name, "Summer");
     name->setCursorPosition(3);
     Owner.ExpectMessage(badName, FlagCritical);
@@ -88,11 +88,11 @@ TEST_F(SubForms, RootsAndFoldersOfNoDiskAreRefused) {
     form.show();
     Owner.ExpectMessage("Invalid directory to share!\r\n\r\nPlease choose a folder on your harddrive to share.",
                         FlagCritical);
-    QTest::mouseClick(Find(form, "txtAlbumPath"), Qt::LeftButton);
+    QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
     Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerYes);
-    QTest::mouseClick(Find(form, "txtAlbumPath"), Qt::LeftButton);
+    QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
     EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder);
-    QTest::mouseClick(Find(form, "txtAlbumPath"), Qt::LeftButton);
+    QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
     EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "a good path is left alone";
     Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerNo);
     Click(form, "cmdAlbumChangeDir");
@@ -106,26 +106,13 @@ TEST_F(SubForms, TheFeaturedPictureIsChosenOrLeft) {
         frmSetupAlbum form(nullptr, std::nullopt, Chooses({}));
         form.show();
         Click(form, "optFeaturedImageSpecified");
-        EXPECT_TRUE(Find<QAbstractButton>(form, "optFeaturedImageRandom")->isChecked()) << "cancelled, with no path";
+        EXPECT_TRUE(Find<QAbstractButton>(form, "optFeaturedImageRandom").isChecked()) << "cancelled, with no path";
     }
     frmSetupAlbum form(nullptr, std::nullopt, Chooses({}, small));
     form.show();
     Click(form, "cmdBrowseFeaturedImage");
-    EXPECT_TRUE(Find<QAbstractButton>(form, "optFeaturedImageSpecified")->isChecked());
+    EXPECT_TRUE(Find<QAbstractButton>(form, "optFeaturedImageSpecified").isChecked());
     EXPECT_EQ(TextOf(form, "txtFeaturedImagePath"), small);
-}
-
-TEST_F(SubForms, AnAlbumIsDeletedAfterAQuestion) {
-    MakeAlbum("Trips");
-    frmSetupAlbum form(nullptr, std::string("Trips"), Chooses({}));
-    form.show();
-    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerNo);
-    Click(form, "cmdDelete");
-    EXPECT_TRUE(form.isVisible());
-    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
-    Click(form, "cmdDelete");
-    EXPECT_EQ(form.Outcome().What, AlbumOutcome::Kind::Deleted);
-    EXPECT_EQ(Column("Albums", "AlbumName"), "");
 }
 
 TEST_F(SubForms, AUserIsAddedAndEdited) {
@@ -138,7 +125,7 @@ TEST_F(SubForms, AUserIsAddedAndEdited) {
         Click(form, "cmdOK");
         EXPECT_EQ(form.focusWidget()->objectName(), "txtConfirm");
         Enter(form, "txtConfirm", "one");
-        EXPECT_EQ(Find<QLineEdit>(form, "txtPassword")->displayText(), "***");
+        EXPECT_EQ(Find<QLineEdit>(form, "txtPassword").displayText(), "***");
         Owner.ExpectMessage("User Added!", FlagInformation);
         Click(form, "cmdOK");
     }
@@ -147,12 +134,12 @@ TEST_F(SubForms, AUserIsAddedAndEdited) {
     EXPECT_EQ(TextOf(form, "txtConfirm"), "one");
     Enter(form, "chkAdmin", "1");
     Owner.ExpectMessage("User Information Saved!", FlagInformation);
-    QTest::keyClick(Find(form, "txtUsername"), Qt::Key_Return);
+    QTest::keyClick(&Find(form, "txtUsername"), Qt::Key_Return);
     EXPECT_TRUE(LoadUser("Ann").Admin);
 }
 
 QTreeWidgetItem *Node(const QWidget &form, const char *tree, std::initializer_list<int> path) {
-    QTreeWidgetItem *node = Find<QTreeWidget>(form, tree)->topLevelItem(0);
+    QTreeWidgetItem *node = Find<QTreeWidget>(form, tree).topLevelItem(0);
     for (const int child : path) {
         node->setExpanded(true);
         node = node->child(child);
@@ -167,8 +154,8 @@ TEST_F(SubForms, TicksGiveAndTakeRights) {
     SaveUser({"Bob", "b", "b", false}, "");
     frmSetupAccess form(nullptr);
     form.show();
-    auto *users = Find<QListWidget>(form, "lstUsers");
-    auto *tree = Find<QTreeWidget>(form, "tvAccess");
+    auto *users = &Find<QListWidget>(form, "lstUsers");
+    auto *tree = &Find<QTreeWidget>(form, "tvAccess");
     EXPECT_FALSE(users->isEnabled());
     tree->setCurrentItem(Node(form, "tvAccess", {0, 0}));
     EXPECT_EQ(TextOf(form, "lblParentAlbum") + TextOf(form, "lblAccessDir"), "TripsO'Brien");
@@ -187,7 +174,7 @@ TEST_F(SubForms, TicksGiveAndTakeRights) {
     Click(form, "cmdUserDelete");
     EXPECT_EQ(Column("PrivateDirs", "Username"), "");
     EXPECT_EQ(TextOf(form, "chkRestrictAccess"), "0");
-    Find<QPlainTextEdit>(form, "txtRestrictWords")->setPlainText("Secret*\nMine\n");
+    Find<QPlainTextEdit>(form, "txtRestrictWords").setPlainText("Secret*\nMine\n");
     Click(form, "cmdOK");
     EXPECT_EQ(Program.Read("restrictwords.txt"), "Secret*\r\nMine\r\n");
 }
@@ -200,18 +187,17 @@ TEST_F(SubForms, WithNoUsersOneIsOffered) {
         "allow yourself to view all directories.",
         CriticalQuestion, AnswerYes);
     Owner.ExpectMessage("User Added!", FlagInformation);
-    const WhenOpen addUser("frmSetupUsers", [](QWidget &users) {
+    Robot hands;
+    hands.WhenShown("frmSetupUsers", [](QWidget &users) {
         Enter(users, "txtUsername", "Ann");
         Enter(users, "txtPassword", "a");
         Enter(users, "txtConfirm", "a");
         Click(users, "cmdOK");
     });
     frmSetupAccess form(nullptr);
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, &form, [&form] {
-        if (Find<QListWidget>(form, "lstUsers")->count() == 1) QTest::keyClick(&form, Qt::Key_Escape);
-    });
-    watch.start(5);
+    hands.When(
+        "the new user", [&form] { return Find<QListWidget>(form, "lstUsers").count() == 1; },
+        [&form] { QTest::keyClick(&form, Qt::Key_Escape); });
     form.Run();
     EXPECT_EQ(Column("Users", "Username"), "Ann|");
 }
@@ -221,19 +207,19 @@ TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
     MakeAlbum("Trips");
     frmSetupDirOrder form(nullptr);
     form.show();
-    auto *tree = Find<QTreeWidget>(form, "tvAlbums");
-    auto *list = Find<QTreeWidget>(form, "lvwDirs");
+    auto *tree = &Find<QTreeWidget>(form, "tvAlbums");
+    auto *list = &Find<QTreeWidget>(form, "lvwDirs");
     EXPECT_TRUE(Node(form, "tvAlbums", {0})->isExpanded()) << "a single album is open at once";
-    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdSave")->isEnabled());
+    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdSave").isEnabled());
     tree->setCurrentItem(Node(form, "tvAlbums", {0}));
     EXPECT_EQ(RowsOf(form, "lvwDirs"), "a|\nb|\nc|\n");
-    EXPECT_TRUE(Find<QAbstractButton>(form, "cmdSave")->isEnabled());
+    EXPECT_TRUE(Find<QAbstractButton>(form, "cmdSave").isEnabled());
     list->setCurrentItem(list->topLevelItem(0));
-    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdMoveUp")->isEnabled());
+    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdMoveUp").isEnabled());
     Click(form, "cmdMoveDown");
     Click(form, "cmdMoveDown");
     EXPECT_EQ(RowsOf(form, "lvwDirs"), "b|\nc|\na|\n");
-    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdMoveDown")->isEnabled());
+    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdMoveDown").isEnabled());
     const QPoint from = list->visualItemRect(list->topLevelItem(1)).center();
     const QPoint to = list->visualItemRect(list->topLevelItem(0)).center();
     QTest::mousePress(list->viewport(), Qt::LeftButton, {}, from);
@@ -244,7 +230,7 @@ TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
     tree->setCurrentItem(Node(form, "tvAlbums", {0, 1}));
     EXPECT_EQ(Column("DBOrder", "SubDir"), "\\\\c|\\\\b|\\\\a|") << "of the node that was left";
     tree->setCurrentItem(Node(form, "tvAlbums", {0}));
-    auto *sort = Find<QComboBox>(form, "cboPreSort");
+    auto *sort = &Find<QComboBox>(form, "cboPreSort");
     sort->setCurrentIndex(2);
     Q_EMIT sort->activated(2);
     EXPECT_EQ(RowsOf(form, "lvwDirs"), "a|\nb|\nc|\n");
@@ -256,9 +242,10 @@ TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
 
 TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
     int opened = -1;
+    bool delivers = true;
     WebcamHands hands;
     hands.GetDriverDescription = [](int device) -> std::optional<CaptureDescription> {
-        return device < 2 ? std::optional(CaptureDescription{"Camera", std::to_string(device)}) : std::nullopt;
+        return device < 3 ? std::optional(CaptureDescription{"Camera", std::to_string(device)}) : std::nullopt;
     };
     hands.OpenWebcam = [&opened](int device) {
         opened = device;
@@ -268,36 +255,37 @@ TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
         opened = -1;
     };
     hands.GetDriverDialogs = [&opened]() -> std::optional<WebcamHands::Dialogs> {
+        if (opened == 2) return std::nullopt;
         return WebcamHands::Dialogs{opened == 1, false};
     };
-    hands.TestCapture = [] {
-        return false;
-    };
+    hands.TestCapture = Give(delivers);
     SaveSetting("Setup", "WebcamSource", "1");
-    {
+    const auto accept = [&](const char *source, const char *interval) {
         frmSetupWebcam form(nullptr, hands);
         form.show();
         EXPECT_EQ(TextOf(form, "cboSource") + TextOf(form, "lblCaptureInterval"), "Camera 10m 30s");
-        EXPECT_TRUE(Find<QAbstractButton>(form, "cmdDeviceSource")->isEnabled());
-        Enter(form, "cboSource", "Camera 0");
-        EXPECT_EQ(opened, 0);
-        EXPECT_FALSE(Find<QAbstractButton>(form, "cmdDeviceSource")->isEnabled());
-        Enter(form, "sldCaptureInterval", "120");
-        EXPECT_EQ(TextOf(form, "lblCaptureInterval"), "10m 0s");
+        EXPECT_TRUE(Find<QAbstractButton>(form, "cmdDeviceSource").isEnabled());
+        Enter(form, "cboSource", source);
+        EXPECT_FALSE(Find<QAbstractButton>(form, "cmdDeviceSource").isEnabled());
+        Enter(form, "sldCaptureInterval", interval);
+        const std::string shown = TextOf(form, "lblCaptureInterval");
         Click(form, "cmdOK");
-        EXPECT_FALSE(form.IsWebcamUsable());
-    }
+        return shown + (form.IsWebcamUsable() ? " usable" : "");
+    };
+    EXPECT_EQ(accept("Camera 0", "6"), "0m 30s usable");
     EXPECT_EQ(opened, -1) << "the form gives the device up";
-    EXPECT_EQ(GetSetting("Setup", "CaptureInterval"), "120");
+    SaveSetting("Setup", "WebcamSource", "1");
+    delivers = false;
+    Owner.ExpectMessage("Unable to get driver capabilities!", FlagCritical);
+    EXPECT_EQ(accept("Camera 2", "25"), "2m 5s");
+    EXPECT_EQ(GetSetting("Setup", "CaptureInterval") + GetSetting("Setup", "WebcamSource"), "252")
+        << "the index stands over the mark of the failed test";
+    EXPECT_EQ(WebcamEditor::FirstSource(2), 0) << "a device that is there no more";
 }
 
 TEST_F(SubForms, NothingIsCutInLargeText) {
-    const QFont before = QApplication::font();
-    for (const int pixels : {12, 18}) {
-        QFont font = before;
-        font.setPixelSize(pixels);
-        QApplication::setFont(font);
-        MakeAlbum("Trips" + std::to_string(pixels));
+    MakeAlbum("Trips");
+    InEachTextSize([this] {
         frmSetupAlbum album(nullptr, std::nullopt, Chooses({}));
         frmSetupUsers users(nullptr, "");
         frmSetupAccess access(nullptr);
@@ -308,8 +296,7 @@ TEST_F(SubForms, NothingIsCutInLargeText) {
             ExpectNothingIsCut(*form);
             form->hide();
         }
-    }
-    QApplication::setFont(before);
+    });
 }
 
 }  // namespace

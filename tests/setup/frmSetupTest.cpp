@@ -54,18 +54,27 @@ protected:
         form->show();
         return form;
     }
+    void WhenAskedMakeTrips() {
+        Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
+            Enter(album, "txtAlbumName", "Trips");
+            Click(album, "cmdAlbumChangeDir");
+            Click(album, "cmdOK");
+        });
+    }
     static bool IsEnabled(const QWidget &form, const char *name) {
-        return Find<QAbstractButton>(form, name)->isEnabled();
+        return Find<QAbstractButton>(form, name).isEnabled();
     }
     static std::string Tab(const QWidget &form) {
-        const auto *tabs = Find<QTabWidget>(form, "SSTab1");
+        const auto *tabs = &Find<QTabWidget>(form, "SSTab1");
         return FromQt(tabs->tabText(tabs->currentIndex()));
     }
+
+    Robot Hands;
 };
 
 TEST_F(SetupForm, TheWizardWalksTheTabs) {
     const auto form = Open();
-    auto *finish = Find<QAbstractButton>(*form, "cmdOK");
+    auto *finish = &Find<QAbstractButton>(*form, "cmdOK");
     std::string walked = Tab(*form);
     EXPECT_FALSE(IsEnabled(*form, "cmdPrevious"));
     while (IsEnabled(*form, "cmdNext")) {
@@ -80,7 +89,7 @@ TEST_F(SetupForm, TheWizardWalksTheTabs) {
     Click(*form, "cmdPrevious");
     EXPECT_FALSE(finish->font().bold());
     EXPECT_TRUE(IsEnabled(*form, "cmdNext"));
-    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(0);
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(0);
     EXPECT_FALSE(IsEnabled(*form, "cmdPrevious"));
 }
 
@@ -100,6 +109,7 @@ TEST_F(SetupForm, OpensWithDefaultsAndKeepsWhatFinishSaves) {
         Enter(*form, "cboFilesPerPage", "All");
         Enter(*form, "sldImageQuality", "5");
         EXPECT_EQ(TextOf(*form, "lblThumbQuality") + TextOf(*form, "lblPreviewQuality"), "70%90%");
+        Enter(*form, "optDirSortMethod", "1");
         Enter(*form, "optDirSortOrder", "1");
         Enter(*form, "cboStyle", "Garden");
         Enter(*form, "txtDesc", "Our <i>trips</i>");
@@ -111,8 +121,9 @@ TEST_F(SetupForm, OpensWithDefaultsAndKeepsWhatFinishSaves) {
     const auto form = Open();
     EXPECT_EQ(TextOf(*form, "cboFilesPerRow") + TextOf(*form, "cboFilesPerPage") + TextOf(*form, "sldImageQuality"),
               "5All5");
-    EXPECT_EQ(TextOf(*form, "optDirSortOrder") + TextOf(*form, "cboStyle") + TextOf(*form, "txtDesc"),
-              "1GardenOur trips");
+    EXPECT_EQ(TextOf(*form, "optDirSortMethod") + TextOf(*form, "optDirSortOrder") + TextOf(*form, "cboStyle") +
+                  TextOf(*form, "txtDesc"),
+              "11GardenOur trips");
 }
 
 TEST_F(SetupForm, CancelAsksOnlyAfterAChange) {
@@ -137,41 +148,38 @@ TEST_F(SetupForm, CancelAsksOnlyAfterAChange) {
 TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
     const auto form = Open({true, false});
     EXPECT_EQ(Tab(*form), "Albums");
-    {
-        const WhenOpen create("frmSetupAlbum", [](QWidget &album) {
-            Enter(album, "txtAlbumName", "Trips");
-            Click(album, "cmdAlbumChangeDir");
-            Click(album, "cmdOK");
-        });
-        Click(*form, "cmdAlbumAdd");
-    }
+    WhenAskedMakeTrips();
+    Click(*form, "cmdAlbumAdd");
     const std::string path = AbbreviatedDir(Program.Path("pictures"));
     EXPECT_EQ(RowsOf(*form, "lstAlbums"), "Trips|" + path + "|\n");
     AddRight("Trips", "\\", "Ann");
-    auto *list = Find<QTreeWidget>(*form, "lstAlbums");
+    auto *list = &Find<QTreeWidget>(*form, "lstAlbums");
     const auto doubleClick = [list] {
         const QPoint place = list->visualItemRect(list->topLevelItem(0)).center();
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
         QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
     };
-    {
-        const WhenOpen edit("frmSetupAlbum", [](QWidget &album) {
-            Enter(album, "txtAlbumName", "Journeys");
-            Click(album, "cmdOK");
-        });
-        doubleClick();
-    }
+    Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
+        Enter(album, "txtAlbumName", "Journeys");
+        Click(album, "cmdOK");
+    });
+    doubleClick();
     EXPECT_EQ(RowsOf(*form, "lstAlbums"), "Journeys|" + path + "|\n");
     EXPECT_EQ(RowsOf(*form, "lvwRestricted"), "Journeys|Root Folder|Ann|\n");
-    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
-    const WhenOpen remove("frmSetupAlbum", [](QWidget &album) { Click(album, "cmdDelete"); });
+    for (const int answer : {AnswerNo, AnswerYes})
+        Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, answer);
+    Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
+        Click(album, "cmdDelete");
+        EXPECT_TRUE(album.isVisible());
+        Click(album, "cmdDelete");
+    });
     doubleClick();
-    EXPECT_EQ(RowsOf(*form, "lstAlbums"), "");
+    EXPECT_EQ(RowsOf(*form, "lstAlbums") + Column("Albums", "AlbumName"), "");
 }
 
 TEST_F(SetupForm, AnAlbumMayBeAskedForAtOnce) {
     frmSetup form({false, true}, Surroundings());
-    const WhenOpen album("frmSetupAlbum", [&form](QWidget &editor) {
+    Hands.WhenShown("frmSetupAlbum", [&form](QWidget &editor) {
         Click(editor, "cmdCancel");
         QTimer::singleShot(0, &form, [&form] { Click(form, "cmdCancel"); });
     });
@@ -180,7 +188,7 @@ TEST_F(SetupForm, AnAlbumMayBeAskedForAtOnce) {
 
 TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
     const auto form = Open();
-    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(4);
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(4);
     Owner.ExpectMessage(
         "You must create an album before you can set the directory order!\r\n\r\nWould you like to create one now?",
         CriticalQuestion, AnswerNo);
@@ -191,18 +199,12 @@ TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
     Owner.ExpectMessage(
         "You must create an album before you can enter Access Control!\r\n\r\nWould you like to create one now?",
         CriticalQuestion, AnswerYes);
-    {
-        const WhenOpen create("frmSetupAlbum", [](QWidget &album) {
-            Enter(album, "txtAlbumName", "Trips");
-            Click(album, "cmdAlbumChangeDir");
-            Click(album, "cmdOK");
-        });
-        Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(6);
-        Click(*form, "cmdSetupRestricted");
-    }
+    WhenAskedMakeTrips();
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(6);
+    Click(*form, "cmdSetupRestricted");
     EXPECT_EQ(Tab(*form), "Albums");
-    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(4);
-    const WhenOpen order("frmSetupDirOrder", [](QWidget &editor) { Click(editor, "cmdOK"); });
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(4);
+    Hands.WhenShown("frmSetupDirOrder", [](QWidget &editor) { Click(editor, "cmdOK"); });
     Click(*form, "cmdSetDirOrder");
     EXPECT_EQ(TextOf(*form, "optDirSortMethod"), "2");
 }
@@ -210,8 +212,8 @@ TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
 TEST_F(SetupForm, AClickTakesARightAway) {
     AddRight("Trips", "\\a", "Ann");
     const auto form = Open();
-    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(6);
-    auto *list = Find<QTreeWidget>(*form, "lvwRestricted");
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(6);
+    auto *list = &Find<QTreeWidget>(*form, "lvwRestricted");
     Owner.ExpectMessage(
         "Important Note: By doing this you will make this directory public!\r\n\r\nWould you like to take away access "
         "from 'Ann' to 'Trips > a' ?",
@@ -222,7 +224,7 @@ TEST_F(SetupForm, AClickTakesARightAway) {
 
 TEST_F(SetupForm, AWebcamNeedsADevice) {
     const auto form = Open();
-    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(4);
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(4);
     Owner.ExpectMessage(
         "I'm sorry but no capture devices could be found. Please make sure your camera is installed properly.",
         FlagCritical);
@@ -232,8 +234,8 @@ TEST_F(SetupForm, AWebcamNeedsADevice) {
 
 TEST_F(SetupForm, ThePortBoxTakesNumbers) {
     const auto form = Open();
-    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(7);
-    auto *port = Find<QComboBox>(*form, "cboListenPort");
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(7);
+    auto *port = &Find<QComboBox>(*form, "cboListenPort");
     port->setEditText("8080x");
     QFocusEvent leave(QEvent::FocusOut);
     QApplication::sendEvent(port->lineEdit(), &leave);
@@ -247,13 +249,13 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     SaveSetting("Setup", "AccountName", "ann");
     const auto form = Open();
     EXPECT_EQ(TextOf(*form, "lblPublicIP"), "...");
-    EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting")->text(), ToQt(service.Base() + "?ann"));
+    EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting").text(), ToQt(service.Base() + "?ann"));
     const auto free = Winsock::Create();
     free->SetLocalPort(0);
     free->Listen();
     Enter(*form, "cboListenPort", std::to_string(free->LocalPort()));
     free->Close();
-    Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(3);
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(3);
     Owner.ExpectMessage(
         "Congratulations! Your computer has successfully received our request.\r\n\r\nThis usually indicates that "
         "your friends will be able to see your website with no problem.",
@@ -283,22 +285,17 @@ TEST_F(SetupForm, HelpAndSmallScreens) {
 }
 
 TEST_F(SetupForm, NothingIsCutInLargeText) {
-    const QFont before = QApplication::font();
-    for (const int pixels : {12, 18}) {
-        QFont font = before;
-        font.setPixelSize(pixels);
-        QApplication::setFont(font);
+    InEachTextSize([this] {
         const auto form = Open();
         form->resize(form->sizeHint());
+        auto &tabs = Find<QTabWidget>(*form, "SSTab1");
         for (int tab = 0; tab < SetupTabs; ++tab) {
-            Find<QTabWidget>(*form, "SSTab1")->setCurrentIndex(tab);
+            tabs.setCurrentIndex(tab);
             QTest::qWait(1);
             ExpectNothingIsCut(*form);
         }
-        EXPECT_GE(Find<QTabWidget>(*form, "SSTab1")->tabBar()->width(),
-                  Find<QTabWidget>(*form, "SSTab1")->tabBar()->sizeHint().width());
-    }
-    QApplication::setFont(before);
+        EXPECT_GE(tabs.tabBar()->width(), tabs.tabBar()->sizeHint().width());
+    });
 }
 
 }  // namespace

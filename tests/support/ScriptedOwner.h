@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <deque>
-#include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "core/site/OwnerDialogue.h"
 
@@ -26,19 +24,16 @@ public:
     ScriptedOwner(const ScriptedOwner &) = delete;
     ScriptedOwner &operator=(const ScriptedOwner &) = delete;
 
-    /// What the owner does while a box or dialog is open.
-    using Action = std::function<void()>;
-
     /// A message box. @param text whole @param flags exact
-    void ExpectMessage(const std::string &text, int flags, int answer = AnswerOk, Action whileOpen = {}) {
-        script_.push_back({Described(text, flags), answer, std::move(whileOpen)});
+    void ExpectMessage(const std::string &text, int flags, int answer = AnswerOk) {
+        script_.push_back({Described(text, flags), answer});
     }
-    void ExpectBrowser(const std::string &url) { script_.push_back({"opens " + url, AnswerOk, {}}); }
+    void ExpectBrowser(const std::string &url) { script_.push_back({"opens " + url, AnswerOk}); }
     void ExpectBalloon(const std::string &title, const std::string &text) {
-        script_.push_back({"balloon " + title + ": " + text, AnswerOk, {}});
+        script_.push_back({"balloon " + title + ": " + text, AnswerOk});
     }
-    void ExpectNotice(const std::string &text) { script_.push_back({"notice " + text, AnswerOk, {}}); }
-    void ExpectSetup(Action whileOpen = {}) { script_.push_back({"setup", AnswerOk, std::move(whileOpen)}); }
+    void ExpectNotice(const std::string &text) { script_.push_back({"notice " + text, AnswerOk}); }
+    void ExpectSetup() { script_.push_back({"setup", AnswerOk}); }
 
     /// Whether all that was expected has come.
     bool IsDone() const { return script_.empty(); }
@@ -62,7 +57,6 @@ private:
     struct Step {
         std::string Text;
         int Answer;
-        Action WhileOpen;
     };
 
     static std::string Described(const std::string &text, int flags) {
@@ -74,12 +68,10 @@ private:
             ADD_FAILURE() << "not expected: " << text;
             return refusal;
         }
-        const Step step = std::move(script_.front());
+        const Step step = script_.front();
         script_.pop_front();
         EXPECT_EQ(text, step.Text);
-        if (text != step.Text) return refusal;
-        if (step.WhileOpen) step.WhileOpen();
-        return step.Answer;
+        return text == step.Text ? step.Answer : refusal;
     }
 
     std::deque<Step> script_;
