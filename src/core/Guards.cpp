@@ -7,8 +7,8 @@
 #include "core/site/Globals.h"
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
+#include "outside/Address.h"
 #include "platform/Numbers.h"
-#include "platform/Text.h"
 #include "store/Settings.h"
 
 namespace pixmora {
@@ -21,12 +21,6 @@ constexpr int longestIdleTimeout = 24 * 60 * 60;  // seconds; in ms well inside 
 int GuardNumber(std::string_view key, int fallback, int highest) {
     const double number = Val(GetSetting("Setup", key, std::to_string(fallback)));
     return RoundToLong(std::clamp<double>(number, 0, highest));
-}
-
-/// Dotted; empty for all of the machine's.
-std::string ListenAddress() {
-    const std::string address = Trim(GetSetting("Setup", "ListenAddress"));
-    return EqualsIgnoreCase(address, "localhost") ? "127.0.0.1" : address;
 }
 
 }  // namespace

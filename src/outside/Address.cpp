@@ -10,6 +10,7 @@
 #include "platform/LocalAddresses.h"
 #include "platform/Numbers.h"
 #include "platform/Text.h"
+#include "store/Settings.h"
 #include "store/clsRegistry.h"
 
 namespace pixmora {
@@ -66,7 +67,14 @@ std::string LinkAnchor(std::string_view address) {
 
 }  // namespace
 
+std::string ListenAddress() {
+    const std::string address = Trim(GetSetting("Setup", "ListenAddress"));
+    return EqualsIgnoreCase(address, "localhost") ? "127.0.0.1" : address;
+}
+
 std::string GetLocalIP() {
+    const std::string address = ListenAddress();
+    if (!address.empty()) return address;
     return GetLocalIP(HostTableAddresses(), InterfaceAddresses());
 }
 

@@ -7,10 +7,14 @@
 
 namespace pixmora {
 
-/// The machine's own IPv4 address, dotted: the hosts table's for the machine's own name, or the first interface's where
-/// that is none or a loopback one. Never waits. With neither, a message tells the owner, and the answer is empty.
+/// The one address of the machine that the website listens on, dotted; empty for all of them.
+std::string ListenAddress();
+
+/// The machine's own IPv4 address, dotted: the one listened on, else the hosts table's for the machine's own name, or
+/// the first interface's where that is none or a loopback one. Never waits. With none, a message tells the owner, and
+/// the answer is empty.
 std::string GetLocalIP();
-/// The same choice among addresses given.
+/// The choice among a hosts table's and the interfaces' addresses.
 std::string GetLocalIP(const std::vector<std::string> &hostTable, const std::vector<std::string> &interfaces);
 
 /// A new mail with the address in it.

@@ -153,6 +153,7 @@ TEST_F(Guards, ListenAddressIsThisComputersOrTheStartFails) {
     EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
     SaveSetting("Setup", "ListenAddress", "LocalHost");
     EXPECT_EQ(Start().back(), "Your Website is Live!");
+    EXPECT_EQ(gWebsiteAddress, "http://127.0.0.1:" + GetSetting("Setup", "ListenPort"));
     const auto outside = Winsock::Create();
     outside->SetRemoteHost("127.0.0.2");
     outside->SetRemotePort(Port());
