@@ -203,6 +203,7 @@ void AppendWebcamRow(std::string &rows) {
 }
 
 std::string ShareList(std::string_view user) {
+    const ReadScope reads(*gDatabase);  // each album asks for its protection and its featured picture
     std::string rows;
     AppendPopularRow(rows);
     if (!AppendAlbumRows(rows, user)) AppendNoAlbumsRow(rows);

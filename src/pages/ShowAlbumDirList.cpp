@@ -167,6 +167,7 @@ void AppendAlbumRow(Tree &tree, const clsAlbum &album) {
 }
 
 void AppendAlbumRows(Tree &tree) {
+    const ReadScope reads(*gDatabase);  // each directory asks for its protection and its place
     for (const AlbumPointer &album : gAlbums) {
         if (IsListed(tree.User, album->ID, LastPathPart(album->Directory), "\\", tree.Address.View))
             AppendAlbumRow(tree, *album);

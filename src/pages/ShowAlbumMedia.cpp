@@ -13,6 +13,7 @@
 #include "platform/Numbers.h"
 #include "platform/RunTimeError.h"
 #include "store/Catalogue.h"
+#include "store/Globals.h"
 #include "store/Protection.h"
 
 namespace pixmora {
@@ -144,6 +145,7 @@ void AppendSubDirectoryRow(std::string &list, const AlbumMedia &media, const Sub
 
 /// In place of files: the way further down, or the word that there is nothing.
 std::string NoFiles(const AlbumMedia &media, std::string_view user) {
+    const ReadScope reads(*gDatabase);  // each directory asks for its protection and its place
     std::vector<SubDirectory> directories;
     if (media.Album->SubDirectories != 0 && media.Directory.IsUsable)
         directories = ListSubDirs(media.Album->ID, Concat("\\", media.Directory.RelativePath));

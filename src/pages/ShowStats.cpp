@@ -121,19 +121,24 @@ std::string Monthly(DateTime today) {
     return table.append(tableEnd);
 }
 
-}  // namespace
-
-void clsWebServerCommands::genShowStats(const Connection &socket) const {
+void FillTables(std::string &page) {
     const DateTime now = Now();  // read once, so that midnight can't fall between the tables
     const DateTime today = std::chrono::floor<std::chrono::days>(now);
-    std::string page = WriteResponseHead("text/html", true) + tplShowStats;
-    Fill(page, "{STYLE_SHEET}", gStyleSheet);
-    Fill(page, "{SERVER_TITLE}", gServerTitle);
-    Fill(page, "{AUTHOR}", gAuthor);
+    const ReadScope reads(*gDatabase);  // each row is a question
     Fill(page, "{STATS_SUMMARY}", Summary(today));
     Fill(page, "{STATS_HOURLY}", Hourly(today, HourOf(now)));
     Fill(page, "{STATS_DAILY}", Daily(today));
     Fill(page, "{STATS_MONTHLY}", Monthly(today));
+}
+
+}  // namespace
+
+void clsWebServerCommands::genShowStats(const Connection &socket) const {
+    std::string page = WriteResponseHead("text/html", true) + tplShowStats;
+    Fill(page, "{STYLE_SHEET}", gStyleSheet);
+    Fill(page, "{SERVER_TITLE}", gServerTitle);
+    Fill(page, "{AUTHOR}", gAuthor);
+    FillTables(page);
     // Deliberate: this page's own bytes are not counted.
     SendIgnoringErrors(socket, page);
 }

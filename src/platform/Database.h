@@ -91,6 +91,7 @@ private:
     explicit Database(std::unique_ptr<DatabaseEngine> engine);
     friend class Recordset;
     friend class Transaction;
+    friend class ReadScope;
     std::unique_ptr<DatabaseEngine> engine_;
 };
 
@@ -108,6 +109,21 @@ public:
 private:
     Database &database_;
     bool done_ = false;
+};
+
+/// The reads of a scope see one state of the file and take its lock once, which is most of what a small question costs.
+/// Inside a transaction it changes nothing. As with a transaction, no scope may turn the message loop; nothing is
+/// written in one.
+class ReadScope {
+public:
+    /// @throws RunTimeError DatabaseError
+    explicit ReadScope(Database &database);
+    ~ReadScope();
+    ReadScope(const ReadScope &) = delete;
+    ReadScope &operator=(const ReadScope &) = delete;
+
+private:
+    Database &database_;
 };
 
 /// Rows of a table or statement, with a current row. Opened on the first row, in the order in which rows were added

@@ -1,4 +1,4 @@
-// Changes that happen together or not at all.
+// Changes that happen together or not at all, and reads under one lock.
 #include <string>
 
 #include "platform/Database.h"
@@ -37,6 +37,20 @@ void Transaction::Commit() {
     Run(engine, engine.TransactionDepth == 1 ? "COMMIT" : "RELEASE inner_scope");
     --engine.TransactionDepth;
     done_ = true;
+}
+
+ReadScope::ReadScope(Database &database) : database_(database) {
+    DatabaseEngine &engine = *database_.engine_;
+    if (engine.TransactionDepth == 0) Run(engine, "BEGIN");
+    ++engine.TransactionDepth;
+}
+
+ReadScope::~ReadScope() {
+    DatabaseEngine &engine = *database_.engine_;
+    --engine.TransactionDepth;
+    // After some failures the engine has ended it by itself.
+    if (engine.TransactionDepth > 0 || sqlite3_get_autocommit(engine.Handle()) != 0) return;
+    sqlite3_exec(engine.Handle(), "COMMIT", nullptr, nullptr, nullptr);
 }
 
 }  // namespace pixmora
