@@ -2,10 +2,12 @@
 #include "platform/DatabaseEngine.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/FieldTypes.h"
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
+#include "platform/StatementTranslator.h"
 #include "platform/Text.h"
 
 namespace pixmora {
@@ -35,6 +37,15 @@ bool IsOfTheFile(int result) {
 }
 
 }  // namespace
+
+TableDefinition::TableDefinition(std::string name, std::vector<Field> fields)
+    : Name(std::move(name)), Fields(std::move(fields)), From(" FROM " + QuotedIdentifier(Name)), Head("SELECT rowid") {
+    for (const Field &field : Fields) {
+        Columns.push_back({field.Name, field.Name, field.Type});
+        Head += ", " + QuotedIdentifier(field.Name);
+    }
+    Head += From;
+}
 
 std::size_t TableDefinition::PlaceOf(std::string_view field) const {
     const auto place =
@@ -99,17 +110,18 @@ TablePointer DatabaseEngine::Table(std::string_view table) {
     const std::string key = LCase(table);
     if (const auto known = tables_.find(key); known != tables_.end()) return known->second;
 
-    auto definition = std::make_shared<TableDefinition>();
+    std::string name;
+    std::vector<Field> fields;
     PreparedStatement statement(*this,
                                 "SELECT m.name, f.name, f.type FROM sqlite_master m, pragma_table_info(m.name) f "
                                 "WHERE m.type='table' AND m.name=? COLLATE NOCASE ORDER BY f.cid");
     statement.Bind(std::string(table));
     while (statement.Step()) {
-        definition->Name = AsText(statement.Column(0));
-        definition->Fields.push_back({AsText(statement.Column(1)), TypeOfDeclaration(AsText(statement.Column(2)))});
+        name = AsText(statement.Column(0));
+        fields.push_back({AsText(statement.Column(1)), TypeOfDeclaration(AsText(statement.Column(2)))});
     }
-    if (definition->Fields.empty()) throw RunTimeError(ErrorNumber::ItemNotFound);
-    return tables_[key] = definition;
+    if (fields.empty()) throw RunTimeError(ErrorNumber::ItemNotFound);
+    return tables_[key] = std::make_shared<TableDefinition>(std::move(name), std::move(fields));
 }
 
 StatementCache::node_type DatabaseEngine::TakeStatement(const std::string &sql) {

@@ -24,46 +24,39 @@ std::string BeforeAnd(const TranslatedCondition &condition) {
 RecordsetQuery::RecordsetQuery(DatabaseEngine &engine, std::string_view source)
     : engine_(engine), select_(SelectOf(source)), table_(engine.Table(select_.Table)) {
     if (select_.Items.empty()) {
-        AddFields();
+        head_ = table_->Head;
     } else {
         AddItems();
     }
-    from_ = " FROM " + QuotedIdentifier(table_->Name);
-    head_ += from_;
     where_ = BeforeAnd(select_.Where);
     if (!where_.empty()) PreparedStatement(engine_, IsInTableOrder() ? SqlBehind({}) : SqlOfAllRows());
-}
-
-void RecordsetQuery::AddFields() {
-    head_ = "SELECT rowid";
-    for (const Field &field : table_->Fields) {
-        columns_.push_back({field.Name, field.Name, field.Type});
-        head_ += ", " + QuotedIdentifier(field.Name);
-    }
 }
 
 void RecordsetQuery::AddItems() {
     head_ = IsAggregate() ? "SELECT 0" : "SELECT rowid";
     for (const SelectItem &item : select_.Items) {
         if (item.Field == "*") {
-            columns_.push_back({item.Name, {}, std::nullopt});
+            items_.push_back({item.Name, {}, std::nullopt});
             head_ += ", COUNT(*)";
             continue;
         }
         const Field &field = table_->Fields[table_->PlaceOf(item.Field)];
         if (IsAggregate()) {
-            columns_.push_back({item.Name, {}, std::nullopt});
+            items_.push_back({item.Name, {}, std::nullopt});
             head_ += ", " + item.Function + "(" + QuotedIdentifier(field.Name) + ")";
         } else {
-            columns_.push_back({item.Name, field.Name, field.Type});
+            items_.push_back({item.Name, field.Name, field.Type});
             head_ += ", " + QuotedIdentifier(field.Name);
         }
     }
+    head_ += table_->From;
 }
 
 std::int64_t RecordsetQuery::Count() const {
     if (IsAggregate()) return 1;
-    PreparedStatement statement(engine_, "SELECT count(*)" + from_ + " WHERE " + where_ + "1");
+    // Without a condition the engine counts pages' cells and looks at no row.
+    PreparedStatement statement(engine_,
+                                "SELECT count(*)" + table_->From + (where_.empty() ? "" : " WHERE " + where_ + "1"));
     statement.Bind(Literals());
     statement.Step();
     return statement.WholeColumn(0);
@@ -73,8 +66,16 @@ std::string RecordsetQuery::SqlBehind(const TranslatedCondition &criteria) const
     return head_ + " WHERE " + where_ + BeforeAnd(criteria) + "rowid > ? ORDER BY rowid LIMIT 1 OFFSET ?";
 }
 
+bool RecordsetQuery::NumbersArePlaces() const {
+    if (!where_.empty()) return false;
+    PreparedStatement statement(engine_, "SELECT (SELECT max(rowid)" + table_->From + ") - (SELECT min(rowid)" +
+                                             table_->From + ") + 1 = (SELECT count(*)" + table_->From + ")");
+    return statement.Step() && statement.WholeColumn(0) != 0;
+}
+
 bool RecordsetQuery::FetchBehind(std::int64_t id, std::int64_t skip, const TranslatedCondition &criteria,
                                  Row &row) const {
+    if (skip > 0 && criteria.Sql.empty() && NumbersArePlaces()) return FetchRow(id + 1 + skip, row);
     PreparedStatement statement(engine_, SqlBehind(criteria));
     statement.Bind(Literals());
     statement.Bind(criteria.Literals);
@@ -96,7 +97,7 @@ bool RecordsetQuery::FetchRow(std::int64_t id, Row &row) const {
 }
 
 bool RecordsetQuery::Meets(std::int64_t id, const TranslatedCondition &criteria) const {
-    PreparedStatement statement(engine_, "SELECT 1" + from_ + " WHERE " + BeforeAnd(criteria) + "rowid = ?");
+    PreparedStatement statement(engine_, "SELECT 1" + table_->From + " WHERE " + BeforeAnd(criteria) + "rowid = ?");
     statement.Bind(criteria.Literals);
     statement.Bind(id);
     return statement.Step();
@@ -109,8 +110,8 @@ std::string RecordsetQuery::SqlOfAllRows() const {
 
 void RecordsetQuery::ReadRow(const PreparedStatement &statement, Row &row) const {
     row.Id = statement.WholeColumn(0);
-    row.Values.resize(columns_.size());
-    for (std::size_t place = 0; place < columns_.size(); ++place) {
+    row.Values.resize(Columns().size());
+    for (std::size_t place = 0; place < Columns().size(); ++place) {
         row.Values[place] = statement.Column(static_cast<int>(place) + 1);
     }
 }
@@ -122,7 +123,7 @@ void RecordsetQuery::Insert(const Changes &changes) const {
     for (std::size_t place = 0; place < changes.size(); ++place) {
         if (!changes[place]) continue;
         const char *separator = values.empty() ? "" : ", ";
-        fields += separator + QuotedIdentifier(columns_[place].Source);
+        fields += separator + QuotedIdentifier(Columns()[place].Source);
         marks += std::string(separator) + "?";
         values.push_back(*changes[place]);
     }
@@ -137,7 +138,7 @@ bool RecordsetQuery::Change(std::int64_t id, const Changes &changes) const {
     std::vector<FieldValue> values;
     for (std::size_t place = 0; place < changes.size(); ++place) {
         if (!changes[place]) continue;
-        terms += (values.empty() ? "" : ", ") + QuotedIdentifier(columns_[place].Source) + "=?";
+        terms += (values.empty() ? "" : ", ") + QuotedIdentifier(Columns()[place].Source) + "=?";
         values.push_back(*changes[place]);
     }
     if (values.empty()) return true;
@@ -150,7 +151,7 @@ bool RecordsetQuery::Change(std::int64_t id, const Changes &changes) const {
 }
 
 bool RecordsetQuery::Remove(std::int64_t id) const {
-    PreparedStatement statement(engine_, "DELETE" + from_ + " WHERE rowid=?");
+    PreparedStatement statement(engine_, "DELETE" + table_->From + " WHERE rowid=?");
     statement.Bind(id);
     statement.Step();
     return sqlite3_changes(engine_.Handle()) > 0;

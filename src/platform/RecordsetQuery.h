@@ -18,19 +18,13 @@ struct Row {
     std::vector<FieldValue> Values;
 };
 
-struct Column {
-    std::string Name;               ///< what the recordset calls it
-    std::string Source;             ///< the table's field; empty for a function's result
-    std::optional<FieldType> Type;  ///< of the field
-};
-
 /// What a recordset was opened on. Reads and writes rows; has no current one and keeps nothing open.
 class RecordsetQuery {
 public:
     /// @throws RunTimeError SyntaxError, ItemNotFound, DatabaseError for a condition with an unknown field
     RecordsetQuery(DatabaseEngine &engine, std::string_view source);
 
-    const std::vector<Column> &Columns() const { return columns_; }
+    const std::vector<Column> &Columns() const { return select_.Items.empty() ? table_->Columns : items_; }
     bool IsAggregate() const { return select_.IsAggregate(); }
     /// Whether rows come in the table's own order, and so can be found by their numbers.
     bool IsInTableOrder() const { return select_.OrderBy.empty() && !IsAggregate(); }
@@ -56,17 +50,18 @@ public:
     bool Remove(std::int64_t id) const;
 
 private:
-    void AddFields();
     void AddItems();
     std::string SqlBehind(const TranslatedCondition &criteria) const;
+    /// Whether the recordset has all rows of a table with no gap in their numbers: then a place far on is found without
+    /// a walk over the rows before it.
+    bool NumbersArePlaces() const;
 
     DatabaseEngine &engine_;
     SelectStatement select_;
     TablePointer table_;
-    std::vector<Column> columns_;
-    std::string from_;   ///< " FROM table"
-    std::string head_;   ///< "SELECT rowid, column, ... FROM table"
-    std::string where_;  ///< the statement's own condition ready for an AND behind it, or empty
+    std::vector<Column> items_;  ///< of a statement that names its columns
+    std::string head_;           ///< "SELECT rowid, column, ... FROM table"
+    std::string where_;          ///< the statement's own condition ready for an AND behind it, or empty
 };
 
 /// The rows of a statement that has an order of its own, fetched as far as they were asked for and then kept.
