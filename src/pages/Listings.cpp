@@ -25,13 +25,14 @@ struct Row {
     SubDirectory Entry;
 };
 
-/// @param directory as ListSubDirs has it
-std::string SortKey(const clsAlbum &album, std::string_view directory, const std::string &name, DateTime lastWrite) {
+/// @param places in the owner's order, where that is asked for @param directory as ListSubDirs has it
+std::string SortKey(const std::optional<DirOrder> &places, std::string_view directory, const std::string &name,
+                    DateTime lastWrite) {
     if (gSortMethod == 0) return EncodeLinkPart(name);
-    if (gSortMethod == 1) return IsoDate(lastWrite);
+    if (!places) return IsoDate(lastWrite);
     // Deliberate: the separator in front of the directory's own. The order of an album's top level is stored in that
     // form, so it takes effect there and nowhere below.
-    return GetDirOrderPos(album.Name, "\\" + std::string(directory) + name, "000000");
+    return places->Position("\\" + std::string(directory) + name, "000000");
 }
 
 bool IsSubDirectory(const DirectoryEntry &entry) {
@@ -65,6 +66,8 @@ std::vector<SubDirectory> ListSubDirs(std::int32_t album, std::string_view direc
     const AlbumPointer owner = AlbumByNumber(album);
     if (owner->SubDirectories == 0) return {};
 
+    std::optional<DirOrder> places;
+    if (gSortMethod != 0 && gSortMethod != 1) places.emplace(owner->Name);
     std::vector<Row> rows;
     const Directory walk(owner->Directory + std::string(directory));
     for (const DirectoryEntry &entry : walk.Entries()) {
@@ -72,7 +75,7 @@ std::vector<SubDirectory> ListSubDirs(std::int32_t album, std::string_view direc
         const std::optional<DateTime> lastWrite = LastWriteTime(walk, entry);
         if (!lastWrite) continue;
         const bool isNew = DateDiffDays(*lastWrite, Now()) < newForDays;
-        rows.push_back({SortKey(*owner, directory, entry.Name, *lastWrite), {entry.Name, isNew}});
+        rows.push_back({SortKey(places, directory, entry.Name, *lastWrite), {entry.Name, isNew}});
     }
     std::ranges::stable_sort(rows, [](const Row &left, const Row &right) {
         const int order = CompareIgnoreCase(left.Key, right.Key);

@@ -49,6 +49,20 @@ std::string GetAlbumDirectory(std::string_view albumName) {
     return albums->NoMatch() ? std::string() : TextOrEmpty(albums->Value("Directory"));
 }
 
+DirOrder::DirOrder(std::string_view albumName) {
+    const ReadScope reads(*gDatabase);
+    const auto rows = gDatabase->OpenRecordset(
+        "SELECT SubDir, SeqPos FROM DBOrder WHERE AlbumName = " + QuotedText(albumName), RecordsetType::Snapshot);
+    for (; !rows->Eof(); rows->MoveNext())
+        places_.try_emplace(LCase(TextOrEmpty(rows->Value("SubDir"))), rows->Value("SeqPos"));
+}
+
+std::string DirOrder::Position(std::string_view subDir, std::string_view fallback) const {
+    const auto place = places_.find(LCase(ProtectionKey(subDir)));
+    if (place == places_.end()) return std::string(fallback);
+    return FormatPadded(AsLong(place->second), 6);
+}
+
 std::string GetDirOrderPos(std::string_view albumName, std::string_view subDir, std::string_view fallback) {
     const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Snapshot);
     order->FindFirst("AlbumName = " + QuotedText(albumName) + " and SubDir=" + QuotedText(ProtectionKey(subDir)));

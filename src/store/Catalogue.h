@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "platform/Database.h"
 #include "store/clsAlbum.h"
 
 namespace pixmora {
@@ -19,6 +21,17 @@ std::vector<std::string> GetAlbumNames(std::int32_t &count);
 
 /// The album's root folder, empty when there is no such album.
 std::string GetAlbumDirectory(std::string_view albumName);
+
+/// The places of an album's subdirectories in the owner's order, read at once: a listing asks for each of its entries.
+class DirOrder {
+public:
+    explicit DirOrder(std::string_view albumName);
+    /// As GetDirOrderPos.
+    std::string Position(std::string_view subDir, std::string_view fallback) const;
+
+private:
+    std::unordered_map<std::string, FieldValue> places_;  ///< by the stored path in lower case
+};
 
 /// The subdirectory's place in the owner's order as six digits, or the fallback when it has none.
 /// @param subDir below the album's root, with a leading "\", plain apostrophes
