@@ -63,7 +63,7 @@ changed=$(git diff --quiet HEAD -- . ':!docs' && echo "" || echo ", with changes
 {
   echo "# Endurance"
   echo
-  echo "What was done to the system, how often, and what was seen. Rows of the same name belong together: D what is stored, H what"
+  echo "What was done to the system, how often, and what was seen. Rows of a letter belong together: D what is stored, H what"
   echo "is asked, I what pictures and movies hold, L load and slow clients, R coming back. A number in \"wanted\" is a limit."
   echo
   echo "- Date: $(date -u +%Y-%m-%d), $minutes minutes"
@@ -75,7 +75,7 @@ changed=$(git diff --quiet HEAD -- . ':!docs' && echo "" || echo ", with changes
   echo "| Row | What was done | Times | Seen | Wanted | Met |"
   echo "|---|---|---|---|---|---|"
   sort -t $'\t' -s -k 1,1V "$rows" |
-    sed -e 's/|/\\|/g' -e 's/</\&lt;/g' -e 's/\t/ | /g' -e 's/^/| /' -e 's/$/ |/'
+    sed -e "s#${TMPDIR:-/tmp}/pixmora-[^/ ]*#...#g" -e 's/|/\\|/g' -e 's/</\&lt;/g' -e 's/\t/ | /g' -e 's/^/| /' -e 's/$/ |/'
 } >docs/endurance.md
 echo "docs/endurance.md is written."
 ! grep -q $'\tNOT MET$' "$rows"

@@ -195,7 +195,7 @@ def read_slowly(programs, results, what, target, growth_limit_kb, drop_limit):
         most, took = resident, None
         with Probe(site) as probe:
             begun = time.monotonic()
-            crowd = Crowd(site, count, 200, b"GET " + target + b" HTTP/1.0\r\n\r\n", receive_buffer=1024)
+            crowd = Crowd(site, count, 50, b"GET " + target + b" HTTP/1.0\r\n\r\n", receive_buffer=1024)
             read = begun
             while time.monotonic() - begun < drop_limit + 10:
                 most = max(most, site.resident_kb())
