@@ -1,8 +1,6 @@
 // Tests of the walks over an album's directories, and of what an address may reach.
 #include "pages/Listings.h"
 
-#include <gtest/gtest.h>
-
 #include "pages/AlbumAddress.h"
 #include "pages/Templates.h"
 #include "support/SiteFixture.h"

@@ -1,5 +1,4 @@
 // Tests of picture delivery.
-
 #include "support/PageFixture.h"
 #include "support/Pictures.h"
 

@@ -1,6 +1,4 @@
 // Tests of the statistics page.
-#include <gtest/gtest.h>
-
 #include "support/SiteFixture.h"
 
 namespace pixmora::test {

@@ -1,8 +1,6 @@
 // Tests of the pieces that the pages share.
 #include "pages/Templates.h"
 
-#include <gtest/gtest.h>
-
 #include <set>
 
 #include "support/SiteFixture.h"

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <regex>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -144,30 +146,19 @@ protected:
     ClockSetForTest Clock{1000000, MakeDate(2004, 3, 10, 12, 0, 0)};
 
 private:
-    /// Each template holds its placeholders as "[NAME:{NAME}:NAME]".
+    /// Leaves of each shipped template its placeholders, as "[NAME:{NAME}:NAME]".
     void WriteTemplates() const {
-        const std::pair<std::string, const char *> placeholders[] = {
-            {"Index",
-             "STYLE_SHEET SERVER_TITLE SERVER_TITLE_SLASH AUTHOR AUTHOR_SLASH WELCOME FOOTER SERVER_URL ACTIVE "
-             "SESSION_RUNTIME TOTAL_RUNTIME SESSION_CONNECTIONS TOTAL_CONNECTIONS SESSION_THUMBS TOTAL_THUMBS "
-             "SESSION_DOWNLOADS TOTAL_DOWNLOADS SESSION_BANDWIDTH TOTAL_BANDWIDTH SHARE_LIST VERSION"},
-            {"ShowAlbum", "SERVER_TITLE MEDIA_FRAME MEDIA_ARGS DIR_ARGS"},
-            {"ShowAlbumDirList", "DIR_LIST SERVER_TITLE_SLASH AUTHOR_SLASH SERVER_URL"},
-            {"ShowAlbumMedia",
-             "STYLE_SHEET SERVER_TITLE DIR_TITLE AUTHOR LOGIN_NAME PIC_VIEW PIC_LIST PIC_PAGE PIC_NAV_LEFT "
-             "PIC_NAV_RIGHT"},
-            {"ShowDetails",
-             "STYLE_SHEET SERVER_TITLE AUTHOR FOOTER LOGIN_NAME DIR_TITLE PREVIOUS_FILE NEXT_FILE FILE_REPRESENTATION "
-             "DETAILS FILE_LINK DOWNLOAD_IMG"},
-            {"ShowHelp", "STYLE_SHEET"},
-            {"ShowPopular", "STYLE_SHEET SERVER_TITLE PIC_VIEW PIC_LIST PIC_PAGE PIC_NAV_LEFT PIC_NAV_RIGHT"},
-            {"ShowLogin", "FORM_ARGS MESSAGE_TO_VISITOR STYLE_SHEET SERVER_TITLE AUTHOR FOOTER"},
-            {"ShowStats", "STYLE_SHEET SERVER_TITLE AUTHOR STATS_SUMMARY STATS_DAILY STATS_HOURLY STATS_MONTHLY"},
-            {"SendLogin", "STYLE_SHEET SERVER_TITLE FORM_ARGS"},
-        };
-        for (const auto &[page, names] : placeholders) {
+        const std::regex placeholder(R"(\{([A-Z_]+)\})");
+        const auto htdocs = std::filesystem::path(__FILE__).parent_path() / "../../htdocs";
+        for (const auto &entry : std::filesystem::directory_iterator(htdocs)) {
+            const std::string page = entry.path().stem().string();
+            if (entry.path().extension() != ".tpl" || page.starts_with("StyleSheet")) continue;
+            const std::string shipped = ReadBinaryFile(entry.path().string());
+            std::set<std::string> names;
+            for (std::sregex_iterator at(shipped.begin(), shipped.end(), placeholder), end; at != end; ++at)
+                names.insert((*at)[1]);
             std::string text = page + "\n";
-            for (const std::string &name : Split(names, " ")) text += "[" + name + ":{" + name + "}:" + name + "]\n";
+            for (const std::string &name : names) text += "[" + name + ":{" + name + "}:" + name + "]\n";
             Program.Write("htdocs/" + page + ".tpl", text);
         }
     }
