@@ -5,7 +5,7 @@ import random
 from pathlib import Path
 
 from endurance import *
-from store import JPEG_HEAD, QUIET, THUMBS, Load, ask_thumb, copied, is_whole, total, total_running
+from store import AS_ROOT, JPEG_HEAD, QUIET, THUMBS, Load, ask_thumb, copied, is_whole, total, total_running
 
 MEDIA_PAGE = "/ShowAlbumMedia?1&list&1"
 FULL = "/ShowPicture?1&full&/picture_01.bmp"
@@ -18,12 +18,12 @@ def is_page(answer):
 @contextlib.contextmanager
 def read_only(folder):
     """The folder as one that nothing can be written to, not by root either."""
-    subprocess.run(["mount", "--bind", folder, folder], check=True)
-    subprocess.run(["mount", "-o", "remount,ro,bind", folder], check=True)
+    subprocess.run([*AS_ROOT, "mount", "--bind", folder, folder], check=True)
+    subprocess.run([*AS_ROOT, "mount", "-o", "remount,ro,bind", folder], check=True)
     try:
         yield
     finally:
-        subprocess.run(["umount", "--lazy", folder], check=True)
+        subprocess.run([*AS_ROOT, "umount", "--lazy", folder], check=True)
 
 
 def new_lines(site, before):
