@@ -1,5 +1,4 @@
 // Every address of the site over a real socket: its head or raw body byte for byte, and every way of failing.
-
 #include "support/Pictures.h"
 #include "support/RunningSite.h"
 
@@ -100,9 +99,7 @@ TEST_F(Addresses, RefuseArgumentsThatLeadNowhere) {
          "ShowDetails",
          {"1&count&/gone.jpg", "1&count&/../../secret.jpg", "1&count&/folder.avi", "1&count&/"}},
         {"Bad Request!", "ShowMovie", {"", "1&full", "x&full&/b.avi", "99999&full&/b.avi"}},
-        {"Bad Request",
-         "ShowMovie",
-         {"9&full&/b.avi", "1&x&/gone.avi", "1&full&/../../secret.txt", "1&x&/folder.avi"}},
+        {"Bad Request", "ShowMovie", {"9&full&/b.avi", "1&x&/gone.avi", "1&full&/../../secret.txt", "1&x&/folder.avi"}},
     };
     for (const auto &[answer, page, alike] : cases) {
         for (const std::string &args : alike) EXPECT_EQ(Get("/"s + page + "?" + args), answer) << page << "?" << args;

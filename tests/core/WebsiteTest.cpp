@@ -1,5 +1,4 @@
 // The website's start and stop, its visitors, logins and transfers, and the sweep.
-
 #include "core/Sweep.h"
 #include "platform/Text.h"
 #include "setup/rules/DirOrderEditor.h"
