@@ -27,7 +27,7 @@ protected:
         return database->OpenRecordset(source, RecordsetType::Snapshot)->RecordCount();
     }
     /// The value of the row so many places behind the first; -1 at the end.
-    std::int32_t At(std::int64_t place, const std::string &source = "Counts") const {
+    std::int64_t At(std::int64_t place, const std::string &source = "Counts") const {
         const auto rows = database->OpenRecordset(source, RecordsetType::Snapshot);
         rows->Move(place);
         return rows->Eof() ? -1 : AsLong(rows->Value("N"));
