@@ -1,0 +1,260 @@
+"""The clients' side of the endurance scripts: somebody who watches, crowds of connections, visitors of all tastes."""
+import multiprocessing
+import random
+import struct
+from pathlib import Path
+
+from endurance import *
+
+HELP = b"GET /ShowHelp HTTP/1.0\r\n\r\n"
+MOVIE_HEAD = b"Content-Type: application/octet-stream\r\nPragma: no-cache\r\nContent-Length: %d\r\n\r\n"
+PAGES = ["/", "/ShowHelp", "/ShowStats", "/ShowAlbum?1&thumbs&1", "/ShowAlbumMedia?1&thumbs&1", "/ShowAlbumMedia?1&list&1",
+         "/ShowAlbumDirList?1&thumbs&1&", "/ShowPopular?thumbs", "/ShowDetails?1&nocount&/picture_01.bmp"]
+
+
+def is_page(answer):
+    return answer.startswith(b"HTTP/1.0 200 OK\r\n") and answer.rstrip().endswith(b"</html>")
+
+
+def write_movie(site, size, name="big.avi"):
+    """A movie of random bytes in the album."""
+    content = random.Random(size).randbytes(min(size, 1 << 20)) * (size // (1 << 20) or 1)
+    Path(site.album, name).write_bytes(content)
+    return content
+
+
+def open_files_limit(count):
+    resource.setrlimit(resource.RLIMIT_NOFILE, (count, resource.getrlimit(resource.RLIMIT_NOFILE)[1]))
+
+
+def reset(client):
+    """Closes as one who pulls the plug: the other side sees a reset."""
+    client.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+    client.close()
+
+
+def has_ended(client):
+    """Whether the other side has closed; takes what has come."""
+    try:
+        client.setblocking(False)
+        while client.recv(65536):
+            pass
+        return True
+    except BlockingIOError:
+        return False
+    except OSError:
+        return True
+
+
+def _probe(port, request, every, ends, found):
+    """Runs in a process of its own, so that nothing of the load's delays it."""
+    waits, failures = [], 0
+    while not ends.is_set():
+        begun = time.monotonic()
+        try:
+            with socket.create_connection(("127.0.0.1", port), 60) as client:
+                client.sendall(request)
+                failures += not is_page(read_all(client))
+        except OSError:
+            failures += 1
+        waits.append(time.monotonic() - begun)
+        ends.wait(every)
+    found.put((waits, failures))
+
+
+class Probe:
+    """Somebody else, who asks for a small page all the time: `waits` in seconds, and how many did not get it."""
+
+    def __init__(self, site, every=0.05, request=HELP):
+        self._ends, self._found = multiprocessing.Event(), multiprocessing.Queue()
+        self._process = multiprocessing.Process(target=_probe, args=(site.port, request, every, self._ends, self._found))
+        self.waits, self.failures = [], 0
+
+    def __enter__(self):
+        self._process.start()
+        return self
+
+    def __exit__(self, *_):
+        self._ends.set()
+        self.waits, self.failures = self._found.get()
+        self._process.join()
+
+    def p99(self):
+        return 1000 * percentile(self.waits, 0.99)
+
+    def text(self):
+        return "a page beside them p99 %.0f ms, longest %.0f ms, %d of %d failed" % (
+            self.p99(), 1000 * max(self.waits), self.failures, len(self.waits))
+
+
+class Load:
+    """Processor time from now on, as a share of one core."""
+
+    def __init__(self, site):
+        self.site, self.begun, self.used = site, time.monotonic(), site.processor_seconds()
+
+    def percent(self):
+        return 100 * (self.site.processor_seconds() - self.used) / (time.monotonic() - self.begun)
+
+
+class Crowd:
+    """Connections that are opened at a rate and then looked after until they have all been closed by the server."""
+
+    def __init__(self, site, count, rate, first, drip=b"", drip_every=10.0, receive_buffer=0):
+        self.site, self.count, self.first = site, count, first
+        self.drip, self.drip_every = drip, drip_every
+        self.clients = []
+        for number in range(count):
+            client = socket.socket()
+            if receive_buffer:
+                client.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, receive_buffer)
+            client.settimeout(10)
+            client.connect(("127.0.0.1", site.port))
+            if first:
+                client.sendall(first)
+            self.clients.append(client)
+            if rate:
+                time.sleep(1 / rate)
+
+    def outlast(self, seconds):
+        """Goes on dripping; returns the seconds until all were closed, or None."""
+        begun = dripped = time.monotonic()
+        while time.monotonic() - begun < seconds:
+            self.clients = [client for client in self.clients if not has_ended(client)]
+            if not self.clients:
+                return time.monotonic() - begun
+            if self.drip and time.monotonic() - dripped > self.drip_every:
+                dripped = time.monotonic()
+                for client in self.clients:
+                    try:
+                        client.send(self.drip)
+                    except OSError:
+                        pass
+            time.sleep(0.1)
+        return None
+
+    def close(self):
+        for client in self.clients:
+            client.close()
+
+
+def ask_at_once(port, count, request, seconds):
+    """Opens so many connections within the seconds, asks on each as soon as it is open, reads all. Returns (answers,
+    refused or broken)."""
+    poll, open_ones, answers, broken = select.epoll(), {}, [], 0
+    begun, opened = time.monotonic(), 0
+    while opened < count or open_ones:
+        while opened < count and opened <= count * (time.monotonic() - begun) / seconds:
+            client = socket.socket()
+            client.setblocking(False)
+            client.connect_ex(("127.0.0.1", port))
+            open_ones[client.fileno()] = [client, b"", False]
+            poll.register(client, select.EPOLLOUT)
+            opened += 1
+        for number, events in poll.poll(0.002):
+            entry = open_ones[number]
+            client = entry[0]
+            try:
+                if not entry[2]:
+                    client.send(request)
+                    entry[2] = True
+                    poll.modify(number, select.EPOLLIN)
+                    continue
+                part = client.recv(65536)
+                entry[1] += part
+                if part:
+                    continue
+                answers.append(entry[1])
+            except OSError:
+                broken += 1
+            poll.unregister(number)
+            client.close()
+            del open_ones[number]
+        if time.monotonic() - begun > 60:
+            return answers, broken + len(open_ones)
+    return answers, broken
+
+
+def _churn(port, count, wanted, found):
+    wrong = 0
+    for _ in range(count):
+        try:
+            with socket.create_connection(("127.0.0.1", port), 10) as client:
+                client.sendall(b"GET /ShowGraphic?movie.gif HTTP/1.0\r\n\r\n")
+                wrong += read_all(client) != wanted
+        except OSError:
+            wrong += 1
+    found.put(wrong)
+
+
+def churn(site, count, wanted, workers=4):
+    """So many requests from some processes at once; returns how many got something else than wanted."""
+    found = multiprocessing.Queue()
+    words = (site.port, count // workers, wanted, found)
+    processes = [multiprocessing.Process(target=_churn, args=words) for _ in range(workers)]
+    for process in processes:
+        process.start()
+    wrong = sum(found.get() for _ in processes)
+    for process in processes:
+        process.join()
+    return wrong
+
+
+class Visitor(threading.Thread):
+    """One of the soak's clients: asks for something by lot, judges the answer, rests, until told to end."""
+
+    def __init__(self, site, number, ends, movie, rest):
+        super().__init__(daemon=True)
+        self.site, self.ends, self.movie, self.rest = site, ends, movie, rest
+        self.chance = random.Random(number)
+        self.asked, self.faults = 0, []
+
+    def run(self):
+        while not self.ends.is_set():
+            target, request, is_right = self.choose()
+            try:
+                answer = self.site.ask(request, 60)
+                if not is_right(answer):
+                    self.faults.append("%s: %.80r" % (target, answer))
+            except OSError as error:
+                self.faults.append("%s: %s" % (target, error))
+            self.asked += 1
+            self.ends.wait(self.chance.uniform(0, 2 * self.rest))
+
+    def choose(self):
+        lot = self.chance.random()
+        if lot < 0.05:
+            return self.bad_one()
+        if lot < 0.10:
+            body = b"username=Ann&password=secret&args=1%26thumbs%261"
+            return "login", b"POST /SendLogin HTTP/1.0\r\n\r\n" + body, lambda answer: b"Set-Cookie: ms_username=Ann" in answer
+        if lot < 0.15:
+            return self.get("/ShowMovie?1&x&/soak.avi", lambda answer: answer.endswith(MOVIE_HEAD % len(self.movie) + self.movie))
+        if lot < 0.35:
+            mode = self.chance.choice(["thumb", "slideshow", "full"])
+            target = "/ShowPicture?1&%s&/picture_%02d.bmp" % (mode, self.chance.randrange(12))
+            return self.get(target, lambda answer: len(answer) > 400 and b"Content-Type: image/jpeg" in answer[:200])
+        if lot < 0.5:
+            return self.get("/ShowGraphic?folderclosed16.gif", lambda answer: b"\r\n\r\nGIF8" in answer)
+        return self.get(self.chance.choice(PAGES), is_page)
+
+    @staticmethod
+    def get(target, is_right):
+        return target, b"GET " + target.encode() + b" HTTP/1.0\r\n\r\n", is_right
+
+    def bad_one(self):
+        target, wanted = self.chance.choice([("/NoSuchPage", b"Bad Request"), ("/ShowAlbum?99&thumbs&1", b"Bad Request!"),
+                                             ("/ShowPicture?1&thumb&/../x.bmp", b"Picture Not Found!"), ("/%", b"Bad Request"),
+                                             ("/ShowGraphic?..%2Fdb_v9.mdb", b"File Not Found!")])
+        return self.get(target, lambda answer: answer == wanted)
+
+
+def run_rows(rows):
+    """All rows, or those that the command line names, of (name, check(programs, results))."""
+    programs, only = programs_folder(), sys.argv[2:]
+    open_files_limit(4096)
+    results = Results()
+    for row, check in rows:
+        if not only or row in only:
+            check(programs, results)
+    results.finish()

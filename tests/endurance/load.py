@@ -1,0 +1,159 @@
+#!/usr/bin/env python3
+"""Many clients at once, for long, and the end under them: load.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
+from clients import *
+
+
+def check_flood(programs, results):
+    """L6: the rush of connections."""
+    count = 2000
+    with Site(programs) as site:
+        site.ask(HELP)
+        resident, before = site.resident_kb(), site.descriptors()
+        with Probe(site, every=0.02) as probe:
+            answers, broken = ask_at_once(site.port, count, HELP, 1.0)
+            time.sleep(1)
+        whole = sum(map(is_page, answers))
+        end = time.monotonic() + 30
+        while time.monotonic() < end and (site.descriptors() > before or abs(site.resident_kb() - resident) > 5120):
+            time.sleep(0.1)
+        grown, left = site.resident_kb() - resident, site.descriptors() - before
+        results.add("L6", "connections within a second, each asking", count,
+                    "%d answered, %d refused or broken, %s, memory %+d kB, %d descriptors left" % (
+                        whole, broken, probe.text(), grown, left),
+                    "all answered, p99 1000 ms, memory +-5120 kB within 30 s, 0 descriptors left",
+                    whole == count and not broken and probe.p99() <= 1000 and not probe.failures and abs(grown) <= 5120
+                    and left <= 0)
+
+        clients = [site.connect(30) for _ in range(200)]
+        time.sleep(2)
+        for client in clients:
+            client.sendall(b"GET / HTTP/1.0\r\n\r\n")
+        whole = sum(is_page(read_all(client)) for client in clients)
+        for client in clients:
+            client.close()
+        results.add("L6", "connections open at once, then asking at the same moment", 200, "%d answered" % whole, "200 answered",
+                    whole == 200)
+
+
+def check_churn(programs, results):
+    """L6: a new connection for each of 100,000 requests, and the books afterwards."""
+    count = 100000
+    with Site(programs) as site:
+        wanted = site.get("/ShowGraphic?movie.gif")
+        kilobytes = len(wanted.partition(b"\r\n\r\n")[2]) // 1024
+        before, resident = site.descriptors(), site.resident_kb()
+        begun = time.monotonic()
+        wrong = churn(site, count, wanted)
+        took = time.monotonic() - begun
+        time.sleep(1.5)
+        grown, left = site.resident_kb() - resident, site.descriptors() - before
+        status = site.stop()
+        booked = site.query("SELECT TotalCount FROM StatsTotal WHERE Stat=4")[0][0]
+        due = 1 + kilobytes * count  # a total's first entry counts as 1, whatever its value
+        results.add("L6", "requests, a connection each, from 4 clients", count,
+                    "%d wrong, %.0f a second, memory %+d kB, %d descriptors left, %d of %d kB booked, integrity %s, exit %s" % (
+                        wrong, count / took, grown, left, booked, due, site.integrity(), status),
+                    "0 wrong, memory +2048 kB at most, 0 descriptors left, all booked, integrity ok, exit 0",
+                    not wrong and grown <= 2048 and left <= 0 and booked == due and site.integrity() == "ok" and status == 0)
+
+
+def growth_for_ten_minutes(samples):
+    """kB, from the middles of the second and the last quarter of (second, kB)."""
+    quarter = len(samples) // 4
+    early, late = samples[quarter:2 * quarter], samples[3 * quarter:]
+    return (percentile([kb for _, kb in late], 0.5) - percentile([kb for _, kb in early], 0.5)) * 600 / (late[0][0] - early[0][0])
+
+
+def check_soak(programs, results):
+    """L8 and R2's last word: an orderly end after it."""
+    minutes = float(os.environ.get("ENDURE_SOAK_MINUTES", "5"))
+    # Apart enough that pictures wait inside each other, near enough that they keep up: the last to come is served first,
+    # so the first would wait for as long as they do not.
+    site = Site(programs, settings={"ConversionSpacing": "5"})
+    site.control("user", "add", "Ann", "secret")
+    movie = write_movie(site, 1 << 20, "soak.avi")
+    with site:
+        # The hour's statistics grow with each request until they fill the database's page cache; then memory stands still.
+        churn(site, 200000, site.get("/ShowGraphic?movie.gif"))
+        ends = threading.Event()
+        visitors = [Visitor(site, number, ends, movie, rest=0.1) for number in range(20)]
+        samples, descriptors, begun = [], [], time.monotonic()
+        with Probe(site, request=b"GET /ShowLogout HTTP/1.0\r\n\r\n") as probe:
+            for visitor in visitors:
+                visitor.start()
+            while time.monotonic() - begun < 60 * minutes and site.is_alive():
+                time.sleep(0.5)
+                samples.append((time.monotonic(), site.resident_kb()))
+                descriptors.append(site.descriptors())
+            ends.set()
+            for visitor in visitors:
+                visitor.join()
+        faults = [fault for visitor in visitors for fault in visitor.faults]
+        for fault in faults[:20]:
+            print("L8: " + fault, file=sys.stderr)
+        quarter = len(descriptors) // 4
+        drift = percentile(descriptors[-quarter:], 0.5) - percentile(descriptors[quarter:2 * quarter], 0.5)
+        growth = growth_for_ten_minutes(samples)
+        status = site.stop() if site.is_alive() else "early"
+        results.add("L8", "%g minutes of 20 visitors: pages, thumbnails, movies, graphics, logins, 5 %% bad" % minutes,
+                    sum(visitor.asked for visitor in visitors),
+                    "%d wrong, memory %+.0f kB for 10 minutes, descriptors %+d, %s, exit %s" % (
+                        len(faults), growth, drift, probe.text(), status),
+                    "0 wrong, memory +1024 kB at most, descriptors +-2, p99 100 ms, exit 0",
+                    not faults and growth <= 1024 and abs(drift) <= 2 and probe.p99() <= 100 and not probe.failures
+                    and status == 0)
+
+
+def check_big_pictures(programs, results):
+    """L9: how late the loop is while pictures of 24 megapixels are made small."""
+    with Site(programs, settings={"ConversionSpacing": "500"}) as site:
+        picture = site.album + "/huge.jpg"
+        subprocess.run(["convert", "-size", "6000x4000", "plasma:", "-quality", "90", picture], check=True)
+        with Probe(site, every=0.01, request=b"GET /ShowLogout HTTP/1.0\r\n\r\n") as probe:
+            for _ in range(2):
+                clients = [site.connect(60) for _ in range(8)]
+                for client in clients:
+                    client.sendall(b"GET /ShowPicture?1&thumb&/huge.jpg HTTP/1.0\r\n\r\n")
+                sizes = [len(read_all(client)) for client in clients]
+        results.add("L9", "8 thumbnails of 24 megapixels at once, twice", 16,
+                    "%s, smallest answer %d bytes" % (probe.text(), min(sizes)), "p99 250 ms, every answer a picture",
+                    probe.p99() <= 250 and not probe.failures and min(sizes) > 1000)
+
+
+def check_termination(programs, results):
+    """R2: SIGTERM under load. The movies in hand are cut, as is meant; what else was begun comes whole."""
+    times, cut, bad, slowest = 10, 0, 0, 0.0
+    for _ in range(times):
+        site = Site(programs)
+        site.control("user", "add", "Ann", "secret")
+        movie = write_movie(site, 1 << 20, "soak.avi")
+        with site:
+            ends = threading.Event()
+            visitors = [Visitor(site, number, ends, movie, rest=0.002) for number in range(20)]
+            for visitor in visitors:
+                visitor.start()
+            time.sleep(random.uniform(0.3, 1))
+            begun = time.monotonic()
+            status = site.stop(timeout=30)
+            slowest = max(slowest, time.monotonic() - begun)
+            ends.set()
+            for visitor in visitors:
+                visitor.join()
+            faults = [fault for visitor in visitors for fault in visitor.faults]
+            # An empty answer, a refusal: the request came too late.
+            broken = [fault for fault in faults if not any(word in fault for word in ["ShowMovie", ": b''", "refused", "reset"])]
+            cut += len(broken)
+            print("".join("R2: %s\n" % fault for fault in broken), end="", file=sys.stderr)
+            log = Path(site.database + "-wal")
+            bad += status != 0 or site.integrity() != "ok" or log.exists() and log.stat().st_size > 0 or bool(site.error_text())
+    results.add("R2", "SIGTERM under the load of 20 visitors", times,
+                "slowest end %.1f s, %d ends with a status, a message, a log left or damage, %d answers cut" % (
+                    slowest, bad, cut),
+                "5 s, 0, 0", slowest <= 5 and not bad and not cut)
+
+
+ROWS = [("L6", check_flood), ("L6", check_churn), ("L8", check_soak), ("L9", check_big_pictures), ("R2", check_termination)]
+
+
+if __name__ == "__main__":
+    run_rows(ROWS)
