@@ -3,7 +3,6 @@
 import glob
 import itertools
 import random
-import string
 import subprocess
 from pathlib import Path
 
@@ -342,10 +341,10 @@ def check_too_big(site, results):
     count = 100
     request = b"GET /Blank HTTP/1.0\r\nX: " + megabyte
     most = [watch.resident]
-    with_timeout = [threading.Thread(target=Talk, args=(site.port, request)) for _ in range(count)]
-    for thread in with_timeout:
+    senders = [threading.Thread(target=Talk, args=(site.port, request)) for _ in range(count)]
+    for thread in senders:
         thread.start()
-    while any(thread.is_alive() for thread in with_timeout):
+    while any(thread.is_alive() for thread in senders):
         most.append(site.resident_kb())
         time.sleep(0.005)
     grown = max(most) - watch.resident
