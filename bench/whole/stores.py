@@ -24,12 +24,16 @@ def report_scan(page, programs):
 
 def report_events(page, programs):
     page.section("Statistics", "One event in its five tables, kept when the call returns, with so many rows in the last "
-                 "hour's table. Best of 3 rounds of 20,000 events in turn.")
+                 "hour's table. Best of 3 rounds of 20,000 events in turn. The time includes the log's checkpoints and their "
+                 "waits for the disk, the processor time does not.")
     results = run_benchmarks(os.path.join(programs, "bench_store"), pattern="RecordStat")
-    costs = {count: results["RecordStatWithRecentRows/%d" % count]["real"] * 1e6 for count in (0, 10_000, 1_000_000)}
-    page.table(["Rows", "µs an event"], [["{:,}".format(count), "%.1f" % cost] for count, cost in costs.items()])
-    spread = max(costs.values()) / min(costs.values())
-    page.wanted("flat: within 1.25 of each other", spread <= 1.25, "%.2f" % spread)
+    times = {count: results["RecordStatWithRecentRows/%d" % count] for count in (0, 10_000, 1_000_000)}
+    page.table(["Rows", "µs an event", "processor µs"],
+               [["{:,}".format(count), "%.1f" % (1e6 * time["real"]), "%.1f" % (1e6 * time["processor"])]
+                for count, time in times.items()])
+    costs = [time["processor"] for time in times.values()]
+    page.wanted("flat: processor times within 1.25 of each other", max(costs) <= 1.25 * min(costs),
+                "%.2f" % (max(costs) / min(costs)))
 
 
 def report_functions(page, programs):
