@@ -11,6 +11,7 @@ import random
 import re
 import subprocess
 import sys
+import tempfile
 import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -101,6 +102,9 @@ def main():
     names = sys.argv[5:] or list(LONGEST)
     print("seed %d" % seed, file=sys.stderr, flush=True)
     make_seeds.main(os.path.join(work, "seeds"))
+    # A target that ends at a finding leaves its folder behind.
+    leftovers = tempfile.TemporaryDirectory(prefix="pixmora-fuzz-")
+    ENVIRONMENT["TMPDIR"] = leftovers.name
     results = Results()
     for name in names:
         target = Target(programs, work, name)
@@ -112,6 +116,7 @@ def main():
         wanted = "0 crashes, 0 timeouts, RSS at most %d MB" % MOST_MEGABYTES
         met = not target.crashes and not target.timeouts and target.megabytes <= MOST_MEGABYTES and target.runs > 0
         results.add("H3", "fuzz " + name, "%d runs" % target.runs, seen, wanted, met)
+    leftovers.cleanup()
     results.finish()
 
 
