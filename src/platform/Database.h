@@ -78,6 +78,12 @@ public:
     /// ItemNotFound, DatabaseError
     std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
 
+    /// What Edit, Set and Update do to add to a number of the current row, in one statement.
+    /// @param row the row's Bookmark @param ordinal of a Long or Double field, from 0 @return false, with nothing
+    /// changed, when the row is gone or doesn't meet the criteria (any more), the field is Null or a Long would
+    /// overflow
+    bool AddTo(std::string_view table, std::int64_t row, std::string_view criteria, int ordinal, std::int32_t value);
+
     /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last
     /// checkpoint (a crash of the program takes nothing in either case).
     void SetSynchronousFull(bool full);
@@ -152,6 +158,9 @@ public:
     void FindFirst(std::string_view criteria);
     void FindNext(std::string_view criteria);
     bool NoMatch() const;
+    /// Finds the current row again as long as it exists; later another row may have it. @throws RunTimeError
+    /// NoCurrentRecord
+    std::int64_t Bookmark() const;
 
     /// A field of the current row. Names compare without regard to case; ordinals count from 0.
     /// @throws RunTimeError NoCurrentRecord, ItemNotFound

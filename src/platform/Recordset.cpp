@@ -188,6 +188,11 @@ bool Recordset::NoMatch() const {
     return Open().IsNoMatch;
 }
 
+std::int64_t Recordset::Bookmark() const {
+    Open().RequireRow();
+    return Open().Current.Id;
+}
+
 FieldValue Recordset::Value(std::string_view field) const {
     return Open().ValueAt(Open().ColumnNamed(field));
 }

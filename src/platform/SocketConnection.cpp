@@ -16,17 +16,6 @@ namespace pixmora {
 
 namespace {
 
-/// How much the network may hold that it has not yet sent. Without it the kernel takes megabytes for a slow reader and
-/// then, for minutes, nothing; a movie's chunks would stop although they move.
-constexpr int unsentLimit = 131072;
-
-/// Answers are written whole or in chunks that must not wait for each other's acknowledgement.
-void SetUpSending(int number) {
-    const int on = 1;
-    setsockopt(number, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    setsockopt(number, IPPROTO_TCP, TCP_NOTSENT_LOWAT, &unsentLimit, sizeof unsentLimit);
-}
-
 /// @return ECONNRESET where the kernel has told the reason before
 int ErrorOf(int number) {
     int error = 0;
@@ -56,7 +45,6 @@ std::shared_ptr<SocketConnection> SocketConnection::Accepted(std::weak_ptr<Winso
                                                              Admission admission) {
     auto connection = std::make_shared<SocketConnection>(std::move(element), number, SocketState::Connected);
     connection->admission_ = std::move(admission);
-    SetUpSending(number);
     if (!connection->Watch(EPOLLIN)) connection->FailFromLoop(errno);
     return connection;
 }
@@ -74,7 +62,7 @@ std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Win
     } else if (port < 0 || port > std::numeric_limits<std::uint16_t>::max()) {
         connection->FailFromLoop(EINVAL);
     } else {
-        SetUpSending(number);
+        connection->SetUpSending();
         const int result = connect(number, reinterpret_cast<const sockaddr *>(&peer), sizeof peer);
         const bool hasBegun = result == 0 || errno == EINPROGRESS;
         if (!hasBegun || !connection->Watch(EPOLLOUT)) connection->FailFromLoop(errno);

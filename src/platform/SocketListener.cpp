@@ -79,6 +79,7 @@ int Listener::Listen(const std::string &address, int port) {
     own.sin_port = htons(static_cast<std::uint16_t>(port));
     if (!address.empty() && inet_pton(AF_INET, address.c_str(), &own.sin_addr) != 1) ThrowListenError(EADDRNOTAVAIL);
     auto *const general = reinterpret_cast<sockaddr *>(&own);
+    SetUpSending();
     if (Number() < 0 || setsockopt(Number(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
         bind(Number(), general, length) != 0 || listen(Number(), backlog) != 0 || !Watch(EPOLLIN) ||
         getsockname(Number(), general, &length) != 0) {
@@ -121,17 +122,32 @@ void Listener::Offer(const Winsock &element, int number, std::string address) {
 
 /// What the connection holds until it is settled.
 std::shared_ptr<void> Listener::MakeUnsettled() {
-    const auto resume = Resumer();
-    std::shared_ptr<void> unsettled(nullptr, [resume](void *) { resume(); });
+    std::shared_ptr<void> unsettled(nullptr, [resume = Resumer()](void *) { resume(); });
     unsettled_ = unsettled;
-    const auto self = std::static_pointer_cast<Listener>(shared_from_this());
-    QTimer::singleShot(settlingTime, QCoreApplication::instance(),
-                       [resume, weak = std::weak_ptr<void>(unsettled), self] {
-                           if (weak.expired()) return;
-                           self->unsettled_.reset();
-                           resume();
-                       });
+    unsettledSince_ = std::chrono::steady_clock::now();
+    WatchSettling(settlingTime);
     return unsettled;
+}
+
+/// One timer for all connections: most are settled long before it runs out, and a timer for each would cost more than
+/// they do.
+void Listener::WatchSettling(std::chrono::milliseconds time) {
+    if (std::exchange(isSettlingWatched_, true)) return;
+    QTimer::singleShot(time, QCoreApplication::instance(), [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) std::static_pointer_cast<Listener>(self)->LookAtUnsettled();
+    });
+}
+
+void Listener::LookAtUnsettled() {
+    isSettlingWatched_ = false;
+    if (unsettled_.expired()) return;
+    const auto left = unsettledSince_ + settlingTime - std::chrono::steady_clock::now();
+    if (left > left.zero()) {
+        WatchSettling(std::chrono::ceil<std::chrono::milliseconds>(left));
+    } else {
+        unsettled_.reset();
+        Resume();
+    }
 }
 
 void Listener::Resume() {

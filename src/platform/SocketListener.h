@@ -3,6 +3,7 @@
 
 #include <netinet/in.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -66,6 +67,8 @@ private:
     bool MayOffer() const { return !isOffering_ && unsettled_.expired() && !places_->AreTaken(); }
     void Offer(const Winsock &element, int number, std::string address);
     std::shared_ptr<void> MakeUnsettled();
+    void WatchSettling(std::chrono::milliseconds time);
+    void LookAtUnsettled();
     void Resume();
     void Pause();
     std::function<void()> Resumer();
@@ -74,6 +77,8 @@ private:
     const std::shared_ptr<Places> places_;
     bool isOffering_ = false;
     std::weak_ptr<void> unsettled_;
+    std::chrono::steady_clock::time_point unsettledSince_;
+    bool isSettlingWatched_ = false;
 };
 
 }  // namespace pixmora

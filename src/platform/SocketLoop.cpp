@@ -3,6 +3,8 @@
 #include "platform/SocketLoop.h"
 
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/epoll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -34,6 +36,9 @@ constexpr int eventsPerTurn = 16;         // what sockets may do before timers a
 constexpr auto turnTime = std::chrono::milliseconds(1);  // and how long
 constexpr rlim_t reservedDescriptors = 16;
 constexpr rlim_t wantedDescriptors = 4096;
+/// How much the network may hold that it has not yet sent. Without it the kernel takes megabytes for a slow reader and
+/// then, for minutes, nothing; a movie's chunks would stop although they move.
+constexpr int unsentLimit = 131072;
 
 }  // namespace
 
@@ -187,6 +192,12 @@ void SocketDescriptor::CloseLingering() {
     } else {
         Close();
     }
+}
+
+void SocketDescriptor::SetUpSending() const {
+    const int on = 1;
+    setsockopt(number_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    setsockopt(number_, IPPROTO_TCP, TCP_NOTSENT_LOWAT, &unsentLimit, sizeof unsentLimit);
 }
 
 ssize_t SocketDescriptor::Receive(std::string &bytes) {

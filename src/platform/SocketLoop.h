@@ -37,6 +37,9 @@ protected:
     bool Watch(std::uint32_t events);
     std::uint32_t Watched() const { return watched_; }
 
+    /// Lets answers be written whole or in chunks without waiting for each other's acknowledgement, and bounds what the
+    /// network holds unsent. What a listening descriptor accepts has this from it.
+    void SetUpSending() const;
     /// recv of at most 64 KB. @return recv's result, errno set as by it
     ssize_t Receive(std::string &bytes);
     /// Throws away at most 64 KB of input. @return recv's result

@@ -5,5 +5,6 @@ namespace pixmora {
 std::unique_ptr<Database> gDatabase;
 std::vector<AlbumPointer> gAlbums;
 std::vector<std::string> gRestrictedWords;
+std::unordered_map<std::string, std::int64_t> gCounterRows;
 
 }  // namespace pixmora

@@ -1,8 +1,10 @@
 // The process-wide values of the stores.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/Database.h"
@@ -18,5 +20,9 @@ extern std::vector<AlbumPointer> gAlbums;
 
 /// Patterns of directory names that are protected by their name alone; loaded at website start.
 extern std::vector<std::string> gRestrictedWords;
+
+/// Where the rows of the statistics' counters were found last, by table and criteria. A row is asked each time whether
+/// it still is the one.
+extern std::unordered_map<std::string, std::int64_t> gCounterRows;
 
 }  // namespace pixmora

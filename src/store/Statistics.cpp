@@ -20,6 +20,7 @@ namespace pixmora {
 namespace {
 
 constexpr std::int32_t recentWindow = 3600000;  // ms
+constexpr std::size_t mostCounterRows = 1000;   // of the past hours and days they are of no use any more
 
 /// The row that an event belongs to in one of the tables, and its counter there.
 struct Counter {
@@ -55,13 +56,25 @@ bool IsLong(const Counter &counter) {
     return gDatabase->Fields(counter.Table)[static_cast<std::size_t>(counter.Ordinal)].Type == FieldType::Long;
 }
 
+void RememberRow(const std::string &key, std::int64_t row) {
+    if (gCounterRows.size() >= mostCounterRows) gCounterRows.clear();
+    gCounterRows[key] = row;
+}
+
 void Add(const Counter &counter, std::int32_t value) {
+    const std::string key = counter.Table + counter.Criteria;
+    const auto known = gCounterRows.find(key);
+    if (known != gCounterRows.end() &&
+        gDatabase->AddTo(counter.Table, known->second, counter.Criteria, counter.Ordinal, value)) {
+        return;
+    }
     const auto rows = gDatabase->OpenRecordset(counter.Table, RecordsetType::Dynaset);
     rows->FindFirst(counter.Criteria);
     if (rows->NoMatch()) {
         AddRow(*rows, counter);
         return;
     }
+    RememberRow(key, rows->Bookmark());
     rows->Edit();
     const FieldValue old = rows->Value(counter.Ordinal);
     const double sum = (IsNull(old) ? 0 : AsDouble(old)) + value;

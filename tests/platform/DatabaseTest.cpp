@@ -173,6 +173,24 @@ TEST_F(DatabaseTest, WaitsForAnotherProgramsLockOnceUntilAChangeGotThrough) {
     sqlite3_close(other);
 }
 
+TEST_F(DatabaseTest, AddsToARowThatIsStillTheOne) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Text}, {"L", FieldType::Long}, {"D", FieldType::Double}});
+    RunSql(Path(), "INSERT INTO T VALUES ('x', 2147483000, 0.5), ('x', 1, 1), ('y', NULL, 2147483647)");
+    const auto rows = database->OpenRecordset("T", RecordsetType::Dynaset);
+    rows->FindFirst("A='Y'");
+    const std::int64_t y = rows->Bookmark();
+    rows->FindFirst("A='x'");
+    const std::int64_t x = rows->Bookmark();
+    EXPECT_TRUE(database->AddTo("t", x, "A='X' AND D < 1", 1, 647));
+    EXPECT_FALSE(database->AddTo("T", x, "A='x'", 1, 1)) << "beyond a Long";
+    EXPECT_FALSE(database->AddTo("T", y, "A='y'", 1, 1)) << "Null";
+    EXPECT_TRUE(database->AddTo("T", y, "A='y'", 2, 1)) << "a Double has room";
+    EXPECT_FALSE(database->AddTo("T", y, "A='x'", 2, 1)) << "another row's criteria";
+    EXPECT_FALSE(database->AddTo("T", 4, "A='x'", 1, 1)) << "no such row";
+    EXPECT_EQ(RunSql(Path(), "SELECT * FROM T"), "x|2147483647|0.5\nx|1|1.0\ny||2147483648.0\n");
+}
+
 TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
     {
         const auto database = Create();
@@ -181,11 +199,12 @@ TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
         for (int i = 0; i < 50; ++i) Add(*database, std::string(500, 'a'));
     }
     const auto size = std::filesystem::file_size(Path());
+    const std::size_t page = std::stoul(RunSql(Path(), "PRAGMA page_size"));
     {
         // Everything behind the pages of the head and of the tables' roots.
         std::fstream file(Path(), std::ios::in | std::ios::out | std::ios::binary);
-        file.seekp(3 * 4096);
-        file << std::string(size - 3 * 4096, '\xA5');
+        file.seekp(static_cast<std::streamoff>(3 * page));
+        file << std::string(size - 3 * page, '\xA5');
     }
     const auto database = Open();
     EXPECT_TRUE(database->OpenRecordset("U", RecordsetType::Table)->Eof());

@@ -98,11 +98,12 @@ TEST_F(RecordKeepingTest, GoesOnWithoutWhatADamagedTableWouldTake) {
     CountEvents();
     RunSql(store.FilePath(), "PRAGMA wal_checkpoint(TRUNCATE)");
     const int root = std::stoi(RunSql(store.FilePath(), "SELECT rootpage FROM sqlite_master WHERE name='StatsDaily'"));
+    const int page = std::stoi(RunSql(store.FilePath(), "PRAGMA page_size"));
     gDatabase = nullptr;
     {
         std::fstream file(store.FilePath(), std::ios::in | std::ios::out | std::ios::binary);
-        file.seekp((root - 1) * 4096);
-        file << std::string(4096, '\xA5');
+        file.seekp((root - 1) * page);
+        file << std::string(static_cast<std::size_t>(page), '\xA5');
     }
     ASSERT_TRUE(OpenOrCreateDatabase());
     RecordStat(Stat::Thumbs, "Zoo", 1);

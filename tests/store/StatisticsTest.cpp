@@ -71,6 +71,17 @@ TEST_F(StatisticsTest, GoesOnCountingBeyondALong) {
     EXPECT_THROW(RecordStat(Stat::Thumbs, "Zoo", 1), RunTimeError) << "the other counters stay where they are";
 }
 
+TEST_F(StatisticsTest, CountsInTheRightRowWhenRowsGoOrChange) {
+    for (int i = 0; i < 3; ++i) RecordStat(Stat::Visitors, "Zoo", 1);
+    RecordStat(Stat::Visitors, "Park", 1);
+    Ask("DELETE FROM StatsHourly; UPDATE StatsDaily SET AlbumName='Farm' WHERE AlbumName='Zoo'");
+    for (int i = 0; i < 2; ++i) RecordStat(Stat::Visitors, "Park", 1);
+    RecordStat(Stat::Visitors, "Zoo", 1);
+    EXPECT_EQ(Ask("SELECT AlbumName, Visitors FROM StatsHourly"), "Park|2\nZoo|1\n");
+    EXPECT_EQ(Ask("SELECT AlbumName, Visitors FROM StatsDaily"), "Farm|3\nPark|3\nZoo|1\n");
+    EXPECT_EQ(Ask("SELECT AlbumName, Visitors FROM StatsMonthly"), "Zoo|4\nPark|3\n");
+}
+
 TEST_F(StatisticsTest, KeepsTheLastHour) {
     RecordStat(Stat::Thumbs, "Zoo", 1);
     RecordStat(Stat::Bandwidth, "Zoo", 7);
