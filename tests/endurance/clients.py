@@ -247,14 +247,3 @@ class Visitor(threading.Thread):
                                              ("/ShowPicture?1&thumb&/../x.bmp", b"Picture Not Found!"), ("/%", b"Bad Request"),
                                              ("/ShowGraphic?..%2Fdb_v9.mdb", b"File Not Found!")])
         return self.get(target, lambda answer: answer == wanted)
-
-
-def run_rows(rows):
-    """All rows, or those that the command line names, of (name, check(programs, results))."""
-    programs, only = programs_folder(), sys.argv[2:]
-    open_files_limit(4096)
-    results = Results()
-    for row, check in rows:
-        if not only or row in only:
-            check(programs, results)
-    results.finish()

@@ -198,7 +198,7 @@ def check_vanished(programs, results):
     what = "clients that vanish: silent ones, in a movie, in a picture (IdleTimeout %d s)" % IDLE_TIMEOUT
     words = ["unshare", "--net", sys.executable, __file__, programs, "vanish"]
     if os.geteuid() != 0:
-        results.add("L7", what, 0, "not run: needs root", "0 descriptors left after %d s" % STALL_LIMIT, True)
+        results.add("L7", what, 0, "needs root", "0 descriptors left after %d s" % STALL_LIMIT, None)
         return
     said = subprocess.run(words, stdout=subprocess.PIPE, text=True, check=True).stdout.split()
     count, held, left, took, alive = said
@@ -215,4 +215,5 @@ if __name__ == "__main__":
     if sys.argv[2:] == ["vanish"]:
         vanish(programs_folder())
     else:
+        open_files_limit(4096)
         run_rows(ROWS)

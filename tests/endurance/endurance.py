@@ -228,9 +228,9 @@ class Results:
 
     def add(self, row, what, times, seen, wanted, met):
         """row: the target's name (D1 ...). what: what was done. times: how often. met: whether `seen` is what was
-        wanted."""
-        self.failed += not met
-        fields = [row, what, times, seen, wanted, "met" if met else "NOT MET"]
+        wanted; None where it could not be done here."""
+        self.failed += met is not None and not met
+        fields = [row, what, times, seen, wanted, "not done" if met is None else "met" if met else "NOT MET"]
         print("\t".join(str(field) for field in fields), flush=True)
 
     def finish(self):
@@ -242,3 +242,13 @@ def programs_folder():
     if len(sys.argv) < 2:
         sys.exit("usage: %s FOLDER_OF_THE_PROGRAMS" % sys.argv[0])
     return sys.argv[1]
+
+
+def run_rows(rows):
+    """All rows, or those that the command line names, of (name, check(programs, results))."""
+    programs, only = programs_folder(), sys.argv[2:]
+    results = Results()
+    for row, check in rows:
+        if not only or row in only:
+            check(programs, results)
+    results.finish()

@@ -156,4 +156,5 @@ ROWS = [("L6", check_flood), ("L6", check_churn), ("L8", check_soak), ("L9", che
 
 
 if __name__ == "__main__":
+    open_files_limit(4096)
     run_rows(ROWS)

@@ -237,16 +237,8 @@ def i8(programs, results):
                     and found["slowest"] <= 2 and found["grown"] <= 100)
 
 
-ROWS = {"I1": i1, "I2": i2, "I3": i3, "I4": i4, "I5": i5, "I7": i7, "I8": i8}
-
-
-def main():
-    results = Results()
-    programs = programs_folder()
-    for name in sys.argv[2:] or ROWS:
-        ROWS[name](programs, results)
-    results.finish()
+ROWS = [("I1", i1), ("I2", i2), ("I3", i3), ("I4", i4), ("I5", i5), ("I7", i7), ("I8", i8)]
 
 
 if __name__ == "__main__":
-    main()
+    run_rows(ROWS)

@@ -246,16 +246,8 @@ def lock(programs, results):
     locked(programs, results)
 
 
-ROWS = {"R1": r1, "R3": r3, "lock": lock}
-
-
-def main():
-    results = Results()
-    programs = programs_folder()
-    for name in sys.argv[2:] or ROWS:
-        ROWS[name](programs, results)
-    results.finish()
+ROWS = [("R1", r1), ("R3", r3), ("lock", lock)]
 
 
 if __name__ == "__main__":
-    main()
+    run_rows(ROWS)

@@ -403,16 +403,8 @@ def d7(programs, results):
                     "nothing else", good)
 
 
-ROWS = {"D1": d1, "D3": d3, "D4": d4, "D6": d6, "D7": d7}
-
-
-def main():
-    results = Results()
-    programs = programs_folder()
-    for name in sys.argv[2:] or ROWS:
-        ROWS[name](programs, results)
-    results.finish()
+ROWS = [("D1", d1), ("D3", d3), ("D4", d4), ("D6", d6), ("D7", d7)]
 
 
 if __name__ == "__main__":
-    main()
+    run_rows(ROWS)
