@@ -1,4 +1,6 @@
 // The front page: the welcome, the site's figures, the way to the most popular media, and a row for each album.
+#include <vector>
+
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
 #include "pages/AlbumAddress.h"
@@ -27,37 +29,40 @@ struct Featured {
     std::string DirectoryLink;
 };
 
-void FillRunTimes(std::string &page) {
+void AddRunTimes(std::vector<Filling> &fillings) {
     constexpr Tick dayAndOne = 86400001;
     const Tick elapsed = gOnlineTimer->Elapsed();
     const Tick seconds = elapsed / 1000;
-    Fill(page, "{SESSION_RUNTIME}", FormatElapsed(seconds, elapsed >= dayAndOne, false));
-    Fill(page, "{TOTAL_RUNTIME}", FormatElapsed(gRunningTotal * 60 + seconds, true, false));
+    fillings.push_back({"{SESSION_RUNTIME}", FormatElapsed(seconds, elapsed >= dayAndOne, false)});
+    fillings.push_back({"{TOTAL_RUNTIME}", FormatElapsed(gRunningTotal * 60 + seconds, true, false)});
 }
 
-void FillFigures(std::string &page) {
-    Fill(page, "{SESSION_CONNECTIONS}", std::to_string(gConnectionsSession));
-    Fill(page, "{TOTAL_CONNECTIONS}", NumberText(gConnectionsSession + gConnectionsTotal));
-    Fill(page, "{SESSION_THUMBS}", std::to_string(gThumbsSession));
-    Fill(page, "{TOTAL_THUMBS}", NumberText(gThumbsSession + gThumbsTotal));
-    Fill(page, "{SESSION_DOWNLOADS}", std::to_string(gDownloadsSession));
-    Fill(page, "{TOTAL_DOWNLOADS}", NumberText(gDownloadsSession + gDownloadsTotal));
-    Fill(page, "{SESSION_BANDWIDTH}", FormatByteSize(gBandwidthSession * 1024));
-    Fill(page, "{TOTAL_BANDWIDTH}", FormatByteSize((gBandwidthTotal + gBandwidthSession) * 1024));
+void AddFigures(std::vector<Filling> &fillings) {
+    fillings.push_back({"{SESSION_CONNECTIONS}", std::to_string(gConnectionsSession)});
+    fillings.push_back({"{TOTAL_CONNECTIONS}", NumberText(gConnectionsSession + gConnectionsTotal)});
+    fillings.push_back({"{SESSION_THUMBS}", std::to_string(gThumbsSession)});
+    fillings.push_back({"{TOTAL_THUMBS}", NumberText(gThumbsSession + gThumbsTotal)});
+    fillings.push_back({"{SESSION_DOWNLOADS}", std::to_string(gDownloadsSession)});
+    fillings.push_back({"{TOTAL_DOWNLOADS}", NumberText(gDownloadsSession + gDownloadsTotal)});
+    fillings.push_back({"{SESSION_BANDWIDTH}", FormatByteSize(gBandwidthSession * 1024)});
+    fillings.push_back({"{TOTAL_BANDWIDTH}", FormatByteSize((gBandwidthTotal + gBandwidthSession) * 1024)});
 }
 
-void FillSite(std::string &page) {
-    Fill(page, "{STYLE_SHEET}", gStyleSheet);
-    Fill(page, "{SERVER_TITLE}", gServerTitle);
-    Fill(page, "{SERVER_TITLE_SLASH}", EscapeForScript(gServerTitle));
-    Fill(page, "{AUTHOR}", gAuthor);
-    Fill(page, "{AUTHOR_SLASH}", EscapeForScript(gAuthor));
-    Fill(page, "{WELCOME}", gWelcomeText);
-    Fill(page, "{FOOTER}", MakeFooter());
-    Fill(page, "{SERVER_URL}", gWebsiteAddress);
-    Fill(page, "{ACTIVE}", std::to_string(gVisitorsActive));
-    FillRunTimes(page);
-    FillFigures(page);
+std::vector<Filling> SiteFillings() {
+    std::vector<Filling> fillings = {
+        {"{STYLE_SHEET}", gStyleSheet},
+        {"{SERVER_TITLE}", gServerTitle},
+        {"{SERVER_TITLE_SLASH}", EscapeForScript(gServerTitle)},
+        {"{AUTHOR}", gAuthor},
+        {"{AUTHOR_SLASH}", EscapeForScript(gAuthor)},
+        {"{WELCOME}", gWelcomeText},
+        {"{FOOTER}", MakeFooter()},
+        {"{SERVER_URL}", gWebsiteAddress},
+        {"{ACTIVE}", std::to_string(gVisitorsActive)},
+    };
+    AddRunTimes(fillings);
+    AddFigures(fillings);
+    return fillings;
 }
 
 /// To the folder of a file. @param path below the album's root: its separators become those of the link's arguments
@@ -100,9 +105,8 @@ void AppendPopularRow(std::string &rows) {
 
 Featured RandomFile(const clsAlbum &album) {
     const auto media = gDatabase->OpenRecordset(Concat("MediaList", album.ID), RecordsetType::Table);
-    const std::int64_t count = media->RecordCount();
-    if (count == 0) return {};
-    media->Move(RoundToLong(static_cast<double>(count - 1) * Rnd()));
+    media->MoveAlong(Rnd());
+    if (media->Eof()) return {};
     const std::string path = AsText(media->Value("FilePath"));
     const std::string linkPath = LinkPath(path);
     return {Concat(R"(<a href="ShowAlbum?ShowDetails&)", album.ID, "&count&", linkPath, R"(">)",
@@ -175,8 +179,9 @@ void AppendAlbumRow(std::string &rows, const clsAlbum &album, const Featured &fe
 bool AppendAlbumRows(std::string &rows, std::string_view user) {
     bool isAnyShown = false;
     Featured featured;
+    const AlbumListing listing(user, "thumbs");
     for (const AlbumPointer &album : gAlbums) {
-        if (!IsListed(user, album->ID, LastPathPart(album->Directory), "\\", "thumbs")) continue;
+        if (!listing.IsListed(*album)) continue;
         isAnyShown = true;
         ChooseFeatured(*album, featured);
         AppendAlbumRow(rows, *album, featured);
@@ -203,8 +208,10 @@ void AppendWebcamRow(std::string &rows) {
 }
 
 std::string ShareList(std::string_view user) {
-    const ReadScope reads(*gDatabase);  // each album asks for its protection and its featured picture
+    constexpr std::size_t usualRow = 1500;  // bytes
+    const ReadScope reads(*gDatabase);      // each album asks for its featured picture
     std::string rows;
+    rows.reserve(usualRow * (gAlbums.size() + 2));
     AppendPopularRow(rows);
     if (!AppendAlbumRows(rows, user)) AppendNoAlbumsRow(rows);
     if (gSystray->tmrWebCam.Enabled()) AppendWebcamRow(rows);
@@ -215,10 +222,10 @@ std::string ShareList(std::string_view user) {
 
 void clsWebServerCommands::genIndex(const Connection &socket) const {
     const std::string head = WriteResponseHead("text/html", true);
-    std::string page = head + tplIndex;
-    FillSite(page);
-    Fill(page, "{SHARE_LIST}", ShareList(socket->Tag));
-    Fill(page, "{VERSION}", Concat(App::Major, ".", App::Minor));
+    std::vector<Filling> fillings = SiteFillings();
+    fillings.push_back({"{SHARE_LIST}", ShareList(socket->Tag)});
+    fillings.push_back({"{VERSION}", Concat(App::Major, ".", App::Minor)});
+    const std::string page = FillAll(head, tplIndex, fillings);
     SendIgnoringErrors(socket, page);
     DoEvents();
     // Deliberate: this page alone books the fraction of a kilobyte.

@@ -168,9 +168,9 @@ void AppendAlbumRow(Tree &tree, const clsAlbum &album) {
 
 void AppendAlbumRows(Tree &tree) {
     const ReadScope reads(*gDatabase);  // each directory asks for its protection and its place
+    const AlbumListing listing(tree.User, tree.Address.View);
     for (const AlbumPointer &album : gAlbums) {
-        if (IsListed(tree.User, album->ID, LastPathPart(album->Directory), "\\", tree.Address.View))
-            AppendAlbumRow(tree, *album);
+        if (listing.IsListed(*album)) AppendAlbumRow(tree, *album);
     }
 }
 

@@ -1,6 +1,7 @@
 // The pieces that several pages share.
 #include "pages/Templates.h"
 
+#include <algorithm>
 #include <array>
 #include <random>
 
@@ -16,6 +17,28 @@ constexpr std::array<std::string_view, 3> footerSentences = {
     "Want to set up your own picture website? Download Pixmora! for free!",
 };
 
+/// The filling whose placeholder begins the text, or the end of the list.
+std::span<const Filling>::iterator FillingAt(std::string_view text, std::span<const Filling> fillings) {
+    const std::string_view placeholder = text.substr(0, text.find('}') + 1);
+    return std::ranges::find(fillings, placeholder, &Filling::Placeholder);
+}
+
+void AppendFilled(std::string &page, std::string_view text, std::span<const Filling> fillings) {
+    for (std::size_t brace; (brace = text.find('{')) != std::string_view::npos;) {
+        page += text.substr(0, brace);
+        text.remove_prefix(brace);
+        const auto filling = FillingAt(text, fillings);
+        if (filling == fillings.end()) {
+            page += '{';
+            text.remove_prefix(1);
+            continue;
+        }
+        AppendFilled(page, filling->Value, {filling + 1, fillings.end()});
+        text.remove_prefix(filling->Placeholder.size());
+    }
+    page += text;
+}
+
 }  // namespace
 
 void Fill(std::string &page, std::string_view placeholder, std::string_view value) {
@@ -24,6 +47,14 @@ void Fill(std::string &page, std::string_view placeholder, std::string_view valu
         page.replace(position, placeholder.size(), value);
         position += value.size();
     }
+}
+
+std::string FillAll(std::string head, std::string_view text, std::span<const Filling> fillings) {
+    std::size_t size = head.size() + text.size();
+    for (const Filling &filling : fillings) size += filling.Value.size();
+    head.reserve(size);
+    AppendFilled(head, text, fillings);
+    return head;
 }
 
 std::string MakeFooter() {

@@ -1,10 +1,6 @@
 // What the listings show of protected places.
 #include "pages/Visibility.h"
 
-#include <string>
-
-#include "store/Protection.h"
-
 namespace pixmora {
 
 bool IsListed(std::string_view user, std::int32_t album, std::string_view name, std::string_view directory,
@@ -12,6 +8,12 @@ bool IsListed(std::string_view user, std::int32_t album, std::string_view name, 
     if (!IsProtectedDir(album, name, directory)) return true;
     std::string reason;
     return CanViewDir(user, album, word, reason);
+}
+
+bool AlbumListing::IsListed(const clsAlbum &album) const {
+    if (!protected_.Contains(album)) return true;
+    std::string reason;
+    return CanViewDir(user_, album.ID, word_, reason);
 }
 
 }  // namespace pixmora

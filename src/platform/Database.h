@@ -72,9 +72,9 @@ public:
     void AppendField(std::string_view table, const Field &field);
     void DeleteField(std::string_view table, std::string_view field);
 
-    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*`, `?` and `#`, ORDER BY, SUM(...) as name,
-    /// texts in single or double quotes, dates between #. Texts compare and sort without regard to ASCII case. A
-    /// Snapshot and the result of a function such as SUM refuse changes. @throws RunTimeError SyntaxError,
+    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*`, `?` and `#`, GROUP BY, ORDER BY, SUM(...)
+    /// as name, texts in single or double quotes, dates between #. Texts compare and sort without regard to ASCII case.
+    /// A Snapshot and the result of a function such as SUM refuse changes. @throws RunTimeError SyntaxError,
     /// ItemNotFound, DatabaseError
     std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
 
@@ -152,6 +152,10 @@ public:
     void MoveNext();
     /// Moves on from the current row, at most to Eof. @param rows 0 or more
     void Move(std::int64_t rows);
+    /// Goes to the row that lies at this share, 0 to 1, of the way from the first row to the last, to Eof when there is
+    /// none. Rows that were only ever added count evenly; where some were deleted, the next one behind stands in.
+    /// No row on the way is looked at. @throws RunTimeError InvalidProcedureCall for anything but a whole table
+    void MoveAlong(double share);
 
     /// Goes to the first row that meets the criteria, or the next one behind the current row; NoMatch tells the
     /// outcome. With no match the current row stays.

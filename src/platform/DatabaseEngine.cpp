@@ -65,6 +65,8 @@ DatabaseEngine::DatabaseEngine(std::string_view path, int flags) {
     sqlite3_busy_handler(handle_, WaitForLock, this);
     // Without this a misspelt field in double quotes would pass as a text.
     sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    // Without this each new pattern of a LIKE has its statement prepared anew.
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
 }
 
 DatabaseEngine::~DatabaseEngine() {

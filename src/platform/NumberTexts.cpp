@@ -3,6 +3,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <optional>
+#include <utility>
 
 #include "platform/Numbers.h"
 #include "platform/RunTimeError.h"
@@ -19,6 +22,13 @@ struct Decimal {
 };
 
 constexpr int significantDigits = 15;
+
+/// The digits of a whole number that shows them all, which most numbers are; nothing for any other.
+std::optional<std::string> TextOfWhole(double value) {
+    constexpr double tooLong = 1e15;
+    if (!(std::abs(value) < tooLong) || value != std::floor(value)) return std::nullopt;
+    return std::to_string(static_cast<std::int64_t>(value));
+}
 
 void DropZerosAtEnd(std::string &digits) {
     while (!digits.empty() && digits.back() == '0') digits.pop_back();
@@ -80,11 +90,12 @@ std::string SignOf(const Decimal &decimal) {
     return decimal.IsNegative && !decimal.Digits.empty() ? "-" : "";
 }
 
-/// The whole part of a value that is below 1000, with as many decimals as make three digits, the rest cut off.
+/// A value of 0 to 1000 with as many decimals as make three digits, the rest cut off.
 std::string ThreeDigits(double value) {
-    const int decimals = value >= 100 ? 0 : value >= 10 ? 1 : 2;
-    const double scale = std::pow(10.0, decimals);
-    return FormatFixed(std::floor(value * scale) / scale, decimals);
+    if (value >= 100) return std::to_string(static_cast<int>(value));
+    const std::size_t decimals = value >= 10 ? 1 : 2;
+    std::string text = FormatPadded(static_cast<int>(value * (decimals == 1 ? 10 : 100)), 3);
+    return text.insert(3 - decimals, ".");
 }
 
 }  // namespace
@@ -98,6 +109,9 @@ std::string FormatPadded(std::int64_t value, int digits) {
 }
 
 std::string FormatFixed(double value, int decimals) {
+    if (decimals == 0) {
+        if (std::optional<std::string> whole = TextOfWhole(value)) return *std::move(whole);
+    }
     Decimal decimal = ToDecimal(value);
     RoundToPlaces(decimal, decimals);
     std::string text = SignOf(decimal) + WholeDigits(decimal);
@@ -120,6 +134,7 @@ std::string FormatGrouped(double value) {
 }
 
 std::string NumberText(double value) {
+    if (std::optional<std::string> whole = TextOfWhole(value)) return *std::move(whole);
     const Decimal decimal = ToDecimal(value);
     if (decimal.Digits.empty()) return "0";
     const int exponent = decimal.Point - 1;

@@ -173,6 +173,12 @@ void Recordset::Move(std::int64_t rows) {
     Open().Move(rows);
 }
 
+void Recordset::MoveAlong(double share) {
+    Implementation &self = Open();
+    self.DropPending();
+    self.At = self.Query.FetchAlong(share, self.Current) ? Place::OnRow : Place::Eof;
+}
+
 void Recordset::FindFirst(std::string_view criteria) {
     Open().FindBehind(beforeAllRows, 0, criteria);
 }

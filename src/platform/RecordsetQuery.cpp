@@ -41,7 +41,7 @@ void RecordsetQuery::AddItems() {
             continue;
         }
         const Field &field = table_->Fields[table_->PlaceOf(item.Field)];
-        if (IsAggregate()) {
+        if (!item.Function.empty()) {
             items_.push_back({item.Name, {}, std::nullopt});
             head_ += ", " + item.Function + "(" + QuotedIdentifier(field.Name) + ")";
         } else {
@@ -53,10 +53,11 @@ void RecordsetQuery::AddItems() {
 }
 
 std::int64_t RecordsetQuery::Count() const {
-    if (IsAggregate()) return 1;
+    if (IsAggregate() && !IsGrouped()) return 1;
     // Without a condition the engine counts pages' cells and looks at no row.
-    PreparedStatement statement(engine_,
-                                "SELECT count(*)" + table_->From + (where_.empty() ? "" : " WHERE " + where_ + "1"));
+    PreparedStatement statement(
+        engine_, IsGrouped() ? "SELECT count(*) FROM (" + SqlOfAllRows() + ")"
+                             : "SELECT count(*)" + table_->From + (where_.empty() ? "" : " WHERE " + where_ + "1"));
     statement.Bind(Literals());
     statement.Step();
     return statement.WholeColumn(0);
@@ -88,6 +89,17 @@ bool RecordsetQuery::FetchBehind(std::int64_t id, std::int64_t skip, const Trans
     return true;
 }
 
+bool RecordsetQuery::FetchAlong(double share, Row &row) const {
+    if (!where_.empty() || !IsInTableOrder()) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+    // The engine numbers from 1.
+    PreparedStatement statement(engine_, head_ + " WHERE rowid >= 1 + CAST(round(((SELECT max(rowid)" + table_->From +
+                                             ") - 1) * ?) AS INTEGER) ORDER BY rowid LIMIT 1");
+    statement.Bind(share);
+    if (!statement.Step()) return false;
+    ReadRow(statement, row);
+    return true;
+}
+
 bool RecordsetQuery::FetchRow(std::int64_t id, Row &row) const {
     PreparedStatement statement(engine_, head_ + " WHERE rowid = ?");
     statement.Bind(id);
@@ -104,8 +116,9 @@ bool RecordsetQuery::Meets(std::int64_t id, const TranslatedCondition &criteria)
 }
 
 std::string RecordsetQuery::SqlOfAllRows() const {
-    if (IsAggregate()) return head_ + " WHERE " + where_ + "1";
-    return head_ + " WHERE " + where_ + "1 ORDER BY " + select_.OrderBy + ", rowid";
+    const std::string rows = head_ + " WHERE " + where_ + "1";
+    if (IsGrouped()) return rows + " GROUP BY " + select_.GroupBy;
+    return IsAggregate() ? rows : rows + " ORDER BY " + select_.OrderBy + ", rowid";
 }
 
 void RecordsetQuery::ReadRow(const PreparedStatement &statement, Row &row) const {
@@ -183,7 +196,7 @@ bool OrderedRows::FetchNext() {
     }
     query_.ReadRow(*statement_, rows_.emplace_back());
     // A function's result is one row, and nothing stays open behind it.
-    if (query_.IsAggregate()) statement_.reset();
+    if (query_.IsAggregate() && !query_.IsGrouped()) statement_.reset();
     return true;
 }
 

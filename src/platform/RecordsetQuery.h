@@ -26,12 +26,16 @@ public:
 
     const std::vector<Column> &Columns() const { return select_.Items.empty() ? table_->Columns : items_; }
     bool IsAggregate() const { return select_.IsAggregate(); }
+    bool IsGrouped() const { return !select_.GroupBy.empty(); }
     /// Whether rows come in the table's own order, and so can be found by their numbers.
     bool IsInTableOrder() const { return select_.OrderBy.empty() && !IsAggregate(); }
 
     std::int64_t Count() const;
     /// The row that meets the criteria behind the row numbered `id`, after `skip` others. False when there is none.
     bool FetchBehind(std::int64_t id, std::int64_t skip, const TranslatedCondition &criteria, Row &row) const;
+    /// The row at a share of the way from the first to the last. False when there is none.
+    /// @throws RunTimeError InvalidProcedureCall for anything but a whole table
+    bool FetchAlong(double share, Row &row) const;
     /// One row anew. False when it is gone.
     bool FetchRow(std::int64_t id, Row &row) const;
     bool Meets(std::int64_t id, const TranslatedCondition &criteria) const;

@@ -15,9 +15,9 @@ namespace pixmora {
 
 namespace {
 
-constexpr std::array<std::string_view, 16> keywords = {"SELECT", "FROM", "WHERE", "ORDER", "BY",   "AND",
+constexpr std::array<std::string_view, 17> keywords = {"SELECT", "FROM", "WHERE", "ORDER", "BY",   "AND",
                                                        "OR",     "NOT",  "LIKE",  "IS",    "NULL", "AS",
-                                                       "ASC",    "DESC", "TRUE",  "FALSE"};
+                                                       "ASC",    "DESC", "TRUE",  "FALSE", "GROUP"};
 constexpr std::array<std::string_view, 5> functions = {"SUM", "COUNT", "MIN", "MAX", "AVG"};
 constexpr std::array<std::string_view, 6> comparisons = {"=", "<>", "<", ">", "<=", ">="};
 
@@ -85,6 +85,12 @@ public:
         Expect(TakeKeyword("FROM"));
         statement.Table = TakeName();
         if (TakeKeyword("WHERE")) statement.Where = Condition();
+        if (TakeKeyword("GROUP")) {
+            Expect(TakeKeyword("BY"));
+            statement.GroupBy = GroupTerms(statement.Items);
+        } else {
+            Expect(IsOneKind(statement.Items));
+        }
         if (TakeKeyword("ORDER")) {
             Expect(TakeKeyword("BY") && !statement.IsAggregate());
             statement.OrderBy = OrderTerms();
@@ -129,7 +135,6 @@ private:
         std::vector<SelectItem> items;
         do {
             items.push_back(Item());
-            Expect(items.back().Function.empty() == items.front().Function.empty());
         } while (TakeSymbol(","));
         return items;
     }
@@ -146,6 +151,28 @@ private:
         }
         item.Name = TakeKeyword("AS") ? TakeName() : item.Field;
         return item;
+    }
+
+    /// Whether all items have a function or none.
+    static bool IsOneKind(const std::vector<SelectItem> &items) {
+        return std::ranges::all_of(
+            items, [&](const SelectItem &item) { return item.Function.empty() == items.front().Function.empty(); });
+    }
+
+    /// The items that are plain fields have to be among the terms: another field's value would be any row's.
+    std::string GroupTerms(const std::vector<SelectItem> &items) {
+        std::vector<std::string> names;
+        std::string terms;
+        do {
+            names.push_back(TakeName());
+            terms += (terms.empty() ? "" : ", ") + QuotedIdentifier(names.back()) + " COLLATE NOCASE";
+        } while (TakeSymbol(","));
+        Expect(!items.empty() && std::ranges::all_of(items, [&](const SelectItem &item) {
+            return !item.Function.empty() || std::ranges::any_of(names, [&](const std::string &name) {
+                return EqualsIgnoreCase(name, item.Field);
+            });
+        }));
+        return terms;
     }
 
     std::string OrderTerms() {

@@ -1,6 +1,7 @@
 // Turns the program's statements and criteria into the SQL of SQLite, with every literal lifted out of the text.
 //
-//     statement   SELECT * | item, ...  FROM table  [WHERE condition]  [ORDER BY field [ASC | DESC], ...]
+//     statement   SELECT * | item, ...  FROM table  [WHERE condition]
+//                 [GROUP BY field, ... | ORDER BY field [ASC | DESC], ...]
 //     item        field [AS name]  |  SUM | COUNT | MIN | MAX | AVG ( field | * ) [AS name]
 //     condition   comparisons joined by AND, OR, NOT and parentheses
 //     comparison  operand = <> < > <= >= operand  |  operand [NOT] LIKE text  |  operand IS [NOT] NULL
@@ -31,11 +32,13 @@ struct SelectItem {
 
 struct SelectStatement {
     std::string Table;
-    std::vector<SelectItem> Items;  ///< empty for "*"; all with a function or none
+    std::vector<SelectItem> Items;  ///< empty for "*"; all with a function or none, but for the fields of groups
     TranslatedCondition Where;      ///< its Sql is empty when every row is wanted
+    std::string GroupBy;            ///< SQL of the terms, empty when there are no groups
     std::string OrderBy;            ///< SQL of the terms, empty when the order is the table's own
 
-    bool IsAggregate() const { return !Items.empty() && !Items.front().Function.empty(); }
+    /// Whether its rows are made of several of the table's.
+    bool IsAggregate() const { return !GroupBy.empty() || (!Items.empty() && !Items.front().Function.empty()); }
 };
 
 /// Whether the source of a recordset is a statement and no table's name. @throws RunTimeError SyntaxError when it is

@@ -8,6 +8,7 @@
 #include "platform/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
+#include "store/Popularity.h"
 
 namespace pixmora {
 
@@ -68,6 +69,19 @@ bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view 
         rest = rest.subspan(count);
     }
     return IsRestrictedName(name);
+}
+
+ProtectedAlbums::ProtectedAlbums() {
+    const auto rows =
+        gDatabase->OpenRecordset("SELECT AlbumName FROM PrivateDirs WHERE SubDir='\\'", RecordsetType::Snapshot);
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const FieldValue name = rows->Value("AlbumName");
+        if (!IsNull(name)) names_.insert(LCase(AsText(name)));
+    }
+}
+
+bool ProtectedAlbums::Contains(const clsAlbum &album) const {
+    return names_.contains(LCase(album.Name)) || IsRestrictedName(LastPathPart(album.Directory));
 }
 
 bool CanViewDir(std::string_view user, std::int32_t album, std::string_view directory, std::string &message) {

@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+
+#include "store/clsAlbum.h"
 
 namespace pixmora {
 
@@ -18,6 +21,17 @@ bool IsRestrictedName(std::string_view name);
 /// @param album 1-based number @param name plain, as on the disk @param directory plain, "\" or "\a\b"
 /// @throws RunTimeError SubscriptOutOfRange for an album that isn't there
 bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory);
+
+/// The albums that are protected as a whole, asked for at once: some pages list them all.
+class ProtectedAlbums {
+public:
+    ProtectedAlbums();
+    /// As IsProtectedDir for the root, with the name of the album's folder.
+    bool Contains(const clsAlbum &album) const;
+
+private:
+    std::unordered_set<std::string> names_;  ///< in lower case, of those whose root has a row
+};
 
 /// Whether the user may see a protected directory: administrators all, others those that have a row of their own,
 /// exactly.

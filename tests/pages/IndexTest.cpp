@@ -73,12 +73,14 @@ TEST_F(IndexTest, HidesProtectedAlbumsFromAllButAdministrators) {
     Protect(AddAlbum("B"), "\\", "bob");
     AddAlbum("Private C");
     Protect(AddAlbum("D"), "\\sub", "bob");
+    AddAlbum("E");
+    AddRow("PrivateDirs", {{"AlbumName", "e"}, {"SubDir", "\\"}, {"Username", "bob"}});
     AddUser("bob", false);
     AddUser("carol", true);
     EXPECT_EQ(Shown(""), "AD");
     EXPECT_EQ(Shown("bob"), "AD");
     EXPECT_EQ(Shown("gone"), "AD");
-    EXPECT_EQ(Shown("carol"), "ABCD");
+    EXPECT_EQ(Shown("carol"), "ABCDE");
 }
 
 TEST_F(IndexTest, OffersTheLoginWhenNothingIsShown) {

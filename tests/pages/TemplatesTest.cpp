@@ -16,6 +16,15 @@ TEST(Fill, PutsTheValueInOnceAndNeverLooksAtItAgain) {
     EXPECT_EQ(page, "<{A}>--<{A}>{a}");
 }
 
+TEST(FillAll, ComesOutAsIfFilledOneAfterTheOther) {
+    const std::vector<Filling> fillings = {{"{A}", "<{A}{B}{C}>"}, {"{B}", "[{C}{A}]{"}, {"{C}", "c"}};
+    for (const char *text : {"", "{", "x{", "{A", "{}", "{A}{B}{C}", "{x {B}}", "{{A}}-{a}{AA}{ A}", "{D}{C}{C} {B"}) {
+        std::string expected = text;
+        for (const Filling &filling : fillings) Fill(expected, filling.Placeholder, filling.Value);
+        EXPECT_EQ(FillAll("{A}: ", text, fillings), "{A}: " + expected) << text;
+    }
+}
+
 TEST(MakeFooter, DrawsEachOfTheThreeSentences) {
     std::set<std::string> footers;
     for (int i = 0; i < 200; ++i) footers.insert(MakeFooter());

@@ -38,6 +38,11 @@ protected:
         rows->Update();
     }
 
+    void DeleteAll(const std::string &criteria) {
+        const auto rows = Open("Files");
+        for (rows->FindFirst(criteria); !rows->NoMatch(); rows->FindNext(criteria)) rows->Delete();
+    }
+
     std::unique_ptr<Recordset> Open(const std::string &source, RecordsetType type = RecordsetType::Dynaset) {
         return database->OpenRecordset(source, type);
     }
@@ -101,6 +106,41 @@ TEST_F(RecordsetTest, CountsAndSums) {
     EXPECT_EQ(AsLong(sums->Value(2)), 4);
     EXPECT_EQ(AsLong(Open("select max([Views]) from Files")->Value("Views")), 9);
     EXPECT_TRUE(IsNull(Open("SELECT SUM(Views) as s FROM Files WHERE AlbumName='none'")->Value("s")));
+}
+
+TEST_F(RecordsetTest, SumsByGroups) {
+    const auto sums = Open("SELECT Seen, SUM(Views) as s, albumname FROM Files WHERE Views>0 GROUP BY AlbumName, Seen");
+    EXPECT_EQ(sums->RecordCount(), 4);
+    EXPECT_EQ(ErrorOf([&] { sums->Edit(); }), ErrorNumber::DatabaseError);
+    const auto albums = Open("SELECT AlbumName, SUM(Views) as s, MAX(Seen) as m FROM Files GROUP BY AlbumName");
+    EXPECT_EQ(AsText(albums->Value("AlbumName")).substr(1), "lps");
+    EXPECT_EQ(AsLong(albums->Value("s")), 12);
+    albums->MoveNext();
+    EXPECT_EQ(AsLong(albums->Value("s")), 8);
+    albums->MoveNext();
+    EXPECT_TRUE(albums->Eof());
+    EXPECT_EQ(AsDate(Open("SELECT Seen FROM Files WHERE Views=9 GROUP BY Seen")->Value("Seen")), MakeDate(2004, 3, 5));
+    EXPECT_EQ(Open("SELECT Seen, COUNT(*) FROM Files WHERE Views=77 GROUP BY Seen")->RecordCount(), 0);
+}
+
+TEST_F(RecordsetTest, MovesAlongTheTableToAShareOfIt) {
+    const auto rows = Open("Files");
+    const std::pair<double, const char *> shares[] = {{0, "abcde"},  {0.124, "abcde"}, {0.126, "bcde"}, {0.5, "cde"},
+                                                      {0.874, "de"}, {0.876, "e"},     {1, "e"}};
+    for (const auto &[share, names] : shares) {
+        rows->MoveAlong(share);
+        EXPECT_EQ(Names(*rows), names) << share;
+    }
+    DeleteAll("FilePath='\\c.mov' or FilePath='\\a.JPG'");
+    rows->MoveAlong(0);
+    EXPECT_EQ(Names(*rows), "bde");
+    rows->MoveAlong(0.5);
+    EXPECT_EQ(Names(*rows), "de");
+    DeleteAll("Views>=0 or Views IS NULL");
+    rows->MoveAlong(0.5);
+    EXPECT_TRUE(rows->Eof());
+    EXPECT_EQ(ErrorOf([&] { Open("SELECT * FROM Files WHERE Views=3")->MoveAlong(0); }),
+              ErrorNumber::InvalidProcedureCall);
 }
 
 TEST_F(RecordsetTest, MovesFromRowToRow) {

@@ -41,7 +41,11 @@ const char *const refusedStatements[] = {"SELECT * FROM",
                                          "SELECT Username, COUNT(*) FROM Users",
                                          "SELECT SUM(*) FROM Users",
                                          "SELECT * FROM Users ORDER BY",
-                                         "SELECT SUM(a) AS s FROM Users ORDER BY a"};
+                                         "SELECT SUM(a) AS s FROM Users ORDER BY a",
+                                         "SELECT * FROM Users GROUP BY a",
+                                         "SELECT a, b, SUM(c) FROM Users GROUP BY a",
+                                         "SELECT a, SUM(b) FROM Users GROUP BY a ORDER BY a",
+                                         "SELECT a, SUM(b) FROM Users GROUP BY a, "};
 
 }  // namespace
 
