@@ -68,7 +68,7 @@ Connection LoadConnection() {
     ConnectionArray &connections = gSystray->wnskConnect;
     if (gSystray->wnskListen->ConnectionLimit() == 0 || connections.UBound() < HighestSendIndex)
         return connections.Load();
-    const Connection socket = connections.LoadInHole();
+    Connection socket = connections.LoadInHole();
     ClearTransfer(socket->Index);
     return socket;
 }

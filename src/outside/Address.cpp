@@ -73,7 +73,7 @@ std::string ListenAddress() {
 }
 
 std::string GetLocalIP() {
-    const std::string address = ListenAddress();
+    std::string address = ListenAddress();
     if (!address.empty()) return address;
     return GetLocalIP(HostTableAddresses(), InterfaceAddresses());
 }
