@@ -73,7 +73,8 @@ std::string DirectoryLink(std::string_view album, std::string_view path) {
 
 Featured MostPopular() {
     const auto files = gDatabase->OpenRecordset(
-        R"(SELECT * FROM PopularFiles WHERE FilePath LIKE "*.jpg" OR FilePath LIKE "*.gif" OR FilePath LIKE "*.bmp" )"
+        "SELECT TOP 1 * FROM PopularFiles "
+        R"(WHERE FilePath LIKE "*.jpg" OR FilePath LIKE "*.gif" OR FilePath LIKE "*.bmp" )"
         "ORDER BY FileCount DESC, FilePath DESC",
         RecordsetType::Snapshot);
     if (files->Eof()) return {};

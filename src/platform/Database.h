@@ -72,10 +72,10 @@ public:
     void AppendField(std::string_view table, const Field &field);
     void DeleteField(std::string_view table, std::string_view field);
 
-    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*`, `?` and `#`, GROUP BY, ORDER BY, SUM(...)
-    /// as name, texts in single or double quotes, dates between #. Texts compare and sort without regard to ASCII case.
-    /// A Snapshot and the result of a function such as SUM refuse changes. @throws RunTimeError SyntaxError,
-    /// ItemNotFound, DatabaseError
+    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*`, `?` and `#`, GROUP BY, ORDER BY, TOP,
+    /// SUM(...) as name, texts in single or double quotes, dates between #. Texts compare and sort without regard to
+    /// ASCII case. A Snapshot and the result of a function such as SUM refuse changes. @throws RunTimeError
+    /// SyntaxError, ItemNotFound, DatabaseError
     std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
 
     /// What Edit, Set and Update do to add to a number of the current row, in one statement.

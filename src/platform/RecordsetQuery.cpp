@@ -56,8 +56,9 @@ std::int64_t RecordsetQuery::Count() const {
     if (IsAggregate() && !IsGrouped()) return 1;
     // Without a condition the engine counts pages' cells and looks at no row.
     PreparedStatement statement(
-        engine_, IsGrouped() ? "SELECT count(*) FROM (" + SqlOfAllRows() + ")"
-                             : "SELECT count(*)" + table_->From + (where_.empty() ? "" : " WHERE " + where_ + "1"));
+        engine_, IsGrouped() || select_.Top > 0
+                     ? "SELECT count(*) FROM (" + SqlOfAllRows() + ")"
+                     : "SELECT count(*)" + table_->From + (where_.empty() ? "" : " WHERE " + where_ + "1"));
     statement.Bind(Literals());
     statement.Step();
     return statement.WholeColumn(0);
@@ -118,7 +119,9 @@ bool RecordsetQuery::Meets(std::int64_t id, const TranslatedCondition &criteria)
 std::string RecordsetQuery::SqlOfAllRows() const {
     const std::string rows = head_ + " WHERE " + where_ + "1";
     if (IsGrouped()) return rows + " GROUP BY " + select_.GroupBy;
-    return IsAggregate() ? rows : rows + " ORDER BY " + select_.OrderBy + ", rowid";
+    if (IsAggregate()) return rows;
+    const std::string inOrder = rows + " ORDER BY " + select_.OrderBy + ", rowid";
+    return select_.Top > 0 ? inOrder + " LIMIT " + std::to_string(select_.Top) : inOrder;
 }
 
 void RecordsetQuery::ReadRow(const PreparedStatement &statement, Row &row) const {

@@ -15,9 +15,9 @@ namespace pixmora {
 
 namespace {
 
-constexpr std::array<std::string_view, 17> keywords = {"SELECT", "FROM", "WHERE", "ORDER", "BY",   "AND",
-                                                       "OR",     "NOT",  "LIKE",  "IS",    "NULL", "AS",
-                                                       "ASC",    "DESC", "TRUE",  "FALSE", "GROUP"};
+constexpr std::array<std::string_view, 18> keywords = {"SELECT", "FROM", "WHERE", "ORDER", "BY",    "AND",
+                                                       "OR",     "NOT",  "LIKE",  "IS",    "NULL",  "AS",
+                                                       "ASC",    "DESC", "TRUE",  "FALSE", "GROUP", "TOP"};
 constexpr std::array<std::string_view, 5> functions = {"SUM", "COUNT", "MIN", "MAX", "AVG"};
 constexpr std::array<std::string_view, 6> comparisons = {"=", "<>", "<", ">", "<=", ">="};
 
@@ -81,6 +81,7 @@ public:
     SelectStatement WholeStatement() {
         SelectStatement statement;
         Expect(TakeKeyword("SELECT"));
+        if (TakeKeyword("TOP")) statement.Top = PositiveNumber();
         if (!TakeSymbol("*")) statement.Items = Items();
         Expect(TakeKeyword("FROM"));
         statement.Table = TakeName();
@@ -95,6 +96,7 @@ public:
             Expect(TakeKeyword("BY") && !statement.IsAggregate());
             statement.OrderBy = OrderTerms();
         }
+        Expect(statement.Top == 0 || !statement.OrderBy.empty());
         ExpectEnd();
         return statement;
     }
@@ -129,6 +131,14 @@ private:
     std::string TakeName() {
         Expect(IsName());
         return Take().Text;
+    }
+
+    std::int64_t PositiveNumber() {
+        Expect(token_.Kind == TokenKind::Number);
+        const FieldValue number = NumberOf(Take().Text);
+        const auto *whole = std::get_if<std::int64_t>(&number);
+        Expect(whole != nullptr && *whole > 0);
+        return *whole;
     }
 
     std::vector<SelectItem> Items() {

@@ -1,7 +1,7 @@
 // Turns the program's statements and criteria into the SQL of SQLite, with every literal lifted out of the text.
 //
-//     statement   SELECT * | item, ...  FROM table  [WHERE condition]
-//                 [GROUP BY field, ... | ORDER BY field [ASC | DESC], ...]
+//     statement   SELECT [TOP number] * | item, ...  FROM table  [WHERE condition]
+//                 [GROUP BY field, ... | ORDER BY field [ASC | DESC], ...]      TOP needs ORDER BY
 //     item        field [AS name]  |  SUM | COUNT | MIN | MAX | AVG ( field | * ) [AS name]
 //     condition   comparisons joined by AND, OR, NOT and parentheses
 //     comparison  operand = <> < > <= >= operand  |  operand [NOT] LIKE text  |  operand IS [NOT] NULL
@@ -10,6 +10,7 @@
 // Anything else raises SyntaxError: a second statement, a comment, a function in a condition, a NUL.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,7 @@ struct SelectStatement {
     TranslatedCondition Where;      ///< its Sql is empty when every row is wanted
     std::string GroupBy;            ///< SQL of the terms, empty when there are no groups
     std::string OrderBy;            ///< SQL of the terms, empty when the order is the table's own
+    std::int64_t Top = 0;           ///< so many rows at most, only with ORDER BY; 0 for all
 
     /// Whether its rows are made of several of the table's.
     bool IsAggregate() const { return !GroupBy.empty() || (!Items.empty() && !Items.front().Function.empty()); }

@@ -94,6 +94,9 @@ TEST_F(RecordsetTest, SortsWithoutRegardToCaseAndKeepsTheTablesOrderBetweenEqual
     EXPECT_EQ(Names("SELECT * FROM Files ORDER BY Views DESC"), "ebacd");
     EXPECT_EQ(Names("SELECT * FROM Files ORDER BY Views DESC, FilePath DESC"), "ebcad");
     EXPECT_EQ(Names("SELECT FilePath FROM Files WHERE Views > 3 ORDER BY AlbumName DESC"), "be");
+    EXPECT_EQ(Names("SELECT TOP 2 * FROM Files WHERE Views < 9 ORDER BY Views DESC, FilePath DESC"), "bc");
+    EXPECT_EQ(Open("SELECT TOP 2 * FROM Files WHERE Views > 5 ORDER BY Views")->RecordCount(), 1);
+    EXPECT_EQ(Open("SELECT TOP 2 * FROM Files ORDER BY Views")->RecordCount(), 2);
 }
 
 TEST_F(RecordsetTest, CountsAndSums) {
