@@ -24,7 +24,7 @@ std::span<const Filling>::iterator FillingAt(std::string_view text, std::span<co
 }
 
 void AppendFilled(std::string &page, std::string_view text, std::span<const Filling> fillings) {
-    for (std::size_t brace; (brace = text.find('{')) != std::string_view::npos;) {
+    for (std::size_t brace = text.find('{'); brace != std::string_view::npos; brace = text.find('{')) {
         page += text.substr(0, brace);
         text.remove_prefix(brace);
         const auto filling = FillingAt(text, fillings);

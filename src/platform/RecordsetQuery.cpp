@@ -117,11 +117,11 @@ bool RecordsetQuery::Meets(std::int64_t id, const TranslatedCondition &criteria)
 }
 
 std::string RecordsetQuery::SqlOfAllRows() const {
-    const std::string rows = head_ + " WHERE " + where_ + "1";
-    if (IsGrouped()) return rows + " GROUP BY " + select_.GroupBy;
-    if (IsAggregate()) return rows;
-    const std::string inOrder = rows + " ORDER BY " + select_.OrderBy + ", rowid";
-    return select_.Top > 0 ? inOrder + " LIMIT " + std::to_string(select_.Top) : inOrder;
+    std::string sql = head_ + " WHERE " + where_ + "1";
+    if (IsGrouped()) sql += " GROUP BY " + select_.GroupBy;
+    if (!IsAggregate()) sql += " ORDER BY " + select_.OrderBy + ", rowid";
+    if (select_.Top > 0) sql += " LIMIT " + std::to_string(select_.Top);
+    return sql;
 }
 
 void RecordsetQuery::ReadRow(const PreparedStatement &statement, Row &row) const {
