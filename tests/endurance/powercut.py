@@ -181,13 +181,14 @@ def main():
     results = Results()
     programs = programs_folder()
     cuts = 400
-    base, operations = trace_visits(programs, 800)
+    visits = 2400  # some checkpoints' worth
+    base, operations = trace_visits(programs, visits)
     damaged, broken, greatest = try_cuts(base, operations, lambda database: total(database, THUMBS) - 1, cuts,
                                          acks_by_last_log_sync)
     syncs = sum(each[:2] == ("s", "-wal") for each in operations)
     results.add("D2", "power cuts while serving: database whole", cuts, "%d damaged" % damaged, "0", damaged == 0)
     results.add("D2", "... and lost is at most what came behind the last checkpoint (%d of them)" % syncs, cuts,
-                "%d cuts lost more; greatest loss %d of 800" % (broken, greatest), "0 cuts", broken == 0 and syncs > 0)
+                "%d cuts lost more; greatest loss %d of %d" % (broken, greatest, visits), "0 cuts", broken == 0 and syncs > 0)
     serving = commits(operations)
     slow = sum(each[0] == "s" for each in operations)
     per_thousand = 1000 * slow / serving
