@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # What the system survives, measured: endure.sh runs every script of tests/endurance and the fuzz targets, and keeps their rows in
-# docs/endurance.md. endure.sh --only NAME [ROW...] runs one of them (store, requests, fuzz ...), and leaves the document alone.
+# docs/endurance.md. endure.sh --only NAME [ROW...] runs one of them (store, requests, fuzz ...), and leaves the document alone;
+# endure.sh --again NAME... runs some and puts their rows into the document in place of those from before.
 # Exit status 1 when a row isn't met. ENDURE_SOAK_MINUTES: how long the soak lasts, by default 5, 30 before a release.
 # ENDURE_FUZZ_SECONDS: for each fuzz target, by default 60. ENDURE_PROGRAMS: a folder of built programs, instead of building them.
 set -euo pipefail
@@ -33,46 +34,53 @@ if [ "${1:-}" = --only ]; then
 fi
 
 build
-rows=$(mktemp)
-trap 'rm -f "$rows"' EXIT
+kept=build/endurance  # each script's rows and the commit they are of
+mkdir -p "$kept"
 # A script that ends before its time leaves a row of its own, so that nothing is missing unseen.
 record() {
-  local status=0 due=0 own
-  own=$(mktemp)
-  run "$1" | tee "$own" || status=${PIPESTATUS[0]}
-  ! grep -q $'\tNOT MET$' "$own" || due=1
-  if [ "$status" -ne "$due" ] || [ ! -s "$own" ]; then
-    printf -- '-\t%s\t1\tended with %s\tends with its rows\tNOT MET\n' "$1" "$status" | tee -a "$own"
+  local status=0 due=0 own=$kept/$1
+  run "$1" | tee "$own.tsv" || status=${PIPESTATUS[0]}
+  ! grep -q $'\tNOT MET$' "$own.tsv" || due=1
+  if [ "$status" -ne "$due" ] || [ ! -s "$own.tsv" ]; then
+    printf -- '-\t%s\t1\tended with %s\tends with its rows\tNOT MET\n' "$1" "$status" | tee -a "$own.tsv"
   fi
-  cat "$own" >>"$rows"
-  rm "$own"
+  git rev-parse --short HEAD >"$own.commit"
 }
 
-started=$SECONDS
-# The fuzz targets take what the others leave of the processor.
-record fuzz &
-fuzzing=$!
-for script in tests/endurance/*.py; do
-  [ ! -x "$script" ] || record "$(basename "$script" .py)"
-done
-wait "$fuzzing"
-minutes=$(((SECONDS - started + 59) / 60))
+if [ "${1:-}" = --again ]; then
+  for script in "${@:2}"; do record "$script"; done
+else
+  rm -f "$kept"/*
+  # The fuzz targets take what the others leave of the processor.
+  record fuzz &
+  fuzzing=$!
+  for script in tests/endurance/*.py; do
+    [ ! -x "$script" ] || record "$(basename "$script" .py)"
+  done
+  wait "$fuzzing"
+fi
+rows=$(mktemp)
+trap 'rm -f "$rows"' EXIT
+cat "$kept"/*.tsv >"$rows"
 
 processor=$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -1)
 memory=$(awk '/^MemTotal/ { printf "%.0f GB", $2 / 1048576 }' /proc/meminfo)
 command="ENDURE_SOAK_MINUTES=$ENDURE_SOAK_MINUTES ENDURE_FUZZ_SECONDS=$fuzz_seconds scripts/endure.sh"
 [ -z "${ENDURE_PROGRAMS:-}" ] || command="ENDURE_PROGRAMS=... $command"
-changed=$(git diff --quiet HEAD -- . ':!docs' && echo "" || echo ", with changes")
+# "commit (its scripts)", one after the other.
+commits=$(cd "$kept" && sort -u ./*.commit | while read -r commit; do
+  echo "$commit ($(grep -lx "$commit" ./*.commit | sed 's#^./##; s#[.]commit$##' | paste -sd' '))"
+done | paste -sd';' | sed 's/;/; /g')
 {
   echo "# Endurance"
   echo
   echo "What was done to the system, how often, and what was seen. Rows of a letter belong together: D what is stored, H what"
   echo "is asked, I what pictures and movies hold, L load and slow clients, R coming back. A number in \"wanted\" is a limit."
   echo
-  echo "- Date: $(date -u +%Y-%m-%d), $minutes minutes"
+  echo "- Date: $(date -u +%Y-%m-%d)"
   echo "- Machine: $(nproc) cores ($processor), $memory, Linux $(uname -r), Debian $(cat /etc/debian_version)"
   echo "- Command: \`$command\`"
-  echo "- Commit: $(git rev-parse --short HEAD)$changed"
+  echo "- Commit: $commits"
   echo "- Result: $(grep -c $'\tmet$' "$rows" || true) of $(wc -l <"$rows") rows met"
   echo
   echo "| Row | What was done | Times | Seen | Wanted | Met |"
