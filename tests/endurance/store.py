@@ -395,7 +395,10 @@ def start_damaged(programs, case):
             return "ends with words and status %d" % status
         unanswered = [page for page in PAGES if site.is_alive() and not asked(site, page)]
         if not site.is_alive():
-            return "died while serving: " + site.error_text()[-100:].strip()
+            status = site.process.wait()
+            if status != 70 or not site.error_text().strip():
+                return "died while serving with status %d" % status
+            return "ends with words and status 70 while serving"
         if unanswered:
             return "no answer to " + unanswered[0]
         status = site.stop()
