@@ -59,6 +59,7 @@ def main():
             if not options.only or name in options.only:
                 run()
     page.section("Not met", "\n".join("- " + line for line in page.unmet) or "Nothing.")
+    page.write("`bench/README.md` tells why.\n")
     page.write("The run took %.0f minutes." % ((time.monotonic() - start) / 60))
     page.save(options.page)
     raise SystemExit(1 if page.unmet else 0)
