@@ -98,7 +98,9 @@ std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view source, Reco
 bool Database::AddTo(std::string_view table, std::int64_t row, std::string_view criteria, int ordinal,
                      std::int32_t value) {
     const TablePointer definition = engine_->Table(table);
-    const Field &field = definition->Fields.at(static_cast<std::size_t>(ordinal));
+    const auto place = static_cast<std::size_t>(ordinal);
+    if (place >= definition->Fields.size()) throw RunTimeError(ErrorNumber::ItemNotFound);
+    const Field &field = definition->Fields[place];
     const TranslatedCondition condition = TranslateCriteria(criteria);
     const std::string name = QuotedIdentifier(field.Name);
     const char *range = field.Type == FieldType::Long ? " BETWEEN -2147483648 AND 2147483647" : " IS NOT NULL";

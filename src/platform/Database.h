@@ -82,6 +82,7 @@ public:
     /// @param row the row's Bookmark @param ordinal of a Long or Double field, from 0 @return false, with nothing
     /// changed, when the row is gone or doesn't meet the criteria (any more), the field is Null or a Long would
     /// overflow
+    /// @throws RunTimeError ItemNotFound, SyntaxError
     bool AddTo(std::string_view table, std::int64_t row, std::string_view criteria, int ordinal, std::int32_t value);
 
     /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last

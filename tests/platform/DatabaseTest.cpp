@@ -188,6 +188,7 @@ TEST_F(DatabaseTest, AddsToARowThatIsStillTheOne) {
     EXPECT_TRUE(database->AddTo("T", y, "A='y'", 2, 1)) << "a Double has room";
     EXPECT_FALSE(database->AddTo("T", y, "A='x'", 2, 1)) << "another row's criteria";
     EXPECT_FALSE(database->AddTo("T", 4, "A='x'", 1, 1)) << "no such row";
+    EXPECT_EQ(ErrorOf([&] { database->AddTo("T", x, "A='x'", 3, 1); }), ErrorNumber::ItemNotFound);
     EXPECT_EQ(RunSql(Path(), "SELECT * FROM T"), "x|2147483647|0.5\nx|1|1.0\ny||2147483648.0\n");
 }
 
