@@ -1,7 +1,7 @@
-# A room of the architecture: the objects of one folder below src, part of the server's library.
-#   pixmora_room(NAME FOLDER [LIBRARIES...])
-function(pixmora_room name folder)
-  pixmora_add_room(SERVER ${name} ${folder} ${ARGN})
+# A room of the architecture: the objects of one folder below src, or of several, part of the server's library.
+#   pixmora_room(NAME FOLDERS [LIBRARIES...])
+function(pixmora_room name folders)
+  pixmora_add_room(SERVER ${name} "${folders}" ${ARGN})
 endfunction()
 
 # A room with windows, part of the desktop's library.
@@ -10,8 +10,9 @@ function(pixmora_desktop_room name folder)
   pixmora_add_room(DESKTOP ${name} ${folder} Qt6::Widgets ${ARGN})
 endfunction()
 
-function(pixmora_add_room part name folder)
-  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+function(pixmora_add_room part name folders)
+  list(TRANSFORM folders REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/src/\\1/*.cpp")
+  file(GLOB sources CONFIGURE_DEPENDS ${folders})
   if(NOT sources)
     return()
   endif()
@@ -29,7 +30,7 @@ function(pixmora_library name part)
   target_link_libraries(${name} PUBLIC pixmora_options ${ARGN})
 endfunction()
 
-# The tests of one room: every file of tests/NAME, linked with the named rooms and no others.
+# The tests of one room: every file of tests/NAME and the folders in it, linked with the named rooms and no others.
 #   pixmora_room_tests(NAME ROOMS...)
 function(pixmora_room_tests name)
   pixmora_add_room_tests(${name} test_support ${ARGN})
@@ -45,7 +46,8 @@ function(pixmora_desktop_room_tests name)
 endfunction()
 
 function(pixmora_add_room_tests name support)
-  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${name}/*.cpp)
+  set(folder ${PROJECT_SOURCE_DIR}/tests/${name})
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*/*.cpp)
   if(NOT sources)
     return()
   endif()
