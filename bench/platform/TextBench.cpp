@@ -1,5 +1,5 @@
 // Text functions that run for each file of a listing or each statement.
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // The owner's dialogue of the programs without windows.
 #include "app/LineDialogue.h"
 
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -7,8 +7,8 @@
 #include "console/frmSplash.h"
 #include "core/modMain.h"
 #include "core/site/Globals.h"
-#include "platform/Clock.h"
 #include "platform/MessageLoop.h"
+#include "platform/runtime/Clock.h"
 #include "store/Settings.h"
 
 namespace pixmora {

@@ -6,7 +6,7 @@
 #include "core/site/Globals.h"
 #include "outside/CentralService.h"
 #include "platform/App.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "store/Catalogue.h"
 
 namespace pixmora {

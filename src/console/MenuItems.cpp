@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "core/site/Globals.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "store/Catalogue.h"
 
 namespace pixmora {

@@ -7,8 +7,8 @@
 
 #include "core/site/Globals.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -8,7 +8,7 @@
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "store/Settings.h"
 
 namespace pixmora {

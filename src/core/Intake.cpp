@@ -11,8 +11,8 @@
 #include "core/site/RequestGrammar.h"
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Statistics.h"
 
 namespace pixmora {

@@ -7,8 +7,8 @@
 #include "core/site/OwnerDialogue.h"
 #include "platform/App.h"
 #include "platform/Files.h"
-#include "platform/Numbers.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 

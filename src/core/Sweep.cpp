@@ -8,7 +8,7 @@
 #include "core/site/frmSystray.h"
 #include "outside/CentralService.h"
 #include "platform/Memory.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "store/RecordKeeping.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"

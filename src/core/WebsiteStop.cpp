@@ -7,7 +7,7 @@
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/RecordKeeping.h"
 #include "store/Schema.h"
 #include "store/Settings.h"

@@ -8,8 +8,8 @@
 #include "core/site/OwnerDialogue.h"
 #include "outside/CentralService.h"
 #include "platform/LocalAddresses.h"
-#include "platform/Numbers.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 #include "store/Settings.h"
 #include "store/clsRegistry.h"
 

@@ -10,8 +10,8 @@
 #include "core/site/clsTimer.h"
 #include "core/site/frmSystray.h"
 #include "platform/MessageLoop.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -2,9 +2,9 @@
 #include "pages/AlbumAddress.h"
 
 #include "pages/Templates.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 
 namespace pixmora {

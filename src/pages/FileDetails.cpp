@@ -8,8 +8,8 @@
 #include "pages/Templates.h"
 #include "platform/Files.h"
 #include "platform/MovieFacts.h"
-#include "platform/Numbers.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 #include "store/clsExif.h"
 
 namespace pixmora {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Clock.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 

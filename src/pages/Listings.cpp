@@ -7,10 +7,10 @@
 
 #include "core/site/Globals.h"
 #include "core/site/RequestGrammar.h"
-#include "platform/Clock.h"
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 
 namespace pixmora {

@@ -2,7 +2,7 @@
 #include "core/site/Globals.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

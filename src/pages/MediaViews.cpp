@@ -7,8 +7,8 @@
 #include "core/site/Globals.h"
 #include "pages/AlbumAddress.h"
 #include "pages/Templates.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

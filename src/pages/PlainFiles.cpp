@@ -8,7 +8,7 @@
 #include "platform/App.h"
 #include "platform/Files.h"
 #include "platform/MessageLoop.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

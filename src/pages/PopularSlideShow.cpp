@@ -3,7 +3,7 @@
 #include "pages/Listings.h"
 #include "pages/PopularMedia.h"
 #include "pages/Templates.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "store/Popularity.h"
 
 namespace pixmora {

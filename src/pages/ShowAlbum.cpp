@@ -8,7 +8,7 @@
 #include "pages/AlbumAddress.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/Popularity.h"
 #include "store/Protection.h"
 

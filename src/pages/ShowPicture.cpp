@@ -9,8 +9,8 @@
 #include "pages/clsWebServerCommands.h"
 #include "platform/Files.h"
 #include "platform/MessageLoop.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 

@@ -7,9 +7,9 @@
 #include "core/site/Globals.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/Clock.h"
 #include "platform/Database.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/Numbers.h"
 #include "store/Globals.h"
 
 namespace pixmora {

@@ -4,7 +4,7 @@
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/App.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

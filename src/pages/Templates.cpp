@@ -5,7 +5,7 @@
 #include <array>
 #include <random>
 
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -12,7 +12,7 @@
 #include <optional>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora::App {
 

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "platform/MessageLoop.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

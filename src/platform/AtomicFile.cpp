@@ -11,7 +11,7 @@
 #include <filesystem>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

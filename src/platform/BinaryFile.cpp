@@ -7,7 +7,7 @@
 #include <cerrno>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

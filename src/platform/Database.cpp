@@ -6,8 +6,8 @@
 #include "platform/DatabaseEngine.h"
 #include "platform/FieldTypes.h"
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
 #include "platform/StatementTranslator.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/Clock.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 

@@ -6,9 +6,9 @@
 
 #include "platform/FieldTypes.h"
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
 #include "platform/StatementTranslator.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -3,8 +3,8 @@
 
 #include <limits>
 
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -3,9 +3,9 @@
 #include <type_traits>
 
 #include "platform/Database.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

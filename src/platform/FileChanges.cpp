@@ -7,7 +7,7 @@
 
 #include "platform/AtomicFile.h"
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -10,7 +10,7 @@
 
 #include <memory>
 
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/Clock.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
 #include "platform/movies/MovieProbe.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -6,9 +6,9 @@
 
 #include "platform/FileFacts.h"
 #include "platform/Files.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -17,7 +17,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/Files.h"
 #include "platform/JpegHead.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

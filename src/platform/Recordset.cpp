@@ -5,8 +5,8 @@
 #include "platform/Database.h"
 #include "platform/FieldTypes.h"
 #include "platform/RecordsetQuery.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

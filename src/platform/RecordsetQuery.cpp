@@ -1,8 +1,8 @@
 // The SQL behind a recordset, and the rows that it brings.
 #include "platform/RecordsetQuery.h"
 
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

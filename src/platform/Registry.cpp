@@ -14,8 +14,8 @@
 
 #include "platform/Files.h"
 #include "platform/RegistryFile.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora::Registry {
 

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <optional>
 
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora::Registry {
 

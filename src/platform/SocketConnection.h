@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Clock.h"
 #include "platform/SocketListener.h"
 #include "platform/Winsock.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 

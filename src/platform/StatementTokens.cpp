@@ -1,8 +1,8 @@
 // The pieces of a statement or criterion.
 #include "platform/StatementTokens.h"
 
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -6,10 +6,10 @@
 #include <charconv>
 #include <utility>
 
-#include "platform/Clock.h"
-#include "platform/RunTimeError.h"
 #include "platform/StatementTokens.h"
-#include "platform/Text.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "platform/Files.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 
 namespace pixmora {
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
 #include "platform/V4l2Session.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "platform/CaptureFrame.h"
-#include "platform/Clock.h"
 #include "platform/V4l2Calls.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 

@@ -8,10 +8,10 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/RunTimeError.h"
 #include "platform/SocketConnection.h"
 #include "platform/SocketListener.h"
 #include "platform/SocketLoop.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -10,7 +10,7 @@
 #include <algorithm>
 
 #include "console/Texts.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 
 namespace pixmora {
 

@@ -18,7 +18,7 @@
 #include "console/Events.h"
 #include "console/Skin.h"
 #include "console/Texts.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "setup/rules/HelpTexts.h"
 
 namespace pixmora::FormParts {

@@ -14,7 +14,7 @@
 #include "console/Texts.h"
 #include "core/site/OwnerDialogue.h"
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "setup/FormParts.h"
 #include "setup/PageFrame.h"
 #include "setup/rules/HelpTexts.h"

@@ -9,7 +9,7 @@
 #include "console/Events.h"
 #include "console/SkinButton.h"
 #include "console/Texts.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "setup/ControlText.h"
 #include "setup/frmSetup.h"
 #include "setup/frmSetupDirOrder.h"

@@ -3,10 +3,10 @@
 #include <memory>
 #include <utility>
 
-#include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/MessageLoop.h"
-#include "platform/Text.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
 #include "store/Popularity.h"

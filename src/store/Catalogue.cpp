@@ -1,10 +1,10 @@
 // The album catalogue: definitions in the database.
 #include "store/Catalogue.h"
 
-#include "platform/Clock.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Globals.h"
 #include "store/Protection.h"
 #include "store/Settings.h"

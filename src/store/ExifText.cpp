@@ -5,7 +5,7 @@
 #include <array>
 #include <cmath>
 
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 
 namespace pixmora {
 

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/Files.h"
-#include "platform/Numbers.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 #include "store/Globals.h"
 #include "store/RecordKeeping.h"
 #include "store/Rows.h"

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
 #include "store/Popularity.h"

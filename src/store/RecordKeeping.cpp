@@ -7,8 +7,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/Clock.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -8,8 +8,8 @@
 #include "platform/App.h"
 #include "platform/Database.h"
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Globals.h"
 
 namespace pixmora {

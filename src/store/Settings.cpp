@@ -3,7 +3,7 @@
 
 #include "platform/App.h"
 #include "platform/Files.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "store/clsRegistry.h"
 
 namespace pixmora {

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Clock.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/Globals.h"
 #include "store/RecordKeeping.h"
 #include "store/Rows.h"

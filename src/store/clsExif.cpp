@@ -7,9 +7,9 @@
 
 #include "platform/App.h"
 #include "platform/Files.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/ExifBytes.h"
 #include "store/ExifText.h"
 #include "store/IniFile.h"

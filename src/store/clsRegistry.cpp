@@ -1,8 +1,8 @@
 // The registry helper for what lies outside the settings.
 #include "store/clsRegistry.h"
 
-#include "platform/Numbers.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -9,8 +9,8 @@
 #include "core/site/frmSystray.h"
 #include "platform/App.h"
 #include "platform/Files.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/Settings.h"
 
 namespace pixmora {

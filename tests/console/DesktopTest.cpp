@@ -13,7 +13,7 @@
 #include "core/modMain.h"
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "setup/rules/AlbumEditor.h"
 #include "store/Schema.h"
 #include "store/Settings.h"

@@ -1,6 +1,6 @@
 // The website's start and stop, its visitors, logins and transfers, and the sweep.
 #include "core/Sweep.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "setup/rules/DirOrderEditor.h"
 #include "store/Schema.h"
 #include "support/FileSizeLimit.h"

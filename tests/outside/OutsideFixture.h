@@ -8,8 +8,8 @@
 
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/Clock.h"
 #include "platform/MessageLoop.h"
+#include "platform/runtime/Clock.h"
 #include "support/PlayedService.h"
 #include "support/ProgramFolder.h"
 

@@ -1,7 +1,7 @@
 // Tests of the front page.
 #include <gmock/gmock.h>
 
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "store/Statistics.h"
 #include "support/SiteFixture.h"
 

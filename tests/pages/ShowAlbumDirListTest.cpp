@@ -1,7 +1,7 @@
 // Tests of the tree frame.
 #include <gmock/gmock.h>
 
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "support/SiteFixture.h"
 
 namespace pixmora::test {

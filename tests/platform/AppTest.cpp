@@ -9,7 +9,7 @@
 #include <cstdlib>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {

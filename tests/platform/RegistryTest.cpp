@@ -6,8 +6,8 @@
 #include <sys/stat.h>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/Clock.h"
 #include "platform/MessageLoop.h"
 #include "platform/Winsock.h"
+#include "platform/runtime/Clock.h"
 #include "support/Client.h"
 #include "support/ProcessorTime.h"
 

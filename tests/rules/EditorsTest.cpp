@@ -1,6 +1,6 @@
 // What the album and user dialogs decide, on a database of the test's own.
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "setup/rules/StripTags.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Popularity.h"

@@ -1,8 +1,8 @@
 // The checks of the port, in all their branches, on this computer's own sockets.
 #include "setup/rules/PortCheck.h"
 
-#include "platform/Clock.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
 #include "setup/rules/InternetState.h"
 #include "support/SetupFixture.h"
 

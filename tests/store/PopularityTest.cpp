@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "support/OpenStore.h"
 
 namespace pixmora {

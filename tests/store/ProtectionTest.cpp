@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "support/OpenStore.h"
 #include "support/ProcessorTime.h"
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Clock.h"
+#include "platform/runtime/Clock.h"
 #include "store/Popularity.h"
 #include "store/Statistics.h"
 #include "support/ErrorOf.h"

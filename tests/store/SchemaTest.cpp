@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/Globals.h"
 #include "support/ProgramFolder.h"
 #include "support/RawDatabase.h"

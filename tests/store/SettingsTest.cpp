@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/clsRegistry.h"
 #include "support/ProgramFolder.h"
 

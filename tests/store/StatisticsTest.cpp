@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "platform/Clock.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
 #include "support/OpenStore.h"
 
 namespace pixmora {

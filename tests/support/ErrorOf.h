@@ -1,7 +1,7 @@
 // What a call fails with.
 #pragma once
 
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Clock.h"
 #include "platform/V4l2Calls.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 

@@ -7,7 +7,7 @@
 
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/Clock.h"
+#include "platform/runtime/Clock.h"
 #include "store/Settings.h"
 #include "support/Pictures.h"
 #include "support/ProgramFolder.h"

@@ -3,9 +3,9 @@
 
 #include <cctype>
 
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

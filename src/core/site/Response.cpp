@@ -3,7 +3,7 @@
 
 #include "core/site/Globals.h"
 #include "platform/App.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "core/site/Globals.h"
-#include "platform/Clock.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/Clock.h"
 #include "platform/Files.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 

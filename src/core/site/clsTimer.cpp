@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "platform/MessageLoop.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 
 namespace pixmora {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/Clock.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 

@@ -7,7 +7,7 @@
 #include "platform/App.h"
 #include "platform/Database.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Globals.h"
 #include "store/Settings.h"

@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "core/site/OwnerDialogue.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -6,10 +6,10 @@
 
 #include "core/site/OwnerDialogue.h"
 #include "core/site/clsTimer.h"
-#include "platform/Clock.h"
 #include "platform/MessageLoop.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/Settings.h"
 
 namespace pixmora {

@@ -6,7 +6,7 @@
 #include "core/site/OwnerDialogue.h"
 #include "platform/App.h"
 #include "platform/Files.h"
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 #include "setup/rules/Autostart.h"
 #include "setup/rules/StripTags.h"
 #include "store/Settings.h"

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "setup/rules/AlbumEditor.h"
 #include "store/Globals.h"
 #include "store/Protection.h"

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "core/site/OwnerDialogue.h"
-#include "platform/Numbers.h"
-#include "platform/Text.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 #include "store/Settings.h"
 
 namespace pixmora {

@@ -4,7 +4,7 @@
 #include "Fuzz.h"
 #include "platform/App.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "store/clsExif.h"
 #include "support/TempFolder.h"
 

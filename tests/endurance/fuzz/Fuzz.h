@@ -12,7 +12,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 /// A property that holds for every input. One that doesn't is a finding, as a crash is.
 #define REQUIRE(property) ((property) ? void() : pixmora::ReportBroken(#property, __FILE__, __LINE__))

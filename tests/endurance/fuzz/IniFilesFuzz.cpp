@@ -3,7 +3,7 @@
 
 #include "Fuzz.h"
 #include "platform/RegistryFile.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "store/IniFile.h"
 
 namespace pixmora {

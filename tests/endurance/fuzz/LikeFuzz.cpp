@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "Fuzz.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

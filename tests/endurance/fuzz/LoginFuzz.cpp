@@ -3,7 +3,7 @@
 #include "core/site/RequestGrammar.h"
 #include "platform/Database.h"
 #include "platform/StatementTranslator.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -3,7 +3,7 @@
 
 #include "Fuzz.h"
 #include "core/site/RequestGrammar.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -3,7 +3,7 @@
 
 #include "Fuzz.h"
 #include "platform/RecordsetQuery.h"
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 #include "support/OpenStore.h"
 
 namespace pixmora {

@@ -1,4 +1,4 @@
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 #include <utility>
 

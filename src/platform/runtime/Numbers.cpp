@@ -1,13 +1,13 @@
 // Texts to numbers, as the run time reads them. None of it depends on the locale.
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <optional>
 
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -7,8 +7,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

@@ -1,8 +1,8 @@
 // Wildcard matches: the run time's Like and the shell's path match.
 #include <bitset>
 
-#include "platform/RunTimeError.h"
-#include "platform/Text.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

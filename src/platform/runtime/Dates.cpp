@@ -3,9 +3,9 @@
 #include <ctime>
 #include <optional>
 
-#include "platform/Clock.h"
-#include "platform/Numbers.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

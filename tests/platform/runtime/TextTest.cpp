@@ -1,11 +1,11 @@
 // Texts: cutting, replacing, comparing, and wildcard matches.
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 
-#include "platform/RunTimeError.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

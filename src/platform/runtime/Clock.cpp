@@ -1,5 +1,5 @@
 // Reads the machine's clocks, or the one that a test has set.
-#include "platform/Clock.h"
+#include "platform/runtime/Clock.h"
 
 #include <optional>
 

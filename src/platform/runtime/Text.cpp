@@ -1,5 +1,5 @@
 // Pure functions of text: cutting, joining, replacing and comparing byte strings.
-#include "platform/Text.h"
+#include "platform/runtime/Text.h"
 
 #include <algorithm>
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "platform/Clock.h"
-#include "platform/RunTimeError.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 

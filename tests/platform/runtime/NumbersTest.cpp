@@ -1,5 +1,5 @@
 // Numbers from texts and texts from numbers.
-#include "platform/Numbers.h"
+#include "platform/runtime/Numbers.h"
 
 #include <gtest/gtest.h>
 
