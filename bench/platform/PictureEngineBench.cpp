@@ -11,7 +11,7 @@
 #include <string>
 
 #include "peers/Peers.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/TempFolder.h"
 
 namespace pixmora::bench {

@@ -12,7 +12,7 @@
 #include "core/site/OwnerDialogue.h"
 #include "platform/App.h"
 #include "platform/Application.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "setup/rules/AlbumEditor.h"

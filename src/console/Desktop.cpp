@@ -21,8 +21,8 @@
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
 #include "platform/App.h"
-#include "platform/Files.h"
 #include "platform/MessageLoop.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "store/Settings.h"
 

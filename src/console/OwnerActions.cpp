@@ -10,7 +10,7 @@
 #include "outside/Address.h"
 #include "outside/CentralService.h"
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "store/Globals.h"
 #include "store/Settings.h"
 

@@ -15,7 +15,7 @@
 #include "outside/Address.h"
 #include "outside/CentralService.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "store/Catalogue.h"

@@ -7,7 +7,7 @@
 
 #include "core/site/Globals.h"
 #include "core/site/RequestGrammar.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

@@ -6,8 +6,8 @@
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/App.h"
-#include "platform/Files.h"
 #include "platform/MessageLoop.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

@@ -10,7 +10,7 @@
 #include "pages/Listings.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"

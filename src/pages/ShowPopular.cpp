@@ -9,7 +9,7 @@
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/Database.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"

@@ -3,7 +3,7 @@
 
 #include "pages/Templates.h"
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 namespace pixmora {
 

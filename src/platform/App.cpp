@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora::App {

@@ -5,8 +5,8 @@
 
 #include "platform/DatabaseEngine.h"
 #include "platform/FieldTypes.h"
-#include "platform/Files.h"
 #include "platform/StatementTranslator.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

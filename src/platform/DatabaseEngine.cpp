@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/FieldTypes.h"
-#include "platform/Files.h"
 #include "platform/StatementTranslator.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 namespace pixmora {
 

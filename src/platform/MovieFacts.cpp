@@ -5,7 +5,7 @@
 #include <QLibrary>
 #include <memory>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/movies/MovieProbe.h"
 #include "platform/runtime/RunTimeError.h"
 

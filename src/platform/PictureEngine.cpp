@@ -14,9 +14,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/AtomicFile.h"
-#include "platform/Files.h"
 #include "platform/JpegHead.h"
+#include "platform/files/AtomicFile.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

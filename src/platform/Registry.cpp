@@ -12,8 +12,8 @@
 #include <functional>
 #include <optional>
 
-#include "platform/Files.h"
 #include "platform/RegistryFile.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 

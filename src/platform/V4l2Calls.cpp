@@ -12,7 +12,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 
 namespace pixmora {

@@ -3,8 +3,8 @@
 
 #include <utility>
 
-#include "platform/Files.h"
 #include "platform/V4l2Session.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

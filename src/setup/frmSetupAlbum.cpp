@@ -13,7 +13,7 @@
 #include "console/Events.h"
 #include "console/Texts.h"
 #include "core/site/OwnerDialogue.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "setup/FormParts.h"
 #include "setup/PageFrame.h"

@@ -1,7 +1,7 @@
 // A plain reader of INI files.
 #include "store/IniFile.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"

@@ -2,7 +2,7 @@
 #include "store/Settings.h"
 
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "store/clsRegistry.h"
 

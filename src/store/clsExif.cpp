@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

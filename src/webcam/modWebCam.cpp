@@ -8,7 +8,7 @@
 #include "core/site/OwnerDialogue.h"
 #include "core/site/frmSystray.h"
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "store/Settings.h"

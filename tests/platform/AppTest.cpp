@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "support/TempFolder.h"
 

@@ -11,7 +11,7 @@
 #include <fstream>
 #include <variant>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/ErrorOf.h"
 #include "support/RawDatabase.h"
 #include "support/TempFolder.h"

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <filesystem>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {

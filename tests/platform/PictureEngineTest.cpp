@@ -12,7 +12,7 @@
 #include <QImageWriter>
 #include <tuple>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/ErrorOf.h"
 #include "support/TempFolder.h"
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/Database.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/ErrorOf.h"
 #include "support/RawDatabase.h"
 #include "support/TempFolder.h"

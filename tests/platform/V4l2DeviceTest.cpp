@@ -6,7 +6,7 @@
 #include <QBuffer>
 #include <QImage>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/PlayedKernel.h"
 #include "support/TempFolder.h"
 

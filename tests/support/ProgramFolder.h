@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/App.h"
-#include "platform/Files.h"
 #include "platform/Registry.h"
+#include "platform/files/Files.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
 
 namespace pixmora {

@@ -6,7 +6,7 @@
 #include "core/site/OwnerDialogue.h"
 #include "platform/App.h"
 #include "platform/Database.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Text.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Globals.h"

@@ -5,7 +5,7 @@
 
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"

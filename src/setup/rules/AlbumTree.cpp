@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "store/Catalogue.h"
 
 namespace pixmora {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 namespace pixmora {
 

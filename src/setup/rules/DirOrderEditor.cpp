@@ -7,7 +7,7 @@
 
 #include "core/site/OwnerDialogue.h"
 #include "platform/Database.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <string>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 

@@ -5,7 +5,7 @@
 
 #include "core/site/OwnerDialogue.h"
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"

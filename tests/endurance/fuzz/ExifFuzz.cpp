@@ -3,7 +3,7 @@
 
 #include "Fuzz.h"
 #include "platform/App.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Text.h"
 #include "store/clsExif.h"
 #include "support/TempFolder.h"

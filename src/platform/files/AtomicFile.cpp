@@ -1,6 +1,6 @@
 // A file that appears whole or not at all. Names go to the system byte for byte, which QSaveFile can't do for names
 // that are no valid UTF-8.
-#include "platform/AtomicFile.h"
+#include "platform/files/AtomicFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

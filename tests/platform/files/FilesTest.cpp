@@ -1,5 +1,5 @@
 // Paths, facts of files, reading, and every way of changing them.
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "platform/AtomicFile.h"
-#include "platform/Files.h"
+#include "platform/files/AtomicFile.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

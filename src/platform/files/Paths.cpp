@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "platform/FileFacts.h"
-#include "platform/Files.h"
+#include "platform/files/FileFacts.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "platform/FileFacts.h"
-#include "platform/Files.h"
+#include "platform/files/FileFacts.h"
+#include "platform/files/Files.h"
 
 namespace pixmora {
 
