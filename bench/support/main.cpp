@@ -4,7 +4,7 @@
 #include <clocale>
 #include <cstdlib>
 
-#include "platform/Application.h"
+#include "platform/loop/Application.h"
 
 int main(int argc, char **argv) {
     setenv("TZ", "UTC", 1);

@@ -8,8 +8,8 @@
 
 #include "console/Desktop.h"
 #include "core/modMain.h"
-#include "platform/Application.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/Application.h"
+#include "platform/loop/MessageLoop.h"
 #include "setup/MakeSetupForms.h"
 
 namespace {

@@ -8,9 +8,9 @@
 #include "core/modMain.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
-#include "platform/Application.h"
-#include "platform/MessageLoop.h"
-#include "platform/ServiceManager.h"
+#include "platform/loop/Application.h"
+#include "platform/loop/MessageLoop.h"
+#include "platform/loop/ServiceManager.h"
 
 namespace {
 

@@ -20,9 +20,9 @@
 #include "core/modMain.h"
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/App.h"
-#include "platform/MessageLoop.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/RunTimeError.h"
 #include "store/Settings.h"
 

@@ -7,7 +7,7 @@
 #include "console/frmSplash.h"
 #include "core/modMain.h"
 #include "core/site/Globals.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "store/Settings.h"
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <utility>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

@@ -5,7 +5,7 @@
 
 #include "core/site/Globals.h"
 #include "outside/CentralService.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "store/Catalogue.h"
 

@@ -9,8 +9,8 @@
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/CentralService.h"
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "store/Globals.h"
 #include "store/Settings.h"
 

@@ -6,7 +6,7 @@
 #include <QPainter>
 
 #include "console/Skin.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

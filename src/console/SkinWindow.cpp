@@ -15,8 +15,8 @@
 #include "console/Glyphs.h"
 #include "console/Skin.h"
 #include "console/Texts.h"
-#include "platform/App.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/App.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

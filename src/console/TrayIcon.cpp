@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "console/Texts.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

@@ -14,7 +14,7 @@
 #include "console/Skin.h"
 #include "console/Texts.h"
 #include "console/frmXPMenu.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 class QLabel;
 class QPushButton;

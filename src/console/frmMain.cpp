@@ -16,7 +16,7 @@
 #include "console/clsXPMenu.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 
 namespace pixmora {
 

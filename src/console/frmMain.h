@@ -9,7 +9,7 @@
 #include "console/OwnerActions.h"
 #include "console/SkinButton.h"
 #include "console/SkinWindow.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 class QGridLayout;
 class QLabel;

@@ -15,7 +15,7 @@
 #include "console/Skin.h"
 #include "console/Texts.h"
 #include "core/site/OwnerDialogue.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 
 namespace pixmora {
 

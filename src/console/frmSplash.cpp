@@ -10,7 +10,7 @@
 #include "console/Skin.h"
 #include "console/SkinWindow.h"
 #include "console/Texts.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 
 namespace pixmora {
 

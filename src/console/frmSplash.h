@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

@@ -13,7 +13,7 @@
 #include "console/Texts.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 
 namespace pixmora {
 

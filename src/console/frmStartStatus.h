@@ -4,7 +4,7 @@
 #include "console/SkinButton.h"
 #include "console/SkinWindow.h"
 #include "core/WebsiteStart.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 class QLabel;
 class QProgressBar;

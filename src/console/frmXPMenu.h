@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <memory>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

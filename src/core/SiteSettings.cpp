@@ -5,8 +5,8 @@
 
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/Settings.h"

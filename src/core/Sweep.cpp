@@ -7,7 +7,7 @@
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
 #include "outside/CentralService.h"
-#include "platform/Memory.h"
+#include "platform/loop/Memory.h"
 #include "platform/runtime/Numbers.h"
 #include "store/RecordKeeping.h"
 #include "store/Settings.h"

@@ -10,7 +10,7 @@
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/OutboundRequest.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/RecordKeeping.h"

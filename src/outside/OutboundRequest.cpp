@@ -9,7 +9,7 @@
 #include "core/site/Globals.h"
 #include "core/site/clsTimer.h"
 #include "core/site/frmSystray.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 

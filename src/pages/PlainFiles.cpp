@@ -5,9 +5,9 @@
 #include "pages/AlbumAddress.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/App.h"
-#include "platform/MessageLoop.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

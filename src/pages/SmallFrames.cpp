@@ -3,7 +3,7 @@
 #include "pages/AlbumAddress.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Text.h"
 
 namespace pixmora {

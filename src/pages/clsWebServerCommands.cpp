@@ -2,8 +2,8 @@
 #include "pages/clsWebServerCommands.h"
 
 #include "pages/Templates.h"
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 
 namespace pixmora {
 

@@ -10,7 +10,7 @@
 #include <limits>
 #include <utility>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

@@ -16,7 +16,7 @@
 #include <map>
 #include <utility>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

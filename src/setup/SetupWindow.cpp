@@ -11,7 +11,7 @@
 #include <cmath>
 
 #include "console/Skin.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 

@@ -17,7 +17,7 @@
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/CentralService.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 #include "setup/ControlText.h"
 #include "setup/FormParts.h"
 #include "setup/SetupPages.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "console/SetupForms.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "setup/Choosers.h"
 #include "setup/SetupWindow.h"
 #include "setup/frmSetupAlbum.h"

@@ -7,7 +7,7 @@
 
 #include "console/SkinButton.h"
 #include "console/Texts.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "setup/FormParts.h"
 
 namespace pixmora {

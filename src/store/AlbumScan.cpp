@@ -3,8 +3,8 @@
 #include <memory>
 #include <utility>
 
-#include "platform/MessageLoop.h"
 #include "platform/files/Files.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"

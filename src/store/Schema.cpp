@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
-#include "platform/App.h"
 #include "platform/Database.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"

@@ -1,8 +1,8 @@
 // The owner's settings, and the text files that complete them.
 #include "store/Settings.h"
 
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "store/clsRegistry.h"
 

@@ -8,7 +8,7 @@
 
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "support/PlayedService.h"
 #include "support/ProgramFolder.h"

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/MessageLoop.h"
 #include "platform/Winsock.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "support/Client.h"
 #include "support/ProcessorTime.h"

@@ -18,7 +18,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora::test {
 

@@ -2,7 +2,7 @@
 #include "core/site/Response.h"
 
 #include "core/site/Globals.h"
-#include "platform/App.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

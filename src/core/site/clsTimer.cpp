@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 
 namespace pixmora {

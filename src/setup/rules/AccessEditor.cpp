@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "core/site/OwnerDialogue.h"
-#include "platform/App.h"
 #include "platform/Database.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Text.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Globals.h"

@@ -3,8 +3,8 @@
 
 #include <cstdlib>
 
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 
 namespace pixmora {
 

@@ -6,7 +6,7 @@
 
 #include "core/site/OwnerDialogue.h"
 #include "core/site/clsTimer.h"
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "core/site/OwnerDialogue.h"
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "core/site/OwnerDialogue.h"
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "setup/rules/Autostart.h"
 #include "setup/rules/StripTags.h"

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "Fuzz.h"
-#include "platform/App.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Text.h"
 #include "store/clsExif.h"
 #include "support/TempFolder.h"

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 namespace {

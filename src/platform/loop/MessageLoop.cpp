@@ -1,5 +1,5 @@
 // The message loop on Qt's: waits, timers, and what becomes of an error that no handler caught.
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 #include <unistd.h>
 

@@ -1,5 +1,5 @@
 // What a service manager hears, by path and by abstract name.
-#include "platform/ServiceManager.h"
+#include "platform/loop/ServiceManager.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>

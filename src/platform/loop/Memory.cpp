@@ -1,5 +1,5 @@
 // The process's memory towards the system.
-#include "platform/Memory.h"
+#include "platform/loop/Memory.h"
 
 #include <cstdlib>  // defines __GLIBC__ where it is
 

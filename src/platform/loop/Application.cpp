@@ -1,5 +1,5 @@
 // The loop's application object for programs without windows, and the signals that ask a program to end.
-#include "platform/Application.h"
+#include "platform/loop/Application.h"
 
 #include <sys/signalfd.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <csignal>
 #include <utility>
 
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

@@ -1,5 +1,5 @@
 // Word to the service manager that started the program.
-#include "platform/ServiceManager.h"
+#include "platform/loop/ServiceManager.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>

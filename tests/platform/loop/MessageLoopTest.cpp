@@ -1,5 +1,5 @@
 // Waits inside waits, timers inside both, and errors that no handler caught.
-#include "platform/MessageLoop.h"
+#include "platform/loop/MessageLoop.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The program's folder: its choice, its lock, and the htdocs put there.
-#include "platform/App.h"
+#include "platform/loop/App.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // The program's folder: where it is, what is shipped for it, and the one process that holds it.
-#include "platform/App.h"
+#include "platform/loop/App.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
