@@ -7,9 +7,9 @@
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
 #include "outside/CentralService.h"
-#include "platform/LocalAddresses.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
+#include "platform/sockets/LocalAddresses.h"
 #include "store/Settings.h"
 #include "store/clsRegistry.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Winsock.h"
+#include "platform/sockets/Winsock.h"
 
 namespace pixmora {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Winsock.h"
+#include "platform/sockets/Winsock.h"
 #include "store/Statistics.h"
 #include "store/Statistics.h"  // NoAlbum, which callers of BookKilobytes pass
 

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "core/site/Response.h"
-#include "platform/Winsock.h"
 #include "platform/loop/MessageLoop.h"
+#include "platform/sockets/Winsock.h"
 
 namespace pixmora {
 

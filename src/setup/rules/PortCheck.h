@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/Winsock.h"
+#include "platform/sockets/Winsock.h"
 
 namespace pixmora {
 

@@ -1,4 +1,4 @@
-#include "platform/Winsock.h"
+#include "platform/sockets/Winsock.h"
 
 #include <arpa/inet.h>
 
@@ -8,10 +8,10 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/SocketConnection.h"
-#include "platform/SocketListener.h"
-#include "platform/SocketLoop.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/sockets/SocketConnection.h"
+#include "platform/sockets/SocketListener.h"
+#include "platform/sockets/SocketLoop.h"
 
 namespace pixmora {
 

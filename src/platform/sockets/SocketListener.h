@@ -10,8 +10,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/SocketLoop.h"
-#include "platform/Winsock.h"
+#include "platform/sockets/SocketLoop.h"
+#include "platform/sockets/Winsock.h"
 
 namespace pixmora {
 

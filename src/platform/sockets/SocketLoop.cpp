@@ -1,6 +1,6 @@
 // One epoll descriptor watches all sockets, and the message loop watches that one. So an idle connection costs a turn
 // of the loop nothing, and there is one notifier, which no handler can destroy while it is on the stack.
-#include "platform/SocketLoop.h"
+#include "platform/sockets/SocketLoop.h"
 
 #include <fcntl.h>
 #include <netinet/in.h>

@@ -1,5 +1,5 @@
 // The Winsock element against clients of every kind: half-closed, vanished, stalled, too many.
-#include "platform/Winsock.h"
+#include "platform/sockets/Winsock.h"
 
 #include <dirent.h>
 #include <fcntl.h>

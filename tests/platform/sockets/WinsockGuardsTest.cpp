@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/Winsock.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
+#include "platform/sockets/Winsock.h"
 #include "support/Client.h"
 #include "support/ProcessorTime.h"
 

@@ -1,4 +1,4 @@
-#include "platform/SocketConnection.h"
+#include "platform/sockets/SocketConnection.h"
 
 #include <linux/tcp.h>  // netinet's lacks the counts of bytes
 #include <sys/epoll.h>

@@ -1,5 +1,5 @@
 // The machine's own IPv4 addresses.
-#include "platform/LocalAddresses.h"
+#include "platform/sockets/LocalAddresses.h"
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>

@@ -1,5 +1,5 @@
 // The listening end of a Winsock element.
-#include "platform/SocketListener.h"
+#include "platform/sockets/SocketListener.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

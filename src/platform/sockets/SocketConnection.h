@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/SocketListener.h"
-#include "platform/Winsock.h"
 #include "platform/runtime/Clock.h"
+#include "platform/sockets/SocketListener.h"
+#include "platform/sockets/Winsock.h"
 
 namespace pixmora {
 
