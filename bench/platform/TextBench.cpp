@@ -3,7 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "platform/StatementTranslator.h"
+#include "platform/database/StatementTranslator.h"
 
 namespace pixmora::bench {
 

@@ -8,7 +8,7 @@
 #include "pages/PopularMedia.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

@@ -7,7 +7,7 @@
 #include "core/site/Globals.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 #include "store/Globals.h"

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "store/clsAlbum.h"
 
 namespace pixmora {

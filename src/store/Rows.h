@@ -4,7 +4,7 @@
 #include <functional>
 #include <string_view>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 
 namespace pixmora {
 

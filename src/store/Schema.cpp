@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/RunTimeError.h"

@@ -18,7 +18,7 @@
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"

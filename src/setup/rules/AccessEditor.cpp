@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "core/site/OwnerDialogue.h"
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/Text.h"

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "core/site/OwnerDialogue.h"
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"

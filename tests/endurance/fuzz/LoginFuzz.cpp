@@ -1,8 +1,8 @@
 // The cookie and the login's body, and the statement that a login asks the database with.
 #include "Fuzz.h"
 #include "core/site/RequestGrammar.h"
-#include "platform/Database.h"
-#include "platform/StatementTranslator.h"
+#include "platform/database/Database.h"
+#include "platform/database/StatementTranslator.h"
 #include "platform/runtime/Text.h"
 
 namespace pixmora {

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "Fuzz.h"
-#include "platform/RecordsetQuery.h"
+#include "platform/database/RecordsetQuery.h"
 #include "platform/runtime/Text.h"
 #include "support/OpenStore.h"
 

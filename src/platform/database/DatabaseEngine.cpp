@@ -1,11 +1,11 @@
 // The connection to a database file.
-#include "platform/DatabaseEngine.h"
+#include "platform/database/DatabaseEngine.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "platform/FieldTypes.h"
-#include "platform/StatementTranslator.h"
+#include "platform/database/FieldTypes.h"
+#include "platform/database/StatementTranslator.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

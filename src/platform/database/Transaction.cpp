@@ -1,8 +1,8 @@
 // Changes that happen together or not at all, and reads under one lock.
 #include <string>
 
-#include "platform/Database.h"
-#include "platform/DatabaseEngine.h"
+#include "platform/database/Database.h"
+#include "platform/database/DatabaseEngine.h"
 
 namespace pixmora {
 

@@ -1,12 +1,12 @@
 // Turns the program's statements and criteria into the SQL of SQLite, with every literal lifted out of the text.
-#include "platform/StatementTranslator.h"
+#include "platform/database/StatementTranslator.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <utility>
 
-#include "platform/StatementTokens.h"
+#include "platform/database/StatementTokens.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

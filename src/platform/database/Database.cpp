@@ -1,11 +1,11 @@
 // Opening, making and changing a database file.
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 
 #include <utility>
 
-#include "platform/DatabaseEngine.h"
-#include "platform/FieldTypes.h"
-#include "platform/StatementTranslator.h"
+#include "platform/database/DatabaseEngine.h"
+#include "platform/database/FieldTypes.h"
+#include "platform/database/StatementTranslator.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 

@@ -1,5 +1,5 @@
 // How the types of fields stand in the file, and their values.
-#include "platform/FieldTypes.h"
+#include "platform/database/FieldTypes.h"
 
 #include <limits>
 

@@ -1,5 +1,5 @@
 // The pieces of a statement or criterion.
-#include "platform/StatementTokens.h"
+#include "platform/database/StatementTokens.h"
 
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

@@ -1,5 +1,5 @@
 // What is no statement and no condition; RecordsetTest has what is.
-#include "platform/StatementTranslator.h"
+#include "platform/database/StatementTranslator.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Database files: made, opened, damaged, killed; types of fields; transactions.
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

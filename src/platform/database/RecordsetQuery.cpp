@@ -1,5 +1,5 @@
 // The SQL behind a recordset, and the rows that it brings.
-#include "platform/RecordsetQuery.h"
+#include "platform/database/RecordsetQuery.h"
 
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

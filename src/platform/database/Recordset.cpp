@@ -2,9 +2,9 @@
 #include <limits>
 #include <utility>
 
-#include "platform/Database.h"
-#include "platform/FieldTypes.h"
-#include "platform/RecordsetQuery.h"
+#include "platform/database/Database.h"
+#include "platform/database/FieldTypes.h"
+#include "platform/database/RecordsetQuery.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 

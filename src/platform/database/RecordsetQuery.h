@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/DatabaseEngine.h"
-#include "platform/StatementTranslator.h"
+#include "platform/database/DatabaseEngine.h"
+#include "platform/database/StatementTranslator.h"
 
 namespace pixmora {
 

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 
 namespace pixmora {
 

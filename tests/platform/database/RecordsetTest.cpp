@@ -1,7 +1,7 @@
 // Recordsets on a small database: moving, finding, changing.
 #include <gtest/gtest.h>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/files/Files.h"
 #include "support/ErrorOf.h"
 #include "support/RawDatabase.h"

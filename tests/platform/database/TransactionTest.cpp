@@ -1,7 +1,7 @@
 // Reads under one lock, and rows found by their numbers.
 #include <gtest/gtest.h>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/files/Files.h"
 #include "support/RawDatabase.h"
 #include "support/TempFolder.h"

@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 
 namespace pixmora {
 

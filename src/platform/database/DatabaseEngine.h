@@ -13,7 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 
 namespace pixmora {
 

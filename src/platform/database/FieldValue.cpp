@@ -2,7 +2,7 @@
 #include <cmath>
 #include <type_traits>
 
-#include "platform/Database.h"
+#include "platform/database/Database.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
