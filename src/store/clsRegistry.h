@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Registry.h"
+#include "platform/registry/Registry.h"
 
 namespace pixmora {
 

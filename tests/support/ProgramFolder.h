@@ -1,9 +1,9 @@
 // A program's folder of a test's own, with the settings in it.
 #pragma once
 
-#include "platform/Registry.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
+#include "platform/registry/Registry.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {

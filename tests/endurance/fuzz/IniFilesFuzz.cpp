@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "Fuzz.h"
-#include "platform/RegistryFile.h"
+#include "platform/registry/RegistryFile.h"
 #include "platform/runtime/Text.h"
 #include "store/IniFile.h"
 

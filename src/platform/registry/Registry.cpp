@@ -1,5 +1,5 @@
 // The registry: the tree in memory, kept in step with its file.
-#include "platform/Registry.h"
+#include "platform/registry/Registry.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -12,8 +12,8 @@
 #include <functional>
 #include <optional>
 
-#include "platform/RegistryFile.h"
 #include "platform/files/Files.h"
+#include "platform/registry/RegistryFile.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 

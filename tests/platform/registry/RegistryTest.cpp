@@ -1,5 +1,5 @@
 // The registry: its tree, its file, and what other hands do to that file.
-#include "platform/Registry.h"
+#include "platform/registry/Registry.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

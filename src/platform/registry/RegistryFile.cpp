@@ -1,5 +1,5 @@
 // The text form of the registry's file.
-#include "platform/RegistryFile.h"
+#include "platform/registry/RegistryFile.h"
 
 #include <algorithm>
 #include <charconv>
