@@ -1,6 +1,6 @@
 // The conversions of a picture request, beside other ways to make the same picture in one process. The pictures are the
 // JPEG files of the folder that PIXMORA_BENCH_PHOTOS names.
-#include "platform/PictureEngine.h"
+#include "platform/pictures/PictureEngine.h"
 
 #include <benchmark/benchmark.h>
 

@@ -9,7 +9,7 @@
 
 #include "core/site/Visitors.h"
 #include "core/site/clsTimer.h"
-#include "platform/PictureEngine.h"
+#include "platform/pictures/PictureEngine.h"
 #include "store/Globals.h"
 
 namespace pixmora {

@@ -1,8 +1,8 @@
 // The picture engine on any bytes: what it takes for a picture it scales to a whole JPEG, or says that it can't.
 #include "Fuzz.h"
-#include "platform/JpegHead.h"
-#include "platform/PictureEngine.h"
 #include "platform/files/Files.h"
+#include "platform/pictures/JpegHead.h"
+#include "platform/pictures/PictureEngine.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {

@@ -1,5 +1,5 @@
 // The walk over a JPEG file's markers.
-#include "platform/JpegHead.h"
+#include "platform/pictures/JpegHead.h"
 
 #include <cstring>
 #include <vector>

@@ -1,5 +1,5 @@
 // The picture library over Qt's readers and writers.
-#include "platform/PictureEngine.h"
+#include "platform/pictures/PictureEngine.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -14,9 +14,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/JpegHead.h"
 #include "platform/files/AtomicFile.h"
 #include "platform/files/Files.h"
+#include "platform/pictures/JpegHead.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

@@ -1,5 +1,5 @@
 // The picture engine on pictures that are built here.
-#include "platform/PictureEngine.h"
+#include "platform/pictures/PictureEngine.h"
 
 #include <gtest/gtest.h>
 #include <malloc.h>
