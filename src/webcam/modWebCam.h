@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/CaptureDevice.h"
+#include "platform/capture/CaptureDevice.h"
 
 namespace pixmora {
 

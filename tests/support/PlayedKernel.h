@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/V4l2Calls.h"
+#include "platform/capture/V4l2Calls.h"
 #include "platform/runtime/Clock.h"
 
 namespace pixmora {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/CaptureDevice.h"
+#include "platform/capture/CaptureDevice.h"
 
 namespace pixmora {
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/CaptureFrame.h"
-#include "platform/V4l2Calls.h"
+#include "platform/capture/CaptureFrame.h"
+#include "platform/capture/V4l2Calls.h"
 #include "platform/runtime/Clock.h"
 
 namespace pixmora {

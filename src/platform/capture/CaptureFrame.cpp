@@ -1,5 +1,5 @@
 // From a device's frame to a bitmap.
-#include "platform/CaptureFrame.h"
+#include "platform/capture/CaptureFrame.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,5 +1,5 @@
 // Format, buffers and frames of a video device.
-#include "platform/V4l2Session.h"
+#include "platform/capture/V4l2Session.h"
 
 #include <poll.h>
 #include <sys/mman.h>

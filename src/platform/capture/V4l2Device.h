@@ -1,8 +1,8 @@
 // Capture devices over Video4Linux2.
 #pragma once
 
-#include "platform/CaptureDevice.h"
-#include "platform/V4l2Calls.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/capture/V4l2Calls.h"
 
 namespace pixmora {
 

@@ -1,5 +1,5 @@
 // Capture devices on a played kernel: which is found, what becomes of its frames, and how it can fail.
-#include "platform/V4l2Device.h"
+#include "platform/capture/V4l2Device.h"
 
 #include <gmock/gmock.h>
 

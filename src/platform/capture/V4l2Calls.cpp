@@ -1,5 +1,5 @@
 // The system calls as they are.
-#include "platform/V4l2Calls.h"
+#include "platform/capture/V4l2Calls.h"
 
 #include <fcntl.h>
 #include <poll.h>

@@ -1,9 +1,9 @@
 // Finding the video devices, and the stills of a connected one.
-#include "platform/V4l2Device.h"
+#include "platform/capture/V4l2Device.h"
 
 #include <utility>
 
-#include "platform/V4l2Session.h"
+#include "platform/capture/V4l2Session.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
