@@ -6,8 +6,8 @@
 
 #include "core/site/Globals.h"
 #include "pages/Templates.h"
-#include "platform/MovieFacts.h"
 #include "platform/files/Files.h"
+#include "platform/movies/MovieFacts.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/clsExif.h"

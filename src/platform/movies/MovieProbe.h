@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/MovieFacts.h"
+#include "platform/movies/MovieFacts.h"
 
 namespace pixmora {
 

@@ -1,5 +1,5 @@
 // Opens the file for the module that knows movies, and loads that one at the first call.
-#include "platform/MovieFacts.h"
+#include "platform/movies/MovieFacts.h"
 
 #include <QCoreApplication>
 #include <QLibrary>

@@ -1,5 +1,5 @@
 // Movie facts of the small movies beside this file, and of what only calls itself a movie.
-#include "platform/MovieFacts.h"
+#include "platform/movies/MovieFacts.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
