@@ -1,4 +1,4 @@
-// The desktop program's entry and its run modes.
+// Desktop.h: the desktop program's entry and its run modes.
 #include <QApplication>
 
 #include "console/Desktop.h"

@@ -1,4 +1,4 @@
-// The media page's slide show: one scaled picture, the controls, and the way on to the next.
+// AlbumMedia.h: the media page's slide show: one scaled picture, the controls, and the way on to the next.
 #include "pages/AlbumMedia.h"
 #include "pages/Listings.h"
 #include "pages/Templates.h"

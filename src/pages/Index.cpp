@@ -1,4 +1,4 @@
-// The front page: the welcome, the site's figures, the way to the most popular media, and a row for each album.
+// clsWebServerCommands.h: the front page: the welcome, the site's figures, the way to the most popular media, and a row for each album.
 #include <vector>
 
 #include "core/site/Globals.h"

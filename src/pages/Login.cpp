@@ -1,4 +1,4 @@
-// The login page, and the answer to a right login.
+// clsWebServerCommands.h: the login page, and the answer to a right login.
 #include "core/site/Globals.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"

@@ -1,4 +1,4 @@
-// Files that go out as they are: the graphics of htdocs, the site's icon and the albums' icons.
+// clsWebServerCommands.h: files that go out as they are: the graphics of htdocs, the site's icon and the albums' icons.
 #include <optional>
 
 #include "core/site/RequestGrammar.h"

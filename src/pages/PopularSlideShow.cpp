@@ -1,4 +1,4 @@
-// The most popular page's slide show.
+// PopularMedia.h: the most popular page's slide show.
 #include "pages/AlbumAddress.h"
 #include "pages/Listings.h"
 #include "pages/PopularMedia.h"

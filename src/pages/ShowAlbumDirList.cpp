@@ -1,4 +1,4 @@
-// The tree frame: help, login, the most popular, the albums, the branch that leads to the current directory, and
+// clsWebServerCommands.h: the tree frame: help, login, the most popular, the albums, the branch that leads to the current directory, and
 // statistics.
 #include <optional>
 

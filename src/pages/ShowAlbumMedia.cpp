@@ -1,4 +1,4 @@
-// The media page: the pictures and movies of one directory as thumbnails or as a list, page by page, or one at a time.
+// clsWebServerCommands.h: the media page: the pictures and movies of one directory as thumbnails or as a list, page by page, or one at a time.
 #include <algorithm>
 #include <optional>
 

@@ -1,4 +1,4 @@
-// The details page: one file with its facts, its neighbours and the way to the whole of it. Opening it counts as a
+// clsWebServerCommands.h: the details page: one file with its facts, its neighbours and the way to the whole of it. Opening it counts as a
 // view.
 #include <optional>
 #include <vector>

@@ -1,4 +1,4 @@
-// Picture delivery: the stored file, or a JPEG of it made for this one answer in the wanted size.
+// clsWebServerCommands.h: picture delivery: the stored file, or a JPEG of it made for this one answer in the wanted size.
 #include <optional>
 #include <utility>
 

@@ -1,4 +1,4 @@
-// The most popular page: the directories and files of the whole site that were looked at most.
+// clsWebServerCommands.h: the most popular page: the directories and files of the whole site that were looked at most.
 #include <algorithm>
 #include <array>
 

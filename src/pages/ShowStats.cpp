@@ -1,4 +1,4 @@
-// The statistics page: the site's figures by span, hour, day and month, over all albums.
+// clsWebServerCommands.h: the statistics page: the site's figures by span, hour, day and month, over all albums.
 #include <map>
 #include <string>
 #include <utility>

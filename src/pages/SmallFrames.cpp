@@ -1,4 +1,4 @@
-// The small frames around an album: title bar, bottom bar, margins, help and log-out.
+// clsWebServerCommands.h: the small frames around an album: title bar, bottom bar, margins, help and log-out.
 #include "core/site/Globals.h"
 #include "pages/AlbumAddress.h"
 #include "pages/Templates.h"

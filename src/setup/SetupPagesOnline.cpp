@@ -1,4 +1,4 @@
-// The tabs of the setup dialog that have to do with the central service.
+// SetupPages.h: the tabs of the setup dialog that have to do with the central service.
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>

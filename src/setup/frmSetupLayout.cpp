@@ -1,4 +1,4 @@
-// The setup dialog: figures of the sliders, files on a page, the order of directories, the webcam.
+// frmSetup.h: the setup dialog: figures of the sliders, files on a page, the order of directories, the webcam.
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>

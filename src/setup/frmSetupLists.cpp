@@ -1,4 +1,4 @@
-// The setup dialog: its lists of albums and rights, and the dialogs behind them.
+// frmSetup.h: the setup dialog: its lists of albums and rights, and the dialogs behind them.
 #include <QShortcut>
 #include <QTreeWidget>
 

@@ -1,4 +1,4 @@
-// The setup dialog: the checks of the port, and what tells that a setting has changed.
+// frmSetup.h: the setup dialog: the checks of the port, and what tells that a setting has changed.
 #include <QApplication>
 #include <QComboBox>
 #include <QEvent>

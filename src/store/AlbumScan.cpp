@@ -1,4 +1,4 @@
-// The scan of an album's files at website start.
+// Catalogue.h: the scan of an album's files at website start.
 #include <algorithm>
 #include <memory>
 #include <utility>

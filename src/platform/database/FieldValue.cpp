@@ -1,4 +1,4 @@
-// Readings of field values, and values as literals of a statement.
+// Database.h: readings of field values, and values as literals of a statement.
 #include <cmath>
 #include <type_traits>
 

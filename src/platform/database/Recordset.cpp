@@ -1,4 +1,4 @@
-// Recordsets: a current row, moving and finding, and changes made to it.
+// Database.h: recordsets: a current row, moving and finding, and changes made to it.
 #include <limits>
 #include <utility>
 

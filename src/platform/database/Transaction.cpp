@@ -1,4 +1,4 @@
-// Changes that happen together or not at all, and reads under one lock.
+// Database.h: changes that happen together or not at all, and reads under one lock.
 #include <string>
 
 #include "platform/database/Database.h"

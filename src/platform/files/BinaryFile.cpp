@@ -1,4 +1,4 @@
-// Reading files byte for byte.
+// Files.h: reading files byte for byte.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-// Walks through directories.
+// Files.h: walks through directories.
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-// Writing, copying and deleting files and directories.
+// Files.h: writing, copying and deleting files and directories.
 #include <unistd.h>
 
 #include <algorithm>

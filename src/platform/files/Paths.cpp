@@ -1,4 +1,4 @@
-// Paths between the program's form and the system's, and what stands at them.
+// Files.h: paths between the program's form and the system's, and what stands at them.
 #include <fcntl.h>
 #include <sys/stat.h>
 

@@ -1,4 +1,4 @@
-// Calendar arithmetic and the texts of dates. Nothing here reads the clock.
+// Clock.h: calendar arithmetic and the texts of dates. Nothing here reads the clock.
 #include <array>
 #include <ctime>
 #include <optional>

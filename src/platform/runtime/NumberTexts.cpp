@@ -1,4 +1,4 @@
-// Numbers to texts, as the run time and the shell print them. None of it depends on the locale.
+// Numbers.h: numbers to texts, as the run time and the shell print them. None of it depends on the locale.
 #include <algorithm>
 #include <array>
 #include <charconv>

@@ -1,4 +1,4 @@
-// Wildcard matches: the run time's Like and the shell's path match.
+// Text.h: wildcard matches: the run time's Like and the shell's path match.
 #include <bitset>
 
 #include "platform/runtime/RunTimeError.h"
