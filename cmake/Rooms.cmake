@@ -60,5 +60,11 @@ function(pixmora_add_room_tests name support)
     endif()
   endforeach()
   add_dependencies(test_${name} movies)  # loaded, not linked
-  gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+  # From where the compiler ran, since ccache can make the names of sources relative to that folder.
+  gtest_discover_tests(
+    test_${name}
+    TEST_PREFIX ${name}.
+    WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120)
 endfunction()

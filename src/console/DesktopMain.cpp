@@ -27,7 +27,7 @@ bool Desktop::Main(const std::string &commandLine) {
     LoadTray();
     frmSplash splash([this] { ShowMainWindow(); });
     splash.Show();
-    while (MainWindowIfUp() == nullptr) WaitUntilTick(GetTickCount() + waitMs);
+    while (MainWindowIfUp() == nullptr) WaitUntilTick(TickAfter(GetTickCount(), waitMs));
     StartByMode(commandLine);
     if (GetSettingNumber("Setup", "RunSetup", 0) <= 0) GreetFirstTime();
     return true;

@@ -23,10 +23,7 @@ std::string VisitorName(const std::string &address) {
 }
 
 MenuItems VisitItems(const clsVisitor &visitor) {
-    // The tick count wraps, the stay doesn't.
-    const auto stay = static_cast<std::int32_t>(static_cast<std::uint32_t>(GetTickCount()) -
-                                                static_cast<std::uint32_t>(visitor.ConnectTime));
-    const std::int32_t seconds = stay / 1000;
+    const std::int32_t seconds = TicksBetween(visitor.ConnectTime, GetTickCount()) / 1000;
     return {Item("Connected Time: " + FormatElapsed(seconds, false, false)), Item("Page: " + visitor.CurrentPage)};
 }
 

@@ -21,10 +21,8 @@ constexpr Tick idleLimit = 600000;
 constexpr Tick cookieLifetime = 600000;
 constexpr Tick stallLimit = 20000;
 
-/// Whether more than the limit has gone since the tick. Sums that leave the range are the run time's overflow, as the
-/// tick count wraps after some 24.9 days and nothing allows for it.
 bool IsOlderThan(Tick tick, Tick limit) {
-    return AddLong(tick, limit) < GetTickCount();
+    return !IsWithin(tick, limit);
 }
 
 }  // namespace

@@ -70,10 +70,6 @@ bool IsOpen(const Winsock &socket) {
     return socket.State() != SocketState::Closed && socket.State() != SocketState::Error;
 }
 
-Tick LaterBy(Tick tick, Tick ms) {
-    return static_cast<Tick>(static_cast<std::uint32_t>(tick) + static_cast<std::uint32_t>(ms));
-}
-
 /// Sleeps in the loop until there is no reason to wait any more, the socket has ended, or the time is over.
 template <typename Condition>
 void WaitWhile(const Winsock &socket, Tick limit, const Condition &hasReason) {
@@ -82,7 +78,7 @@ void WaitWhile(const Winsock &socket, Tick limit, const Condition &hasReason) {
     while (hasReason() && IsOpen(socket)) {
         const Tick elapsed = timer.Elapsed();
         if (elapsed >= limit) return;
-        WaitUntilTick(LaterBy(GetTickCount(), limit - elapsed));
+        WaitUntilTick(TickAfter(GetTickCount(), limit - elapsed));
     }
 }
 

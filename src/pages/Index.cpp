@@ -1,4 +1,4 @@
-// clsWebServerCommands.h: the front page: the welcome, the site's figures, the way to the most popular media, and a row for each album.
+// clsWebServerCommands.h: the front page.
 #include <vector>
 
 #include "core/site/Globals.h"
@@ -197,9 +197,7 @@ void AppendNoAlbumsRow(std::string &rows) {
 }
 
 void AppendWebcamRow(std::string &rows) {
-    // The difference of two ticks holds also when the later one has wrapped.
-    const auto age =
-        static_cast<Tick>(static_cast<std::uint32_t>(GetTickCount()) - static_cast<std::uint32_t>(gLastCaptureTick));
+    const Tick age = TicksBetween(gLastCaptureTick, GetTickCount());
     Append(rows, R"(<tr><td valign="top">)", CrLf, R"(<img src="ShowGraphic?webcam.gif">)", "</td>",
            R"(<td valign="top"><a href="ShowGraphic?capture.jpg"><font class="lblAlbumName">My Webcam</font></a><br>)",
            R"(<font class="lblPictureList">Hit Refresh for Latest Image<br><br>)", "Picture Taken ",

@@ -1,4 +1,4 @@
-// clsWebServerCommands.h: the frameset behind every album address, and the place where a visit to a directory is counted.
+// clsWebServerCommands.h: the frameset behind every album address, where a visit to a directory is counted.
 #include <algorithm>
 #include <array>
 #include <optional>

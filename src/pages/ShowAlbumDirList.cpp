@@ -1,5 +1,4 @@
-// clsWebServerCommands.h: the tree frame: help, login, the most popular, the albums, the branch that leads to the current directory, and
-// statistics.
+// clsWebServerCommands.h: the tree frame beside an album's media, with what leads away from it.
 #include <optional>
 
 #include "core/site/Globals.h"

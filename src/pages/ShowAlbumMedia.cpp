@@ -1,4 +1,4 @@
-// clsWebServerCommands.h: the media page: the pictures and movies of one directory as thumbnails or as a list, page by page, or one at a time.
+// clsWebServerCommands.h: the media page: one directory as thumbnails, as a list, or one at a time.
 #include <algorithm>
 #include <optional>
 

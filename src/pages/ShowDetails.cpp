@@ -1,5 +1,4 @@
-// clsWebServerCommands.h: the details page: one file with its facts, its neighbours and the way to the whole of it. Opening it counts as a
-// view.
+// clsWebServerCommands.h: the details page of one file. Opening it counts as a view.
 #include <optional>
 #include <vector>
 

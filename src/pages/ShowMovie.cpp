@@ -1,4 +1,4 @@
-// clsWebServerCommands.h: the beginning of a movie's transfer: the file opened and the head sent. The rest goes out chunk by chunk.
+// clsWebServerCommands.h: the beginning of a movie's transfer. The rest goes out chunk by chunk.
 #include <optional>
 
 #include "core/site/Globals.h"

@@ -1,4 +1,4 @@
-// clsWebServerCommands.h: picture delivery: the stored file, or a JPEG of it made for this one answer in the wanted size.
+// clsWebServerCommands.h: picture delivery: the stored file, or a JPEG of it made for this answer.
 #include <optional>
 #include <utility>
 
@@ -74,9 +74,9 @@ private:
 bool WaitForTurn(const Connection &socket) {
     const std::int32_t spacing = GetSettingNumber("Setup", "ConversionSpacing", defaultSpacing);
     DoEvents();
-    while (GetTickCount() <= AddLong(gLastConversionTick, spacing)) {
+    while (IsWithin(gLastConversionTick, spacing)) {
         if (socket->State() != SocketState::Connected) return false;
-        WaitUntilTick(AddLong(AddLong(gLastConversionTick, spacing), 1));
+        WaitUntilTick(TickAfter(TickAfter(gLastConversionTick, spacing), 1));
     }
     gLastConversionTick = GetTickCount();
     return true;

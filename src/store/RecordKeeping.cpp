@@ -14,7 +14,7 @@ namespace pixmora {
 
 namespace {
 
-constexpr std::uint32_t tellingInterval = 60000;  // ms
+constexpr Tick tellingInterval = 60000;  // ms
 
 /// One kind of record and what is the matter with it.
 struct Keeping {
@@ -36,9 +36,7 @@ struct Keeper {
 Keeper gRecordKeeper;
 
 bool IsTimeToTell(const Keeping &keeping) {
-    if (!keeping.LastTold) return true;
-    const auto now = static_cast<std::uint32_t>(GetTickCount());
-    return now - static_cast<std::uint32_t>(*keeping.LastTold) >= tellingInterval;
+    return !keeping.LastTold || !IsWithin(*keeping.LastTold, tellingInterval - 1);
 }
 
 void TellOwner(const std::string &text) {

@@ -27,7 +27,7 @@ void clsTimer::StartTimer() {
 }
 
 Tick clsTimer::Elapsed() const {
-    return stop_ == 0 ? GetTickCount() - start_ : stop_ - start_;
+    return TicksBetween(start_, stop_ == 0 ? GetTickCount() : stop_);
 }
 
 std::string clsTimer::TimeFromSecs(double value, bool isMilliseconds, bool isShort) const {

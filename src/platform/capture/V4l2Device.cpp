@@ -35,8 +35,7 @@ public:
         : calls_(calls), path_(std::move(path)), identity_(std::move(identity)) {}
 
     bool SaveStill(std::string_view path) override {
-        const auto deadline =
-            static_cast<Tick>(static_cast<std::uint32_t>(GetTickCount()) + static_cast<std::uint32_t>(stillLimit));
+        const Tick deadline = TickAfter(GetTickCount(), stillLimit);
         V4l2Session session(calls_, path_);
         if (!session.IsCaptureDevice() || session.Identity() != identity_ || !session.SetFormat()) return false;
         const std::string frame = session.TakeFrame(deadline);

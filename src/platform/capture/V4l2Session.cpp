@@ -227,8 +227,7 @@ template <typename Source>
 std::string V4l2Session::LastFrame(Source &source, Tick deadline) {
     std::string last;
     for (int taken = 0; taken < framesWanted;) {
-        const auto ms = static_cast<std::int32_t>(static_cast<std::uint32_t>(deadline) -
-                                                  static_cast<std::uint32_t>(GetTickCount()));
+        const Tick ms = TicksBetween(GetTickCount(), deadline);
         if (ms <= 0) break;
         const short events = calls_.Poll(descriptor_, ms);
         if (events == 0) continue;

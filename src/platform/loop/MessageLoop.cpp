@@ -63,8 +63,7 @@ void WaitUntilTick(Tick moment) {
         if (!hasRunEvent) MoveSetClockTo(moment);
         return;
     }
-    const auto ms =
-        static_cast<std::int32_t>(static_cast<std::uint32_t>(moment) - static_cast<std::uint32_t>(GetTickCount()));
+    const Tick ms = TicksBetween(GetTickCount(), moment);
     if (ms <= 0) {
         DoEvents();
         return;
@@ -82,7 +81,7 @@ void WaitUntilTick(Tick moment) {
 
 void SleepBlocking(int ms) {
     if (IsClockSet()) {
-        MoveSetClockTo(static_cast<Tick>(static_cast<std::uint32_t>(GetTickCount()) + static_cast<std::uint32_t>(ms)));
+        MoveSetClockTo(TickAfter(GetTickCount(), ms));
     } else {
         std::this_thread::sleep_for(std::chrono::milliseconds(ms));
     }

@@ -18,9 +18,8 @@ struct SetClock {
 
 std::optional<SetClock> setClock;
 
-/// `later` - `earlier` on a counter that wraps.
-std::int32_t TicksBetween(Tick earlier, Tick later) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(later) - static_cast<std::uint32_t>(earlier));
+std::uint32_t Unsigned(Tick tick) {
+    return static_cast<std::uint32_t>(tick);
 }
 
 }  // namespace
@@ -29,6 +28,18 @@ Tick GetTickCount() {
     if (setClock) return setClock->tick;
     const auto elapsed = std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - processStart);
     return static_cast<Tick>(elapsed.count());
+}
+
+Tick TicksBetween(Tick from, Tick to) {
+    return static_cast<Tick>(Unsigned(to) - Unsigned(from));
+}
+
+Tick TickAfter(Tick tick, Tick ms) {
+    return static_cast<Tick>(Unsigned(tick) + Unsigned(ms));
+}
+
+bool IsWithin(Tick since, Tick ms) {
+    return ms >= 0 && Unsigned(GetTickCount()) - Unsigned(since) <= Unsigned(ms);
 }
 
 DateTime Now() {
@@ -50,7 +61,7 @@ ClockSetForTest::~ClockSetForTest() {
 }
 
 void ClockSetForTest::Advance(std::int32_t ms) {
-    setClock->tick = static_cast<Tick>(static_cast<std::uint32_t>(setClock->tick) + static_cast<std::uint32_t>(ms));
+    setClock->tick = TickAfter(setClock->tick, ms);
     setClock->now += milliseconds(ms);
 }
 

@@ -15,6 +15,14 @@ using Tick = std::int32_t;
 using DateTime = std::chrono::local_seconds;
 
 Tick GetTickCount();
+/// From one tick to another, right across the wrap for spans up to 24.9 days either way. @return ms, negative when `to`
+/// is the earlier one
+Tick TicksBetween(Tick from, Tick to);
+/// The tick so many ms later, or earlier when they are negative.
+Tick TickAfter(Tick tick, Tick ms);
+/// Whether no more than so many ms have gone since a tick that has been, right up to 49.7 days after it. Never for less
+/// than 0 ms.
+bool IsWithin(Tick since, Tick ms);
 DateTime Now();
 /// Midnight at the start of the present day.
 DateTime Today();

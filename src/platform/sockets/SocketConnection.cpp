@@ -94,8 +94,7 @@ std::int32_t SocketConnection::PeerIdleTime() {
         exchanged_ = exchanged;
         peerIdleSince_ = GetTickCount();
     }
-    // Unsigned, so that the difference holds when the ticks wrap.
-    return static_cast<Tick>(static_cast<std::uint32_t>(GetTickCount()) - static_cast<std::uint32_t>(peerIdleSince_));
+    return TicksBetween(peerIdleSince_, GetTickCount());
 }
 
 void SocketConnection::Finish() {

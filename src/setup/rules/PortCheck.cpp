@@ -87,7 +87,7 @@ void PortCheck::ConnectAndWait(const std::string &publicAddress) {
     wnskPortCheckConnect->Connect();
     clsTimer timer;
     timer.StartTimer();
-    const Tick end = GetTickCount() + (longestWaitSeconds + 1) * 1000;
+    const Tick end = TickAfter(GetTickCount(), (longestWaitSeconds + 1) * 1000);
     while (wnskPortCheckListen->Tag.empty() && timer.Elapsed() / 1000 <= longestWaitSeconds && !isAbandoned_) {
         WaitUntilTick(end);
     }

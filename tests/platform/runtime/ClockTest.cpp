@@ -21,6 +21,13 @@ TEST(Clock, WrapsAsASigned32BitCounter) {
     clock.Advance(600);
     clock.Advance(600);
     EXPECT_EQ(GetTickCount(), lowest + 1289);
+    EXPECT_EQ(TicksBetween(highest, lowest + 4), 5);
+    EXPECT_EQ(TicksBetween(lowest + 4, highest), -5);
+    EXPECT_EQ(TickAfter(highest, 5), lowest + 4);
+    EXPECT_TRUE(IsWithin(highest - 9, 1300));
+    EXPECT_FALSE(IsWithin(highest - 9, 1298));
+    EXPECT_FALSE(IsWithin(lowest + 1290, 1000)) << "49.7 days are long past";
+    EXPECT_FALSE(IsWithin(GetTickCount(), -1));
     EXPECT_EQ(Now(), MakeDate(2004, 3, 1, 0, 0, 1)) << "the day's time moves with the ticks";
 }
 
