@@ -15,7 +15,7 @@ namespace pixmora {
 namespace {
 
 std::string Sample(const std::string &name) {
-    return (std::filesystem::path(__FILE__).parent_path() / "media" / name).string();
+    return (std::filesystem::path(__FILE__).parent_path() / "../media" / name).string();
 }
 
 /// As ffprobe has them, but for the movie that its head turns upright.

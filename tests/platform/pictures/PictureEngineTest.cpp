@@ -53,7 +53,7 @@ std::string BigEndian16(int value) {
 
 /// The path of a file beside these tests.
 std::string Sample(const char *name) {
-    return (std::filesystem::path(__FILE__).parent_path() / "media" / name).string();
+    return (std::filesystem::path(__FILE__).parent_path() / "../media" / name).string();
 }
 
 /// Half transparent, half blue, 64 by 32.
