@@ -1,8 +1,18 @@
 #!/usr/bin/env bash
 # Installs what is needed, builds, makes an album of FOLDER (or of sample pictures that it draws), starts the site and prints its
-# address: ./run.sh [FOLDER]. Ctrl+C ends it. All that it keeps lies in build/site.
+# address: ./run.sh [--window] [FOLDER]. Ctrl+C ends it. With --window it is the desktop program that serves. All that it keeps
+# lies in build/site.
 set -euo pipefail
 top=$(cd "$(dirname "$0")" && pwd)
+program=pixmorad
+if [ "${1-}" = --window ]; then
+  program=pixmora
+  shift
+  if [ -z "${DISPLAY-}${WAYLAND_DISPLAY-}" ]; then
+    echo "run.sh: there is no display for a window here; ./run.sh without --window serves the same site" >&2
+    exit 1
+  fi
+fi
 folder=$(realpath -m "${1:-$top/build/site/samples}")
 if [ $# -gt 0 ] && [ ! -d "$folder" ]; then
   echo "run.sh: there is no folder $folder" >&2
@@ -12,7 +22,7 @@ fi
 "$top/scripts/install-packages" build run
 cd "$top"
 cmake --preset release -DPIXMORA_TESTS=OFF >/dev/null
-cmake --build --preset release --target pixmorad pixmoractl
+cmake --build --preset release --target "$program" pixmoractl
 
 export PIXMORA_HOME=$top/build/site XDG_CONFIG_HOME=$top/build/site/config
 mkdir -p "$PIXMORA_HOME"
@@ -21,9 +31,14 @@ if [ $# -eq 0 ] && [ ! -d "$folder" ]; then
   scripts/draw-samples "$folder"
 fi
 
+ctl=build/release/bin/pixmoractl
 # An album's name can't have these characters; the folder's can.
 name=$(basename "$folder" | tr -d "\\\\/:*?\"'<>|")
-if ! build/release/bin/pixmoractl album list | cut -f 2 | grep -Fqx -- "$folder"; then
-  build/release/bin/pixmoractl album add "$name" "$folder" --description "Shared by run.sh"
+if ! "$ctl" album list | cut -f 2 | grep -Fqx -- "$folder"; then
+  "$ctl" album add "$name" "$folder" --description "Shared by run.sh"
+fi
+if [ "$program" = pixmora ]; then
+  "$ctl" set Setup RunSetup 1 # the album is there, so there is no first run to be led through
+  exec build/release/bin/pixmora start
 fi
 exec build/release/bin/pixmorad
