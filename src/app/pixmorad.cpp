@@ -17,8 +17,8 @@ namespace {
 /// It runs unattended.
 constexpr pixmora::GuardDefaults guards{.MaxConnections = 200, .IdleTimeout = 60};
 
-/// The start sequence's status texts as lines on standard output, the site's address behind the last. A service manager
-/// hears the same.
+/// The start sequence's status texts as lines on standard output, the site's address behind the last.
+/// A service manager hears the same.
 class LineView : public pixmora::StartView {
 public:
     void ShowStatus(const std::string &text) override {

@@ -11,10 +11,12 @@ namespace pixmora {
 
 namespace {
 
-const MenuItem separator{};
-
 MenuItem Item(std::string text) {
     return {std::move(text), {}, {}};
+}
+
+MenuItem Separator() {
+    return {};
 }
 
 /// Deliberate: two fixed addresses, whatever the machine's own may be.
@@ -30,14 +32,14 @@ MenuItems VisitItems(const clsVisitor &visitor) {
 }  // namespace
 
 MenuItems SystrayMenuItems(bool isWindowShown) {
-    MenuItems items = {Item("Active Visitors: " + std::to_string(gVisitorsActive)), separator,
-                       Item(gWebsiteStarted ? "Stop Website" : "Start Website"), Item("Setup"), separator};
+    MenuItems items = {Item("Active Visitors: " + std::to_string(gVisitorsActive)), Separator(),
+                       Item(gWebsiteStarted ? "Stop Website" : "Start Website"), Item("Setup"), Separator()};
     if (gWebsiteStarted) {
         items.push_back(Item("Put Link in AIM Away Message"));
-        items.push_back(separator);
+        items.push_back(Separator());
     }
     items.push_back(Item(isWindowShown ? "Minimize Window" : "Restore Window"));
-    items.push_back(separator);
+    items.push_back(Separator());
     items.push_back(Item("Exit"));
     return items;
 }
@@ -48,7 +50,7 @@ MenuItems AddressOptsMenuItems() {
 }
 
 MenuItems AlbumMenuItems() {
-    MenuItems items = {Item("Add New Album"), Item("Edit Album"), separator};
+    MenuItems items = {Item("Add New Album"), Item("Edit Album"), Separator()};
     std::int32_t count = 0;
     for (const std::string &name : GetAlbumNames(count)) items.push_back(Item(name));
     return items;

@@ -24,8 +24,7 @@ constexpr int closeMs = 5000;
 constexpr int statusWidth = 330;
 constexpr int buttonWidth = 96;
 constexpr int progressSteps = 6;  // a start that lists the site online takes all of them
-const QString cancelText = QStringLiteral("Cancel");
-const QString closeText = QStringLiteral("Close");
+constexpr QLatin1String cancelText("Cancel");
 
 constexpr const char *progressStyle =
     "QProgressBar { background: #ffffff; border: 1px solid #ced6e2; border-radius: 4px; }"
@@ -38,7 +37,7 @@ frmStartStatus::frmStartStatus()
       lblStatus(new QLabel(QStringLiteral("Starting..."))),
       prg(new QProgressBar),
       cmdViewSite(new SkinButton("cmdViewSite", {QStringLiteral("View Site"), Glyph::None, SkinButton::Tone::Go})),
-      cmdCancel(new SkinButton("cmdCancel", {cancelText})) {
+      cmdCancel(new SkinButton("cmdCancel", {QString(cancelText)})) {
     setWindowModality(Qt::ApplicationModal);
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
     lblStatus->setFont(Skin::Font(13));
@@ -95,7 +94,7 @@ void frmStartStatus::AdvanceProgress() {
 }
 
 void frmStartStatus::OfferClose() {
-    cmdCancel->SetFace({closeText});
+    cmdCancel->SetFace({QStringLiteral("Close")});
     cmdCancel->setEnabled(true);
 }
 

@@ -18,8 +18,8 @@ using PlainOperation = void (clsWebServerCommands::*)(const Connection &) const;
 using QueryOperation = void (clsWebServerCommands::*)(const Connection &, const Arguments &) const;
 using Operation = std::variant<PlainOperation, QueryOperation>;
 
-// Every name that an address can reach, in lower case, with its operation; a QueryOperation needs a "?", a
-// PlainOperation has none.
+// Every name that an address can reach, in lower case, with its operation.
+// A QueryOperation needs a "?", a PlainOperation has none.
 const std::map<std::string, Operation, std::less<>> operations = {
     {"index", &clsWebServerCommands::genIndex},
     {"showgraphic", &clsWebServerCommands::genShowGraphic},
@@ -48,8 +48,7 @@ std::shared_ptr<const clsWebServerCommands> Pages() {
 }
 
 bool IsLogin(std::string_view username, std::string_view password) {
-    // Either quote character would break the statement or change it; a login with one fails before there is a
-    // statement.
+    // Either quote character would break the statement or change it: a login with one fails before there is any.
     if (Contains(username, "\"") || Contains(password, "\"")) throw RunTimeError(ErrorNumber::SyntaxError);
     return gDatabase
                ->OpenRecordset("SELECT * FROM Users WHERE Username=" + QuotedText(username) +

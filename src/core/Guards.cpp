@@ -25,7 +25,8 @@ int GuardNumber(std::string_view key, int fallback, int highest) {
 
 }  // namespace
 
-void LoadGuards(const GuardDefaults &defaults) {
+void LoadListenSettings(const GuardDefaults &defaults) {
+    gSystray->wnskListen->SetLocalPort(ListenPort());
     gSystray->wnskListen->SetLocalAddress(ListenAddress());
     gSystray->wnskListen->SetConnectionLimit(GuardNumber("MaxConnections", defaults.MaxConnections, HighestSendIndex));
     gSystray->IdleTimeout = GuardNumber("IdleTimeout", defaults.IdleTimeout, longestIdleTimeout) * 1000;

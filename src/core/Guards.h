@@ -9,16 +9,17 @@ struct GuardDefaults {
     int IdleTimeout = 0;     ///< seconds, 0: for ever
 };
 
-/// Reads MaxConnections, IdleTimeout and ListenAddress of section Setup; the listening element and the idle check go by
-/// them from then on. A number below 1, or a text that is none, turns its guard off. Not while the element listens.
-void LoadGuards(const GuardDefaults &defaults);
+/// Reads ListenPort, ListenAddress, MaxConnections and IdleTimeout of section Setup; the listening element and the idle
+/// check go by them from then on. A guard's number below 1, or a text that is none, turns it off. Not while the element
+/// listens. @throws RunTimeError TypeMismatch for the port
+void LoadListenSettings(const GuardDefaults &defaults);
 
 /// To be called for each new connection, so that the idle check runs while there are any.
 void WatchForIdling();
 
 inline constexpr int IdleCheckIntervalMs = 1000;
-/// Closes each connection whose peer has let it wait for the time of IdleTimeout, its transfer included. Ends the check
-/// when no connection is open.
+/// Closes each connection whose peer has let it wait for the time of IdleTimeout, its transfer included.
+/// Ends the check when no connection is open.
 void HandleIdleTick();
 
 }  // namespace pixmora

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 #include "core/Dispatch.h"
 #include "core/Guards.h"
@@ -13,23 +12,18 @@
 #include "core/site/frmSystray.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
+#include "store/Catalogue.h"
 #include "store/Statistics.h"
 
 namespace pixmora {
 
 namespace {
 
-std::vector<std::string> AlbumNames() {
-    std::vector<std::string> names;
-    names.reserve(gAlbums.size());
-    for (const AlbumPointer &album : gAlbums) names.push_back(album->Name);
-    return names;
-}
-
-/// Marks the visitor as seen; a new one is made by a named page only, so a picture from an unknown address leaves no
+/// Marks the visitor as seen. A new one is made by a named page only: a picture from an unknown address leaves no
 /// trace.
 void RefreshVisitor(const std::string &ip, std::string_view request) {
-    const std::string page = GetVisitorPageName(request, AlbumNames());
+    const std::string page =
+        GetVisitorPageName(request, [](std::int32_t number) { return AlbumByNumber(number)->Name; });
     const auto visitor = std::ranges::find(gVisitors, ip, &clsVisitor::IP);
     if (visitor != gVisitors.end()) {
         visitor->LastTime = GetTickCount();

@@ -8,8 +8,8 @@ namespace pixmora {
 /// A new element takes the connection; one that doesn't come to be connected is unloaded again.
 void HandleConnectionRequest(int requestId);
 
-/// Takes everything that has arrived as one whole request and answers it; an error anywhere on the way is answered "Bad
-/// Request".
+/// Takes everything that has arrived as one whole request and answers it, with "Bad Request" for an error anywhere on
+/// the way.
 void HandleDataArrival(const Connection &socket);
 
 /// The answer, or a chunk of it, has left: sends the next chunk of a transfer, or closes and trims the array.

@@ -32,10 +32,6 @@ constexpr std::int32_t QualityFlag(std::int32_t percent) {
 
 }  // namespace
 
-int ListenPort() {
-    return RoundToLong(CDbl(GetSetting("Setup", "ListenPort", "8080")));
-}
-
 void LoadStyleSheet() {
     std::string path = StyleSheetPath(GetSetting("Setup", "Style", "Default"));
     if (!FileExists(path)) path = StyleSheetPath("Default");
@@ -50,8 +46,7 @@ void LoadStyleSheet() {
 void LoadSiteTexts() {
     gServerTitle = GetSetting("Setup", "ServerTitle", "My Digital Media");
     gAuthor = GetSetting("Setup", "Author");
-    // Deliberate: the description's text goes into gWelcomeText, which the next step overwrites; gSiteDescription stays
-    // empty.
+    // Deliberate: the text goes into gWelcomeText, which the next step overwrites; gSiteDescription stays empty.
     if (const std::optional<std::string> text = ReadProgramFile("sitedesc.txt")) {
         gWelcomeText = *text;
     } else {

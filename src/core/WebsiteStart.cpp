@@ -46,7 +46,7 @@ public:
     StartSequence(StartView &view, const GuardDefaults &guards) : view_(view), guards_(guards) {}
 
     void Run() {
-        if (PreparePort() && LoadSettings() && LoadAlbums() && GoOnline()) {
+        if (HasAlbums() && OpenPort() && CheckForNews() && LoadSettings() && LoadAlbums() && GoOnline()) {
             ShowLive();
         } else {
             StopWebsite(false);
@@ -56,22 +56,29 @@ public:
     }
 
 private:
-    bool PreparePort() {
-        names_ = GetAlbumNames(count_);
-        if (names_.empty()) {
-            const int answer = ShowMessageBox("You haven't setup any albums! Would you like to set one up now?",
-                                              FlagYesNo | FlagCritical);
-            if (answer == AnswerYes) ShowSetup();
-            return false;
-        }
+    /// Without any, the owner may set one up; the start ends in any case.
+    bool HasAlbums() {
+        std::int32_t count = 0;
+        names_ = GetAlbumNames(count);
+        if (!names_.empty()) return true;
+        const int answer =
+            ShowMessageBox("You haven't setup any albums! Would you like to set one up now?", FlagYesNo | FlagCritical);
+        if (answer == AnswerYes) ShowSetup();
+        return false;
+    }
+
+    bool OpenPort() {
         DoEvents();
         gOnlineTimer->Pause(pauseSeconds);
         if (view_.Cancelled()) return false;
         view_.AdvanceProgress();
         view_.ShowStatus("Opening Ports...");
         gSystray->wnskListen->Close();
-        gSystray->wnskListen->SetLocalPort(ListenPort());
-        LoadGuards(guards_);
+        LoadListenSettings(guards_);
+        return true;
+    }
+
+    bool CheckForNews() {
         view_.ShowStatus("Checking for News and Updates...");
         DoEvents();
         return CheckCentralService(true) && !view_.Cancelled();
@@ -194,7 +201,6 @@ private:
     StartView &view_;
     const GuardDefaults guards_;
     std::vector<std::string> names_;
-    std::int32_t count_ = 0;
     std::int32_t pictures_ = 0;
     std::int32_t movies_ = 0;
 };

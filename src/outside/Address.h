@@ -7,6 +7,8 @@
 
 namespace pixmora {
 
+/// The port that the website is to listen on, rounded to a whole number. @throws RunTimeError TypeMismatch
+int ListenPort();
 /// The one address of the machine that the website listens on, dotted; empty for all of them.
 std::string ListenAddress();
 

@@ -60,8 +60,8 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
     state.FilePath = path;
     state.FileSize = size;
     state.FileNumber = std::move(file);
-    // Deliberate: BytesSent stays at what the last transfer of this index left, and LastSendTick waits for the first
-    // chunk.
+    // Deliberate: BytesSent stays at what the last transfer of this index left.
+    // LastSendTick waits for the first chunk.
     SendIgnoringErrors(
         socket, Concat(WriteResponseHead("application/octet-stream", false), "Content-Length: ", size, CrLf, CrLf));
     DoEvents();

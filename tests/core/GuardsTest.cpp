@@ -44,16 +44,16 @@ TEST_F(Guards, SettingsAreReadAsNumbersWhateverTheySay) {
         SCOPED_TRACE(row.text);
         SaveSetting("Setup", "MaxConnections", row.text);
         SaveSetting("Setup", "IdleTimeout", row.text);
-        LoadGuards({.MaxConnections = 200, .IdleTimeout = 60});
+        LoadListenSettings({.MaxConnections = 200, .IdleTimeout = 60});
         EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), row.connections);
         EXPECT_EQ(gSystray->IdleTimeout, row.idle);
     }
     DeleteSetting("Setup", "MaxConnections");
     DeleteSetting("Setup", "IdleTimeout");
-    LoadGuards({.MaxConnections = 200, .IdleTimeout = 60});
+    LoadListenSettings({.MaxConnections = 200, .IdleTimeout = 60});
     EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), 200);
     EXPECT_EQ(gSystray->IdleTimeout, 60000);
-    LoadGuards({});
+    LoadListenSettings({});
     EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), 0);
     EXPECT_EQ(gSystray->IdleTimeout, 0);
 }

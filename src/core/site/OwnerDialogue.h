@@ -32,8 +32,8 @@ public:
     virtual void ShowSetup() = 0;
 };
 
-/// Installs the dialogue, owned by the caller, for the life of the process. None installed: messages are dropped and
-/// questions take their No.
+/// Installs the dialogue, owned by the caller, for the life of the process.
+/// None installed: messages are dropped and questions take their No.
 void SetOwnerDialogue(OwnerDialogue *dialogue);
 
 int ShowMessageBox(const std::string &text, int flags);

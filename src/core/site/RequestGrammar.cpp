@@ -16,8 +16,7 @@ struct LinkToken {
     std::string_view Token;
 };
 
-// The percent sign has a token too: as an escape it would not survive the decoding of the query, which leaves no "%" at
-// all.
+// The percent sign has a token too: the decoding of the query, which leaves no "%" at all, would take its escape.
 constexpr LinkToken linkTokens[] = {
     {"%", "<percent>num<percent>"},
     {"&", "<amp>and<amp>"},
@@ -73,12 +72,10 @@ const std::string &Piece(const Arguments &pieces, std::size_t index) {
     return pieces[index];
 }
 
-std::string AlbumPageName(const std::string &target, const std::vector<std::string> &albumNames) {
+std::string AlbumPageName(const std::string &target, const AlbumNames &nameOf) {
     const Arguments pieces = Split(std::string_view(target).substr(target.find('?') + 1), "&");
     if (pieces.size() < 3) return {};
-    const auto number = static_cast<std::size_t>(CInt(pieces[0]));
-    if (number > albumNames.size() || number < 1) return {};
-    std::string name = "Album: " + albumNames[number - 1];
+    std::string name = "Album: " + nameOf(CInt(pieces[0]));
     const std::size_t start = FirstDirectoryIndex(pieces[1]);
     if (pieces.size() <= start) return name;
     name += ", Dir: ";
@@ -163,14 +160,14 @@ std::optional<std::string> GetRequestTarget(std::string_view head) {
     return Trim(head.substr(start, second - start));
 }
 
-std::string GetVisitorPageName(std::string_view head, const std::vector<std::string> &albumNames) {
+std::string GetVisitorPageName(std::string_view head, const AlbumNames &nameOf) {
     const std::optional<std::string> target = GetRequestTarget(head);
     if (!target || IsPartOfAPage(*target)) return {};
     if (target->empty() || EqualsIgnoreCase(*target, "Index")) return "Home Page";
     if (Contains(*target, "ShowPopular")) return "Most Popular";
     if (Contains(*target, "ShowAlbum?")) {
         try {
-            return AlbumPageName(*target, albumNames);
+            return AlbumPageName(*target, nameOf);
         } catch (const RunTimeError &) {
             return {};
         }

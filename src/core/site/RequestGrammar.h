@@ -1,6 +1,8 @@
 // The grammar of requests and links: pure functions of text.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,13 +14,12 @@ namespace pixmora {
 using Arguments = std::vector<std::string>;
 
 /// Percent decoder with the program's own symbols, in this order: "%XX" until no "%" is left (so a decoded "%" is
-/// decoded again), "+" and "**" to a blank, "*" to "&". @throws RunTimeError TypeMismatch for an escape that isn't
-/// hexadecimal
+/// decoded again), "+" and "**" to a blank, "*" to "&".
+/// @throws RunTimeError TypeMismatch for an escape that isn't hexadecimal
 std::string DecodeQuery(std::string text);
 
 /// A file or directory name made fit for a link: "&", "+", "#" and "%" as tokens that survive the query's decoding, a
-/// blank as
-/// "%20". Nothing else changes.
+/// blank as "%20". Nothing else changes.
 std::string EncodeLinkPart(std::string_view text);
 
 /// The reverse, for each name that came in an address. @throws RunTimeError as DecodeQuery
@@ -40,9 +41,12 @@ std::string GetRequestMethod(std::string_view head);
 /// What stands between the first two blanks, less its first character (the "/"), trimmed; nothing without both blanks.
 std::optional<std::string> GetRequestTarget(std::string_view head);
 
+/// An album's name by its number. @throws RunTimeError for a number that no album has
+using AlbumNames = std::function<std::string(std::int32_t number)>;
+
 /// The page's name for the visitor list, empty for pictures, frames and everything else that is no page of its own.
-/// @param albumNames of the running website, in the order of their numbers
-std::string GetVisitorPageName(std::string_view head, const std::vector<std::string> &albumNames);
+/// @param nameOf asked for an album's page alone
+std::string GetVisitorPageName(std::string_view head, const AlbumNames &nameOf);
 
 /// A request's target taken apart.
 struct Target {

@@ -28,8 +28,8 @@ struct clsDownloadCookie {
 
 /// The record of one movie transfer, by its connection's index.
 ///
-///     idle (FileSize 0) -- genShowMovie --> running -- last chunk, sweep after 20 s without a chunk, StopWebsite -->
-///     idle
+///     idle (FileSize 0) -- genShowMovie --> running
+///     running -- last chunk, sweep after 20 s without a chunk, StopWebsite --> idle
 struct SendState {
     std::shared_ptr<BinaryFile> FileNumber;  ///< the open file; kept also by an empty movie, which nothing closes
     std::string FilePath;                    ///< full path
@@ -38,8 +38,8 @@ struct SendState {
     Tick LastSendTick = 0;                   ///< of the last chunk
 };
 
-/// Adds a cookie for this visitor, album and path unless one is alive. @return whether it was added, so that this one
-/// counts
+/// Adds a cookie for this visitor, album and path unless one is alive.
+/// @return whether it was added, so that this one counts
 bool AddDownloadCookie(const std::string &ip, std::int32_t album, const std::string &path);
 
 }  // namespace pixmora

@@ -14,7 +14,8 @@ public:
     void StartTimer();
     /// ms from start to stop, or to now while it runs.
     Tick Elapsed() const;
-    /// A duration as text: "3:07" when `isShort`; "07:42.25" for ms; else "03:07:42".
+    /// A duration as text: "3:07" when `isShort`; "07:42.25" for ms; else "03:07:42". Part of the timer, though no
+    /// window shows one today.
     std::string TimeFromSecs(double value, bool isMilliseconds, bool isShort) const;
     /// Sleeps without running any event.
     void Pause(double seconds) const;

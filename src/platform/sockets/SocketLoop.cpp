@@ -227,15 +227,12 @@ bool SocketDescriptor::HasSpareNumbers() const {
 }
 
 void RaiseDescriptorLimit() {
-    static const bool isRaised = [] {
-        rlimit limit{};
-        getrlimit(RLIMIT_NOFILE, &limit);
-        const rlim_t wanted = std::min(limit.rlim_max, wantedDescriptors);
-        if (limit.rlim_cur >= wanted) return true;
-        limit.rlim_cur = wanted;
-        return setrlimit(RLIMIT_NOFILE, &limit) == 0;
-    }();
-    static_cast<void>(isRaised);
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlim_t wanted = std::min(limit.rlim_max, wantedDescriptors);
+    if (limit.rlim_cur >= wanted) return;
+    limit.rlim_cur = wanted;
+    setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 }  // namespace pixmora

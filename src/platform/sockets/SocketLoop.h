@@ -64,7 +64,7 @@ private:
     std::uint32_t watched_ = 0;
 };
 
-/// Raises the limit of the process's descriptors to what is allowed, at most 4096. Only the first call does it.
+/// Raises the limit of the process's descriptors to what is allowed, at most 4096.
 void RaiseDescriptorLimit();
 
 }  // namespace pixmora
