@@ -59,9 +59,7 @@ private:
     bool PreparePort() {
         names_ = GetAlbumNames(count_);
         if (names_.empty()) {
-            const int answer = ShowMessageBox("You haven't setup any albums! Would you like to set one up now?",
-                                              FlagYesNo | FlagCritical);
-            if (answer == AnswerYes) ShowSetup();
+            if (Asks("You haven't setup any albums! Would you like to set one up now?")) ShowSetup();
             return false;
         }
         DoEvents();
@@ -154,10 +152,9 @@ private:
     }
 
     static bool WantsToFix(const std::string &albumName) {
-        return ShowMessageBox("Your album '" + albumName +
-                                  "' cannot be found! The directory which contains its files has been moved or "
-                                  "deleted.\r\n\r\nWould you like to stop your website and fix your album in Setup?",
-                              FlagYesNo | FlagCritical) == AnswerYes;
+        return Asks("Your album '" + albumName +
+                    "' cannot be found! The directory which contains its files has been moved or "
+                    "deleted.\r\n\r\nWould you like to stop your website and fix your album in Setup?");
     }
 
     static void TidyTables() {
