@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr int unhandledErrorStatus = 70;
-
 /// The desktop's own threads are to inherit this, so that only the message loop takes the signals. A file at the size
 /// that the system allows is a full disk, and no reason to end.
 void PrepareSignals() {
@@ -45,7 +43,7 @@ int main(int argc, char **argv) {
     pixmora::SetUnhandledErrorHandler([&desktop](const pixmora::RunTimeError &error) {
         if (!desktop.ShowUnhandledError(error)) return;
         std::fflush(stdout);
-        _exit(unhandledErrorStatus);
+        _exit(pixmora::UnhandledErrorStatus);
     });
     int status = 1;
     pixmora::RunEventHandler([&] {

@@ -8,15 +8,12 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
-#include <optional>
 #include <thread>
 #include <utility>
 
 namespace pixmora {
 
 namespace {
-
-constexpr int unhandledErrorStatus = 70;
 
 /// How many turns of the loop may run inside each other before DoEvents leaves the events to those below: a request
 /// costs a stranger 30 bytes, and each one served inside another's DoEvents costs a kilobyte of stack.
@@ -26,7 +23,6 @@ constexpr int deepestDoEvents = 16;
 constexpr int deepestWait = 512;
 
 std::function<void(const RunTimeError &)> unhandledErrorHandler;
-std::optional<int> quitStatus;
 
 /// One turn of the loop on the stack.
 class Nesting {
@@ -46,7 +42,7 @@ private:
     std::fflush(stdout);
     std::fprintf(stderr, "%s\n", error.what());
     std::fflush(stderr);
-    _exit(unhandledErrorStatus);
+    _exit(UnhandledErrorStatus);
 }
 
 }  // namespace
@@ -88,13 +84,7 @@ void SleepBlocking(int ms) {
 }
 
 int RunMessageLoop() {
-    if (!quitStatus) QCoreApplication::exec();
-    return std::exchange(quitStatus, std::nullopt).value_or(0);
-}
-
-void QuitMessageLoop(int exitStatus) {
-    quitStatus = exitStatus;  // kept, so that quitting before the loop has begun holds too
-    QCoreApplication::exit(exitStatus);
+    return QCoreApplication::exec();
 }
 
 void RunEventHandler(const std::function<void()> &handler) {

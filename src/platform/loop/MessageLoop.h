@@ -23,15 +23,17 @@ void WaitUntilTick(Tick moment);
 /// it).
 void SleepBlocking(int ms);
 
-/// Runs the loop until QuitMessageLoop; gives the exit status passed there.
+/// Runs the loop for the rest of the process. @return the exit status, when the desktop's session ends it
 int RunMessageLoop();
-void QuitMessageLoop(int exitStatus);
+
+/// The exit status of a process that an error has ended.
+inline constexpr int UnhandledErrorStatus = 70;
 
 /// Runs an event's handler. A RunTimeError that comes out of it goes to the handler set below; nothing else is caught.
 void RunEventHandler(const std::function<void()> &handler);
 
-/// What is done with an error that no handler caught. The program shows the message and ends the process with status
-/// 70, which is also what happens when none is set.
+/// What is done with an error that no handler caught. The program shows the message and ends the process with that
+/// status, which is also what happens when none is set.
 void SetUnhandledErrorHandler(std::function<void(const RunTimeError &)> handler);
 
 /// A timer of the run time: repeats while enabled. Disabled when made.

@@ -141,19 +141,6 @@ TEST(MessageLoopTimer, MayBeDestroyedByItsHandler) {
     EXPECT_TRUE(hasRun);
 }
 
-TEST(MessageLoop, RunsUntilItIsToldToQuit) {
-    Timer timer;
-    timer.OnTimer = [] {
-        QuitMessageLoop(3);
-    };
-    timer.SetInterval(1);
-    timer.SetEnabled(true);
-    EXPECT_EQ(RunMessageLoop(), 3);
-    timer.SetEnabled(false);
-    QuitMessageLoop(4);
-    EXPECT_EQ(RunMessageLoop(), 4) << "told before it began";
-}
-
 TEST(MessageLoop, EndsTheProcessOnAnErrorThatNoHandlerCaught) {
     const auto overflow = [] {
         throw RunTimeError(ErrorNumber::Overflow);
