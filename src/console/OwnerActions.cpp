@@ -1,6 +1,7 @@
 // What the owner's buttons and menu items do.
 #include "console/OwnerActions.h"
 
+#include "console/MainStatus.h"
 #include "console/MenuItems.h"
 #include "core/WebsiteStop.h"
 #include "core/site/Globals.h"
@@ -74,9 +75,7 @@ void OwnerActions::Statistics() const {
 
 void OwnerActions::About() const {
     if (ServiceBase().empty()) {
-        ShowMessageBox(App::Title + "\r\n\r\nVersion: " + std::to_string(App::Major) + "." +
-                           std::to_string(App::Minor) + "." + std::to_string(App::Revision),
-                       FlagInformation);
+        ShowMessageBox(App::Title + "\r\n\r\n" + VersionLine(), FlagInformation);
         return;
     }
     OpenInBrowser(ServiceBase() + "/about.php?ver=" + VersionText() +
