@@ -152,9 +152,6 @@ void Desktop::ShowMainWindow() {
         hands.Unloaded = [this] {
             HandleUnloaded();
         };
-        hands.Restored = [this] {
-            mainWindowShown_ = true;
-        };
         hands.ShowTrayMenu = [this](const QPoint &place) {
             ShowTrayMenu(place);
         };
@@ -169,12 +166,10 @@ void Desktop::HandleUnloaded() {
                       "tray.\r\n\r\nTo close Pixmora!, right click its icon and click Exit.",
                       BalloonInformation);
     SaveSetting("Setup", "MinimizeOnce", "1");
-    mainWindowShown_ = false;
 }
 
 void Desktop::ToggleMainWindow() {
-    mainWindowShown_ = !mainWindowShown_;
-    if (mainWindowShown_) {
+    if (!IsMainWindowShown()) {
         ShowMainWindow();
     } else if (main_) {
         main_->Unload();
@@ -194,12 +189,11 @@ void Desktop::LoadTray() {
 void Desktop::ShowTrayMenu(const QPoint &pointer) const {
     if (QApplication::activeModalWidget() != nullptr) return;
     const auto menu = clsXPMenu::Create(
-        SystrayMenu, SystrayMenuItems(mainWindowShown_),
+        SystrayMenu, SystrayMenuItems(IsMainWindowShown()),
         [this](const std::string &menuName, const std::string &itemText) { actions_.HandleClick(menuName, itemText); });
-    const QScreen *screen = QGuiApplication::screenAt(pointer);
-    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    const QScreen &screen = ScreenAt(pointer);
     menu->ShowMenu(
-        TrayMenuPlace(pointer, {menu->GetWidth(), menu->GetHeight()}, screen->geometry(), screen->availableGeometry()));
+        TrayMenuPlace(pointer, {menu->GetWidth(), menu->GetHeight()}, screen.geometry(), screen.availableGeometry()));
 }
 
 void Desktop::EndWithoutQuestion() {

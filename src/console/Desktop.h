@@ -53,7 +53,8 @@ public:
     void ShowSetup() override;
 
     const OwnerActions &Actions() const { return actions_; }
-    bool IsMainWindowShown() const { return mainWindowShown_; }
+    /// From the start, although the splash comes first.
+    bool IsMainWindowShown() const { return !main_ || MainWindowIfUp() != nullptr; }
     /// Shows the main window or sends it to the tray.
     void ToggleMainWindow();
     /// The tray's menu, unless a dialog is open. @param pointer on the screen
@@ -78,7 +79,6 @@ private:
     std::unique_ptr<frmMain> main_;
     std::unique_ptr<frmMsgBox> messageBox_;
     std::unique_ptr<frmHelpBalloon> balloon_;
-    bool mainWindowShown_ = true;  ///< from the start, although the splash comes first
     bool isFailing_ = false;
 };
 

@@ -49,12 +49,12 @@ void Desktop::GreetFirstTime() {
         FlagInformation);
     forms_.ShowSetup({});
     if (GetSettingNumber("Setup", "RunSetup", 0) != 1 || GetSettingNumber("Records", "CreatedAlbum", 0) != 1) return;
-    const int answer = ShowMessageBox(
+    const bool startsNow = Asks(
         "In order for your pictures and movies to appear online, you must start your "
         "website.\r\n\r\nWould you like to do that now?\r\n\r\nIn the future you can do this yourself by "
         "clicking the 'Start Website' button on the main window.",
         FlagYesNo);
-    if (answer == AnswerYes) actions_.StartStop();
+    if (startsNow) actions_.StartStop();
 }
 
 }  // namespace pixmora

@@ -1,11 +1,9 @@
 // A label that can be clicked as a link.
 #include "console/LinkLabel.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 
 #include "console/Skin.h"
-#include "console/SkinButton.h"
 
 namespace pixmora {
 
@@ -21,12 +19,8 @@ QColor UnderPointer(const QColor &colour) {
 
 }  // namespace
 
-LinkLabel::LinkLabel(const char *name, const QString &text, const QString &purpose, QWidget *parent)
-    : QPushButton(text, parent) {
-    setObjectName(QLatin1String(name));
-    setAutoDefault(false);
+LinkLabel::LinkLabel(const char *name, const QString &text, const QString &purpose) : PaintedButton(name, text) {
     setAccessibleDescription(purpose);
-    setAttribute(Qt::WA_Hover);
     setFont(Skin::Font(12));
     SetLook({QColor(0, 0, 128), false, false, false, true});
 }
@@ -60,14 +54,6 @@ void LinkLabel::paintEvent(QPaintEvent *) {
     painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft,
                      fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
     if (hasFocus()) Skin::PaintFocus(painter, QRectF(rect()).adjusted(0, 1, 0, -1), look_.Colour);
-}
-
-void LinkLabel::keyPressEvent(QKeyEvent *event) {
-    if (IsEnter(*event)) {
-        click();
-    } else {
-        QPushButton::keyPressEvent(event);
-    }
 }
 
 }  // namespace pixmora

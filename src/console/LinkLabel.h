@@ -1,7 +1,7 @@
 // A label that can be clicked as a link.
 #pragma once
 
-#include <QPushButton>
+#include "console/SkinButton.h"
 
 namespace pixmora {
 
@@ -15,10 +15,10 @@ struct LinkLook {
 };
 
 /// The text that is read and clicked is whole; what is painted ends in "..." where the room does.
-class LinkLabel : public QPushButton {
+class LinkLabel : public PaintedButton {
 public:
     /// @param purpose what it is a link to, for those who can't see what it stands beside
-    LinkLabel(const char *name, const QString &text, const QString &purpose, QWidget *parent = nullptr);
+    LinkLabel(const char *name, const QString &text, const QString &purpose);
 
     void SetLook(const LinkLook &look);
     const LinkLook &Look() const { return look_; }
@@ -28,7 +28,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     LinkLook look_;

@@ -32,11 +32,15 @@ Figures TotalFigures(double seconds, double connections, double thumbs, double d
 
 }  // namespace
 
+std::string VersionLine() {
+    return "Version: " + std::to_string(App::Major) + "." + std::to_string(App::Minor) + "." +
+           std::to_string(App::Revision);
+}
+
 MainStatus ReadMainStatus() {
     MainStatus status;
     status.IsStarted = gWebsiteStarted;
-    status.Version = "Version: " + std::to_string(App::Major) + "." + std::to_string(App::Minor) + "." +
-                     std::to_string(App::Revision);
+    status.Version = VersionLine();
     std::int32_t count = 0;
     GetAlbumNames(count);
     status.Albums = std::to_string(count);

@@ -5,10 +5,13 @@
 
 namespace pixmora {
 
+/// "Version: 1.0.0"
+std::string VersionLine();
+
 /// Everything that depends on the state and not on the counters.
 struct MainStatus {
     bool IsStarted = false;
-    std::string Version;     ///< "Version: 1.0.0"
+    std::string Version;     ///< its line
     std::string Albums;      ///< their number
     bool HasAlbums = false;  ///< else the link beside the number offers to make the first
     std::string Address;     ///< the site's address, or the notice that it is offline

@@ -1,6 +1,7 @@
 // What the owner's buttons and menu items do.
 #include "console/OwnerActions.h"
 
+#include "console/MainStatus.h"
 #include "console/MenuItems.h"
 #include "core/WebsiteStop.h"
 #include "core/site/Globals.h"
@@ -18,25 +19,16 @@ namespace pixmora {
 
 namespace {
 
-constexpr int flagQuestion = 32;  // asked for, but shown as any other question
-
-bool Asks(const std::string &question, int flags = FlagYesNo) {
-    return ShowMessageBox(question, flags) == AnswerYes;
-}
-
 /// Whether the owner wants to leave a site as it is now.
 bool WantsToExit() {
-    if (!gWebsiteStarted) {
-        return ShowMessageBox("Are you sure you want to exit?", flagQuestion | FlagYesNo) != AnswerNo;
-    }
-    if (gConnectionsSession <= 0) {
-        return ShowMessageBox("Are you sure you want to stop your website and exit?", flagQuestion | FlagYesNo) !=
-               AnswerNo;
-    }
+    const bool hasPeople = gWebsiteStarted && gConnectionsSession > 0;
+    const std::string warning = hasPeople
+                                    ? "There are still people on your website! If you stop your website they won't be "
+                                      "able to see your files.\r\n\r\n"
+                                    : "";
     return ShowMessageBox(
-               "There are still people on your website! If you stop your website they won't be able to see "
-               "your files.\r\n\r\nAre you sure you want to stop your website and exit?",
-               FlagYesNo) != AnswerNo;
+               warning + "Are you sure you want to " + (gWebsiteStarted ? "stop your website and exit?" : "exit?"),
+               hasPeople ? FlagYesNo : FlagQuestion | FlagYesNo) != AnswerNo;
 }
 
 }  // namespace
@@ -54,13 +46,17 @@ void OwnerActions::StartStop() const {
 void OwnerActions::ShowSetup(bool showAlbumsTab, bool addAlbumOnOpen) const {
     const bool wasStarted = gWebsiteStarted;
     if (wasStarted) {
-        if (!Asks("You must stop your website before you enter Setup.\r\n\r\nWould you like to do that now?")) return;
+        if (!Asks("You must stop your website before you enter Setup.\r\n\r\nWould you like to do that now?",
+                  FlagYesNo)) {
+            return;
+        }
         if (!StopWebsite(false)) return;
     }
     hands_.ShowSetupForm({showAlbumsTab, addAlbumOnOpen});
     WebsiteStatusChanged();
     if (wasStarted && Asks("In order for your pictures and movies to appear online, you must restart your "
-                           "website.\r\n\r\nWould you like to do that now?")) {
+                           "website.\r\n\r\nWould you like to do that now?",
+                           FlagYesNo)) {
         StartStop();
     }
 }
@@ -70,7 +66,8 @@ void OwnerActions::Statistics() const {
         OpenInBrowser("http://" + GetLocalIP() + ":" + std::to_string(gSystray->wnskListen->LocalPort()) +
                       "/ShowAlbum?ShowStats");
     } else if (Asks("You must start your website before viewing your statistics.\r\n\r\nWould you like to start it "
-                    "now?")) {
+                    "now?",
+                    FlagYesNo)) {
         StartStop();
         Statistics();
     }
@@ -78,9 +75,7 @@ void OwnerActions::Statistics() const {
 
 void OwnerActions::About() const {
     if (ServiceBase().empty()) {
-        ShowMessageBox(App::Title + "\r\n\r\nVersion: " + std::to_string(App::Major) + "." +
-                           std::to_string(App::Minor) + "." + std::to_string(App::Revision),
-                       FlagInformation);
+        ShowMessageBox(App::Title + "\r\n\r\n" + VersionLine(), FlagInformation);
         return;
     }
     OpenInBrowser(ServiceBase() + "/about.php?ver=" + VersionText() +

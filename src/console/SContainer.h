@@ -1,62 +1,42 @@
 // The captioned frame in which the controls of a dialog stand.
 #pragma once
 
-#include <QColor>
 #include <QList>
 #include <QString>
 #include <QWidget>
 #include <functional>
 
 class QMouseEvent;
+class QPainter;
 
 namespace pixmora {
 
 /// A rounded field with its caption in a gap of the upper line. Controls are laid out in it as in any widget; its
-/// margins keep them clear of the frame. Font, pointer and Enabled are those that every widget has.
+/// margins keep them clear of the frame. Colours are the skin's; font, pointer and Enabled those of every widget.
 class SContainer : public QWidget {
 public:
-    enum class Bevel { Flat, Raised, Sunken };
-    enum class DisabledLook { Grey, Unchanged };  ///< of the caption
-
-    explicit SContainer(const QString &caption, QWidget *parent = nullptr);
+    explicit SContainer(const QString &caption);
 
     const QString &Caption() const { return caption_; }
     void SetCaption(const QString &caption);
-    /// Where the caption stands on the line: left, middle or right.
-    void SetAlignment(Qt::Alignment alignment);
-    void SetBevelStyle(Bevel bevel);
-    void SetBorderStyle(bool hasBorder);
-    void SetBackColor(const QColor &colour);
-    void SetForeColor(const QColor &colour);
-    void SetDisabledBehaviour(DisabledLook look);
 
+    // What every captioned frame has besides, although no dialog of ours asks for it.
+    enum class Bevel { Flat, Raised, Sunken };
+    Qt::Alignment Alignment = Qt::AlignLeft;  ///< of the caption on its line
+    Bevel BevelStyle = Bevel::Flat;
+    std::function<void(const QMouseEvent &)> OnCaptionMouse;  ///< pressed, moved, released; runs under the event guard
     /// The controls that stand directly in the frame.
     QList<QWidget *> ControlsContained() const;
 
-    // Of the pointer on the caption; run under the event guard.
-    std::function<void(const QMouseEvent &)> OnCaptionMouseDown;
-    std::function<void(const QMouseEvent &)> OnCaptionMouseMove;
-    std::function<void(const QMouseEvent &)> OnCaptionMouseUp;
-
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
-    void changeEvent(QEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     QRect CaptionRect() const;
-    void PassOn(const std::function<void(const QMouseEvent &)> &handler, const QMouseEvent &event) const;
-    void PaintLines(class QPainter &painter) const;
+    void PaintLines(QPainter &painter) const;
 
     QString caption_;
-    Qt::Alignment alignment_ = Qt::AlignLeft;
-    Bevel bevel_ = Bevel::Flat;
-    DisabledLook disabledLook_ = DisabledLook::Grey;
-    bool hasBorder_ = true;
-    QColor backColor_;
-    QColor foreColor_;
 };
 
 }  // namespace pixmora

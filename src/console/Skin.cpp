@@ -1,6 +1,7 @@
 // The look that all windows of the program share: colours, fonts, surfaces.
 #include "console/Skin.h"
 
+#include <QLabel>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QStringList>
@@ -26,6 +27,16 @@ QFont Font(int pixels, bool bold) {
     font.setPixelSize(pixels);
     font.setBold(bold);
     return font;
+}
+
+QLabel *Label(const QString &text, int pixels, const QColor &colour, bool bold) {
+    auto *label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(Font(pixels, bold));
+    QPalette colours = label->palette();
+    colours.setColor(QPalette::WindowText, colour);
+    label->setPalette(colours);
+    return label;
 }
 
 void PaintWindow(QPainter &painter, const QRectF &window) {

@@ -5,6 +5,7 @@
 #include <QFont>
 #include <QPainterPath>
 
+class QLabel;
 class QPainter;
 class QRectF;
 
@@ -28,6 +29,9 @@ inline constexpr QColor Red{200, 60, 52};
 
 /// @param pixels height, in units that the desktop's scaling multiplies
 QFont Font(int pixels, bool bold = false);
+
+/// A label of plain text.
+QLabel *Label(const QString &text, int pixels, const QColor &colour, bool bold = false);
 
 /// Body and border of a window.
 void PaintWindow(QPainter &painter, const QRectF &window);

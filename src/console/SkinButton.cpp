@@ -56,12 +56,23 @@ bool IsEnter(const QKeyEvent &event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
-SkinButton::SkinButton(const char *name, Face face, QWidget *parent) : QPushButton(parent) {
+PaintedButton::PaintedButton(const char *name, const QString &text) : QPushButton(text) {
     setObjectName(QLatin1String(name));
     setAutoDefault(false);
-    setFont(Skin::Font(textPixels, face.Colour != Tone::Plain));
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
+}
+
+void PaintedButton::keyPressEvent(QKeyEvent *event) {
+    if (IsEnter(*event)) {
+        click();
+    } else {
+        QPushButton::keyPressEvent(event);
+    }
+}
+
+SkinButton::SkinButton(const char *name, Face face) : PaintedButton(name, face.Text) {
+    setFont(Skin::Font(textPixels, face.Colour != Tone::Plain));
     SetFace(std::move(face));
 }
 
@@ -111,22 +122,10 @@ void SkinButton::paintEvent(QPaintEvent *) {
     PaintFace(painter, face_);
 }
 
-void SkinButton::keyPressEvent(QKeyEvent *event) {
-    if (IsEnter(*event)) {
-        click();
-    } else {
-        QPushButton::keyPressEvent(event);
-    }
-}
-
-TitleButton::TitleButton(const char *name, Glyph glyph, const QString &purpose, QWidget *parent)
-    : QPushButton(parent), glyph_(glyph) {
-    setObjectName(QLatin1String(name));
-    setAutoDefault(false);
+TitleButton::TitleButton(const char *name, Glyph glyph, const QString &purpose)
+    : PaintedButton(name, {}), glyph_(glyph) {
     setAccessibleName(purpose);
     setToolTip(purpose);
-    setCursor(Qt::PointingHandCursor);
-    setAttribute(Qt::WA_Hover);
     setFixedSize(sizeHint());
 }
 
@@ -143,14 +142,6 @@ void TitleButton::paintEvent(QPaintEvent *) {
     square.moveCenter(QRectF(rect()).center());
     PaintGlyph(painter, glyph_, square, Skin::HeaderInk);
     if (hasFocus()) Skin::PaintFocus(painter, QRectF(rect()).adjusted(2, 2, -2, -2), Skin::HeaderInk);
-}
-
-void TitleButton::keyPressEvent(QKeyEvent *event) {
-    if (IsEnter(*event)) {
-        click();
-    } else {
-        QPushButton::keyPressEvent(event);
-    }
 }
 
 }  // namespace pixmora

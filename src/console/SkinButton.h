@@ -7,9 +7,17 @@
 
 namespace pixmora {
 
-/// Normal, under the pointer, pressed; besides a focus frame, and paler when it is disabled. Space and Enter click it,
-/// and so does the pointer when it is still inside at the release.
-class SkinButton : public QPushButton {
+/// A button that draws itself: clicked by Space and Enter, and by the pointer when it is still inside at the release.
+class PaintedButton : public QPushButton {
+public:
+    PaintedButton(const char *name, const QString &text);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+};
+
+/// Normal, under the pointer, pressed; besides a focus frame, and paler when it is disabled.
+class SkinButton : public PaintedButton {
 public:
     enum class Tone {
         Plain,
@@ -23,10 +31,9 @@ public:
         Tone Colour = Tone::Plain;
     };
 
-    SkinButton(const char *name, Face face, QWidget *parent = nullptr);
+    SkinButton(const char *name, Face face);
 
     void SetFace(Face face);
-    const Face &CurrentFace() const { return face_; }
     /// Paints a face in this button's present state.
     void PaintFace(QPainter &painter, const Face &face) const;
 
@@ -35,27 +42,25 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     Face face_;
 };
 
 /// A button of the title area: a white glyph on the blue, framed under the pointer.
-class TitleButton : public QPushButton {
+class TitleButton : public PaintedButton {
 public:
-    TitleButton(const char *name, Glyph glyph, const QString &purpose, QWidget *parent = nullptr);
+    TitleButton(const char *name, Glyph glyph, const QString &purpose);
     QSize sizeHint() const override { return {28, 24}; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     Glyph glyph_;
 };
 
-/// Whether the key clicks a button that has the focus, besides Space: either Enter.
+/// Whether the key is either Enter.
 bool IsEnter(const QKeyEvent &event);
 
 }  // namespace pixmora

@@ -106,12 +106,15 @@ void SkinWindow::closeEvent(QCloseEvent *event) {
     RunEventHandler([this] { CloseByOwner(); });
 }
 
+const QScreen &ScreenAt(const QPoint &place) {
+    const QScreen *screen = QGuiApplication::screenAt(place);
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
 void PlaceOver(QWidget &window, const QWidget *other) {
     window.adjustSize();
     const bool hasOther = other != nullptr && other->isVisible() && !other->isMinimized();
-    const QScreen *screen = hasOther ? other->screen() : QGuiApplication::screenAt(QCursor::pos());
-    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-    const QRect room = screen->availableGeometry();
+    const QRect room = (hasOther ? *other->screen() : ScreenAt(QCursor::pos())).availableGeometry();
     QRect place = window.rect();
     place.moveCenter(hasOther ? other->geometry().center() : room.center());
     place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())));

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QPoint>
 
+class QScreen;
 class QVBoxLayout;
 
 namespace pixmora {
@@ -52,6 +53,9 @@ private:
     TitleArea *title_;
     QVBoxLayout *contents_;
 };
+
+/// The screen that shows the place; the first one where none does.
+const QScreen &ScreenAt(const QPoint &place);
 
 /// Moves the window to the middle of the screen where the owner is working, over the other window when that shows.
 void PlaceOver(QWidget &window, const QWidget *other);

@@ -11,8 +11,7 @@
 
 namespace pixmora {
 
-/// Icons of a balloon.
-inline constexpr int BalloonNoIcon = 0;
+/// The icon of a balloon; every other number shows none.
 inline constexpr int BalloonInformation = 1;
 
 /// Where the tray's menu goes: left of the pointer where it would run past the right edge, and clear of the task bar.

@@ -34,7 +34,7 @@ public:
 
     /// Shows the menu with its corner there, on the screen. Every other menu closes, but for the parent.
     void ShowMenu(const QPoint &corner);
-    void MoveMenu(const QPoint &corner);
+    void MoveMenu(const QPoint &corner);  ///< part of every menu, although none of ours moves
     int GetHeight() const;
     int GetWidth() const;
     void DrawMenu(QPainter &painter) const;

@@ -15,6 +15,7 @@
 #include "console/Glyphs.h"
 #include "console/LinkLabel.h"
 #include "console/Skin.h"
+#include "console/SkinWindow.h"
 #include "console/Texts.h"
 
 namespace pixmora {
@@ -65,15 +66,10 @@ protected:
     }
 };
 
-QLabel *MakeLabel(const char *name, const QFont &font) {
-    auto *label = new QLabel;
+QLabel *MakeLabel(const char *name, bool bold) {
+    QLabel *label = Skin::Label({}, 12, Skin::Ink, bold);
     label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setFont(font);
-    QPalette colours = label->palette();
-    colours.setColor(QPalette::WindowText, Skin::Ink);
-    label->setPalette(colours);
     return label;
 }
 
@@ -92,8 +88,8 @@ QPoint BalloonPlace(const QPoint &pointer, const QSize &balloon, const QRect &sc
 
 frmHelpBalloon::frmHelpBalloon(const std::function<void()> &openSupport)
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint),
-      lblHelpBalloonTitle(MakeLabel("lblHelpBalloonTitle", Skin::Font(12, true))),
-      lblHelpBalloonDesc(MakeLabel("lblHelpBalloonDesc", Skin::Font(12))),
+      lblHelpBalloonTitle(MakeLabel("lblHelpBalloonTitle", true)),
+      lblHelpBalloonDesc(MakeLabel("lblHelpBalloonDesc", false)),
       lblOnlineSupport(new LinkLabel("lblOnlineSupport", QStringLiteral("Online Support"), {})) {
     setObjectName(QStringLiteral("frmHelpBalloon"));
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -129,9 +125,7 @@ void frmHelpBalloon::Show(const std::string &title, const std::string &text, boo
     setAccessibleDescription(lblHelpBalloonDesc->text());
     adjustSize();
     const QPoint pointer = QCursor::pos();
-    const QScreen *screen = QGuiApplication::screenAt(pointer);
-    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-    move(BalloonPlace(pointer, size(), screen->geometry()));
+    move(BalloonPlace(pointer, size(), ScreenAt(pointer).geometry()));
     // A modal dialog blocks every window but those that belong to it.
     winId();
     if (const QWidget *dialog = QApplication::activeModalWidget()) {

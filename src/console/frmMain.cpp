@@ -1,7 +1,6 @@
 // The owner's dashboard.
 #include "console/frmMain.h"
 
-#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -58,18 +57,8 @@ private:
     SkinButton *button_;
 };
 
-QLabel *MakeLabel(const QString &text, int pixels, const QColor &colour, bool bold = false) {
-    auto *label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setFont(Skin::Font(pixels, bold));
-    QPalette colours = label->palette();
-    colours.setColor(QPalette::WindowText, colour);
-    label->setPalette(colours);
-    return label;
-}
-
 QLabel *MakeFigure(const char *name, const char *start, const QString &meaning) {
-    QLabel *label = MakeLabel(QLatin1String(start), 12, Skin::Ink, true);
+    QLabel *label = Skin::Label(QLatin1String(start), 12, Skin::Ink, true);
     label->setObjectName(QLatin1String(name));
     label->setAccessibleDescription(meaning);
     return label;
@@ -88,7 +77,7 @@ frmMain::frmMain(const OwnerActions &actions, MainWindowHands hands)
     Contents()->addWidget(MakeCounts());
     Contents()->addWidget(MakeStatistics());
     Contents()->addLayout(MakeButtons());
-    lblVersion = MakeLabel({}, 11, Skin::SoftInk);
+    lblVersion = Skin::Label({}, 11, Skin::SoftInk);
     lblVersion->setObjectName(QStringLiteral("lblVersion"));
     Contents()->addWidget(lblVersion, 0, Qt::AlignRight);
     AddTitleButtons();
@@ -113,7 +102,7 @@ QWidget *frmMain::MakeAddress() {
     lblAddress->setMaximumWidth(longestAddress);
     lblAddressOptions =
         new LinkLabel("lblAddressOptions", QStringLiteral("Options"), QStringLiteral("What to do with the address"));
-    grid->addWidget(MakeLabel(QStringLiteral("My Website's Address:"), 12, Skin::SoftInk), 0, 0);
+    grid->addWidget(Skin::Label(QStringLiteral("My Website's Address:"), 12, Skin::SoftInk), 0, 0);
     grid->addWidget(lblAddressOptions, 0, 1, Qt::AlignRight);
     grid->addWidget(lblAddress, 1, 0, 1, 2, Qt::AlignLeft);
     return card;
@@ -128,11 +117,11 @@ QWidget *frmMain::MakeCounts() {
     lblAlbumsBrowse = new LinkLabel("lblAlbumsBrowse", QStringLiteral("Browse"), QStringLiteral("Albums"));
     lblStatActiveSession = MakeFigure("lblStatActiveSession", "0", QStringLiteral("Active Visitors"));
     lblSeeActive = new LinkLabel("lblSeeActive", QStringLiteral("Show"), QStringLiteral("Active Visitors"));
-    row->addWidget(MakeLabel(QStringLiteral("Albums:"), 12, Skin::SoftInk));
+    row->addWidget(Skin::Label(QStringLiteral("Albums:"), 12, Skin::SoftInk));
     row->addWidget(lblStatAlbums);
     row->addWidget(lblAlbumsBrowse);
     row->addStretch();
-    row->addWidget(MakeLabel(QStringLiteral("Active Visitors:"), 12, Skin::SoftInk));
+    row->addWidget(Skin::Label(QStringLiteral("Active Visitors:"), 12, Skin::SoftInk));
     row->addWidget(lblStatActiveSession);
     row->addWidget(lblSeeActive);
     return card;
@@ -144,7 +133,7 @@ frmMain::FigureLabels frmMain::AddFigureRow(QGridLayout &grid, const char *title
     const QString meaning = Caption(title).chopped(1);
     const FigureLabels labels{MakeFigure(sessionName, start, meaning + QStringLiteral(", Session")),
                               MakeFigure(totalName, totalStart, meaning + QStringLiteral(", Total"))};
-    grid.addWidget(MakeLabel(Caption(title), 12, Skin::SoftInk), row, 0);
+    grid.addWidget(Skin::Label(Caption(title), 12, Skin::SoftInk), row, 0);
     grid.addWidget(labels.Session, row, 1);
     grid.addWidget(labels.Total, row, 2);
     return labels;
@@ -156,8 +145,8 @@ QWidget *frmMain::MakeStatistics() {
     grid->setContentsMargins(12, 9, 12, 11);
     grid->setVerticalSpacing(5);
     for (const int column : {0, 1, 2}) grid->setColumnStretch(column, 1);
-    grid->addWidget(MakeLabel(QStringLiteral("Session:"), 12, Skin::HeaderBottom, true), 0, 1);
-    grid->addWidget(MakeLabel(QStringLiteral("Total:"), 12, Skin::HeaderBottom, true), 0, 2);
+    grid->addWidget(Skin::Label(QStringLiteral("Session:"), 12, Skin::HeaderBottom, true), 0, 1);
+    grid->addWidget(Skin::Label(QStringLiteral("Total:"), 12, Skin::HeaderBottom, true), 0, 2);
     runningTime_ =
         AddFigureRow(*grid, "Running Time:", "lblStatRunningTimeSession", "lblStatRunningTimeTotal", "0h 0m", "0d 0h");
     connections_ = AddFigureRow(*grid, "Visitors:", "lblStatConnectionsSession", "lblStatConnectionsTotal", "0", "0");
@@ -185,8 +174,8 @@ QLayout *frmMain::MakeButtons() {
 }
 
 void frmMain::AddTitleButtons() {
-    cmdMenu = new TitleButton("cmdMenu", Glyph::Menu, QStringLiteral("Menu"), Title());
-    imgMin = new TitleButton("imgMin", Glyph::Minimise, QStringLiteral("Minimize Window"), Title());
+    cmdMenu = new TitleButton("cmdMenu", Glyph::Menu, QStringLiteral("Menu"));
+    imgMin = new TitleButton("imgMin", Glyph::Minimise, QStringLiteral("Minimize Window"));
     Title()->layout()->addWidget(cmdMenu);
     Title()->layout()->addWidget(imgMin);
     QWidget *const order[] = {lblAddress,    lblAddressOptions, lblAlbumsBrowse, lblSeeActive, cmdStartStop, cmdSetup,
@@ -228,7 +217,6 @@ void frmMain::Load() {
     activateWindow();
     tmrTray.SetEnabled(true);
     SetFiguresRunning(gWebsiteStarted);
-    hands_.Restored();
 }
 
 void frmMain::Unload() {
@@ -241,11 +229,6 @@ void frmMain::Unload() {
         showMinimized();
     }
     hands_.Unloaded();
-}
-
-void frmMain::changeEvent(QEvent *event) {
-    SkinWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange && IsUp()) RunEventHandler([this] { hands_.Restored(); });
 }
 
 void frmMain::UpdateStatus() {

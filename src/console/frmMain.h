@@ -20,7 +20,6 @@ namespace pixmora {
 struct MainWindowHands {
     std::function<bool()> HasTray;   ///< asked anew each time: a desktop's tray may come late
     std::function<void()> Unloaded;  ///< the window has gone to the tray
-    std::function<void()> Restored;  ///< the window is up again, by the program or by the desktop
     std::function<void(const QPoint &place)> ShowTrayMenu;
 };
 
@@ -46,7 +45,6 @@ public:
 
 protected:
     void CloseByOwner() override { Unload(); }
-    void changeEvent(QEvent *event) override;
 
 private:
     /// One row of the two columns of figures.

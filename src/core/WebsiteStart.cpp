@@ -61,9 +61,7 @@ private:
         std::int32_t count = 0;
         names_ = GetAlbumNames(count);
         if (!names_.empty()) return true;
-        const int answer =
-            ShowMessageBox("You haven't setup any albums! Would you like to set one up now?", FlagYesNo | FlagCritical);
-        if (answer == AnswerYes) ShowSetup();
+        if (Asks("You haven't setup any albums! Would you like to set one up now?")) ShowSetup();
         return false;
     }
 
@@ -161,10 +159,9 @@ private:
     }
 
     static bool WantsToFix(const std::string &albumName) {
-        return ShowMessageBox("Your album '" + albumName +
-                                  "' cannot be found! The directory which contains its files has been moved or "
-                                  "deleted.\r\n\r\nWould you like to stop your website and fix your album in Setup?",
-                              FlagYesNo | FlagCritical) == AnswerYes;
+        return Asks("Your album '" + albumName +
+                    "' cannot be found! The directory which contains its files has been moved or "
+                    "deleted.\r\n\r\nWould you like to stop your website and fix your album in Setup?");
     }
 
     static void TidyTables() {

@@ -22,7 +22,6 @@ namespace pixmora {
 namespace {
 
 constexpr std::string_view latestNews = "LatestNews";
-constexpr int yesNoCritical = FlagYesNo | FlagCritical;
 constexpr int yesNoInformation = FlagYesNo | FlagInformation;
 
 std::string EncodedAccountName() {
@@ -31,10 +30,6 @@ std::string EncodedAccountName() {
 
 std::string AddressOnListenPort(const std::string &host) {
     return "http://" + host + ":" + std::to_string(gSystray->wnskListen->LocalPort());
-}
-
-bool Asks(const std::string &question, int flags) {
-    return ShowMessageBox(question, flags) == AnswerYes;
 }
 
 /// Whether the text can be a host at all. A page that some box on the way puts in the place of the answer can't, and
@@ -48,17 +43,15 @@ void WarnOfDifferentAddresses(const std::string &own, const std::string &seen) {
     if (!GetSetting("Setup", "RunFirewallCheck").empty() || !GetSetting("IgnoreMsg", "DifferentIps").empty()) return;
     const bool ignoreInFuture =
         Asks("We have detected your private IP is " + own + ", but your public IP is " + seen +
-                 " !\r\n\r\nTherefore, unless you have configured your network for this, you may experience problems "
-                 "with visitors accessing your site.\r\n\r\nPlease run the Firewall Check in Setup to make sure you "
-                 "won't encounter any connection problems.\r\n\r\nWould you like to ignore this message in the future?",
-             yesNoCritical);
+             " !\r\n\r\nTherefore, unless you have configured your network for this, you may experience problems "
+             "with visitors accessing your site.\r\n\r\nPlease run the Firewall Check in Setup to make sure you "
+             "won't encounter any connection problems.\r\n\r\nWould you like to ignore this message in the future?");
     if (ignoreInFuture) SaveSetting("IgnoreMsg", "DifferentIPs", "1");
 }
 
 void TellOfExtinction() {
     if (Asks("This version of " + App::Title +
-                 " has been determined extinct!\r\n\r\nWould you like to read about the latest version now?",
-             yesNoCritical)) {
+             " has been determined extinct!\r\n\r\nWould you like to read about the latest version now?")) {
         OpenInBrowser(ServiceBase() + "/download.php");
     }
 }

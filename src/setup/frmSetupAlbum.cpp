@@ -204,7 +204,7 @@ void frmSetupAlbum::ChangeDirectory() {
     for (;;) {
         GetFolderName();
         if (!IsDriveRoot(FromQt(txtAlbumPath->text()))) return;
-        if (ShowMessageBox(DriveRootQuestion, FlagYesNo | FlagCritical) == AnswerYes) continue;
+        if (Asks(DriveRootQuestion)) continue;
         txtAlbumPath->clear();
         return;
     }

@@ -43,7 +43,7 @@ protected:
              Done += "end ";
          }}};
     frmMain Main{Actions,
-                 {[this] { return HasTray; }, [this] { Done += "unloaded "; }, [] {},
+                 {[this] { return HasTray; }, [this] { Done += "unloaded "; },
                   [this](const QPoint &) {
                       Done += "menu ";
                   }}};
@@ -162,7 +162,7 @@ TEST_F(frmMainTest, LooksTheSameOnALightAndADarkDesktop) {
     QApplication::setPalette(QPalette(QColor(230, 230, 230), QColor(40, 40, 44), QColor(80, 80, 80), QColor(20, 20, 20),
                                       QColor(60, 60, 60), QColor(230, 230, 230), QColor(Qt::white), QColor(30, 30, 30),
                                       QColor(40, 40, 44)));
-    frmMain dark(Actions, {[] { return true; }, [] {}, [] {},
+    frmMain dark(Actions, {[] { return true; }, [] {},
                            [](const QPoint &) {
                            }});
     dark.Load();

@@ -126,15 +126,12 @@ TEST(SContainer, HoldsControlsAndHearsItsCaption) {
     QWidget control(&frame);
     EXPECT_EQ(frame.ControlsContained(), QList<QWidget *>{&control});
     std::string heard;
-    frame.OnCaptionMouseDown = [&heard](const QMouseEvent &) {
-        heard += "down ";
-    };
-    frame.OnCaptionMouseUp = [&heard](const QMouseEvent &) {
-        heard += "up ";
+    frame.OnCaptionMouse = [&heard](const QMouseEvent &event) {
+        heard += event.type() == QEvent::MouseButtonPress ? "down " : "up ";
     };
     QTest::mouseClick(&frame, Qt::LeftButton, {}, QPoint(25, 5));
     EXPECT_EQ(heard, "down up ");
-    frame.SetAlignment(Qt::AlignRight);
+    frame.Alignment = Qt::AlignRight;
     QTest::mouseClick(&frame, Qt::LeftButton, {}, QPoint(25, 5));
     EXPECT_EQ(heard, "down up ");
     frame.SetCaption(QStringLiteral("Edit User"));

@@ -10,8 +10,6 @@
 namespace pixmora::test {
 namespace {
 
-constexpr int criticalQuestion = FlagYesNo | FlagCritical;
-
 using Website = RunningSite;
 
 TEST_F(Website, StartShowsItsStepsAndListensLast) {
@@ -34,7 +32,7 @@ TEST_F(Website, StartShowsItsStepsAndListensLast) {
 
 TEST_F(Website, StartWithoutAlbumsAsksForOneAndStops) {
     for (const int answer : {AnswerNo, AnswerYes}) {
-        Owner.ExpectMessage("You haven't setup any albums! Would you like to set one up now?", criticalQuestion,
+        Owner.ExpectMessage("You haven't setup any albums! Would you like to set one up now?", CriticalQuestion,
                             answer);
         if (answer == AnswerYes) Owner.ExpectSetup();
         EXPECT_EQ(Start(), std::vector<std::string>{"Pixmora! Stopped!"});
@@ -77,9 +75,9 @@ TEST_F(Website, StartAsksAboutAnAlbumWhoseFolderIsGone) {
     const std::string question =
         "Your album 'A' cannot be found! The directory which contains its files has been moved or deleted.\r\n\r\n"
         "Would you like to stop your website and fix your album in Setup?";
-    Owner.ExpectMessage(question, criticalQuestion, AnswerYes);
+    Owner.ExpectMessage(question, CriticalQuestion, AnswerYes);
     EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
-    Owner.ExpectMessage(question, criticalQuestion, AnswerNo);
+    Owner.ExpectMessage(question, CriticalQuestion, AnswerNo);
     Start();
     EXPECT_TRUE(gWebsiteStarted);
     EXPECT_EQ(gAlbums.at(0)->PictureCount, 0);

@@ -18,6 +18,10 @@ int ShowMessageBox(const std::string &text, int flags) {
     return (flags & FlagYesNo) != 0 ? AnswerNo : AnswerOk;
 }
 
+bool Asks(const std::string &question, int flags) {
+    return ShowMessageBox(question, flags) == AnswerYes;
+}
+
 void ShowHelpBalloon(const std::string &title, const std::string &text) {
     if (gOwnerDialogue != nullptr) gOwnerDialogue->ShowHelpBalloon(title, text);
 }

@@ -8,7 +8,9 @@ namespace pixmora {
 /// Flags of a message box; the two that are looked at. 64 shows the information icon, as does anything without 16.
 inline constexpr int FlagYesNo = 4;
 inline constexpr int FlagCritical = 16;
+inline constexpr int FlagQuestion = 32;  ///< asked for, but shown as any other question
 inline constexpr int FlagInformation = 64;
+inline constexpr int CriticalQuestion = FlagYesNo | FlagCritical;
 /// Its answers.
 inline constexpr int AnswerOk = 1;
 inline constexpr int AnswerYes = 6;
@@ -37,6 +39,8 @@ public:
 void SetOwnerDialogue(OwnerDialogue *dialogue);
 
 int ShowMessageBox(const std::string &text, int flags);
+/// A question with Yes and No. @return whether the answer is Yes
+bool Asks(const std::string &question, int flags = CriticalQuestion);
 void ShowHelpBalloon(const std::string &title, const std::string &text);
 void ShowNotice(const std::string &text);
 void OpenInBrowser(const std::string &url);

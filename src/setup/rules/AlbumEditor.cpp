@@ -19,7 +19,6 @@ namespace pixmora {
 
 namespace {
 
-constexpr int criticalQuestion = FlagYesNo | FlagCritical;
 constexpr std::int64_t bigPictureBytes = 30720;
 constexpr std::int32_t smallCopyWidth = 200;
 
@@ -166,11 +165,8 @@ AlbumFields AlbumEditor::Save(AlbumFields fields) const {
 }
 
 void AlbumEditor::AskAboutDirectory(AlbumFields &fields, const std::string &storedDirectory) const {
-    const int answer = ShowMessageBox(
-        "You have changed your album's directory! Doing this will reset your Most Popular page.\r\n\r\n"
-        "Are you sure you want to do this?",
-        criticalQuestion);
-    if (answer == AnswerYes) {
+    if (Asks("You have changed your album's directory! Doing this will reset your Most Popular page.\r\n\r\n"
+             "Are you sure you want to do this?")) {
         ResetPopularity(editAlbumName_);
     } else {
         fields.Directory = storedDirectory;
@@ -182,7 +178,7 @@ void AlbumEditor::AskAboutSubDirectories() {
     const int answer = ShowMessageBox(
         "You have decided to stop including subdirectories, but there are files on your Most Popular page that are in "
         "these subdirectories!\r\n\r\nDo you wanna keep these files on your Most Popular page?",
-        criticalQuestion);
+        CriticalQuestion);
     if (answer != AnswerNo) return;
     RemoveNested("PopularFiles", "FilePath", IsBelowTheRoot);
     RemoveNested("PopularDirs", "DirPath", IsNotTheRoot);
@@ -223,7 +219,7 @@ void AlbumEditor::Delete() const {
 }
 
 bool AlbumEditor::OfferToDelete() const {
-    if (ShowMessageBox("Are you sure you want to delete this album?", criticalQuestion) == AnswerNo) return false;
+    if (ShowMessageBox("Are you sure you want to delete this album?", CriticalQuestion) == AnswerNo) return false;
     Delete();
     return true;
 }
@@ -245,11 +241,10 @@ std::string ChooserStart(const std::string &present, const std::string &myPictur
 
 std::string OfferSmallCopy(const std::string &picturePath) {
     if (FileLength(picturePath) <= bigPictureBytes) return picturePath;
-    const int answer = ShowMessageBox(
-        "The picture you have specified is pretty big to show on your front page.\r\n\r\n"
-        "Would you like me to resize it for you?",
-        criticalQuestion);
-    if (answer != AnswerYes) return picturePath;
+    if (!Asks("The picture you have specified is pretty big to show on your front page.\r\n\r\n"
+              "Would you like me to resize it for you?")) {
+        return picturePath;
+    }
     std::string copyPath = picturePath + ".pixmoraicon";
     std::int32_t success = 0;
     gPictureEngine->Load(picturePath, 0, success);

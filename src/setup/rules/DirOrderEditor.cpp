@@ -20,7 +20,6 @@ namespace pixmora {
 
 namespace {
 
-constexpr int flagQuestion = 32;  // asked for, but shown as any other question
 constexpr int placeDigits = 6;
 
 std::string PlaceText(int place) {
@@ -133,10 +132,10 @@ void DirOrderEditor::Save() {
 }
 
 void DirOrderEditor::OfferToSave() {
-    if (!orderChanged_) return;
-    const int answer =
-        ShowMessageBox("Do you want to save changes to the current directory structure?", flagQuestion | FlagYesNo);
-    if (answer == AnswerYes) Save();
+    if (orderChanged_ &&
+        Asks("Do you want to save changes to the current directory structure?", FlagQuestion | FlagYesNo)) {
+        Save();
+    }
 }
 
 }  // namespace pixmora

@@ -17,7 +17,6 @@ namespace pixmora {
 namespace {
 
 constexpr int longestWaitSeconds = 10;  // whole ones: the wait is over when the eleventh is
-constexpr int criticalQuestion = FlagYesNo | FlagCritical;
 constexpr const char *reached = "good";
 /// Any number: the socket refuses what is no port.
 int PortOf(const std::string &text) {
@@ -157,20 +156,18 @@ void PortCheck::TellOutcome(const std::string &publicAddress, Probe outcome) con
             FlagInformation);
         SaveSetting("Records", "FirewallCheck", "Pass");
     } else if (const std::string privateAddress = hands_.PrivateIP(); privateAddress != publicAddress) {
-        const int answer = ShowMessageBox(
-            "Your private IP address is " + privateAddress + ", but your public IP address is " + publicAddress +
-                " ! It appears your computer is on a network behind some sort of router that has not been properly "
-                "configured.\r\n\r\nWould you like to read up on properly configuring your router?",
-            criticalQuestion);
-        if (answer == AnswerYes) OpenInBrowser(hands_.ServiceBase + "/support_config.php");
+        if (Asks("Your private IP address is " + privateAddress + ", but your public IP address is " + publicAddress +
+                 " ! It appears your computer is on a network behind some sort of router that has not been properly "
+                 "configured.\r\n\r\nWould you like to read up on properly configuring your router?")) {
+            OpenInBrowser(hands_.ServiceBase + "/support_config.php");
+        }
     } else {
-        const int answer = ShowMessageBox(
-            "Your private and public IP addresses are the same but your computer did not receive our request. This "
-            "usually indicates your friends will not be able to connect to your website. Your Internet Service "
-            "Provider or firewall may block incoming traffic to certain ports on your computer. Please try changing "
-            "your listening port in Port Setup.\r\n\r\nWould you like to read more on this?",
-            criticalQuestion);
-        if (answer == AnswerYes) OpenInBrowser(hands_.ServiceBase + "/support_noluck.php");
+        if (Asks("Your private and public IP addresses are the same but your computer did not receive our request. "
+                 "This usually indicates your friends will not be able to connect to your website. Your Internet "
+                 "Service Provider or firewall may block incoming traffic to certain ports on your computer. Please "
+                 "try changing your listening port in Port Setup.\r\n\r\nWould you like to read more on this?")) {
+            OpenInBrowser(hands_.ServiceBase + "/support_noluck.php");
+        }
     }
 }
 

@@ -15,15 +15,10 @@ namespace pixmora {
 
 namespace {
 
-constexpr int criticalQuestion = FlagYesNo | FlagCritical;
 constexpr std::size_t longestPath = 40;
 constexpr std::string_view cut = "...";
 constexpr int pageChoices = 20;
 constexpr int rowsAtFirst = 4;
-
-bool Asks(const std::string &question) {
-    return ShowMessageBox(question, criticalQuestion) == AnswerYes;
-}
 
 void RecommendRunOnStart(const SetupHands &hands) {
     if (!IsFirstRun() || hands.IsRunOnStartTicked()) return;
