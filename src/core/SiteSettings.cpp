@@ -32,10 +32,6 @@ constexpr std::int32_t QualityFlag(std::int32_t percent) {
 
 }  // namespace
 
-int ListenPort() {
-    return RoundToLong(CDbl(GetSetting("Setup", "ListenPort", "8080")));
-}
-
 void LoadStyleSheet() {
     std::string path = StyleSheetPath(GetSetting("Setup", "Style", "Default"));
     if (!FileExists(path)) path = StyleSheetPath("Default");

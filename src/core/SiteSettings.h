@@ -6,9 +6,6 @@
 
 namespace pixmora {
 
-/// The port of the setting, rounded to a whole number. @throws RunTimeError TypeMismatch
-int ListenPort();
-
 /// The style sheet of the setting or else the default one. Neither there: the owner is warned and the sheet is empty.
 void LoadStyleSheet();
 /// Title, author, the welcome text.
