@@ -6,14 +6,12 @@
 #include "core/WebsiteStop.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
-#include "core/site/RequestGrammar.h"
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/CentralService.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "store/Globals.h"
-#include "store/Settings.h"
 
 namespace pixmora {
 
@@ -78,8 +76,7 @@ void OwnerActions::About() const {
         ShowMessageBox(App::Title + "\r\n\r\n" + VersionLine(), FlagInformation);
         return;
     }
-    OpenInBrowser(ServiceBase() + "/about.php?ver=" + VersionText() +
-                  "&username=" + EncodeLinkPart(GetSetting("Setup", "AccountName")));
+    OpenInBrowser(ServiceBase() + "/about.php?ver=" + VersionText() + "&username=" + EncodedAccountName());
 }
 
 void OwnerActions::Exit() const {

@@ -7,7 +7,6 @@
 #include "core/site/Globals.h"
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
-#include "outside/Address.h"
 #include "platform/runtime/Numbers.h"
 #include "store/Settings.h"
 

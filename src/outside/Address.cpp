@@ -67,15 +67,6 @@ std::string LinkAnchor(std::string_view address) {
 
 }  // namespace
 
-int ListenPort() {
-    return RoundToLong(CDbl(GetSetting("Setup", "ListenPort", "8080")));
-}
-
-std::string ListenAddress() {
-    const std::string address = Trim(GetSetting("Setup", "ListenAddress"));
-    return EqualsIgnoreCase(address, "localhost") ? "127.0.0.1" : address;
-}
-
 std::string GetLocalIP() {
     std::string address = ListenAddress();
     if (!address.empty()) return address;

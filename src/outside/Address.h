@@ -7,11 +7,6 @@
 
 namespace pixmora {
 
-/// The port that the website is to listen on, rounded to a whole number. @throws RunTimeError TypeMismatch
-int ListenPort();
-/// The one address of the machine that the website listens on, dotted; empty for all of them.
-std::string ListenAddress();
-
 /// The machine's own IPv4 address, dotted: the one listened on, else the hosts table's for the machine's own name, or
 /// the first interface's where that is none or a loopback one. Never waits. With none, a message tells the owner, and
 /// the answer is empty.

@@ -24,10 +24,6 @@ namespace {
 constexpr std::string_view latestNews = "LatestNews";
 constexpr int yesNoInformation = FlagYesNo | FlagInformation;
 
-std::string EncodedAccountName() {
-    return EncodeLinkPart(GetSetting("Setup", "AccountName"));
-}
-
 std::string AddressOnListenPort(const std::string &host) {
     return "http://" + host + ":" + std::to_string(gSystray->wnskListen->LocalPort());
 }
@@ -76,8 +72,7 @@ void TellOfNews(const std::string &stamp) {
 /// One word of the service's answer. @return false when it calls the start off
 bool Heed(const std::string &word) {
     if (word == "OK") {
-        const std::string account = EncodedAccountName();
-        if (!account.empty()) gWebsiteAddress = ServiceBase() + "?" + account;
+        if (const std::string redirecting = RedirectingAddress(); !redirecting.empty()) gWebsiteAddress = redirecting;
     } else if (word == "OldVersionExtinct") {
         TellOfExtinction();
         return false;
@@ -97,6 +92,16 @@ std::string FormatKey(const char *key, double value) {
 
 std::string ServiceBase() {
     return GetSetting("Setup", "ServiceBase");
+}
+
+std::string EncodedAccountName() {
+    return EncodeLinkPart(GetSetting("Setup", "AccountName"));
+}
+
+std::string RedirectingAddress() {
+    const std::string base = ServiceBase();
+    const std::string account = EncodedAccountName();
+    return base.empty() || account.empty() ? "" : base + "?" + account;
 }
 
 std::string VersionText() {

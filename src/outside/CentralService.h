@@ -10,6 +10,12 @@ namespace pixmora {
 /// The service's base address of the kind "http://host", from the settings; empty for none: then nothing is sent.
 std::string ServiceBase();
 
+/// The site's account at the service as addresses carry it; empty for none.
+std::string EncodedAccountName();
+
+/// The address at the service that leads on to the site wherever it is; empty without a service or an account.
+std::string RedirectingAddress();
+
 /// The version as the service reads it: two digits, two digits, four digits ("01000000").
 std::string VersionText();
 

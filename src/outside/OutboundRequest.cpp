@@ -142,4 +142,8 @@ std::string GetWebPage(std::string_view url) {
     return WithoutHead(socket->Tag);
 }
 
+void EndWebPageRequest() {
+    if (gSystray) gSystray->wnskDownload->Close();
+}
+
 }  // namespace pixmora

@@ -16,4 +16,7 @@ inline constexpr std::size_t LongestAnswer = 1024 * 1024;
 /// silence. A call made while another waits ends that one, empty.
 std::string GetWebPage(std::string_view url);
 
+/// Ends the call that waits, if one does; it has what has come so far.
+void EndWebPageRequest();
+
 }  // namespace pixmora

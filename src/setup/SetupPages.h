@@ -10,7 +10,7 @@ namespace pixmora {
 /// The central service as the tabs speak of it.
 struct ServiceFacts {
     std::string Base;         ///< "http://host", empty for none
-    std::string AccountName;  ///< of the site, empty for none
+    std::string Redirecting;  ///< the site's address there, empty for none
 };
 
 /// Each in a frame that scrolls where the screen is too small for it. Controls are found by their names.

@@ -111,10 +111,9 @@ QWidget *MakeOnlinePage(const ServiceFacts &service) {
                                   AddressLink("lblURLOnlineList", hasService ? service.Base + "/online.php" : "",
                                               "There is no central service.")));
     auto *redirect = new QVBoxLayout;
-    const bool hasAccount = hasService && !service.AccountName.empty();
     redirect->addLayout(
         AddressRow("Website can be found at:",
-                   AddressLink("lblURLRedirecting", hasAccount ? service.Base + "?" + service.AccountName : "",
+                   AddressLink("lblURLRedirecting", service.Redirecting,
                                hasService ? "Your website has no account name." : "There is no central service.")));
     auto *frame = new PageFrame;
     frame->Add(Box("SContainerListOnline", "List Server Online", listing,

@@ -13,17 +13,15 @@
 
 #include "console/Events.h"
 #include "console/Texts.h"
-#include "core/site/Globals.h"
-#include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/CentralService.h"
+#include "outside/OutboundRequest.h"
 #include "platform/loop/App.h"
 #include "setup/ControlText.h"
 #include "setup/FormParts.h"
 #include "setup/SetupPages.h"
 #include "setup/frmSetupWebcam.h"
 #include "setup/rules/InternetState.h"
-#include "store/Settings.h"
 
 namespace pixmora {
 
@@ -76,7 +74,7 @@ frmSetup::frmSetup(const SetupOpening &opening, SetupSurroundings surroundings)
 frmSetup::~frmSetup() = default;
 
 void frmSetup::MakeTabs() {
-    const ServiceFacts service{ServiceBase(), GetSetting("Setup", "AccountName")};
+    const ServiceFacts service{ServiceBase(), RedirectingAddress()};
     SSTab1->setObjectName(QStringLiteral("SSTab1"));
     SSTab1->addTab(MakeIntroductionPage(), QStringLiteral("Introduction"));
     SSTab1->addTab(MakeGeneralPage(), QStringLiteral("General"));
@@ -210,7 +208,7 @@ void frmSetup::ClickCancel() {
 void frmSetup::Unload() {
     if (isCheckRunning_) {
         check_.Abandon();
-        if (gSystray) gSystray->wnskDownload->Close();  // the answer that the check may be waiting for
+        EndWebPageRequest();  // whose answer the check may be waiting for
     }
     done(Accepted);
 }

@@ -4,6 +4,7 @@
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 #include "store/clsRegistry.h"
 
 namespace pixmora {
@@ -56,6 +57,15 @@ void DeleteSetting(std::string_view section, std::string_view key) {
 
 std::int32_t GetSettingNumber(std::string_view section, std::string_view key, std::int32_t fallback) {
     return CLng(GetSetting(section, key, std::to_string(fallback)));
+}
+
+int ListenPort() {
+    return GetSettingNumber("Setup", "ListenPort", 8080);
+}
+
+std::string ListenAddress() {
+    const std::string address = Trim(GetSetting("Setup", "ListenAddress"));
+    return EqualsIgnoreCase(address, "localhost") ? "127.0.0.1" : address;
 }
 
 void MigrateSettings() {

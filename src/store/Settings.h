@@ -21,6 +21,11 @@ void DeleteSetting(std::string_view section, std::string_view key);
 /// (an empty one is none), Overflow beyond 32 bits
 std::int32_t GetSettingNumber(std::string_view section, std::string_view key, std::int32_t fallback);
 
+/// The port of the website, rounded to a whole number. @throws RunTimeError TypeMismatch
+int ListenPort();
+/// The one address of the machine that the website listens on, dotted; empty for all of them.
+std::string ListenAddress();
+
 /// Brings settings of earlier versions to their present place and form; the first thing at program start.
 void MigrateSettings();
 

@@ -246,10 +246,10 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     PlayedService service;
     service.Answer = "127.0.0.1";
     SaveSetting("Setup", "ServiceBase", service.Base());
-    SaveSetting("Setup", "AccountName", "ann");
+    SaveSetting("Setup", "AccountName", "ann b");
     const auto form = Open();
     EXPECT_EQ(TextOf(*form, "lblPublicIP"), "...");
-    EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting").text(), ToQt(service.Base() + "?ann"));
+    EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting").text(), ToQt(service.Base() + "?ann%20b"));
     const auto free = Winsock::Create();
     free->SetLocalPort(0);
     free->Listen();

@@ -2,13 +2,10 @@
 #include "platform/sockets/LocalAddresses.h"
 
 #include <arpa/inet.h>
-#include <ifaddrs.h>
-#include <net/if.h>
 #include <netdb.h>
-#include <netinet/in.h>
 #include <unistd.h>
 
-#include <memory>
+#include <QNetworkInterface>
 
 #include "platform/runtime/Text.h"
 
@@ -48,14 +45,14 @@ std::vector<std::string> HostTableAddresses() {
 }
 
 std::vector<std::string> InterfaceAddresses() {
-    ifaddrs *first = nullptr;
-    if (getifaddrs(&first) != 0) return {};
-    const std::unique_ptr<ifaddrs, void (*)(ifaddrs *)> owner(first, freeifaddrs);
     std::vector<std::string> addresses;
-    for (const ifaddrs *entry = first; entry != nullptr; entry = entry->ifa_next) {
-        if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_INET) continue;
-        if ((entry->ifa_flags & IFF_UP) == 0 || (entry->ifa_flags & IFF_LOOPBACK) != 0) continue;
-        addresses.push_back(Dotted(&reinterpret_cast<const sockaddr_in *>(entry->ifa_addr)->sin_addr));
+    for (const QNetworkInterface &interface : QNetworkInterface::allInterfaces()) {
+        const auto flags = interface.flags();
+        if (!flags.testFlag(QNetworkInterface::IsUp) || flags.testFlag(QNetworkInterface::IsLoopBack)) continue;
+        for (const QNetworkAddressEntry &entry : interface.addressEntries()) {
+            if (entry.ip().protocol() != QAbstractSocket::IPv4Protocol) continue;
+            addresses.push_back(entry.ip().toString().toStdString());
+        }
     }
     return addresses;
 }
