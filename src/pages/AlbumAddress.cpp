@@ -1,7 +1,6 @@
 // What the arguments of an album address say.
 #include "pages/AlbumAddress.h"
 
-#include "pages/Templates.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"

@@ -93,8 +93,8 @@ void AppendPopularRow(std::string &rows) {
            CrLf, R"(<a href="ShowPopular?thumbs">)", R"(<img src="ShowGraphic?popular.gif" border=0></a></td>)",
            R"(<td valign="top" class="tdAlbumList"><a href="ShowAlbum?ShowPopular&thumbs">)"
            R"(<font class="lblAlbumName">Most Popular</font>)",
-           "</a><br>", R"(<font class="lblPictureList">See the top 5 directories and top )", gFilesPerRow * 5,
-           " pictures and movies!<br><br><b>Click to view!</b></font>",
+           "</a><br>", R"(<font class="lblPictureList">See the top 5 directories and top )",
+           MultiplyLong(gFilesPerRow, 5), " pictures and movies!<br><br><b>Click to view!</b></font>",
            R"(</td><td><table width="100%" border=0 cellpadding=5><tr><td class="tdPictureCell" valign="top" )"
            R"(align="center" id="pop" onMouseOver="mMouseOver('pop');" onMouseOut="mMouseOut('pop');">)",
            featured.Picture, "</td></tr></table></td></tr>");

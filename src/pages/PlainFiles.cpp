@@ -3,12 +3,12 @@
 
 #include "core/site/RequestGrammar.h"
 #include "pages/AlbumAddress.h"
-#include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -70,10 +70,6 @@ void AppendListRow(std::string &list, const AlbumMedia &media, std::int32_t inde
            FileSizeText(media, file), "</font>", "</td></tr>", CrLf, CrLf);
 }
 
-std::int32_t MultiplyLong(std::int32_t left, std::int32_t right) {
-    return RoundToLong(static_cast<double>(left) * right);
-}
-
 /// The indexes of the files on a page, first and last; the last is below the first on a page behind the files.
 /// @throws RunTimeError SubscriptOutOfRange for a page before the first, Overflow
 struct PageRange {
@@ -81,7 +77,7 @@ struct PageRange {
         if (gFilesPerPage == 0) return;
         First = MultiplyLong(AddLong(media.Page, -1), gFilesPerPage);
         if (First < 0) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-        Last = std::min(Last, AddLong(First, gFilesPerPage - 1));
+        Last = std::min(Last, AddLong(First, AddLong(gFilesPerPage, -1)));
     }
     std::int32_t First;
     std::int32_t Last;
@@ -111,7 +107,7 @@ std::string FirstAndPrevious(const AlbumMedia &media) {
         return R"(<img src="ShowGraphic?firstdisabled.gif" alt="First">&nbsp;)"
                R"(<img src="ShowGraphic?previousdisabled.gif" alt="Previous">&nbsp;)";
     return Concat(PageLink(media, 1), R"(<img src="ShowGraphic?first.gif" alt="First" border=0></a>&nbsp;)",
-                  PageLink(media, media.Page - 1),
+                  PageLink(media, AddLong(media.Page, -1)),
                   R"(<img src="ShowGraphic?previous.gif" alt="Previous" border=0></a>&nbsp;)");
 }
 
@@ -122,7 +118,8 @@ std::string NextAndLast(const AlbumMedia &media) {
         return R"(<img src="ShowGraphic?nextdisabled.gif" alt="Next">&nbsp;)"
                R"(<img src="ShowGraphic?lastdisabled.gif" alt="Last">&nbsp;)";
     const double lastPage = RoundUpTo(static_cast<double>(media.LastIndex()) / gFilesPerPage, 0);
-    return Concat(PageLink(media, media.Page + 1), R"(<img src="ShowGraphic?next.gif" alt="Next" border=0></a>&nbsp;)",
+    return Concat(PageLink(media, AddLong(media.Page, 1)),
+                  R"(<img src="ShowGraphic?next.gif" alt="Next" border=0></a>&nbsp;)",
                   PageLink(media, static_cast<std::int64_t>(lastPage)),
                   R"(<img src="ShowGraphic?last.gif" alt="Last" border=0></a>&nbsp;)");
 }

@@ -5,12 +5,12 @@
 #include "core/site/Visitors.h"
 #include "pages/AlbumAddress.h"
 #include "pages/Listings.h"
-#include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Popularity.h"
 

@@ -3,9 +3,8 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
 
-#include "platform/runtime/Text.h"
+#include "platform/runtime/Numbers.h"
 
 namespace pixmora {
 
@@ -63,38 +62,12 @@ std::string MakeFooter() {
                   "</b></a></font>");
 }
 
-std::string BrowserScript() {
-    return Replace(R"(<script language="javascript">
-sBrowser = "IE"; sBrowserVer = 6;
-function mMouseOver(tdID) {
-   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
-       var tdbox = document.all("pic_" + tdID);
-       if (tdbox != null) tdbox.style.border = "solid #2254B1 1px"
-   }
-}
-
-function mMouseOut(tdID) {
-   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
-       var tdbox = document.all("pic_" + tdID);
-       if (tdbox != null) tdbox.style.border = "solid white 1px"
-   }
-}
-</script>
-)",
-                   "\n", CrLf);
-}
-
 std::string EscapeForScript(std::string_view text) {
     return Replace(std::string(text), "'", "\\'");
 }
 
 std::string LoginNameText(std::string_view username) {
     return username.empty() ? std::string() : Concat("User: ", username);
-}
-
-double Rnd() {
-    static std::mt19937 generator{std::random_device{}()};  // one for the process: each seed costs as much as a page
-    return std::uniform_real_distribution<double>(0, 1)(generator);
 }
 
 }  // namespace pixmora

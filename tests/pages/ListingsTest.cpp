@@ -2,7 +2,7 @@
 #include "pages/Listings.h"
 
 #include "pages/AlbumAddress.h"
-#include "pages/Templates.h"
+#include "platform/runtime/Text.h"
 #include "support/SiteFixture.h"
 
 namespace pixmora::test {

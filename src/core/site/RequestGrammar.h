@@ -17,8 +17,7 @@ using Arguments = std::vector<std::string>;
 std::string DecodeQuery(std::string text);
 
 /// A file or directory name made fit for a link: "&", "+", "#" and "%" as tokens that survive the query's decoding, a
-/// blank as
-/// "%20". Nothing else changes.
+/// blank as "%20". Nothing else changes.
 std::string EncodeLinkPart(std::string_view text);
 
 /// The reverse, for each name that came in an address. @throws RunTimeError as DecodeQuery

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "platform/sockets/Winsock.h"
-#include "store/Statistics.h"
 #include "store/Statistics.h"  // NoAlbum, which callers of BookKilobytes pass
 
 namespace pixmora {
