@@ -20,20 +20,15 @@ namespace pixmora {
 
 namespace {
 
-/// None for an address that names no album or lacks a number.
-std::optional<AlbumMedia> ReadMediaAddress(const Arguments &args) {
-    try {
-        AlbumMedia media;
-        media.Album = AlbumArgument(args, 0);
-        media.ViewWord = Argument(args, 1);
-        media.Shown = ReadView(media.ViewWord);
-        media.Page = CLng(Argument(args, 2));
-        media.Directory = ReadAlbumDirectory(args);
-        if (media.Shown == View::SlideShow) media.Show = ReadSlideShow(args, 3);
-        return media;
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+AlbumMedia ReadMediaAddress(const Arguments &args) {
+    AlbumMedia media;
+    media.Album = AlbumArgument(args, 0);
+    media.ViewWord = Argument(args, 1);
+    media.Shown = ReadView(media.ViewWord);
+    media.Page = CLng(Argument(args, 2));
+    media.Directory = ReadAlbumDirectory(args);
+    if (media.Shown == View::SlideShow) media.Show = ReadSlideShow(args, 3);
+    return media;
 }
 
 std::string ViewItems(const AlbumMedia &media) {
@@ -145,7 +140,7 @@ std::string NoFiles(const AlbumMedia &media, std::string_view user) {
     const ReadScope reads(*gDatabase);  // each directory asks for its protection and its place
     std::vector<SubDirectory> directories;
     if (media.Album->SubDirectories != 0 && media.Directory.IsUsable)
-        directories = ListSubDirs(media.Album->ID, Concat("\\", media.Directory.RelativePath));
+        directories = ListSubDirs(*media.Album, Concat("\\", media.Directory.RelativePath));
     if (directories.empty()) return R"(<font class="lblPictureNav">No files here.</font>)";
 
     std::string list =
@@ -153,14 +148,14 @@ std::string NoFiles(const AlbumMedia &media, std::string_view user) {
     for (const SubDirectory &directory : directories) {
         // Deliberate: no separator between the two, so that below the root only the parent's protection is found.
         const std::string path = media.Directory.Path + directory.Name;
-        if (IsListed(user, media.Album->ID, directory.Name, path, "")) AppendSubDirectoryRow(list, media, directory);
+        if (IsListed(user, *media.Album, directory.Name, path, "")) AppendSubDirectoryRow(list, media, directory);
     }
     return list + "</table>";
 }
 
 std::vector<std::string> FilesOf(const AlbumMedia &media) {
     if (!media.Directory.IsUsable) return {};
-    return ListMediaFiles(media.Album->ID, Concat(media.Album->Directory, "\\", media.Directory.RelativePath));
+    return ListMediaFiles(*media.Album, Concat(media.Album->Directory, "\\", media.Directory.RelativePath));
 }
 
 PicParts MediaParts(const AlbumMedia &media, std::string_view user) {
@@ -189,30 +184,30 @@ std::string DetailsLink(const AlbumMedia &media, std::string_view file) {
 }
 
 void clsWebServerCommands::genShowAlbumMedia(const Connection &socket, const Arguments &args) const {
-    std::optional<AlbumMedia> media = ReadMediaAddress(args);
+    std::optional<AlbumMedia> media = TryRead(args, ReadMediaAddress);
     if (!media) return SendIgnoringErrors(socket, "Bad Request!");
 
     const std::string user = socket->Tag;
-    if (IsProtectedDir(media->Album->ID, media->Directory.LastName, media->Directory.Path)) {
+    if (IsProtectedDir(*media->Album, media->Directory.LastName, media->Directory.Path)) {
         media->CountWord = "nocount";
-        std::string message;
-        if (!CanViewDir(user, media->Album->ID, media->Directory.Path, message))
-            return genShowLogin(socket, args, message);
+        const ViewRight right = CanViewDir(user, *media->Album, media->Directory.Path);
+        if (!right.IsGiven) return genShowLogin(socket, args, right.Refusal);
     }
     media->Files = FilesOf(*media);
     media->Show.SetFileCount(media->LastIndex() + 1);
 
-    std::string body = tplShowAlbumMedia;
     const bool isRoot = media->Directory.RelativePath.empty();
-    Fill(body, "{STYLE_SHEET}", gStyleSheet);
-    Fill(body, "{SERVER_TITLE}", gServerTitle);
-    Fill(body, "{DIR_TITLE}", DirDisplayTitle(media->Album->ID, isRoot ? "" : media->Directory.LastName));
-    Fill(body, "{AUTHOR}", gAuthor);
-    Fill(body, "{LOGIN_NAME}", LoginNameText(user));
-    FillPicParts(body, MediaParts(*media, user));
-    SendIgnoringErrors(socket, WriteResponseHead("text/html", true) + body);
+    std::vector<Filling> fillings = {
+        {"{STYLE_SHEET}", gStyleSheet},
+        {"{SERVER_TITLE}", gServerTitle},
+        {"{DIR_TITLE}", DirDisplayTitle(*media->Album, isRoot ? "" : media->Directory.LastName)},
+        {"{AUTHOR}", gAuthor},
+        {"{LOGIN_NAME}", LoginNameText(user)},
+    };
+    AddPicParts(fillings, MediaParts(*media, user));
+    const std::size_t size = SendPage(socket, tplShowAlbumMedia, fillings);
     DoEvents();
-    BookKilobytes(media->Album->Name, body.size());
+    BookKilobytes(media->Album->Name, size);
 }
 
 }  // namespace pixmora

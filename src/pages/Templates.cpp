@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "platform/runtime/Numbers.h"
 
@@ -40,20 +41,19 @@ void AppendFilled(std::string &page, std::string_view text, std::span<const Fill
 
 }  // namespace
 
-void Fill(std::string &page, std::string_view placeholder, std::string_view value) {
-    std::size_t position = 0;
-    while ((position = page.find(placeholder, position)) != std::string::npos) {
-        page.replace(position, placeholder.size(), value);
-        position += value.size();
-    }
-}
-
-std::string FillAll(std::string head, std::string_view text, std::span<const Filling> fillings) {
+std::string FillAll(std::string head, std::string_view text, const std::vector<Filling> &fillings) {
     std::size_t size = head.size() + text.size();
     for (const Filling &filling : fillings) size += filling.Value.size();
     head.reserve(size);
     AppendFilled(head, text, fillings);
     return head;
+}
+
+std::size_t SendPage(const Connection &socket, std::string_view text, const std::vector<Filling> &fillings) {
+    const std::string head = WriteResponseHead("text/html", true);
+    const std::string page = FillAll(head, text, fillings);
+    SendIgnoringErrors(socket, page);
+    return page.size() - head.size();
 }
 
 std::string MakeFooter() {
