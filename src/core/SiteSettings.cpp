@@ -57,9 +57,9 @@ void LoadSiteTexts() {
 
 void LoadDisplaySettings() {
     const std::int32_t size = GetSettingNumber("Setup", "ImageSize", 3);
-    gThumbSize = size * 50;
-    gSlideshowSize = size * 100;
-    gPreviewSize = size * 125;
+    gThumbSize = MultiplyLong(size, 50);
+    gSlideshowSize = MultiplyLong(size, 100);
+    gPreviewSize = MultiplyLong(size, 125);
     const std::int32_t quality = GetSettingNumber("Setup", "ImageQuality", 3);
     if (quality >= 1 && quality <= 5) {
         gThumbQuality = QualityFlag(20 + quality * 10);

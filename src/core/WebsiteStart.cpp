@@ -166,7 +166,7 @@ private:
 
     static void TidyTables() {
         TidyPopularFiles(DirectoryOfAlbum);
-        TidyPopularDirs(DirectoryOfAlbum, gFilesPerRow * popularDirsPerRow);
+        TidyPopularDirs(DirectoryOfAlbum, MultiplyLong(gFilesPerRow, popularDirsPerRow));
         PurgeHourly();
         PurgeDaily();
     }

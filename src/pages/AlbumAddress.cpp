@@ -1,7 +1,7 @@
 // What the arguments of an album address say.
 #include "pages/AlbumAddress.h"
 
-#include "pages/Templates.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -31,6 +31,18 @@ AlbumPointer AlbumArgument(const Arguments &args, std::size_t index) {
 
 std::string LinkPath(std::string_view path) {
     return EncodeLinkPart(Replace(std::string(path), "\\", "/"));
+}
+
+std::string VisitorFilePath(std::string_view albumDirectory, std::string_view linkPath) {
+    const std::string path = ProgramPath(DecodeLinkPart(linkPath));
+    // Without its separator in front a path would lead to the album's neighbours on the disk.
+    if (!path.starts_with('\\') || path.ends_with('\\') || HasForbiddenPart(path)) return {};
+    std::string file(albumDirectory);
+    for (const std::string &part : Split(path, "\\")) {
+        // One spelling for each file: views are counted and protections found by it.
+        if (!part.empty() && part != ".") file += "\\" + part;
+    }
+    return file;
 }
 
 AlbumDirectory ReadAlbumDirectory(const Arguments &args) {

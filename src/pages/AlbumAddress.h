@@ -1,11 +1,12 @@
 // What the arguments of an album address say, and how its parts are put back into a link.
 #pragma once
 
-#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "core/site/RequestGrammar.h"
+#include "platform/runtime/RunTimeError.h"
 #include "store/clsAlbum.h"
 
 namespace pixmora {
@@ -17,9 +18,25 @@ const std::string &Argument(const Arguments &args, std::size_t index);
 /// @throws RunTimeError TypeMismatch, Overflow or SubscriptOutOfRange when it names none
 AlbumPointer AlbumArgument(const Arguments &args, std::size_t index);
 
+/// What a page reads of its address; nothing when an argument is missing or isn't what it has to be.
+template <typename Read>
+auto TryRead(const Arguments &args, Read read) -> std::optional<decltype(read(args))> {
+    try {
+        return read(args);
+    } catch (const RunTimeError &) {
+        return std::nullopt;
+    }
+}
+
 /// A path below an album's root as it stands in links: "/" between the parts, and each part in link form.
 /// @param path plain, with "\"
 std::string LinkPath(std::string_view path);
+
+/// A file's full path from an address: the album's root and the link path, decoded, in its one spelling. The one gate
+/// that every visitor's path goes through.
+/// @param linkPath with a leading "/". A path that no visitor may use (a ".." part, a NUL, no "/" in front) gives an
+/// empty text, at which no file exists. @throws RunTimeError as DecodeLinkPart
+std::string VisitorFilePath(std::string_view albumDirectory, std::string_view linkPath);
 
 /// The directory of an album address, in each form that the pages need. Names that are empty are passed over.
 struct AlbumDirectory {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "core/site/Globals.h"
-#include "pages/Templates.h"
 #include "platform/files/Files.h"
 #include "platform/movies/MovieFacts.h"
 #include "platform/runtime/Numbers.h"

@@ -14,6 +14,7 @@
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"
 #include "store/Popularity.h"
+#include "store/Schema.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 
@@ -93,8 +94,8 @@ void AppendPopularRow(std::string &rows) {
            CrLf, R"(<a href="ShowPopular?thumbs">)", R"(<img src="ShowGraphic?popular.gif" border=0></a></td>)",
            R"(<td valign="top" class="tdAlbumList"><a href="ShowAlbum?ShowPopular&thumbs">)"
            R"(<font class="lblAlbumName">Most Popular</font>)",
-           "</a><br>", R"(<font class="lblPictureList">See the top 5 directories and top )", gFilesPerRow * 5,
-           " pictures and movies!<br><br><b>Click to view!</b></font>",
+           "</a><br>", R"(<font class="lblPictureList">See the top 5 directories and top )",
+           MultiplyLong(gFilesPerRow, 5), " pictures and movies!<br><br><b>Click to view!</b></font>",
            R"(</td><td><table width="100%" border=0 cellpadding=5><tr><td class="tdPictureCell" valign="top" )"
            R"(align="center" id="pop" onMouseOver="mMouseOver('pop');" onMouseOut="mMouseOut('pop');">)",
            featured.Picture, "</td></tr></table></td></tr>");
@@ -105,7 +106,7 @@ void AppendPopularRow(std::string &rows) {
 }
 
 Featured RandomFile(const clsAlbum &album) {
-    const auto media = gDatabase->OpenRecordset(Concat("MediaList", album.ID), RecordsetType::Table);
+    const auto media = gDatabase->OpenRecordset(MediaListName(album.ID), RecordsetType::Table);
     media->MoveAlong(Rnd());
     if (media->Eof()) return {};
     const std::string path = AsText(media->Value("FilePath"));
@@ -220,15 +221,13 @@ std::string ShareList(std::string_view user) {
 }  // namespace
 
 void clsWebServerCommands::genIndex(const Connection &socket) const {
-    const std::string head = WriteResponseHead("text/html", true);
     std::vector<Filling> fillings = SiteFillings();
     fillings.push_back({"{SHARE_LIST}", ShareList(socket->Tag)});
     fillings.push_back({"{VERSION}", Concat(App::Major, ".", App::Minor)});
-    const std::string page = FillAll(head, tplIndex, fillings);
-    SendIgnoringErrors(socket, page);
+    const std::size_t size = SendPage(socket, tplIndex, fillings);
     DoEvents();
     // Deliberate: this page alone books the fraction of a kilobyte.
-    const double kilobytes = static_cast<double>(page.size() - head.size()) / 1024;
+    const double kilobytes = static_cast<double>(size) / 1024;
     gBandwidthSession += kilobytes;
     RecordStat(Stat::Bandwidth, NoAlbum, RoundToLong(kilobytes));
 }

@@ -50,26 +50,24 @@ std::optional<DateTime> LastWriteTime(const Directory &walk, const DirectoryEntr
 
 }  // namespace
 
-std::vector<std::string> ListMediaFiles(std::int32_t album, std::string_view directory) {
-    const AlbumPointer owner = AlbumByNumber(album);
+std::vector<std::string> ListMediaFiles(const clsAlbum &album, std::string_view directory) {
     std::vector<std::string> names;
     const Directory walk(directory);
     for (const DirectoryEntry &entry : walk.Entries()) {
         if (entry.IsDirectory) continue;
-        if (owner->ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) names.push_back(entry.Name);
-        if (owner->ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) names.push_back(entry.Name);
+        if (album.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) names.push_back(entry.Name);
+        if (album.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) names.push_back(entry.Name);
     }
     return names;
 }
 
-std::vector<SubDirectory> ListSubDirs(std::int32_t album, std::string_view directory) {
-    const AlbumPointer owner = AlbumByNumber(album);
-    if (owner->SubDirectories == 0) return {};
+std::vector<SubDirectory> ListSubDirs(const clsAlbum &album, std::string_view directory) {
+    if (album.SubDirectories == 0) return {};
 
     std::optional<DirOrder> places;
-    if (gSortMethod != 0 && gSortMethod != 1) places.emplace(owner->Name);
+    if (gSortMethod != 0 && gSortMethod != 1) places.emplace(album.Name);
     std::vector<Row> rows;
-    const Directory walk(owner->Directory + std::string(directory));
+    const Directory walk(album.Directory + std::string(directory));
     for (const DirectoryEntry &entry : walk.Entries()) {
         if (!IsSubDirectory(entry)) continue;
         const std::optional<DateTime> lastWrite = LastWriteTime(walk, entry);
@@ -108,23 +106,11 @@ bool IsPictureName(std::string_view name) {
     return ending == "jpg" || ending == "gif" || ending == "bmp";
 }
 
-std::string VisitorFilePath(std::string_view albumDirectory, std::string_view linkPath) {
-    const std::string path = ProgramPath(DecodeLinkPart(linkPath));
-    // Without its separator in front a path would lead to the album's neighbours on the disk.
-    if (!path.starts_with('\\') || path.ends_with('\\') || HasForbiddenPart(path)) return {};
-    std::string file(albumDirectory);
-    for (const std::string &part : Split(path, "\\")) {
-        // One spelling for each file: views are counted and protections found by it.
-        if (!part.empty() && part != ".") file += "\\" + part;
-    }
-    return file;
-}
-
-std::string DirDisplayTitle(std::int32_t album, std::string_view name) {
+std::string DirDisplayTitle(const clsAlbum &album, std::string_view name) {
     if (!name.empty() && !Contains(name, "/")) return std::string(name);
     const std::vector<std::string> parts = Split(name, "/");
     const auto last = std::find_if(parts.rbegin(), parts.rend(), [](const std::string &part) { return !part.empty(); });
-    return last == parts.rend() ? AlbumByNumber(album)->Name : *last;
+    return last == parts.rend() ? album.Name : *last;
 }
 
 }  // namespace pixmora

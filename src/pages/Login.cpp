@@ -8,25 +8,24 @@ namespace pixmora {
 
 void clsWebServerCommands::genShowLogin(const Connection &socket, const Arguments &args,
                                         std::string_view message) const {
-    std::string page = WriteResponseHead("text/html", true) + tplShowLogin;
-    Fill(page, "{FORM_ARGS}", Join(args, "&"));
-    Fill(page, "{MESSAGE_TO_VISITOR}", message);
-    Fill(page, "{STYLE_SHEET}", gStyleSheet);
-    Fill(page, "{SERVER_TITLE}", gServerTitle);
-    Fill(page, "{AUTHOR}", gAuthor);
-    Fill(page, "{FOOTER}", MakeFooter());
-    SendIgnoringErrors(socket, page);
+    SendPage(socket, tplShowLogin,
+             {{"{FORM_ARGS}", Join(args, "&")},
+              {"{MESSAGE_TO_VISITOR}", std::string(message)},
+              {"{STYLE_SHEET}", gStyleSheet},
+              {"{SERVER_TITLE}", gServerTitle},
+              {"{AUTHOR}", gAuthor},
+              {"{FOOTER}", MakeFooter()}});
 }
 
 void clsWebServerCommands::setLoginCookies(const Connection &socket, std::string_view argText,
                                            std::string_view username, std::string_view password) const {
-    std::string body = tplSendLogin;
-    Fill(body, "{STYLE_SHEET}", gStyleSheet);
-    Fill(body, "{SERVER_TITLE}", gServerTitle);
-    Fill(body, "{FORM_ARGS}", argText);
     // Without path and expiry, so that closing the browser is what logs a visitor out.
-    SendIgnoringErrors(socket, Concat(WriteResponseHead("text/html", false), "Set-Cookie: ms_username=", username, CrLf,
-                                      "Set-Cookie: password=", password, CrLf, CrLf, body));
+    std::string head = Concat(WriteResponseHead("text/html", false), "Set-Cookie: ms_username=", username, CrLf,
+                              "Set-Cookie: password=", password, CrLf, CrLf);
+    SendIgnoringErrors(socket, FillAll(std::move(head), tplSendLogin,
+                                       {{"{STYLE_SHEET}", gStyleSheet},
+                                        {"{SERVER_TITLE}", gServerTitle},
+                                        {"{FORM_ARGS}", std::string(argText)}}));
 }
 
 }  // namespace pixmora

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "core/site/Globals.h"
 #include "pages/AlbumAddress.h"
-#include "pages/Templates.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 
@@ -37,12 +37,12 @@ View ReadView(std::string_view word) {
     return View::Thumbs;
 }
 
-void FillPicParts(std::string &body, const PicParts &parts) {
-    Fill(body, "{PIC_LIST}", parts.List);
-    Fill(body, "{PIC_PAGE}", parts.Page);
-    Fill(body, "{PIC_NAV_LEFT}", parts.NavLeft);
-    Fill(body, "{PIC_NAV_RIGHT}", parts.NavRight);
-    Fill(body, "{PIC_VIEW}", parts.View);
+void AddPicParts(std::vector<Filling> &fillings, PicParts parts) {
+    fillings.push_back({"{PIC_LIST}", std::move(parts.List)});
+    fillings.push_back({"{PIC_PAGE}", std::move(parts.Page)});
+    fillings.push_back({"{PIC_NAV_LEFT}", std::move(parts.NavLeft)});
+    fillings.push_back({"{PIC_NAV_RIGHT}", std::move(parts.NavRight)});
+    fillings.push_back({"{PIC_VIEW}", std::move(parts.View)});
 }
 
 std::string ViewRow(View current, const ViewLinks &links) {

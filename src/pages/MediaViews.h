@@ -5,8 +5,10 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/site/RequestGrammar.h"
+#include "pages/Templates.h"
 
 namespace pixmora {
 
@@ -24,7 +26,7 @@ struct PicParts {
     std::string View;
 };
 
-void FillPicParts(std::string &body, const PicParts &parts);
+void AddPicParts(std::vector<Filling> &fillings, PicParts parts);
 
 inline constexpr std::string_view PicTableOpening = R"(<table border=0 cellpadding=5 cellspacing=15 align="center">)";
 

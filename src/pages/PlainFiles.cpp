@@ -3,12 +3,11 @@
 
 #include "core/site/RequestGrammar.h"
 #include "pages/AlbumAddress.h"
-#include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/loop/MessageLoop.h"
-#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 
@@ -23,13 +22,8 @@ void SendFile(const Connection &socket, std::string_view contentType, std::strin
     DoEvents();
 }
 
-/// None for a bad album number and for an icon that can't be read.
-std::optional<std::string> ReadAlbumIcon(const Arguments &args) {
-    try {
-        return BinaryFile::OpenForRead(AlbumArgument(args, 0)->FeaturedImagePath)->ReadAll();
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+std::string ReadAlbumIcon(const Arguments &args) {
+    return BinaryFile::OpenForRead(AlbumArgument(args, 0)->FeaturedImagePath)->ReadAll();
 }
 
 }  // namespace
@@ -49,7 +43,7 @@ void clsWebServerCommands::genFaviconico(const Connection &socket) const {
 }
 
 void clsWebServerCommands::genShowAlbumIcon(const Connection &socket, const Arguments &args) const {
-    const std::optional<std::string> icon = ReadAlbumIcon(args);
+    const std::optional<std::string> icon = TryRead(args, ReadAlbumIcon);
     if (!icon) return SendIgnoringErrors(socket, "Bad Request!");
     SendFile(socket, "image/jpeg", *icon);
 }

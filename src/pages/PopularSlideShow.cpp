@@ -2,7 +2,6 @@
 #include "pages/AlbumAddress.h"
 #include "pages/Listings.h"
 #include "pages/PopularMedia.h"
-#include "pages/Templates.h"
 #include "platform/runtime/Text.h"
 #include "store/Popularity.h"
 

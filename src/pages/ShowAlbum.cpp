@@ -8,7 +8,6 @@
 #include "pages/AlbumAddress.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/runtime/RunTimeError.h"
 #include "store/Popularity.h"
 #include "store/Protection.h"
 
@@ -39,26 +38,20 @@ struct Visit {
     AlbumDirectory Directory;
 };
 
-/// Nothing when the address is none of an album that is there.
-std::optional<Visit> TryParseVisit(const Arguments &args) {
-    try {
-        return Visit{AlbumArgument(args, 0), ReadAlbumDirectory(args)};
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+Visit ReadVisit(const Arguments &args) {
+    return {AlbumArgument(args, 0), ReadAlbumDirectory(args)};
 }
 
 /// Once for each visitor, album and directory until the sweep forgets it; not for a directory that is closed to this
 /// visitor.
 void CountVisit(const Connection &socket, const Visit &visit) {
     const std::string &directory = visit.Directory.Path;
-    const std::int32_t album = visit.Album->ID;
+    const clsAlbum &album = *visit.Album;
     if (!visit.Directory.IsUsable) return;
-    std::string reason;
     if (IsProtectedDir(album, visit.Directory.LastName, directory) &&
-        !CanViewDir(socket->Tag, album, directory, reason))
+        !CanViewDir(socket->Tag, album, directory).IsGiven)
         return;
-    if (AddDownloadCookie(socket->RemoteHostIP(), album, directory)) CountDirVisit(visit.Album->Name, directory);
+    if (AddDownloadCookie(socket->RemoteHostIP(), album.ID, directory)) CountDirVisit(album.Name, directory);
 }
 
 }  // namespace
@@ -66,19 +59,18 @@ void CountVisit(const Connection &socket, const Visit &visit) {
 void clsWebServerCommands::genShowAlbum(const Connection &socket, const Arguments &args) const {
     const std::string word = args.empty() ? "" : args[0];
     if (!IsPageWord(word)) {
-        const std::optional<Visit> visit = TryParseVisit(args);
+        const std::optional<Visit> visit = TryRead(args, ReadVisit);
         if (!visit) return SendIgnoringErrors(socket, "Bad Request!");
         CountVisit(socket, *visit);
     }
     std::string argText;
     for (const std::string &arg : args) Append(argText, EncodeLinkPart(arg), "&");
     const MediaFrame frame = ChooseMediaFrame(word, argText);
-    std::string page = WriteResponseHead("text/html", true) + tplShowAlbum;
-    Fill(page, "{SERVER_TITLE}", gServerTitle);
-    Fill(page, "{MEDIA_FRAME}", frame.Page);
-    Fill(page, "{MEDIA_ARGS}", frame.Args);
-    Fill(page, "{DIR_ARGS}", argText);
-    SendIgnoringErrors(socket, page);
+    SendPage(socket, tplShowAlbum,
+             {{"{SERVER_TITLE}", gServerTitle},
+              {"{MEDIA_FRAME}", frame.Page},
+              {"{MEDIA_ARGS}", frame.Args},
+              {"{DIR_ARGS}", argText}});
 }
 
 }  // namespace pixmora

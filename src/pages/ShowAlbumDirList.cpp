@@ -8,7 +8,6 @@
 #include "pages/Visibility.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/runtime/Numbers.h"
-#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
@@ -71,14 +70,6 @@ TreeAddress ParseTreeAddress(const Arguments &args) {
     return ParseAlbumAddress(args);
 }
 
-std::optional<TreeAddress> TryParseTreeAddress(const Arguments &args) {
-    try {
-        return ParseTreeAddress(args);
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
-}
-
 std::string SelectedIf(bool isSelected, std::string_view text) {
     if (!isSelected) return std::string(text);
     return Concat(R"(<font class="lblFolderSelected">&nbsp;)", text, "&nbsp;</font>");
@@ -123,7 +114,7 @@ void AppendDirRow(Tree &tree, std::size_t level, const clsAlbum &album, const st
                   const std::string &prefix, const SubDirectory &subDir) {
     const Arguments &args = tree.Address.Args;
     const std::string path = directory + subDir.Name;
-    if (!IsListed(tree.User, album.ID, subDir.Name, path, "")) return;
+    if (!IsListed(tree.User, album, subDir.Name, path, "")) return;
     const std::string linkName = EncodeLinkPart(subDir.Name);
     // Deliberate: the argument as it was delivered against the name in link form. A name with a blank differs and stays
     // closed.
@@ -148,7 +139,7 @@ void BuildDirBranch(Tree &tree, std::size_t level, const clsAlbum &album, const 
     std::string prefix;
     for (std::size_t j = tree.Address.BaseLevel(); j < level; ++j)
         Append(prefix, EncodeLinkPart(tree.Address.Args[j + 1]), "&");
-    for (const SubDirectory &subDir : ListSubDirs(album.ID, directory))
+    for (const SubDirectory &subDir : ListSubDirs(album, directory))
         AppendDirRow(tree, level, album, directory, prefix, subDir);
 }
 
@@ -194,7 +185,7 @@ void BookTree(const TreeAddress &address, std::size_t bytes) {
 }  // namespace
 
 void clsWebServerCommands::genShowAlbumDirList(const Connection &socket, const Arguments &args) const {
-    std::optional<TreeAddress> address = TryParseTreeAddress(args);
+    std::optional<TreeAddress> address = TryRead(args, ParseTreeAddress);
     if (!address) return SendIgnoringErrors(socket, "Bad Request!");
     Tree tree{socket->Tag, std::move(*address), ""};
     AppendHelpRow(tree);
@@ -202,14 +193,12 @@ void clsWebServerCommands::genShowAlbumDirList(const Connection &socket, const A
     AppendPopularRow(tree);
     AppendAlbumRows(tree);
     AppendStatisticsRow(tree);
-    const std::string head = WriteResponseHead("text/html", true);
-    std::string page = head + tplShowAlbumDirList;
-    Fill(page, "{DIR_LIST}", tree.Rows);
-    Fill(page, "{SERVER_TITLE_SLASH}", EscapeForScript(gServerTitle));
-    Fill(page, "{AUTHOR_SLASH}", EscapeForScript(gAuthor));
-    Fill(page, "{SERVER_URL}", gWebsiteAddress);
-    BookTree(tree.Address, page.size() - head.size());
-    SendIgnoringErrors(socket, page);
+    const std::size_t size = SendPage(socket, tplShowAlbumDirList,
+                                      {{"{DIR_LIST}", tree.Rows},
+                                       {"{SERVER_TITLE_SLASH}", EscapeForScript(gServerTitle)},
+                                       {"{AUTHOR_SLASH}", EscapeForScript(gAuthor)},
+                                       {"{SERVER_URL}", gWebsiteAddress}});
+    BookTree(tree.Address, size);
 }
 
 }  // namespace pixmora

@@ -20,20 +20,15 @@ namespace pixmora {
 
 namespace {
 
-/// None for an address that names no album or lacks a number.
-std::optional<AlbumMedia> ReadMediaAddress(const Arguments &args) {
-    try {
-        AlbumMedia media;
-        media.Album = AlbumArgument(args, 0);
-        media.ViewWord = Argument(args, 1);
-        media.Shown = ReadView(media.ViewWord);
-        media.Page = CLng(Argument(args, 2));
-        media.Directory = ReadAlbumDirectory(args);
-        if (media.Shown == View::SlideShow) media.Show = ReadSlideShow(args, 3);
-        return media;
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+AlbumMedia ReadMediaAddress(const Arguments &args) {
+    AlbumMedia media;
+    media.Album = AlbumArgument(args, 0);
+    media.ViewWord = Argument(args, 1);
+    media.Shown = ReadView(media.ViewWord);
+    media.Page = CLng(Argument(args, 2));
+    media.Directory = ReadAlbumDirectory(args);
+    if (media.Shown == View::SlideShow) media.Show = ReadSlideShow(args, 3);
+    return media;
 }
 
 std::string ViewItems(const AlbumMedia &media) {
@@ -70,10 +65,6 @@ void AppendListRow(std::string &list, const AlbumMedia &media, std::int32_t inde
            FileSizeText(media, file), "</font>", "</td></tr>", CrLf, CrLf);
 }
 
-std::int32_t MultiplyLong(std::int32_t left, std::int32_t right) {
-    return RoundToLong(static_cast<double>(left) * right);
-}
-
 /// The indexes of the files on a page, first and last; the last is below the first on a page behind the files.
 /// @throws RunTimeError SubscriptOutOfRange for a page before the first, Overflow
 struct PageRange {
@@ -81,7 +72,7 @@ struct PageRange {
         if (gFilesPerPage == 0) return;
         First = MultiplyLong(AddLong(media.Page, -1), gFilesPerPage);
         if (First < 0) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-        Last = std::min(Last, AddLong(First, gFilesPerPage - 1));
+        Last = std::min(Last, AddLong(First, AddLong(gFilesPerPage, -1)));
     }
     std::int32_t First;
     std::int32_t Last;
@@ -111,7 +102,7 @@ std::string FirstAndPrevious(const AlbumMedia &media) {
         return R"(<img src="ShowGraphic?firstdisabled.gif" alt="First">&nbsp;)"
                R"(<img src="ShowGraphic?previousdisabled.gif" alt="Previous">&nbsp;)";
     return Concat(PageLink(media, 1), R"(<img src="ShowGraphic?first.gif" alt="First" border=0></a>&nbsp;)",
-                  PageLink(media, media.Page - 1),
+                  PageLink(media, AddLong(media.Page, -1)),
                   R"(<img src="ShowGraphic?previous.gif" alt="Previous" border=0></a>&nbsp;)");
 }
 
@@ -122,7 +113,8 @@ std::string NextAndLast(const AlbumMedia &media) {
         return R"(<img src="ShowGraphic?nextdisabled.gif" alt="Next">&nbsp;)"
                R"(<img src="ShowGraphic?lastdisabled.gif" alt="Last">&nbsp;)";
     const double lastPage = RoundUpTo(static_cast<double>(media.LastIndex()) / gFilesPerPage, 0);
-    return Concat(PageLink(media, media.Page + 1), R"(<img src="ShowGraphic?next.gif" alt="Next" border=0></a>&nbsp;)",
+    return Concat(PageLink(media, AddLong(media.Page, 1)),
+                  R"(<img src="ShowGraphic?next.gif" alt="Next" border=0></a>&nbsp;)",
                   PageLink(media, static_cast<std::int64_t>(lastPage)),
                   R"(<img src="ShowGraphic?last.gif" alt="Last" border=0></a>&nbsp;)");
 }
@@ -148,7 +140,7 @@ std::string NoFiles(const AlbumMedia &media, std::string_view user) {
     const ReadScope reads(*gDatabase);  // each directory asks for its protection and its place
     std::vector<SubDirectory> directories;
     if (media.Album->SubDirectories != 0 && media.Directory.IsUsable)
-        directories = ListSubDirs(media.Album->ID, Concat("\\", media.Directory.RelativePath));
+        directories = ListSubDirs(*media.Album, Concat("\\", media.Directory.RelativePath));
     if (directories.empty()) return R"(<font class="lblPictureNav">No files here.</font>)";
 
     std::string list =
@@ -156,14 +148,14 @@ std::string NoFiles(const AlbumMedia &media, std::string_view user) {
     for (const SubDirectory &directory : directories) {
         // Deliberate: no separator between the two, so that below the root only the parent's protection is found.
         const std::string path = media.Directory.Path + directory.Name;
-        if (IsListed(user, media.Album->ID, directory.Name, path, "")) AppendSubDirectoryRow(list, media, directory);
+        if (IsListed(user, *media.Album, directory.Name, path, "")) AppendSubDirectoryRow(list, media, directory);
     }
     return list + "</table>";
 }
 
 std::vector<std::string> FilesOf(const AlbumMedia &media) {
     if (!media.Directory.IsUsable) return {};
-    return ListMediaFiles(media.Album->ID, Concat(media.Album->Directory, "\\", media.Directory.RelativePath));
+    return ListMediaFiles(*media.Album, Concat(media.Album->Directory, "\\", media.Directory.RelativePath));
 }
 
 PicParts MediaParts(const AlbumMedia &media, std::string_view user) {
@@ -192,30 +184,30 @@ std::string DetailsLink(const AlbumMedia &media, std::string_view file) {
 }
 
 void clsWebServerCommands::genShowAlbumMedia(const Connection &socket, const Arguments &args) const {
-    std::optional<AlbumMedia> media = ReadMediaAddress(args);
+    std::optional<AlbumMedia> media = TryRead(args, ReadMediaAddress);
     if (!media) return SendIgnoringErrors(socket, "Bad Request!");
 
     const std::string user = socket->Tag;
-    if (IsProtectedDir(media->Album->ID, media->Directory.LastName, media->Directory.Path)) {
+    if (IsProtectedDir(*media->Album, media->Directory.LastName, media->Directory.Path)) {
         media->CountWord = "nocount";
-        std::string message;
-        if (!CanViewDir(user, media->Album->ID, media->Directory.Path, message))
-            return genShowLogin(socket, args, message);
+        const ViewRight right = CanViewDir(user, *media->Album, media->Directory.Path);
+        if (!right.IsGiven) return genShowLogin(socket, args, right.Refusal);
     }
     media->Files = FilesOf(*media);
     media->Show.SetFileCount(media->LastIndex() + 1);
 
-    std::string body = tplShowAlbumMedia;
     const bool isRoot = media->Directory.RelativePath.empty();
-    Fill(body, "{STYLE_SHEET}", gStyleSheet);
-    Fill(body, "{SERVER_TITLE}", gServerTitle);
-    Fill(body, "{DIR_TITLE}", DirDisplayTitle(media->Album->ID, isRoot ? "" : media->Directory.LastName));
-    Fill(body, "{AUTHOR}", gAuthor);
-    Fill(body, "{LOGIN_NAME}", LoginNameText(user));
-    FillPicParts(body, MediaParts(*media, user));
-    SendIgnoringErrors(socket, WriteResponseHead("text/html", true) + body);
+    std::vector<Filling> fillings = {
+        {"{STYLE_SHEET}", gStyleSheet},
+        {"{SERVER_TITLE}", gServerTitle},
+        {"{DIR_TITLE}", DirDisplayTitle(*media->Album, isRoot ? "" : media->Directory.LastName)},
+        {"{AUTHOR}", gAuthor},
+        {"{LOGIN_NAME}", LoginNameText(user)},
+    };
+    AddPicParts(fillings, MediaParts(*media, user));
+    const std::size_t size = SendPage(socket, tplShowAlbumMedia, fillings);
     DoEvents();
-    BookKilobytes(media->Album->Name, body.size());
+    BookKilobytes(media->Album->Name, size);
 }
 
 }  // namespace pixmora

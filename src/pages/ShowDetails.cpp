@@ -1,4 +1,6 @@
 // clsWebServerCommands.h: the details page of one file. Opening it counts as a view.
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -31,13 +33,9 @@ struct DetailsAddress {
     std::string Name() const { return LastPathPart(FullPath); }
 };
 
-std::optional<DetailsAddress> ReadDetailsAddress(const Arguments &args) {
-    try {
-        const AlbumPointer album = AlbumArgument(args, 0);
-        return DetailsAddress{album, Argument(args, 1), VisitorFilePath(album->Directory, Argument(args, 2))};
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+DetailsAddress ReadDetailsAddress(const Arguments &args) {
+    const AlbumPointer album = AlbumArgument(args, 0);
+    return {album, Argument(args, 1), VisitorFilePath(album->Directory, Argument(args, 2))};
 }
 
 /// Names of the files before and behind one in its directory; empty without one.
@@ -76,27 +74,28 @@ std::string Arrow(const DetailsAddress &address, std::string_view graphic, const
                   R"(">)", R"(<img src="ShowGraphic?)", graphic, R"(.gif" border=0 alt="Previous File">)", "</a>");
 }
 
-void FillPicture(std::string &page, const DetailsAddress &address) {
+std::vector<Filling> PictureFillings(const DetailsAddress &address) {
     const std::string linkPath = LinkPath(address.Path());
     const std::string link = Concat("ShowPicture?", address.Album->ID, "&full&", linkPath);
-    Fill(page, "{DOWNLOAD_IMG}", "downloadpicture.gif");
-    Fill(page, "{DETAILS}", PictureDetails(address.FullPath));
-    Fill(page, "{FILE_LINK}", link);
-    Fill(page, "{FILE_REPRESENTATION}",
-         Concat(R"(<a href=")", link, R"(" target="_top">)", R"(<img src="ShowPicture?)", address.Album->ID,
-                "&preview&", linkPath, R"(" border=0>)", "<br><br>", R"(<font class="lblPictureList">)",
-                FileDisplayName(address.Name()), "</font></a>"));
+    return {{"{DOWNLOAD_IMG}", "downloadpicture.gif"},
+            {"{DETAILS}", PictureDetails(address.FullPath)},
+            {"{FILE_LINK}", link},
+            {"{FILE_REPRESENTATION}",
+             Concat(R"(<a href=")", link, R"(" target="_top">)", R"(<img src="ShowPicture?)", address.Album->ID,
+                    "&preview&", linkPath, R"(" border=0>)", "<br><br>", R"(<font class="lblPictureList">)",
+                    FileDisplayName(address.Name()), "</font></a>")}};
 }
 
-void FillMovie(std::string &page, const DetailsAddress &address) {
+std::vector<Filling> MovieFillings(const DetailsAddress &address) {
     // The page has counted the view, so the transfer doesn't.
     const std::string link = Concat("ShowMovie?", address.Album->ID, "&fullnocount&", LinkPath(address.Path()));
-    Fill(page, "{DOWNLOAD_IMG}", "downloadmovie.gif");
-    Fill(page, "{DETAILS}", MovieDetails(address.FullPath));
-    Fill(page, "{FILE_LINK}", link);
-    Fill(page, "{FILE_REPRESENTATION}",
+    return {
+        {"{DOWNLOAD_IMG}", "downloadmovie.gif"},
+        {"{DETAILS}", MovieDetails(address.FullPath)},
+        {"{FILE_LINK}", link},
+        {"{FILE_REPRESENTATION}",
          Concat(R"(<a href=")", link, R"(" target="_top">)", R"(<img src="ShowGraphic?movie.gif" border=0><br><br>)",
-                R"(<font class="lblPictureList">)", FileDisplayName(address.Name()), "</font>", "</a>"));
+                R"(<font class="lblPictureList">)", FileDisplayName(address.Name()), "</font>", "</a>")}};
 }
 
 /// The file's directory below the album's root, "\" or "\a\b".
@@ -109,7 +108,7 @@ std::string DirectoryOf(const DetailsAddress &address) {
 /// Once for each visitor and file until the sweep forgets it; never in a protected directory.
 void CountView(const Connection &socket, const DetailsAddress &address) {
     const clsAlbum &album = *address.Album;
-    if (IsProtectedDir(album.ID, address.Name(), DirectoryOf(address))) return;
+    if (IsProtectedDir(album, address.Name(), DirectoryOf(address))) return;
     if (!AddDownloadCookie(socket->RemoteHostIP(), album.ID, address.FullPath)) return;
     CountFileVisit(album.Name, address.Path());
     ++gDownloadsSession;
@@ -120,27 +119,25 @@ void CountView(const Connection &socket, const DetailsAddress &address) {
 
 // Deliberate: no login is asked for. Protection acts on the listings and the media page.
 void clsWebServerCommands::genShowDetails(const Connection &socket, const Arguments &args) const {
-    const std::optional<DetailsAddress> address = ReadDetailsAddress(args);
+    const std::optional<DetailsAddress> address = TryRead(args, ReadDetailsAddress);
     if (!address) return SendIgnoringErrors(socket, "Bad Request!");
     if (!FileExists(address->FullPath) || IsDirectory(address->FullPath))
         return SendIgnoringErrors(socket, "File Not Found!");
 
     const Neighbours neighbours = FindNeighbours(*address);
-    std::string page = WriteResponseHead("text/html", true) + tplShowDetails;
-    Fill(page, "{STYLE_SHEET}", gStyleSheet);
-    Fill(page, "{SERVER_TITLE}", gServerTitle);
-    Fill(page, "{AUTHOR}", gAuthor);
-    Fill(page, "{FOOTER}", MakeFooter());
-    Fill(page, "{LOGIN_NAME}", LoginNameText(socket->Tag));
-    Fill(page, "{PREVIOUS_FILE}", Arrow(*address, "previous", neighbours.Previous));
-    Fill(page, "{NEXT_FILE}", Arrow(*address, "next", neighbours.Next));
-    Fill(page, "{DIR_TITLE}", DirDisplayTitle(address->Album->ID, Replace(ParentPath(address->Path()), "\\", "/")));
-    if (IsPictureName(address->Name())) {
-        FillPicture(page, *address);
-    } else {
-        FillMovie(page, *address);
-    }
-    SendIgnoringErrors(socket, page);
+    std::vector<Filling> fillings = {
+        {"{STYLE_SHEET}", gStyleSheet},
+        {"{SERVER_TITLE}", gServerTitle},
+        {"{AUTHOR}", gAuthor},
+        {"{FOOTER}", MakeFooter()},
+        {"{LOGIN_NAME}", LoginNameText(socket->Tag)},
+        {"{PREVIOUS_FILE}", Arrow(*address, "previous", neighbours.Previous)},
+        {"{NEXT_FILE}", Arrow(*address, "next", neighbours.Next)},
+        {"{DIR_TITLE}", DirDisplayTitle(*address->Album, Replace(ParentPath(address->Path()), "\\", "/"))},
+    };
+    std::ranges::move(IsPictureName(address->Name()) ? PictureFillings(*address) : MovieFillings(*address),
+                      std::back_inserter(fillings));
+    SendPage(socket, tplShowDetails, fillings);
     if (address->CountWord == "count") CountView(socket, *address);
 }
 

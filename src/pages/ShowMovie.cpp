@@ -4,13 +4,12 @@
 #include "core/site/Globals.h"
 #include "core/site/Visitors.h"
 #include "pages/AlbumAddress.h"
-#include "pages/Listings.h"
-#include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Popularity.h"
 
@@ -24,12 +23,8 @@ struct MovieAddress {
     std::string LinkPath;
 };
 
-std::optional<MovieAddress> ReadMovieAddress(const Arguments &args) {
-    try {
-        return MovieAddress{CInt(Argument(args, 0)), Argument(args, 1), Argument(args, 2)};
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+MovieAddress ReadMovieAddress(const Arguments &args) {
+    return {CInt(Argument(args, 0)), Argument(args, 1), Argument(args, 2)};
 }
 
 /// The file's path below the album's root, as the popular tables have it.
@@ -40,7 +35,7 @@ std::string PathInAlbum(const clsAlbum &album, const std::string &path) {
 }  // namespace
 
 void clsWebServerCommands::genShowMovie(const Connection &socket, const Arguments &args) const {
-    const std::optional<MovieAddress> address = ReadMovieAddress(args);
+    const std::optional<MovieAddress> address = TryRead(args, ReadMovieAddress);
     if (!address) return SendIgnoringErrors(socket, "Bad Request!");
 
     const AlbumPointer album = AlbumByNumber(address->Album);

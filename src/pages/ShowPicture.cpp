@@ -27,12 +27,8 @@ struct PictureAddress {
     std::string LinkPath;
 };
 
-std::optional<PictureAddress> ReadPictureAddress(const Arguments &args) {
-    try {
-        return PictureAddress{AlbumArgument(args, 0), Argument(args, 1), Argument(args, 2)};
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+PictureAddress ReadPictureAddress(const Arguments &args) {
+    return {AlbumArgument(args, 0), Argument(args, 1), Argument(args, 2)};
 }
 
 struct Conversion {
@@ -144,7 +140,7 @@ void Deliver(const Connection &socket, const PictureAddress &address, const std:
 }  // namespace
 
 void clsWebServerCommands::genShowPicture(const Connection &socket, const Arguments &args) const {
-    const std::optional<PictureAddress> address = ReadPictureAddress(args);
+    const std::optional<PictureAddress> address = TryRead(args, ReadPictureAddress);
     if (!address) return SendIgnoringErrors(socket, "Bad Request");
     if (!IsPictureName(address->LinkPath)) return SendIgnoringErrors(socket, "Not a Valid Picture!");
     const std::string path = VisitorFilePath(address->Album->Directory, address->LinkPath);

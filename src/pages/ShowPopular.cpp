@@ -199,12 +199,9 @@ std::string DirectoryArguments(const PopularEntry &entry, std::string_view path)
 
 // Deliberate: no protection is asked for. What was looked at shows here, wherever it lies.
 void clsWebServerCommands::genShowPopular(const Connection &socket, const Arguments &args) const {
-    std::string body = tplShowPopular;
-    Fill(body, "{STYLE_SHEET}", gStyleSheet);
-    Fill(body, "{SERVER_TITLE}", gServerTitle);
-    FillPicParts(body, PopularParts(args));
-    SendIgnoringErrors(socket, WriteResponseHead("text/html", true) + body);
-    BookKilobytes(MostPopularAlbum, body.size());
+    std::vector<Filling> fillings = {{"{STYLE_SHEET}", gStyleSheet}, {"{SERVER_TITLE}", gServerTitle}};
+    AddPicParts(fillings, PopularParts(args));
+    BookKilobytes(MostPopularAlbum, SendPage(socket, tplShowPopular, fillings));
 }
 
 }  // namespace pixmora

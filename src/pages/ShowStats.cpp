@@ -211,7 +211,7 @@ void clsWebServerCommands::genShowStats(const Connection &socket) const {
         {"{STYLE_SHEET}", gStyleSheet}, {"{SERVER_TITLE}", gServerTitle}, {"{AUTHOR}", gAuthor}};
     AddTables(fillings);
     // Deliberate: this page's own bytes are not counted.
-    SendIgnoringErrors(socket, FillAll(WriteResponseHead("text/html", true), tplShowStats, fillings));
+    SendPage(socket, tplShowStats, fillings);
 }
 
 }  // namespace pixmora

@@ -83,10 +83,7 @@ void clsWebServerCommands::genShowLogout(const Connection &socket) const {
 }
 
 void clsWebServerCommands::genShowHelp(const Connection &socket) const {
-    std::string body = tplShowHelp;
-    Fill(body, "{STYLE_SHEET}", gStyleSheet);
-    SendIgnoringErrors(socket, WriteResponseHead("text/html", true) + body);
-    BookKilobytes(NoAlbum, body.size());
+    BookKilobytes(NoAlbum, SendPage(socket, tplShowHelp, {{"{STYLE_SHEET}", gStyleSheet}}));
 }
 
 }  // namespace pixmora

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
+#include <span>
 
-#include "platform/runtime/Text.h"
+#include "platform/runtime/Numbers.h"
 
 namespace pixmora {
 
@@ -41,20 +41,19 @@ void AppendFilled(std::string &page, std::string_view text, std::span<const Fill
 
 }  // namespace
 
-void Fill(std::string &page, std::string_view placeholder, std::string_view value) {
-    std::size_t position = 0;
-    while ((position = page.find(placeholder, position)) != std::string::npos) {
-        page.replace(position, placeholder.size(), value);
-        position += value.size();
-    }
-}
-
-std::string FillAll(std::string head, std::string_view text, std::span<const Filling> fillings) {
+std::string FillAll(std::string head, std::string_view text, const std::vector<Filling> &fillings) {
     std::size_t size = head.size() + text.size();
     for (const Filling &filling : fillings) size += filling.Value.size();
     head.reserve(size);
     AppendFilled(head, text, fillings);
     return head;
+}
+
+std::size_t SendPage(const Connection &socket, std::string_view text, const std::vector<Filling> &fillings) {
+    const std::string head = WriteResponseHead("text/html", true);
+    const std::string page = FillAll(head, text, fillings);
+    SendIgnoringErrors(socket, page);
+    return page.size() - head.size();
 }
 
 std::string MakeFooter() {
@@ -63,38 +62,12 @@ std::string MakeFooter() {
                   "</b></a></font>");
 }
 
-std::string BrowserScript() {
-    return Replace(R"(<script language="javascript">
-sBrowser = "IE"; sBrowserVer = 6;
-function mMouseOver(tdID) {
-   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
-       var tdbox = document.all("pic_" + tdID);
-       if (tdbox != null) tdbox.style.border = "solid #2254B1 1px"
-   }
-}
-
-function mMouseOut(tdID) {
-   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
-       var tdbox = document.all("pic_" + tdID);
-       if (tdbox != null) tdbox.style.border = "solid white 1px"
-   }
-}
-</script>
-)",
-                   "\n", CrLf);
-}
-
 std::string EscapeForScript(std::string_view text) {
     return Replace(std::string(text), "'", "\\'");
 }
 
 std::string LoginNameText(std::string_view username) {
     return username.empty() ? std::string() : Concat("User: ", username);
-}
-
-double Rnd() {
-    static std::mt19937 generator{std::random_device{}()};  // one for the process: each seed costs as much as a page
-    return std::uniform_real_distribution<double>(0, 1)(generator);
 }
 
 }  // namespace pixmora

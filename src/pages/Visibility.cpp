@@ -3,17 +3,13 @@
 
 namespace pixmora {
 
-bool IsListed(std::string_view user, std::int32_t album, std::string_view name, std::string_view directory,
+bool IsListed(std::string_view user, const clsAlbum &album, std::string_view name, std::string_view directory,
               std::string_view word) {
-    if (!IsProtectedDir(album, name, directory)) return true;
-    std::string reason;
-    return CanViewDir(user, album, word, reason);
+    return !IsProtectedDir(album, name, directory) || CanViewDir(user, album, word).IsGiven;
 }
 
 bool AlbumListing::IsListed(const clsAlbum &album) const {
-    if (!protected_.Contains(album)) return true;
-    std::string reason;
-    return CanViewDir(user_, album.ID, word_, reason);
+    return !protected_.Contains(album) || CanViewDir(user_, album, word_).IsGiven;
 }
 
 }  // namespace pixmora

@@ -1,9 +1,9 @@
 // The templates behind the pages.
 #include "pages/clsWebServerCommands.h"
 
-#include "pages/Templates.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 

@@ -45,7 +45,7 @@ private:
         if (!directory.IsReadable()) return;
         open_.push_back(IdentityOf(GetFileFacts(path)));
         const std::string relativePath = RelativePath(path);
-        const bool isProtected = IsProtectedDir(album_.ID, LastPathPart(path), relativePath);
+        const bool isProtected = IsProtectedDir(album_, LastPathPart(path), relativePath);
         for (const DirectoryEntry &entry : directory.Entries()) {
             if (entry.IsDirectory && entry.Name.starts_with('.')) {
                 NoteAge(directory.Facts(entry).CreationTime);

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "platform/runtime/Text.h"
-#include "store/Catalogue.h"
 #include "store/Globals.h"
 #include "store/Popularity.h"
 
@@ -60,12 +59,11 @@ bool IsRestrictedName(std::string_view name) {
     return false;
 }
 
-bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory) {
-    const std::string albumName = AlbumByNumber(album)->Name;
+bool IsProtectedDir(const clsAlbum &album, std::string_view name, std::string_view directory) {
     const std::vector<std::string> levels = DirectoryPrefixes(directory);
     for (std::span<const std::string> rest = levels; !rest.empty();) {
         const std::size_t count = std::min(rest.size(), levelsAskedAtOnce);
-        if (HasRows(RightsStatement(albumName, rest.first(count)))) return true;
+        if (HasRows(RightsStatement(album.Name, rest.first(count)))) return true;
         rest = rest.subspan(count);
     }
     return IsRestrictedName(name);
@@ -84,23 +82,18 @@ bool ProtectedAlbums::Contains(const clsAlbum &album) const {
     return names_.contains(LCase(album.Name)) || IsRestrictedName(LastPathPart(album.Directory));
 }
 
-bool CanViewDir(std::string_view user, std::int32_t album, std::string_view directory, std::string &message) {
-    message.clear();
-    if (user.empty()) return false;
+ViewRight CanViewDir(std::string_view user, const clsAlbum &album, std::string_view directory) {
+    if (user.empty()) return {};
     const auto account =
         gDatabase->OpenRecordset("SELECT Admin FROM Users WHERE Username=" + QuotedText(user), RecordsetType::Snapshot);
-    if (account->Eof()) {
-        message = "You are logged in as an invalid user!";
-        return false;
-    }
+    if (account->Eof()) return {false, "You are logged in as an invalid user!"};
     const FieldValue isAdministrator = account->Value("Admin");
-    if (!IsNull(isAdministrator) && AsBoolean(isAdministrator)) return true;
+    if (!IsNull(isAdministrator) && AsBoolean(isAdministrator)) return {true, ""};
     // Deliberate: a right reaches exactly the directory that it was given for, nothing below it.
     const std::string exact(directory);
-    const std::string rights = RightsStatement(AlbumByNumber(album)->Name, {&exact, 1});
-    if (HasRows(rights + " and Username=" + QuotedText(user))) return true;
-    message = "Login is correct but you do not have permission to view this directory!";
-    return false;
+    const std::string rights = RightsStatement(album.Name, {&exact, 1});
+    if (HasRows(rights + " and Username=" + QuotedText(user))) return {true, ""};
+    return {false, "Login is correct but you do not have permission to view this directory!"};
 }
 
 }  // namespace pixmora

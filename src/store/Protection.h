@@ -1,7 +1,6 @@
 // Who may see which directory.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -18,9 +17,8 @@ std::string ProtectionKey(std::string_view directory);
 bool IsRestrictedName(std::string_view name);
 
 /// Whether the directory or one above it has a row in PrivateDirs, or else the name is a restricted one.
-/// @param album 1-based number @param name plain, as on the disk @param directory plain, "\" or "\a\b"
-/// @throws RunTimeError SubscriptOutOfRange for an album that isn't there
-bool IsProtectedDir(std::int32_t album, std::string_view name, std::string_view directory);
+/// @param name plain, as on the disk @param directory plain, "\" or "\a\b"
+bool IsProtectedDir(const clsAlbum &album, std::string_view name, std::string_view directory);
 
 /// The albums that are protected as a whole, asked for at once: some pages list them all.
 class ProtectedAlbums {
@@ -33,10 +31,14 @@ private:
     std::unordered_set<std::string> names_;  ///< in lower case, of those whose root has a row
 };
 
+struct ViewRight {
+    bool IsGiven = false;
+    std::string_view Refusal;  ///< why not, for the visitor; empty when nobody is logged in
+};
+
 /// Whether the user may see a protected directory: administrators all, others those that have a row of their own,
 /// exactly.
-/// @param directory plain; @param message why not, for the visitor; empty when nobody is logged in
-/// @throws RunTimeError SyntaxError when a text holds an apostrophe
-bool CanViewDir(std::string_view user, std::int32_t album, std::string_view directory, std::string &message);
+/// @param directory plain @throws RunTimeError SyntaxError when a text holds an apostrophe
+ViewRight CanViewDir(std::string_view user, const clsAlbum &album, std::string_view directory);
 
 }  // namespace pixmora

@@ -2,7 +2,7 @@
 #include "pages/Listings.h"
 
 #include "pages/AlbumAddress.h"
-#include "pages/Templates.h"
+#include "platform/runtime/Text.h"
 #include "support/SiteFixture.h"
 
 namespace pixmora::test {
@@ -10,12 +10,12 @@ namespace {
 
 class ListingsTest : public SiteFixture {
 protected:
-    static std::string Files() { return Join(ListMediaFiles(1, gAlbums[0]->Directory), "|"); }
+    static std::string Files() { return Join(ListMediaFiles(*gAlbums[0], gAlbums[0]->Directory), "|"); }
     static std::string SubDirs(std::string_view directory, int method, int order) {
         gSortMethod = method;
         gSortOrder = order;
         std::vector<std::string> names;
-        for (const SubDirectory &subDir : ListSubDirs(1, directory))
+        for (const SubDirectory &subDir : ListSubDirs(*gAlbums[0], directory))
             names.push_back(subDir.Name + (subDir.IsNew ? "!" : ""));
         return Join(names, "|");
     }
@@ -30,7 +30,7 @@ TEST_F(ListingsTest, ListsWhatTheAlbumShowsInTheDisksOrder) {
     EXPECT_EQ(Concat(contents.SubDirs, contents.Pictures, contents.Movies), "132");
     album.ShowMovies = 0;
     EXPECT_EQ(Files(), "Z.gif|a b+&#%'.bmp|b.JPG");
-    EXPECT_TRUE(ListMediaFiles(1, album.Directory + "\\nowhere").empty());
+    EXPECT_TRUE(ListMediaFiles(album, album.Directory + "\\nowhere").empty());
 }
 
 TEST_F(ListingsTest, SortsSubdirectoriesAsTheOwnerWants) {

@@ -1,5 +1,5 @@
 // Tests of the media page.
-#include "pages/Templates.h"
+#include "platform/runtime/Text.h"
 #include "support/ErrorOf.h"
 #include "support/PageFixture.h"
 #include "support/Pictures.h"

@@ -1,6 +1,6 @@
 // Tests of the most popular page.
-#include "pages/Templates.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "support/PageFixture.h"
 
 namespace pixmora::test {

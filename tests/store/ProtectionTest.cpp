@@ -28,16 +28,16 @@ protected:
 }  // namespace
 
 TEST_F(ProtectionTest, ReachesEveryLevelBelow) {
-    EXPECT_TRUE(IsProtectedDir(1, "", "\\closed" + Levels(1800)));
-    EXPECT_TRUE(IsProtectedDir(1, "", Levels(1500)));
-    EXPECT_TRUE(IsProtectedDir(1, "", Levels(1501)));
-    EXPECT_FALSE(IsProtectedDir(1, "", Levels(1499) + "\\b\\a"));
-    EXPECT_FALSE(IsProtectedDir(1, "", "\\a\\closed"));
+    EXPECT_TRUE(IsProtectedDir(*gAlbums[0], "", "\\closed" + Levels(1800)));
+    EXPECT_TRUE(IsProtectedDir(*gAlbums[0], "", Levels(1500)));
+    EXPECT_TRUE(IsProtectedDir(*gAlbums[0], "", Levels(1501)));
+    EXPECT_FALSE(IsProtectedDir(*gAlbums[0], "", Levels(1499) + "\\b\\a"));
+    EXPECT_FALSE(IsProtectedDir(*gAlbums[0], "", "\\a\\closed"));
 }
 
 TEST_F(ProtectionTest, AnswersSoonForAPathBeyondAllPaths) {
     const double start = test::ProcessorSeconds();
-    EXPECT_FALSE(IsProtectedDir(1, "", RepeatString("\\b", 32000)));
+    EXPECT_FALSE(IsProtectedDir(*gAlbums[0], "", RepeatString("\\b", 32000)));
     EXPECT_LT(test::ProcessorSeconds() - start, 0.5);
 }
 

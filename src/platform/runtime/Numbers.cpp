@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <random>
 
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -135,6 +136,17 @@ std::int32_t AddLong(std::int32_t left, std::int32_t right) {
     std::int32_t sum = 0;
     if (__builtin_add_overflow(left, right, &sum)) throw RunTimeError(ErrorNumber::Overflow);
     return sum;
+}
+
+std::int32_t MultiplyLong(std::int32_t left, std::int32_t right) {
+    std::int32_t product = 0;
+    if (__builtin_mul_overflow(left, right, &product)) throw RunTimeError(ErrorNumber::Overflow);
+    return product;
+}
+
+double Rnd() {
+    static std::mt19937 generator{std::random_device{}()};  // one for the process: each seed costs as much as a page
+    return std::uniform_real_distribution<double>(0, 1)(generator);
 }
 
 double RoundUpTo(double value, int places) {

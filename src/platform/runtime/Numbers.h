@@ -26,6 +26,11 @@ double Val(std::string_view text);
 
 /// The sum, checked. @throws RunTimeError Overflow when it leaves 32 bits.
 std::int32_t AddLong(std::int32_t left, std::int32_t right);
+/// The product, checked in the same way.
+std::int32_t MultiplyLong(std::int32_t left, std::int32_t right);
+
+/// A uniformly drawn number in [0, 1).
+double Rnd();
 
 /// Decimal text, at least `digits` wide with zeros in front: (7, 6) is "000007".
 std::string FormatPadded(std::int64_t value, int digits);

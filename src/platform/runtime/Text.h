@@ -1,11 +1,39 @@
 // Pure functions of text. A text is a byte string: one char a byte, whatever the encoding; case means ASCII case.
 #pragma once
 
+#include <concepts>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace pixmora {
+
+inline constexpr std::string_view CrLf = "\r\n";
+
+/// A whole number, which a fragment shows in decimal; characters and flags are none.
+template <typename T>
+concept PrintableInteger = std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char>;
+
+inline void AppendPart(std::string &text, std::string_view part) {
+    text += part;
+}
+inline void AppendPart(std::string &text, PrintableInteger auto part) {
+    text += std::to_string(part);
+}
+
+/// Appends texts and whole numbers to a fragment under construction.
+template <typename... Parts>
+void Append(std::string &text, const Parts &...parts) {
+    (AppendPart(text, parts), ...);
+}
+
+/// Texts and whole numbers, one behind the other.
+template <typename... Parts>
+std::string Concat(const Parts &...parts) {
+    std::string text;
+    Append(text, parts...);
+    return text;
+}
 
 /// Every occurrence of `from` replaced, case-sensitively and without looking at what was put in. An empty `from`
 /// changes nothing.

@@ -54,6 +54,7 @@ TEST(Numbers, OverflowsAtTheRangesEnds) {
     EXPECT_EQ(ErrorOf([] { CDbl("1e999"); }), overflow);
     EXPECT_EQ(ErrorOf([] { RoundToLong(std::nan("")); }), overflow);
     EXPECT_EQ(ErrorOf([] { AddLong(std::numeric_limits<std::int32_t>::max(), 1); }), overflow);
+    EXPECT_EQ(ErrorOf([] { MultiplyLong(1 << 16, 1 << 15); }), overflow);
     EXPECT_EQ(AddLong(std::numeric_limits<std::int32_t>::max(), -1), std::numeric_limits<std::int32_t>::max() - 1);
     EXPECT_EQ(CDbl("1e-999"), 0);
     EXPECT_EQ(CDbl("-1.25e2"), -125);
