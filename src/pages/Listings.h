@@ -30,10 +30,6 @@ struct DirContents {
 /// What lies right in the directory; zeros for one that can't be read. @param path full
 DirContents CountDirContents(std::string_view path);
 
-/// Whether a visitor takes the file for a picture: its last three characters are jpg, gif or bmp in any case. Else it's
-/// a movie.
-bool IsPictureName(std::string_view name);
-
 /// A file's full path from an address: the album's root and the link path, decoded, in its one spelling.
 /// @param linkPath with a leading "/". A path that no visitor may use (a ".." part, a NUL, no "/" in front) gives an
 /// empty text, at which no file exists. @throws RunTimeError as DecodeLinkPart
