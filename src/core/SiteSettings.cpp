@@ -17,7 +17,7 @@ namespace pixmora {
 namespace {
 
 std::string StyleSheetPath(const std::string &style) {
-    return App::Path() + "\\htdocs\\StyleSheet_" + style + ".tpl";
+    return App::HtdocsPath("StyleSheet_" + style + ".tpl");
 }
 
 /// CR LF is the line end of the program's own files; one written by an editor of this system has LF alone.

@@ -1,7 +1,7 @@
 // AlbumMedia.h: the media page's slide show: one scaled picture, the controls, and the way on to the next.
 #include "pages/AlbumMedia.h"
-#include "pages/Listings.h"
 #include "pages/Templates.h"
+#include "store/MediaTypes.h"
 
 namespace pixmora {
 

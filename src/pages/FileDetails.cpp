@@ -9,6 +9,7 @@
 #include "platform/movies/MovieFacts.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
+#include "store/ExifTags.h"
 #include "store/clsExif.h"
 
 namespace pixmora {
@@ -16,13 +17,6 @@ namespace pixmora {
 namespace {
 
 constexpr int firstYear = 1980;
-
-namespace Tag {
-constexpr std::int32_t Model = 272;
-constexpr std::int32_t DateTimeOriginal = 36867;
-constexpr std::int32_t ExifImageWidth = 40962;
-constexpr std::int32_t ExifImageHeight = 40963;
-}  // namespace Tag
 
 /// "4:05:06 PM"
 std::string TimeText(int hour, int minute, int second) {
@@ -49,8 +43,8 @@ std::string DimensionsFromPicture(const std::string &path) {
 /// As the camera noted them, or of the picture itself: many programs drop that note and keep the rest.
 std::string Dimensions(const clsExif &exif, const std::string &path) {
     constexpr std::string_view missing = "N/A";
-    const std::string width = exif.GetTagData(Tag::ExifImageWidth);
-    const std::string height = exif.GetTagData(Tag::ExifImageHeight);
+    const std::string width = exif.GetTagData(ExifTag("ExifImageWidth"));
+    const std::string height = exif.GetTagData(ExifTag("ExifImageHeight"));
     return width == missing || height == missing ? DimensionsFromPicture(path) : Concat(width, " x ", height);
 }
 
@@ -87,8 +81,8 @@ std::string PictureDetails(const std::string &path) {
     AppendFact(details, "Size: ", FormatFileSize(path), paragraphEnd);
     AppendFact(details, "Date Created: ", FileTimeText(facts.CreationTime), lineEnd);
     AppendFact(details, "Date Modified: ", FileTimeText(facts.LastWriteTime), lineEnd);
-    if (hasExif) AppendFact(details, "Camera Model: ", exif.GetTagData(Tag::Model), lineEnd);
-    AppendFact(details, "Date Taken: ", hasExif ? CameraTimeText(exif.GetTagData(Tag::DateTimeOriginal)) : "N/A",
+    if (hasExif) AppendFact(details, "Camera Model: ", exif.GetTagData(ExifTag("Model")), lineEnd);
+    AppendFact(details, "Date Taken: ", hasExif ? CameraTimeText(exif.GetTagData(ExifTag("DateTimeOriginal"))) : "N/A",
                "<br>");
     return details;
 }

@@ -12,6 +12,7 @@
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
+#include "store/MediaTypes.h"
 
 namespace pixmora {
 
@@ -99,11 +100,6 @@ DirContents CountDirContents(std::string_view path) {
         }
     }
     return contents;
-}
-
-bool IsPictureName(std::string_view name) {
-    const std::string ending = LCase(LastCharacters(name, 3));
-    return ending == "jpg" || ending == "gif" || ending == "bmp";
 }
 
 std::string DirDisplayTitle(const clsAlbum &album, std::string_view name) {

@@ -31,9 +31,6 @@ struct DirContents {
 /// What lies right in the directory; zeros for one that can't be read. @param path full
 DirContents CountDirContents(std::string_view path);
 
-/// Whether a visitor takes the file for a picture: its last three characters are jpg, gif or bmp in any case. Else it's
-/// a movie.
-bool IsPictureName(std::string_view name);
 
 /// The name for {DIR_TITLE}: of the album with an empty name, of the directory otherwise.
 std::string DirDisplayTitle(const clsAlbum &album, std::string_view name);

@@ -13,10 +13,6 @@ namespace pixmora {
 
 namespace {
 
-std::string HtdocsPath(std::string_view name) {
-    return Concat(App::Path(), "\\htdocs\\", name);
-}
-
 void SendFile(const Connection &socket, std::string_view contentType, std::string_view bytes) {
     SendIgnoringErrors(socket, Concat(WriteResponseHead(contentType, true), bytes));
     DoEvents();
@@ -30,7 +26,7 @@ std::string ReadAlbumIcon(const Arguments &args) {
 
 void clsWebServerCommands::genShowGraphic(const Connection &socket, const Arguments &args) const {
     const std::string name = DecodeLinkPart(Argument(args, 0));
-    const std::string path = HtdocsPath(name);
+    const std::string path = App::HtdocsPath(name);
     if (HasForbiddenPart(name) || !FileExists(path) || IsDirectory(path))
         return SendIgnoringErrors(socket, "File Not Found!");
     const std::string bytes = BinaryFile::OpenForRead(path)->ReadAll();
@@ -39,7 +35,7 @@ void clsWebServerCommands::genShowGraphic(const Connection &socket, const Argume
 }
 
 void clsWebServerCommands::genFaviconico(const Connection &socket) const {
-    SendFile(socket, "image/x-icon", ReadBinaryFile(HtdocsPath("favicon.ico")));
+    SendFile(socket, "image/x-icon", ReadBinaryFile(App::HtdocsPath("favicon.ico")));
 }
 
 void clsWebServerCommands::genShowAlbumIcon(const Connection &socket, const Arguments &args) const {

@@ -1,8 +1,8 @@
 // PopularMedia.h: the most popular page's slide show.
 #include "pages/AlbumAddress.h"
-#include "pages/Listings.h"
 #include "pages/PopularMedia.h"
 #include "platform/runtime/Text.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 
 namespace pixmora {

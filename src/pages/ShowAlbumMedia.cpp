@@ -14,6 +14,7 @@
 #include "platform/runtime/RunTimeError.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
+#include "store/MediaTypes.h"
 #include "store/Protection.h"
 
 namespace pixmora {

@@ -14,7 +14,7 @@
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
-#include "store/Catalogue.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 #include "store/Protection.h"
 #include "store/Statistics.h"

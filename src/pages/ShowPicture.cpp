@@ -11,6 +11,7 @@
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
+#include "store/MediaTypes.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 

@@ -4,7 +4,6 @@
 
 #include "core/site/Globals.h"
 #include "pages/AlbumAddress.h"
-#include "pages/Listings.h"
 #include "pages/PopularMedia.h"
 #include "pages/Templates.h"
 #include "pages/clsWebServerCommands.h"
@@ -14,6 +13,7 @@
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 #include "store/Statistics.h"
 

@@ -10,7 +10,7 @@ namespace pixmora {
 namespace {
 
 std::string ReadTemplate(std::string_view page) {
-    return ReadBinaryFile(Concat(App::Path(), "\\htdocs\\", page, ".tpl"));
+    return ReadBinaryFile(App::HtdocsPath(Concat(page, ".tpl")));
 }
 
 }  // namespace

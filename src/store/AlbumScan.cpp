@@ -9,6 +9,7 @@
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 #include "store/Protection.h"
 #include "store/Schema.h"

@@ -12,10 +12,6 @@
 
 namespace pixmora {
 
-/// The wildcards of the files that an album shows.
-inline constexpr std::string_view PicturePatterns = "*.jpg;*.gif;*.bmp";
-inline constexpr std::string_view MoviePatterns = "*.avi;*.mpg;*.mpeg;*.mov";
-
 /// The albums' names in order. @param count their number
 std::vector<std::string> GetAlbumNames(std::int32_t &count);
 

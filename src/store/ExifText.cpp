@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "platform/runtime/Numbers.h"
+#include "store/ExifTags.h"
 
 namespace pixmora {
 
@@ -19,27 +20,6 @@ enum Format : std::int64_t {
     SignedShort = 8,
     SignedLong = 9,
     SignedRational = 10,
-};
-
-enum Tag : std::int64_t {
-    XResolution = 282,
-    YResolution = 283,
-    ExposureTime = 33434,
-    FNumber = 33437,
-    ExifVersion = 36864,
-    ComponentsConfiguration = 37121,
-    ShutterSpeedValue = 37377,
-    ApertureValue = 37378,
-    ExposureBiasValue = 37380,
-    MaxApertureValue = 37381,
-    SubjectDistance = 37382,
-    FocalLength = 37386,
-    MakerNote = 37500,
-    FlashPixVersion = 40960,
-    FocalPlaneXResolution = 41486,
-    FocalPlaneYResolution = 41487,
-    FileSource = 41728,
-    SceneType = 41729,
 };
 
 constexpr std::array<int, 13> componentSizes = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8};
@@ -83,18 +63,18 @@ std::string QuotientsText(std::int64_t components, const ExifBytes &data, bool i
 std::string RationalText(std::int64_t tag, std::int64_t components, const ExifBytes &data) {
     const double value = ReadQuotient(data, 0, false).Value();
     switch (tag) {
-        case ExposureTime:
+        case ExifTag("ExposureTime"):
             return value == 0 ? "0" : Fixed(1 / value, 0);
-        case ApertureValue:
-        case MaxApertureValue:
+        case ExifTag("ApertureValue"):
+        case ExifTag("MaxApertureValue"):
             return Fixed(std::sqrt(std::exp2(value)), 1);
-        case XResolution:
-        case YResolution:
-        case FNumber:
-        case SubjectDistance:
-        case FocalLength:
-        case FocalPlaneXResolution:
-        case FocalPlaneYResolution:
+        case ExifTag("XResolution"):
+        case ExifTag("YResolution"):
+        case ExifTag("FNumber"):
+        case ExifTag("SubjectDistance"):
+        case ExifTag("FocalLength"):
+        case ExifTag("FocalPlaneXResolution"):
+        case ExifTag("FocalPlaneYResolution"):
             return Fixed(value, 1);
         default:
             return QuotientsText(components, data, false);
@@ -104,9 +84,9 @@ std::string RationalText(std::int64_t tag, std::int64_t components, const ExifBy
 std::string SignedRationalText(std::int64_t tag, std::int64_t components, const ExifBytes &data) {
     const double value = ReadQuotient(data, 0, true).Value();
     switch (tag) {
-        case ShutterSpeedValue:
+        case ExifTag("ShutterSpeedValue"):
             return Fixed(std::exp2(value), 0);
-        case ExposureBiasValue:
+        case ExifTag("ExposureBiasValue"):
             return Fixed(value, 1);
         default:
             return QuotientsText(components, data, true);
@@ -138,16 +118,16 @@ bool IsPrintable(char c) {
 std::string UndefinedText(std::int64_t tag, const ExifBytes &data) {
     std::string text(data.Text());
     switch (tag) {
-        case ExifVersion:
-        case FlashPixVersion:
+        case ExifTag("ExifVersion"):
+        case ExifTag("FlashPixVersion"):
             return VersionText(text);
-        case ComponentsConfiguration:
+        case ExifTag("ComponentsConfiguration"):
             return ComponentsText(text);
-        case MakerNote:
+        case ExifTag("MakerNote"):
             std::erase_if(text, [](char c) { return !IsPrintable(c); });
             return text;
-        case FileSource:
-        case SceneType:
+        case ExifTag("FileSource"):
+        case ExifTag("SceneType"):
             return NumberText(data.Unsigned(0, 1));
         default:
             return text;

@@ -11,6 +11,7 @@
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/ExifBytes.h"
+#include "store/ExifTags.h"
 #include "store/ExifText.h"
 #include "store/IniFile.h"
 
@@ -19,70 +20,6 @@ namespace pixmora {
 namespace {
 
 constexpr std::size_t bytesRead = 4096;
-constexpr std::int64_t exifDirectory = 34665;              // the tag that leads to the camera's directory
-constexpr std::int64_t interoperabilityDirectory = 40965;  // the tag that would lead on from there
-
-struct TagName {
-    std::int64_t Tag;
-    std::string_view Name;
-};
-
-constexpr TagName tagNames[] = {
-    {270, "ImageDescription"},
-    {271, "Make"},
-    {272, "Model"},
-    {274, "Orientation"},
-    {282, "XResolution"},
-    {283, "YResolution"},
-    {296, "ResolutionUnit"},
-    {305, "Software"},
-    {306, "DateTime"},
-    {318, "WhitePoint"},
-    {319, "PrimaryChromaticities"},
-    {529, "YCbCrCoefficients"},
-    {531, "YCbCrPositioning"},
-    {532, "ReferenceBlackWhite"},
-    {33432, "Copyright"},
-    {33434, "ExposureTime"},
-    {33437, "FNumber"},
-    {34665, "ExifOffset"},
-    {34850, "ExposureProgram"},
-    {34855, "ISOSpeedRatings"},
-    {36864, "ExifVersion"},
-    {36867, "DateTimeOriginal"},
-    {36868, "DateTimeDigitized"},
-    {37121, "ComponentsConfiguration"},
-    {37122, "CompressedBitsPerPixel"},
-    {37377, "ShutterSpeedValue"},
-    {37378, "ApertureValue"},
-    {37379, "BrightnessValue"},
-    {37380, "ExposureBiasValue"},
-    {37381, "MaxApertureValue"},
-    {37382, "SubjectDistance"},
-    {37383, "MeteringMode"},
-    {37384, "LightSource"},
-    {37385, "Flash"},
-    {37386, "FocalLength"},
-    {37500, "MakerNote"},
-    {37510, "UserComment"},
-    {37520, "SubsecTime"},
-    {37521, "SubsecTimeOriginal"},
-    {37522, "SubsecTimeDigitized"},
-    {40960, "FlashPixVersion"},
-    {40961, "ColorSpace"},
-    {40962, "ExifImageWidth"},
-    {40963, "ExifImageHeight"},
-    {40964, "RelatedSoundFile"},
-    {40965, "ExifInteroperabilityOffset"},
-    {41486, "FocalPlaneXResolution"},
-    {41487, "FocalPlaneYResolution"},
-    {41488, "FocalPlaneResolutionUnit"},
-    {41493, "ExposureIndex"},
-    {41495, "SensingMethod"},
-    {41728, "FileSource"},
-    {41729, "SceneType"},
-    {41730, "CFAPattern"},
-};
 
 std::string WordsFile() {
     const std::string &folder = App::Path();
@@ -159,8 +96,8 @@ void clsExif::Load() {
     const IniFile words(wordsFile_);
     const auto start = static_cast<std::int64_t>(block);
     // Deliberate: without a camera's directory its offset is 0, and the block's head is read as one.
-    const double offset = ReadDirectory(file, start, file.Unsigned(start + 4, 4), exifDirectory, words);
-    ReadDirectory(file, start, offset, interoperabilityDirectory, words);
+    const double offset = ReadDirectory(file, start, file.Unsigned(start + 4, 4), ExifTag("ExifOffset"), words);
+    ReadDirectory(file, start, offset, ExifTag("ExifInteroperabilityOffset"), words);
 }
 
 /// Adds the directory's entries. Entries behind the bytes read would be all zeros and are left out, so that a count
@@ -196,9 +133,8 @@ std::uint32_t clsExif::MetaInfo(std::int32_t tag, std::string &text) const {
 }
 
 std::string clsExif::GetTagName(std::int64_t tag) {
-    const auto *found =
-        std::find_if(std::begin(tagNames), std::end(tagNames), [tag](const TagName &row) { return row.Tag == tag; });
-    return found == std::end(tagNames) ? "Tag #" + std::to_string(tag) : std::string(found->Name);
+    const auto found = std::ranges::find(ExifTagNames, tag, &ExifTagName::Tag);
+    return found == std::end(ExifTagNames) ? "Tag #" + std::to_string(tag) : std::string(found->Name);
 }
 
 std::string clsExif::GetTagData(std::int32_t tag) const {

@@ -25,10 +25,6 @@ CaptureDrivers &Drivers() {
     return captureDrivers != nullptr ? *captureDrivers : SystemCaptureDrivers();
 }
 
-std::string HtdocsPath(const char *name) {
-    return App::Path() + "\\htdocs\\" + name;
-}
-
 std::string CaptureInterval() {
     return GetSetting("Setup", "CaptureInterval", "6");
 }
@@ -47,10 +43,10 @@ bool RemoveFile(const std::string &path) {
 bool ConvertStill() {
     try {
         std::int32_t success = 0;
-        gPictureEngine->Load(HtdocsPath("capture.bmp"), 0, success);
+        gPictureEngine->Load(App::HtdocsPath("capture.bmp"), 0, success);
         if (success == 0) return false;
         gPictureEngine->Resize(gThumbSize, 0, 0, success);
-        gPictureEngine->Save(HtdocsPath("capture.jpg"), 0, success);
+        gPictureEngine->Save(App::HtdocsPath("capture.jpg"), 0, success);
         return success != 0;
     } catch (const RunTimeError &) {
         return false;
@@ -118,7 +114,7 @@ void WebcamTick() {
     countdown = std::to_string(CLng(countdown) - 1);
     if (countdown != "0") return;
     countdown = CaptureInterval();
-    if (SaveCaptureFile(HtdocsPath("capture.bmp"), false) && ConvertStill()) gLastCaptureTick = GetTickCount();
+    if (SaveCaptureFile(App::HtdocsPath("capture.bmp"), false) && ConvertStill()) gLastCaptureTick = GetTickCount();
 }
 
 void StopWebcam() {

@@ -87,8 +87,13 @@ void SetPath(std::string path) {
     KeptPath() = std::move(path);
 }
 
+std::string HtdocsPath(std::string_view name) {
+    const std::string folder = Path() + "\\htdocs";
+    return name.empty() ? folder : folder + "\\" + std::string(name);
+}
+
 void InstallHtdocs() {
-    const std::string installed = Path() + "\\htdocs";
+    const std::string installed = HtdocsPath();
     if (FileExists(installed)) return;
     const fs::path shipped = ExecutableFolder().parent_path() / "share" / "pixmora";
     const std::string source = ProgramPath((shipped / "htdocs").string());

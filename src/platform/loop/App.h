@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace pixmora::App {
 
@@ -16,6 +17,9 @@ inline constexpr int Revision = PIXMORA_VERSION_REVISION;
 const std::string &Path();
 /// Chooses another folder, for tests, and gives up the lock on the former one. Empty: chosen anew at the next call.
 void SetPath(std::string path);
+
+/// The path of a file in the program's htdocs folder; of the folder itself without a name.
+std::string HtdocsPath(std::string_view name = {});
 
 /// Copies the shipped htdocs, and exif.ini with it, into the program's folder when it holds no htdocs. @throws
 /// RunTimeError when the copy fails

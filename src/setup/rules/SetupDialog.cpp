@@ -125,7 +125,7 @@ std::string NumericText(std::string_view text) {
 
 std::vector<std::string> StyleNames() {
     std::vector<std::string> names;
-    const Directory htdocs(App::Path() + "\\htdocs");
+    const Directory htdocs(App::HtdocsPath());
     for (const DirectoryEntry &entry : htdocs.Entries()) {
         if (entry.IsDirectory || !PathMatchSpec(entry.Name, "StyleSheet_*.tpl")) continue;
         const std::size_t begin = entry.Name.find('_') + 1;
