@@ -5,12 +5,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSlider>
 #include <algorithm>
 
 #include "console/Texts.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 
@@ -33,6 +35,9 @@ void ChooseText(QComboBox &list, const QString &text) {
 
 std::string ControlText(const QObject &control) {
     if (const auto *box = qobject_cast<const QLineEdit *>(&control)) return FromQt(box->text());
+    if (const auto *area = qobject_cast<const QPlainTextEdit *>(&control)) {
+        return Replace(FromQt(area->toPlainText()), "\n", "\r\n");
+    }
     if (const auto *box = qobject_cast<const QCheckBox *>(&control)) return box->isChecked() ? "1" : "0";
     if (const auto *slider = qobject_cast<const QSlider *>(&control)) return std::to_string(slider->value());
     if (const auto *list = qobject_cast<const QComboBox *>(&control)) return FromQt(list->currentText());
@@ -42,6 +47,7 @@ std::string ControlText(const QObject &control) {
 
 void SetControlText(QObject &control, const std::string &text) {
     if (auto *box = qobject_cast<QLineEdit *>(&control)) box->setText(ToQt(text));
+    if (auto *area = qobject_cast<QPlainTextEdit *>(&control)) area->setPlainText(MessageText(text));
     if (auto *box = qobject_cast<QCheckBox *>(&control)) box->setChecked(NumberOf(text) != 0);
     if (auto *slider = qobject_cast<QSlider *>(&control)) slider->setValue(NumberOf(text));
     if (auto *list = qobject_cast<QComboBox *>(&control)) ChooseText(*list, ToQt(text));
@@ -54,6 +60,8 @@ void SetControlText(QObject &control, const std::string &text) {
 void OnControlChange(QObject &control, const std::function<void()> &changed) {
     if (auto *box = qobject_cast<QLineEdit *>(&control)) {
         QObject::connect(box, &QLineEdit::textChanged, box, changed);
+    } else if (auto *area = qobject_cast<QPlainTextEdit *>(&control)) {
+        QObject::connect(area, &QPlainTextEdit::textChanged, area, changed);
     } else if (auto *check = qobject_cast<QCheckBox *>(&control)) {
         QObject::connect(check, &QCheckBox::toggled, check, changed);
     } else if (auto *slider = qobject_cast<QSlider *>(&control)) {

@@ -136,7 +136,7 @@ LinkLabel *Help(const char *name, const std::string &serviceName) {
     return link;
 }
 
-SContainer *Box(const char *name, const char *caption, QLayout *content, QWidget *help) {
+SContainer *Captioned(const char *name, const char *caption, QLayout *content, QWidget *help) {
     auto *box = Named(name, new SContainer(QString::fromUtf8(caption)));
     auto *layout = new QHBoxLayout(box);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -146,16 +146,10 @@ SContainer *Box(const char *name, const char *caption, QLayout *content, QWidget
     return box;
 }
 
-void NameByCaption(QWidget &control, const char *caption) {
-    QString words = QString::fromUtf8(caption);
-    if (words.endsWith(u':')) words.chop(1);
-    control.setAccessibleName(words);
-}
-
 QLabel *AddRow(QGridLayout &grid, const char *caption, QWidget *control) {
     auto *label = new QLabel(QString::fromUtf8(caption));
     label->setBuddy(control);
-    NameByCaption(*control, caption);
+    control->setAccessibleName(label->text().remove(u':'));
     const int row = grid.rowCount();
     const bool isTall = qobject_cast<QPlainTextEdit *>(control) != nullptr;
     grid.addWidget(label, row, 0, isTall ? Qt::AlignTop : Qt::AlignVCenter);
@@ -163,12 +157,14 @@ QLabel *AddRow(QGridLayout &grid, const char *caption, QWidget *control) {
     return label;
 }
 
-std::string TextOf(const QPlainTextEdit &area) {
-    return Replace(FromQt(area.toPlainText()), "\n", "\r\n");
-}
-
-void SetText(QPlainTextEdit &area, const std::string &text) {
-    area.setPlainText(MessageText(text));
+QLayout *ButtonRow(std::initializer_list<SkinButton *> buttons) {
+    auto *row = new QHBoxLayout;
+    row->addStretch();
+    for (SkinButton *button : buttons) {
+        button->setMinimumWidth(90);
+        row->addWidget(button);
+    }
+    return row;
 }
 
 QIcon FolderIcon() {

@@ -42,16 +42,12 @@ LinkLabel *Link(const char *name, const QString &text, const char *purpose, std:
 LinkLabel *Help(const char *name, const std::string &serviceName = {});
 
 /// The captioned frame around the content. @param help shown at its upper right, or null
-SContainer *Box(const char *name, const char *caption, QLayout *content, QWidget *help = nullptr);
+SContainer *Captioned(const char *name, const char *caption, QLayout *content, QWidget *help = nullptr);
 
 /// A row "caption: control", named by its caption for assistive technology. @return the caption's label
 QLabel *AddRow(QGridLayout &grid, const char *caption, QWidget *control);
-/// Names a control by its caption, without the colon.
-void NameByCaption(QWidget &control, const char *caption);
-
-/// Lines end in CR LF in the server, in LF in the box.
-std::string TextOf(const QPlainTextEdit &area);
-void SetText(QPlainTextEdit &area, const std::string &text);
+/// The buttons that end a dialog, at its right.
+QLayout *ButtonRow(std::initializer_list<SkinButton *> buttons);
 
 /// The small picture of a folder or an album.
 QIcon FolderIcon();

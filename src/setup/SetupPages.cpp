@@ -1,21 +1,11 @@
 // The tabs of the setup dialog, as they are built.
 #include "setup/SetupPages.h"
 
-#include <QButtonGroup>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QGridLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QRadioButton>
-#include <QSlider>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 #include <memory>
-
-#include "setup/FormParts.h"
-#include "setup/PageFrame.h"
+#include <utility>
 
 namespace pixmora {
 
@@ -30,153 +20,128 @@ QVBoxLayout *Rows(std::initializer_list<QWidget *> widgets) {
 }
 
 /// Radio buttons of one question, in a group that goes by the name; each option has its index behind that.
-QVBoxLayout *OptionRows(QWidget *page, const char *name, std::initializer_list<const char *> captions) {
-    auto *group = new QButtonGroup(page);
-    group->setObjectName(QLatin1String(name));
+QVBoxLayout *OptionRows(QButtonGroup &group, const char *name, std::initializer_list<const char *> captions) {
+    group.setObjectName(QLatin1String(name));
     auto *rows = new QVBoxLayout;
     for (const char *caption : captions) {
-        const int index = static_cast<int>(group->buttons().size());
+        const int index = static_cast<int>(group.buttons().size());
         auto *option = Option(QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index), caption);
-        group->addButton(option, index);
+        group.addButton(option, index);
         rows->addWidget(option);
     }
     return rows;
 }
 
-/// A slider beside the figures that it comes to.
-QLayout *SliderRow(const char *caption, const char *sliderName,
-                   std::initializer_list<std::pair<const char *, const char *>> figures) {
+/// A slider above the figures that it comes to.
+QLayout *SliderRows(const char *caption, QSlider *slider, QLabel *thumbs, QLabel *previews, QLabel *slideshows) {
     auto *grid = new QGridLayout;
     grid->setVerticalSpacing(4);
-    auto *slider = Slider(sliderName, 1, 5);
     slider->setTickPosition(QSlider::TicksBelow);
     slider->setTickInterval(1);
     AddRow(*grid, caption, slider);
-    int row = grid->rowCount();
-    for (const auto &[words, name] : figures) {
+    for (const auto &[words, figure] :
+         {std::pair{"Thumbs:", thumbs}, std::pair{"Previews:", previews}, std::pair{"Slideshows:", slideshows}}) {
+        const int row = grid->rowCount();
         grid->addWidget(new QLabel(QLatin1String(words)), row, 0);
-        grid->addWidget(Label(name), row++, 1);
+        grid->addWidget(figure, row, 1);
     }
     return grid;
 }
 
-SContainer *MakePictureBox() {
-    auto *columns = new QHBoxLayout;
-    columns->setSpacing(24);
-    columns->addLayout(
-        SliderRow("Size:", "sldImageSize",
-                  {{"Thumbs:", "lblThumbSize"}, {"Previews:", "lblPreviewSize"}, {"Slideshows:", "lblSlideshowSize"}}));
-    columns->addLayout(SliderRow(
-        "Quality:", "sldImageQuality",
-        {{"Thumbs:", "lblThumbQuality"}, {"Previews:", "lblPreviewQuality"}, {"Slideshows:", "lblSlideshowQuality"}}));
-    return Box("SContainerThumbnails", "Picture Size and Quality", columns, Help("lblHelpThumbnails"));
-}
-
-SContainer *MakeSortBox(QWidget *page) {
-    auto *methods = OptionRows(page, "optDirSortMethod", {"By Name", "By Date Created", "Custom Order"});
-    auto *set = Button("cmdSetDirOrder", "Set...");
-    set->setAccessibleDescription(QStringLiteral("Sets the custom order of directories"));
-    auto *custom = new QHBoxLayout;
-    const std::unique_ptr<QLayoutItem> last(methods->takeAt(methods->count() - 1));
-    custom->addWidget(last->widget());
-    custom->addWidget(set);
-    methods->addLayout(custom);
-    auto *orders = OptionRows(page, "optDirSortOrder", {"Ascending", "Descending"});
-    orders->addStretch();
-    auto *columns = new QHBoxLayout;
-    columns->addLayout(methods);
-    columns->addSpacing(24);
-    columns->addLayout(orders);
-    columns->addStretch();
-    return Box("SContainerSorting", "Directory Sorting", columns, Help("lblHelpDirectorySorting"));
-}
-
 }  // namespace
 
-QWidget *MakeIntroductionPage() {
+IntroductionPage::IntroductionPage() {
     auto *notes = Rows({Note("General: Give your website a title and welcome message."),
                         Note("Albums: Create albums by choosing which directories to share with the outside world."),
                         Note("Firewall Check: Run the firewall check to make sure your visitors will be able to "
                              "connect to your website."),
                         Note("Continue by clicking Next >>")});
     notes->setSpacing(14);
-    auto *frame = new PageFrame;
-    frame->Add(Box("SContainerIntroduction", "Introduction", notes, Help("lblHelpSample")));
-    return frame;
+    Add(Captioned("SContainerIntroduction", "Introduction", notes, Help("lblHelpSample")));
 }
 
-QWidget *MakeGeneralPage() {
+GeneralPage::GeneralPage() {
     auto *site = new QGridLayout;
-    AddRow(*site, "Title:", TextBox("txtServerTitle"));
-    AddRow(*site, "Author:", TextBox("txtAuthor"));
-    AddRow(*site, "Description:", TextBox("txtDesc"));
+    AddRow(*site, "Title:", txtServerTitle);
+    AddRow(*site, "Author:", txtAuthor);
+    AddRow(*site, "Description:", txtDesc);
     auto *scheme = new QGridLayout;
-    AddRow(*scheme, "Style:", DropDown("cboStyle"));
+    AddRow(*scheme, "Style:", cboStyle);
     scheme->setColumnStretch(2, 1);
-    auto *welcome = TextArea("txtWelcome", 5);
-    welcome->setAccessibleName(QStringLiteral("Welcome Message"));
-    auto *frame = new PageFrame;
-    frame->Add(Box("SContainerSiteInfo", "Site Information", site, Help("lblHelpSiteInfo")));
-    frame->Add(Box("SContainerScheme", "Color Scheme", scheme, Help("lblHelpScheme")));
-    frame->AddTall(Box("SContainerWelcome", "Welcome Message", Rows({welcome, Note("Note: HTML is Allowed")}),
-                       Help("lblHelpWelcome")));
-    frame->Add(
-        Box("SContainerOperation", "Operation",
-            Rows({CheckBox("chkRunOnStart", "Run Pixmora! when Windows loads and start website automatically.")}),
-            Help("lblHelpOperation")));
-    return frame;
+    txtWelcome->setAccessibleName(QStringLiteral("Welcome Message"));
+    Add(Captioned("SContainerSiteInfo", "Site Information", site, Help("lblHelpSiteInfo")));
+    Add(Captioned("SContainerScheme", "Color Scheme", scheme, Help("lblHelpScheme")));
+    AddTall(Captioned("SContainerWelcome", "Welcome Message", Rows({txtWelcome, Note("Note: HTML is Allowed")}),
+                      Help("lblHelpWelcome")));
+    Add(Captioned("SContainerOperation", "Operation", Rows({chkRunOnStart}), Help("lblHelpOperation")));
 }
 
-QWidget *MakeAlbumsPage() {
-    auto *albums = ListView("lstAlbums", {"Album Name", "Path"}, 10);
-    albums->setAccessibleName(QStringLiteral("Albums"));
-    auto *rows = Rows({albums});
-    rows->addWidget(Button("cmdAlbumAdd", "Create Album..."), 0, Qt::AlignLeft);
-    auto *frame = new PageFrame;
-    frame->Add(
-        Note("Albums are the core of your website. This is where you decide which directories to share with "
-             "the outside world."));
-    frame->AddTall(Box("SContainerAlbums", "Current Albums", rows, Help("lblHelpAlbums")));
-    return frame;
+AlbumsPage::AlbumsPage() {
+    lstAlbums->setAccessibleName(QStringLiteral("Albums"));
+    auto *rows = Rows({lstAlbums});
+    rows->addWidget(cmdAlbumAdd, 0, Qt::AlignLeft);
+    Add(
+        Note("Albums are the core of your website. This is where you decide which directories to share with the "
+             "outside world."));
+    AddTall(Captioned("SContainerAlbums", "Current Albums", rows, Help("lblHelpAlbums")));
 }
 
-QWidget *MakeLayoutPage() {
-    auto *frame = new PageFrame;
+LayoutPage::LayoutPage() {
     auto *files = new QHBoxLayout;
-    for (const auto &[caption, name] :
-         {std::pair{"Files Per Row:", "cboFilesPerRow"}, std::pair{"Files Per Page:", "cboFilesPerPage"}}) {
+    for (const auto &[caption, list] :
+         {std::pair{"Files Per Row:", cboFilesPerRow}, std::pair{"Files Per Page:", cboFilesPerPage}}) {
         auto *grid = new QGridLayout;
-        AddRow(*grid, caption, DropDown(name));
+        AddRow(*grid, caption, list);
         files->addLayout(grid);
         files->addSpacing(24);
     }
     files->addStretch();
-    frame->Add(Box("SContainerFileLayout", "Media File Layout", files, Help("lblHelpFileLayout")));
-    frame->Add(MakePictureBox());
-    frame->Add(MakeSortBox(frame));
+    Add(Captioned("SContainerFileLayout", "Media File Layout", files, Help("lblHelpFileLayout")));
+    Add(MakePictureBox());
+    Add(MakeSortBox());
     auto *webcam = new QHBoxLayout;
-    auto *enabled = CheckBox("chkWebcam", "Enabled");
-    enabled->setAccessibleDescription(QStringLiteral("Webcam"));
-    auto *setup = Button("cmdSetupWebCam", "Setup...");
-    setup->setAccessibleDescription(QStringLiteral("Sets up the webcam"));
-    webcam->addWidget(enabled);
+    chkWebcam->setAccessibleDescription(QStringLiteral("Webcam"));
+    cmdSetupWebCam->setAccessibleDescription(QStringLiteral("Sets up the webcam"));
+    webcam->addWidget(chkWebcam);
     webcam->addSpacing(24);
-    webcam->addWidget(setup);
+    webcam->addWidget(cmdSetupWebCam);
     webcam->addStretch();
-    frame->Add(Box("SContainerWebcam", "Webcam", webcam, Help("lblHelpWebcam")));
-    return frame;
+    Add(Captioned("SContainerWebcam", "Webcam", webcam, Help("lblHelpWebcam")));
 }
 
-QWidget *MakeAccessPage() {
-    auto *rights = ListView("lvwRestricted", {"Share", "Directory", "Username"}, 12);
-    rights->setAccessibleName(QStringLiteral("Protected Directories"));
-    auto *rows = Rows({rights});
-    auto *setup = Button("cmdSetupRestricted", "Setup...");
-    setup->setAccessibleDescription(QStringLiteral("Sets up users and protected directories"));
-    rows->addWidget(setup, 0, Qt::AlignLeft);
-    auto *frame = new PageFrame;
-    frame->AddTall(Box("SContainerRestricted", "Protected Directories", rows, Help("lblHelpRestrictedDirs")));
-    return frame;
+SContainer *LayoutPage::MakePictureBox() {
+    auto *columns = new QHBoxLayout;
+    columns->setSpacing(24);
+    columns->addLayout(SliderRows("Size:", sldImageSize, lblThumbSize, lblPreviewSize, lblSlideshowSize));
+    columns->addLayout(
+        SliderRows("Quality:", sldImageQuality, lblThumbQuality, lblPreviewQuality, lblSlideshowQuality));
+    return Captioned("SContainerThumbnails", "Picture Size and Quality", columns, Help("lblHelpThumbnails"));
+}
+
+SContainer *LayoutPage::MakeSortBox() {
+    auto *methods = OptionRows(*optDirSortMethod, "optDirSortMethod", {"By Name", "By Date Created", "Custom Order"});
+    cmdSetDirOrder->setAccessibleDescription(QStringLiteral("Sets the custom order of directories"));
+    auto *custom = new QHBoxLayout;
+    const std::unique_ptr<QLayoutItem> last(methods->takeAt(methods->count() - 1));
+    custom->addWidget(last->widget());
+    custom->addWidget(cmdSetDirOrder);
+    methods->addLayout(custom);
+    auto *orders = OptionRows(*optDirSortOrder, "optDirSortOrder", {"Ascending", "Descending"});
+    orders->addStretch();
+    auto *columns = new QHBoxLayout;
+    columns->addLayout(methods);
+    columns->addSpacing(24);
+    columns->addLayout(orders);
+    columns->addStretch();
+    return Captioned("SContainerSorting", "Directory Sorting", columns, Help("lblHelpDirectorySorting"));
+}
+
+AccessPage::AccessPage() {
+    lvwRestricted->setAccessibleName(QStringLiteral("Protected Directories"));
+    auto *rows = Rows({lvwRestricted});
+    cmdSetupRestricted->setAccessibleDescription(QStringLiteral("Sets up users and protected directories"));
+    rows->addWidget(cmdSetupRestricted, 0, Qt::AlignLeft);
+    AddTall(Captioned("SContainerRestricted", "Protected Directories", rows, Help("lblHelpRestrictedDirs")));
 }
 
 }  // namespace pixmora

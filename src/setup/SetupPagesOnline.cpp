@@ -1,16 +1,11 @@
 // SetupPages.h: the tabs of the setup dialog that have to do with the central service.
-#include <QCheckBox>
-#include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QVBoxLayout>
 
 #include "console/Skin.h"
 #include "console/Texts.h"
 #include "core/site/OwnerDialogue.h"
-#include "setup/FormParts.h"
-#include "setup/PageFrame.h"
 #include "setup/SetupPages.h"
 #include "setup/rules/HelpTexts.h"
 
@@ -84,29 +79,27 @@ QLayout *FirewallAdvice(const ServiceFacts &service) {
 
 }  // namespace
 
-QWidget *MakeFirewallPage(const ServiceFacts &service) {
+FirewallPage::FirewallPage(const ServiceFacts &service) {
     auto *addresses = new QGridLayout;
     addresses->setVerticalSpacing(4);
-    AddRow(*addresses, "Public IP Address:", Label("lblPublicIP", QStringLiteral("...")));
-    AddRow(*addresses, "Private IP Address:", Label("lblPrivateIP"));
+    AddRow(*addresses, "Public IP Address:", lblPublicIP);
+    AddRow(*addresses, "Private IP Address:", lblPrivateIP);
     addresses->setColumnStretch(1, 1);
     auto *rows = new QVBoxLayout;
     rows->setSpacing(12);
     rows->addLayout(addresses);
-    rows->addWidget(Button("cmdCheckFirewall", "Run Test"), 0, Qt::AlignLeft);
+    rows->addWidget(cmdCheckFirewall, 0, Qt::AlignLeft);
     rows->addLayout(FirewallAdvice(service));
-    auto *frame = new PageFrame;
-    frame->Add(
-        Note("This test will make sure people will be able to connect to your website with your current "
-             "firewall or network configuration."));
-    frame->Add(Box("SContainerFirewall", "Firewall Check", rows));
-    return frame;
+    Add(
+        Note("This test will make sure people will be able to connect to your website with your current firewall or "
+             "network configuration."));
+    Add(Captioned("SContainerFirewall", "Firewall Check", rows));
 }
 
-QWidget *MakeOnlinePage(const ServiceFacts &service) {
+OnlinePage::OnlinePage(const ServiceFacts &service) {
     const bool hasService = !service.Base.empty();
     auto *listing = new QVBoxLayout;
-    listing->addWidget(CheckBox("chkListOnline", "List Website Online"));
+    listing->addWidget(chkListOnline);
     listing->addLayout(AddressRow("Listing can be found at:",
                                   AddressLink("lblURLOnlineList", hasService ? service.Base + "/online.php" : "",
                                               "There is no central service.")));
@@ -115,20 +108,17 @@ QWidget *MakeOnlinePage(const ServiceFacts &service) {
         AddressRow("Website can be found at:",
                    AddressLink("lblURLRedirecting", service.Redirecting,
                                hasService ? "Your website has no account name." : "There is no central service.")));
-    auto *frame = new PageFrame;
-    frame->Add(Box("SContainerListOnline", "List Server Online", listing,
-                   Help("lblHelpListServerOnline", ServiceName(service.Base))));
-    frame->Add(Box("SContainerRedirect", "Redirecting Address", redirect, Help("lblHelpRedirecting")));
-    return frame;
+    Add(Captioned("SContainerListOnline", "List Server Online", listing,
+                  Help("lblHelpListServerOnline", ServiceName(service.Base))));
+    Add(Captioned("SContainerRedirect", "Redirecting Address", redirect, Help("lblHelpRedirecting")));
 }
 
-QWidget *MakePortPage(const ServiceFacts &service) {
+PortPage::PortPage(const ServiceFacts &service) {
     auto *port = new QGridLayout;
-    auto *box = DropDown("cboListenPort", true);
-    for (const char *choice : {"80", "8080", "8081", "8082"}) box->addItem(QLatin1String(choice));
-    box->setMinimumContentsLength(8);
-    AddRow(*port, "Listening Port:", box);
-    port->addWidget(Button("cmdPortCheck", "Check Port"), port->rowCount() - 1, 2);
+    for (const char *choice : {"80", "8080", "8081", "8082"}) cboListenPort->addItem(QLatin1String(choice));
+    cboListenPort->setMinimumContentsLength(8);
+    AddRow(*port, "Listening Port:", cboListenPort);
+    port->addWidget(cmdPortCheck, port->rowCount() - 1, 2);
     port->setColumnStretch(3, 1);
     auto *rows = new QVBoxLayout;
     rows->setSpacing(12);
@@ -136,13 +126,11 @@ QWidget *MakePortPage(const ServiceFacts &service) {
     rows->addWidget(
         ServiceLink("lblWhatPortsAre", "Click for an explanation of what ports are.", service, "/support_port.php"), 0,
         Qt::AlignLeft);
-    auto *frame = new PageFrame;
-    frame->Add(
-        Note("The common HTTP port is port 80 so usually there is no need to change this. However some "
-             "firewalls and networks may block port 80 for security reasons. If you experience problems with "
-             "visitors connecting to your website, try another port."));
-    frame->Add(Box("SContainerPort", "Port Setup", rows, Help("lblHelpPortSetup")));
-    return frame;
+    Add(
+        Note("The common HTTP port is port 80 so usually there is no need to change this. However some firewalls and "
+             "networks may block port 80 for security reasons. If you experience problems with visitors connecting to "
+             "your website, try another port."));
+    Add(Captioned("SContainerPort", "Port Setup", rows, Help("lblHelpPortSetup")));
 }
 
 }  // namespace pixmora

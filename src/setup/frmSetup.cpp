@@ -2,10 +2,6 @@
 #include "setup/frmSetup.h"
 
 #include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -49,10 +45,20 @@ SetupSurroundings DesktopSurroundings() {
 }
 
 frmSetup::frmSetup(const SetupOpening &opening, SetupSurroundings surroundings)
+    : frmSetup(opening, std::move(surroundings), {ServiceBase(), RedirectingAddress()}) {}
+
+frmSetup::frmSetup(const SetupOpening &opening, SetupSurroundings surroundings, const ServiceFacts &service)
     : SetupWindow("frmSetup", ToQt(App::Title) + QStringLiteral(" Setup"), nullptr),
       opening_(opening),
       surroundings_(std::move(surroundings)),
       SSTab1(new QTabWidget),
+      general_(new GeneralPage),
+      albums_(new AlbumsPage),
+      firewall_(new FirewallPage(service)),
+      layout_(new LayoutPage),
+      online_(new OnlinePage(service)),
+      access_(new AccessPage),
+      port_(new PortPage(service)),
       cmdPrevious(Button("cmdPrevious", "<< Previous")),
       cmdNext(Button("cmdNext", "Next >>")),
       cmdOK(Button("cmdOK", "Finish")),
@@ -74,16 +80,15 @@ frmSetup::frmSetup(const SetupOpening &opening, SetupSurroundings surroundings)
 frmSetup::~frmSetup() = default;
 
 void frmSetup::MakeTabs() {
-    const ServiceFacts service{ServiceBase(), RedirectingAddress()};
     SSTab1->setObjectName(QStringLiteral("SSTab1"));
-    SSTab1->addTab(MakeIntroductionPage(), QStringLiteral("Introduction"));
-    SSTab1->addTab(MakeGeneralPage(), QStringLiteral("General"));
-    SSTab1->addTab(MakeAlbumsPage(), QStringLiteral("Albums"));
-    SSTab1->addTab(MakeFirewallPage(service), QStringLiteral("Firewall Check"));
-    SSTab1->addTab(MakeLayoutPage(), QStringLiteral("Layout"));
-    SSTab1->addTab(MakeOnlinePage(service), QStringLiteral("Online Identity"));
-    SSTab1->addTab(MakeAccessPage(), QStringLiteral("Access Control"));
-    SSTab1->addTab(MakePortPage(service), QStringLiteral("Port Setup"));
+    SSTab1->addTab(new IntroductionPage, QStringLiteral("Introduction"));
+    SSTab1->addTab(general_, QStringLiteral("General"));
+    SSTab1->addTab(albums_, QStringLiteral("Albums"));
+    SSTab1->addTab(firewall_, QStringLiteral("Firewall Check"));
+    SSTab1->addTab(layout_, QStringLiteral("Layout"));
+    SSTab1->addTab(online_, QStringLiteral("Online Identity"));
+    SSTab1->addTab(access_, QStringLiteral("Access Control"));
+    SSTab1->addTab(port_, QStringLiteral("Port Setup"));
 }
 
 QLayout *frmSetup::MakeButtons() {
@@ -120,31 +125,36 @@ void frmSetup::ConnectWizard() {
 
 void frmSetup::Load() {
     const SetupFields fields = LoadSetupFields();
-    Find<QLineEdit>("txtDesc")->setText(ToQt(fields.Description));
-    SetText(*Find<QPlainTextEdit>("txtWelcome"), fields.Welcome);
     privateIP_ = GetLocalIP();
-    Find<QLabel>("lblPrivateIP")->setText(ToQt(privateIP_));
+    firewall_->lblPrivateIP->setText(ToQt(privateIP_));
     FillAlbums();
     const std::vector<std::string> styles = StyleNames();
-    auto *cboStyle = Find<QComboBox>("cboStyle");
-    for (const std::string &style : styles) cboStyle->addItem(ToQt(style));
-    cboStyle->setCurrentIndex(StyleIndex(styles, fields.Style));
-    for (const BoundSetting &bound : boundSettings) {
-        const std::string &value = fields.*bound.Value;
-        const bool isUnset = bound.Value == &SetupFields::FilesPerPage && value.empty();
-        if (bound.Value != &SetupFields::Style && !isUnset) SetControlText(*Find<QObject>(bound.Control), value);
+    for (const std::string &style : styles) general_->cboStyle->addItem(ToQt(style));
+    general_->cboStyle->setCurrentIndex(StyleIndex(styles, fields.Style));
+    for (const auto &[control, value] : BoundControls()) {
+        // With none stored, the page stays at what the choice of the row has made it.
+        const bool isUnset = control == layout_->cboFilesPerPage && fields.FilesPerPage.empty();
+        if (control != general_->cboStyle && !isUnset) SetControlText(*control, fields.*value);
     }
     FillRestricted();
     settingsChanged_ = false;
 }
 
+std::vector<frmSetup::BoundControl> frmSetup::BoundControls() const {
+    return {
+        {general_->txtServerTitle, &SetupFields::ServerTitle},  {general_->txtAuthor, &SetupFields::Author},
+        {general_->txtDesc, &SetupFields::Description},         {general_->cboStyle, &SetupFields::Style},
+        {general_->txtWelcome, &SetupFields::Welcome},          {general_->chkRunOnStart, &SetupFields::RunOnStart},
+        {layout_->cboFilesPerRow, &SetupFields::FilesPerRow},  // before the page, which it resets
+        {layout_->cboFilesPerPage, &SetupFields::FilesPerPage}, {layout_->sldImageSize, &SetupFields::ImageSize},
+        {layout_->sldImageQuality, &SetupFields::ImageQuality}, {layout_->optDirSortMethod, &SetupFields::SortMethod},
+        {layout_->optDirSortOrder, &SetupFields::SortOrder},    {layout_->chkWebcam, &SetupFields::Webcam},
+        {online_->chkListOnline, &SetupFields::ListOnline},     {port_->cboListenPort, &SetupFields::ListenPort}};
+}
+
 SetupFields frmSetup::Fields() const {
     SetupFields fields;
-    for (const BoundSetting &bound : boundSettings) {
-        fields.*bound.Value = ControlText(*Find<QObject>(bound.Control));
-    }
-    fields.Description = FromQt(Find<QLineEdit>("txtDesc")->text());
-    fields.Welcome = TextOf(*Find<QPlainTextEdit>("txtWelcome"));
+    for (const auto &[control, value] : BoundControls()) fields.*value = ControlText(*control);
     return fields;
 }
 
@@ -179,10 +189,10 @@ void frmSetup::ClickFinish() {
         return CountAlbums();
     };
     hands.IsRunOnStartTicked = [this] {
-        return ControlText(*Find<QObject>("chkRunOnStart")) == "1";
+        return ControlText(*general_->chkRunOnStart) == "1";
     };
     hands.TickRunOnStart = [this] {
-        SetControlText(*Find<QObject>("chkRunOnStart"), "1");
+        SetControlText(*general_->chkRunOnStart, "1");
     };
     hands.RunFirewallCheck = [this] {
         GoTo(SetupTab::FirewallCheck);

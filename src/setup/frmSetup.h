@@ -20,6 +20,14 @@ class QTabWidget;
 namespace pixmora {
 
 class SkinButton;
+struct AccessPage;
+struct AlbumsPage;
+struct FirewallPage;
+struct GeneralPage;
+struct LayoutPage;
+struct OnlinePage;
+struct PortPage;
+struct ServiceFacts;
 
 /// What the dialog needs of the world around it; tests put their own in its place.
 struct SetupSurroundings {
@@ -48,11 +56,19 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    frmSetup(const SetupOpening &opening, SetupSurroundings surroundings, const ServiceFacts &service);
+
     // frmSetup.cpp: opening, wizard, end
     void MakeTabs();
     QLayout *MakeButtons();
     void ConnectWizard();
     void Load();
+    /// A control that holds one of the values that Finish saves.
+    struct BoundControl {
+        QObject *Control;
+        std::string SetupFields::*Value;
+    };
+    std::vector<BoundControl> BoundControls() const;
     SetupFields Fields() const;
     void GoTo(SetupTab tab);
     SetupTab CurrentTab() const;
@@ -86,15 +102,16 @@ private:
     void ConnectNetwork();
     bool CheckFirewall();
 
-    /// A control by its name.
-    template <typename Control>
-    Control *Find(const char *name) const {
-        return findChild<Control *>(QLatin1String(name));
-    }
-
     SetupOpening opening_;
     SetupSurroundings surroundings_;
     QTabWidget *SSTab1;
+    GeneralPage *general_;
+    AlbumsPage *albums_;
+    FirewallPage *firewall_;
+    LayoutPage *layout_;
+    OnlinePage *online_;
+    AccessPage *access_;
+    PortPage *port_;
     SkinButton *cmdPrevious;
     SkinButton *cmdNext;
     SkinButton *cmdOK;

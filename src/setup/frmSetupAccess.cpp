@@ -2,8 +2,6 @@
 #include "setup/frmSetupAccess.h"
 
 #include <QCheckBox>
-#include <QGridLayout>
-#include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QTimer>
@@ -11,6 +9,7 @@
 
 #include "console/Events.h"
 #include "console/Texts.h"
+#include "setup/ControlText.h"
 #include "setup/FormParts.h"
 #include "setup/frmSetupUsers.h"
 #include "setup/modTree.h"
@@ -24,8 +23,6 @@ using namespace FormParts;
 frmSetupAccess::frmSetupAccess(QWidget *parent)
     : SetupWindow("frmSetupAccess", QStringLiteral("Access Control"), parent),
       tvAccess(new AlbumTreeView("tvAccess")),
-      lblParentAlbum(Label("lblParentAlbum")),
-      lblAccessDir(Label("lblAccessDir")),
       chkRestrictAccess(CheckBox("chkRestrictAccess", "Restrict Access To:")),
       lstUsers(new QListWidget),
       cmdUserAdd(Button("cmdUserAdd", "&Add User")),
@@ -40,48 +37,40 @@ frmSetupAccess::frmSetupAccess(QWidget *parent)
     right->addWidget(MakeWordsBox(), 1);
     columns->addLayout(right, 1);
     Contents()->addLayout(columns, 1);
-    cmdOK->setMinimumWidth(90);
-    Contents()->addWidget(cmdOK, 0, Qt::AlignRight);
+    Contents()->addLayout(ButtonRow({cmdOK}));
     ConnectControls();
     FillUsers();
-    SetText(*txtRestrictWords, LoadRestrictWords());
+    SetControlText(*txtRestrictWords, LoadRestrictWords());
     tvAccess->FillAlbumTree();
     ClickNode();
     FinishLayout();
 }
 
 SContainer *frmSetupAccess::MakeTreeBox() {
-    tvAccess->setAccessibleName(QStringLiteral("Albums and directories"));
     auto *rows = new QVBoxLayout;
     rows->addWidget(tvAccess);
-    return Box("SContainer1", "Album Directories", rows, Help("lblHelpAlbumDirs"));
+    return Captioned("SContainer1", "Album Directories", rows, Help("lblHelpAlbumDirs"));
 }
 
 SContainer *frmSetupAccess::MakeUserBox() {
     lstUsers->setObjectName(QStringLiteral("lstUsers"));
     lstUsers->setAccessibleName(QStringLiteral("Users with access"));
     auto *rows = new QVBoxLayout;
-    auto *place = new QGridLayout;
-    place->addWidget(new QLabel(QStringLiteral("Album:")), 0, 0);
-    place->addWidget(lblParentAlbum, 0, 1);
-    place->addWidget(lblAccessDir, 1, 1);
-    place->setColumnStretch(1, 1);
-    for (QLabel *label : {lblParentAlbum, lblAccessDir}) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    rows->addLayout(place);
+    rows->addLayout(tvAccess->MakePlaceRows());
     rows->addWidget(chkRestrictAccess);
     rows->addWidget(lstUsers, 1);
     auto *buttons = new QHBoxLayout;
     for (SkinButton *button : {cmdUserAdd, cmdUserEdit, cmdUserDelete}) buttons->addWidget(button);
     buttons->addStretch();
     rows->addLayout(buttons);
-    return Box("SContainer2", "User Access", rows, Help("lblHelpUserAccess"));
+    return Captioned("SContainer2", "User Access", rows, Help("lblHelpUserAccess"));
 }
 
 SContainer *frmSetupAccess::MakeWordsBox() {
     txtRestrictWords->setAccessibleName(QStringLiteral("Words that protect a directory"));
     auto *rows = new QVBoxLayout;
     rows->addWidget(txtRestrictWords);
-    return Box("SContainer3", "Auto Restrict", rows, Help("lblHelpAutoRestrict"));
+    return Captioned("SContainer3", "Auto Restrict", rows, Help("lblHelpAutoRestrict"));
 }
 
 void frmSetupAccess::ConnectControls() {
@@ -96,8 +85,8 @@ void frmSetupAccess::ConnectControls() {
         ShowRestriction();
         lstUsers->setFocus();
     });
-    OnClick(cmdUserAdd, [this] { AddUser(); });
-    OnClick(cmdUserEdit, [this] { EditUser(); });
+    OnClick(cmdUserAdd, [this] { ShowUser(""); });
+    OnClick(cmdUserEdit, [this] { ShowUser(SelectedUser()); });
     OnClick(cmdUserDelete, [this] { DeleteUser(); });
     OnClick(cmdOK, [this] { CloseByOwner(); });
 }
@@ -105,23 +94,19 @@ void frmSetupAccess::ConnectControls() {
 void frmSetupAccess::Run() {
     QTimer::singleShot(0, this, [this] {
         RunEventHandler([this] {
-            if (lstUsers->count() == 0 && WantsFirstUser()) AddUser();
+            if (lstUsers->count() == 0 && WantsFirstUser()) ShowUser("");
         });
     });
     exec();
 }
 
 void frmSetupAccess::CloseByOwner() {
-    SaveRestrictWords(TextOf(*txtRestrictWords));
+    SaveRestrictWords(ControlText(*txtRestrictWords));
     done(Accepted);
 }
 
 std::string frmSetupAccess::SelectedUser() const {
     return lstUsers->currentItem() == nullptr ? std::string() : FromQt(lstUsers->currentItem()->text());
-}
-
-std::string frmSetupAccess::ParentAlbum() const {
-    return FromQt(lblParentAlbum->text());
 }
 
 void frmSetupAccess::FillUsers() {
@@ -144,7 +129,7 @@ void frmSetupAccess::UpdateButtons() {
 
 void frmSetupAccess::ClickNode() {
     const std::string key = tvAccess->CurrentKey();
-    const bool isDirectory = tvAccess->ShowPlace(*lblParentAlbum, *lblAccessDir);
+    const bool isDirectory = tvAccess->IsDirectoryCurrent();
     chkRestrictAccess->setEnabled(isDirectory);
     lstUsers->setEnabled(isDirectory);
     loadingUsers_ = true;
@@ -166,24 +151,14 @@ void frmSetupAccess::ShowRestriction() {
 void frmSetupAccess::CheckItem(QListWidgetItem *user) {
     UpdateButtons();
     if (loadingUsers_) return;
-    const std::string subDir = SubDirOfKey(tvAccess->CurrentKey());
-    if (user->checkState() == Qt::Checked) {
-        AddRight(ParentAlbum(), subDir, FromQt(user->text()));
-    } else {
-        RemoveRight(ParentAlbum(), subDir, FromQt(user->text()));
-    }
+    const std::string key = tvAccess->CurrentKey();
+    const auto write = user->checkState() == Qt::Checked ? AddRight : RemoveRight;
+    write(AlbumOfKey(key), SubDirOfKey(key), FromQt(user->text()));
     ShowRestriction();
 }
 
-void frmSetupAccess::AddUser() {
-    frmSetupUsers form(this, "");
-    if (form.exec() == Accepted) FillUsers();
-    UpdateButtons();
-    ClickNode();
-}
-
-void frmSetupAccess::EditUser() {
-    frmSetupUsers form(this, SelectedUser());
+void frmSetupAccess::ShowUser(const std::string &editUserName) {
+    frmSetupUsers form(this, editUserName);
     if (form.exec() == Accepted) FillUsers();
     UpdateButtons();
     ClickNode();

@@ -6,7 +6,6 @@
 #include "setup/SetupWindow.h"
 
 class QCheckBox;
-class QLabel;
 class QListWidget;
 class QListWidgetItem;
 class QPlainTextEdit;
@@ -39,15 +38,12 @@ private:
     void ClickNode();
     void CheckItem(QListWidgetItem *user);
     void ShowRestriction();
-    void AddUser();
-    void EditUser();
+    /// @param editUserName empty to add one
+    void ShowUser(const std::string &editUserName);
     void DeleteUser();
     std::string SelectedUser() const;
-    std::string ParentAlbum() const;
 
     AlbumTreeView *tvAccess;
-    QLabel *lblParentAlbum;
-    QLabel *lblAccessDir;
     QCheckBox *chkRestrictAccess;
     QListWidget *lstUsers;
     SkinButton *cmdUserAdd;

@@ -50,9 +50,9 @@ frmSetupAlbum::frmSetupAlbum(QWidget *parent, const std::optional<std::string> &
     rows->addLayout(MakeFeaturedRows());
     rows->addStretch();
     auto *frame = new PageFrame(0);
-    frame->AddTall(Box("SContainer1", editAlbumName ? "Edit Album" : "Create Album", rows));
+    frame->AddTall(Captioned("SContainer1", editAlbumName ? "Edit Album" : "Create Album", rows));
     Contents()->addWidget(frame, 1);
-    Contents()->addLayout(MakeButtons());
+    Contents()->addLayout(ButtonRow({cmdOK, cmdCancel, cmdDelete}));
     ConnectControls();
     Load(editor_.Load());
     cmdDelete->setEnabled(editAlbumName.has_value());
@@ -116,16 +116,6 @@ QLayout *frmSetupAlbum::MakeFeaturedRows() {
     grid->setColumnStretch(1, 1);
     rows->addLayout(grid);
     return rows;
-}
-
-QLayout *frmSetupAlbum::MakeButtons() {
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    for (SkinButton *button : {cmdOK, cmdCancel, cmdDelete}) {
-        button->setMinimumWidth(90);
-        buttons->addWidget(button);
-    }
-    return buttons;
 }
 
 void frmSetupAlbum::ConnectControls() {

@@ -42,7 +42,6 @@ private:
     QLayout *MakeNameRows();
     QLayout *MakeShareRows();
     QLayout *MakeFeaturedRows();
-    QLayout *MakeButtons();
     void ConnectControls();
     void Load(const AlbumFields &fields);
     AlbumFields Fields() const;

@@ -2,9 +2,7 @@
 #include "setup/frmSetupDirOrder.h"
 
 #include <QComboBox>
-#include <QGridLayout>
 #include <QHeaderView>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -28,23 +26,19 @@ constexpr int sortColumn = 1;  // hidden
 frmSetupDirOrder::frmSetupDirOrder(QWidget *parent)
     : SetupWindow("frmSetupDirOrder", QStringLiteral("Directory Order"), parent),
       tvAlbums(new AlbumTreeView("tvAlbums")),
-      lblParentAlbum(Label("lblParentAlbum")),
-      lblAccessDir(Label("lblAccessDir")),
       lvwDirs(ListView("lvwDirs", {"Directory", "Order"}, 14)),
       cboPreSort(DropDown("cboPreSort")),
       cmdMoveUp(Button("cmdMoveUp", "Move Up")),
       cmdMoveDown(Button("cmdMoveDown", "Move Down")),
       cmdSave(Button("cmdSave", "Save")),
       cmdOK(Button("cmdOK", "OK")) {
-    tvAlbums->setAccessibleName(QStringLiteral("Albums and directories"));
     auto *tree = new QVBoxLayout;
     tree->addWidget(tvAlbums);
     auto *columns = new QHBoxLayout;
-    columns->addWidget(Box("SContainer1", "Album Directories", tree), 1);
+    columns->addWidget(Captioned("SContainer1", "Album Directories", tree), 1);
     columns->addWidget(MakeListBox(), 1);
     Contents()->addLayout(columns, 1);
-    cmdOK->setMinimumWidth(90);
-    Contents()->addWidget(cmdOK, 0, Qt::AlignRight);
+    Contents()->addLayout(ButtonRow({cmdOK}));
     ConnectControls();
     tvAlbums->FillAlbumTree();
     ClickNode();
@@ -57,20 +51,14 @@ SContainer *frmSetupDirOrder::MakeListBox() {
     lvwDirs->viewport()->installEventFilter(this);
     for (const char *choice : PreSortChoices) cboPreSort->addItem(QString::fromUtf8(choice));
     cboPreSort->setAccessibleName(QStringLiteral("Sort by"));
-    auto *place = new QGridLayout;
-    place->addWidget(new QLabel(QStringLiteral("Album:")), 0, 0);
-    place->addWidget(lblParentAlbum, 0, 1);
-    place->addWidget(lblAccessDir, 1, 1);
-    place->setColumnStretch(1, 1);
-    for (QLabel *label : {lblParentAlbum, lblAccessDir}) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto *buttons = new QHBoxLayout;
     for (SkinButton *button : {cmdMoveUp, cmdMoveDown, cmdSave}) buttons->addWidget(button);
     auto *rows = new QVBoxLayout;
-    rows->addLayout(place);
+    rows->addLayout(tvAlbums->MakePlaceRows());
     rows->addWidget(lvwDirs, 1);
     rows->addWidget(cboPreSort);
     rows->addLayout(buttons);
-    return Box("SContainer2", "Directory Order", rows);
+    return Captioned("SContainer2", "Directory Order", rows);
 }
 
 void frmSetupDirOrder::ConnectControls() {
@@ -105,9 +93,7 @@ void frmSetupDirOrder::CloseByOwner() {
 
 void frmSetupDirOrder::ClickNode() {
     editor_.OfferToSave();
-    const std::string key = tvAlbums->CurrentKey();
-    tvAlbums->ShowPlace(*lblParentAlbum, *lblAccessDir);
-    editor_.Open(key);
+    editor_.Open(tvAlbums->CurrentKey());
     ShowRows(-1);
 }
 

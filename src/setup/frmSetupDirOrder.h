@@ -5,7 +5,6 @@
 #include "setup/rules/DirOrderEditor.h"
 
 class QComboBox;
-class QLabel;
 class QTreeWidget;
 
 namespace pixmora {
@@ -34,8 +33,6 @@ private:
 
     DirOrderEditor editor_;
     AlbumTreeView *tvAlbums;
-    QLabel *lblParentAlbum;
-    QLabel *lblAccessDir;
     QTreeWidget *lvwDirs;
     QComboBox *cboPreSort;
     SkinButton *cmdMoveUp;

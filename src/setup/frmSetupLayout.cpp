@@ -1,16 +1,12 @@
 // frmSetup.h: the setup dialog: figures of the sliders, files on a page, the order of directories, the webcam.
-#include <QButtonGroup>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
 #include <QRadioButton>
-#include <QSlider>
 
 #include "console/Events.h"
 #include "console/SkinButton.h"
 #include "console/Texts.h"
 #include "platform/runtime/Numbers.h"
 #include "setup/ControlText.h"
+#include "setup/SetupPages.h"
 #include "setup/frmSetup.h"
 #include "setup/frmSetupDirOrder.h"
 #include "setup/frmSetupWebcam.h"
@@ -25,57 +21,50 @@ constexpr int mostFilesPerRow = 10;
 }  // namespace
 
 void frmSetup::ConnectLayout() {
-    auto *cboFilesPerRow = Find<QComboBox>("cboFilesPerRow");
-    for (int files = 1; files <= mostFilesPerRow; ++files) cboFilesPerRow->addItem(QString::number(files));
-    connect(cboFilesPerRow, &QComboBox::currentTextChanged, this,
+    for (int files = 1; files <= mostFilesPerRow; ++files) layout_->cboFilesPerRow->addItem(QString::number(files));
+    connect(layout_->cboFilesPerRow, &QComboBox::currentTextChanged, this,
             [this] { RunEventHandler([this] { ChooseFilesPerRow(); }); });
     ChooseFilesPerRow();
-    for (const char *name : {"sldImageSize", "sldImageQuality"}) {
-        connect(Find<QSlider>(name), &QSlider::valueChanged, this, [this] { ShowFigures(); });
+    for (QSlider *slider : {layout_->sldImageSize, layout_->sldImageQuality}) {
+        connect(slider, &QSlider::valueChanged, this, [this] { ShowFigures(); });
     }
     ShowFigures();
-    connect(Find<QButtonGroup>("optDirSortMethod"), &QButtonGroup::idToggled, this, [this](int, bool isOn) {
+    connect(layout_->optDirSortMethod, &QButtonGroup::idToggled, this, [this](int, bool isOn) {
         if (isOn) RunEventHandler([this] { ChooseSortMethod(); });
     });
-    OnClick(Find<SkinButton>("cmdSetDirOrder"), [this] { SetDirOrder(); });
-    auto *chkWebcam = Find<QCheckBox>("chkWebcam");
-    OnClick(chkWebcam, [this, chkWebcam] {
-        if (chkWebcam->isChecked()) SetUpWebcam();
+    OnClick(layout_->cmdSetDirOrder, [this] { SetDirOrder(); });
+    OnClick(layout_->chkWebcam, [this] {
+        if (layout_->chkWebcam->isChecked()) SetUpWebcam();
     });
-    OnClick(Find<SkinButton>("cmdSetupWebCam"), [this] { SetUpWebcam(); });
+    OnClick(layout_->cmdSetupWebCam, [this] { SetUpWebcam(); });
 }
 
 void frmSetup::ShowFigures() {
-    const int size = Find<QSlider>("sldImageSize")->value();
-    const int quality = Find<QSlider>("sldImageQuality")->value();
-    const std::pair<const char *, std::string> figures[] = {
-        {"lblThumbSize", SizeText(size, ThumbPixels)},
-        {"lblPreviewSize", SizeText(size, PreviewPixels)},
-        {"lblSlideshowSize", SizeText(size, SlideshowPixels)},
-        {"lblThumbQuality", QualityText(quality, ThumbQualitySteps)},
-        {"lblPreviewQuality", QualityText(quality, PreviewQualitySteps)},
-        {"lblSlideshowQuality", QualityText(quality, SlideshowQualitySteps)},
-    };
-    for (const auto &[name, text] : figures) Find<QLabel>(name)->setText(ToQt(text));
+    const int size = layout_->sldImageSize->value();
+    layout_->lblThumbSize->setText(ToQt(SizeText(size, ThumbPixels)));
+    layout_->lblPreviewSize->setText(ToQt(SizeText(size, PreviewPixels)));
+    layout_->lblSlideshowSize->setText(ToQt(SizeText(size, SlideshowPixels)));
+    const int quality = layout_->sldImageQuality->value();
+    layout_->lblThumbQuality->setText(ToQt(QualityText(quality, ThumbQualitySteps)));
+    layout_->lblPreviewQuality->setText(ToQt(QualityText(quality, PreviewQualitySteps)));
+    layout_->lblSlideshowQuality->setText(ToQt(QualityText(quality, SlideshowQualitySteps)));
 }
 
 void frmSetup::ChooseFilesPerRow() {
-    auto *cboFilesPerRow = Find<QComboBox>("cboFilesPerRow");
-    const std::string text = FromQt(cboFilesPerRow->currentText());
+    const std::string text = FromQt(layout_->cboFilesPerRow->currentText());
     if (const std::string number = NumericText(text); number != text) {
-        SetControlText(*cboFilesPerRow, number);  // comes back here
+        SetControlText(*layout_->cboFilesPerRow, number);  // comes back here
         return;
     }
     const int filesPerRow = static_cast<int>(Val(text));
-    auto *cboFilesPerPage = Find<QComboBox>("cboFilesPerPage");
-    cboFilesPerPage->clear();
-    for (const std::string &choice : FilesPerPageChoices(filesPerRow)) cboFilesPerPage->addItem(ToQt(choice));
-    cboFilesPerPage->setCurrentText(ToQt(FilesPerPageAtFirst(filesPerRow)));
+    layout_->cboFilesPerPage->clear();
+    for (const std::string &choice : FilesPerPageChoices(filesPerRow)) layout_->cboFilesPerPage->addItem(ToQt(choice));
+    layout_->cboFilesPerPage->setCurrentText(ToQt(FilesPerPageAtFirst(filesPerRow)));
 }
 
 void frmSetup::ChooseSortMethod() {
-    const int method = Find<QButtonGroup>("optDirSortMethod")->checkedId();
-    for (QAbstractButton *option : Find<QButtonGroup>("optDirSortOrder")->buttons()) {
+    const int method = layout_->optDirSortMethod->checkedId();
+    for (QAbstractButton *option : layout_->optDirSortOrder->buttons()) {
         option->setEnabled(method != customOrder);
     }
     if (method == customOrder && isVisible() && !HasDirectoryOrder()) SetDirOrder();
@@ -85,24 +74,22 @@ void frmSetup::SetDirOrder() {
     if (!HasAlbumFor("set the directory order")) return;
     frmSetupDirOrder form(this);
     form.exec();
-    auto *methods = Find<QButtonGroup>("optDirSortMethod");
-    if (methods->checkedId() == customOrder) return;  // its click would ask for an order again
-    const QSignalBlocker quiet(methods);
-    SetControlText(*Find<QObject>("optDirSortMethod"), std::to_string(customOrder));
-    for (QAbstractButton *option : Find<QButtonGroup>("optDirSortOrder")->buttons()) option->setEnabled(false);
+    if (layout_->optDirSortMethod->checkedId() == customOrder) return;
+    const QSignalBlocker quiet(layout_->optDirSortMethod);  // its click would ask for an order again
+    layout_->optDirSortMethod->button(customOrder)->setChecked(true);
+    for (QAbstractButton *option : layout_->optDirSortOrder->buttons()) option->setEnabled(false);
     settingsChanged_ = true;
 }
 
 void frmSetup::SetUpWebcam() {
     const WebcamHands hands = surroundings_.Webcam();
-    auto *chkWebcam = Find<QCheckBox>("chkWebcam");
     if (!WebcamEditor(hands).Enter()) {
-        chkWebcam->setChecked(false);
+        layout_->chkWebcam->setChecked(false);
         return;
     }
     frmSetupWebcam form(this, hands);
     form.exec();
-    if (!form.IsWebcamUsable()) chkWebcam->setChecked(false);
+    if (!form.IsWebcamUsable()) layout_->chkWebcam->setChecked(false);
 }
 
 }  // namespace pixmora

@@ -1,11 +1,10 @@
 // frmSetup.h: the setup dialog: its lists of albums and rights, and the dialogs behind them.
 #include <QShortcut>
-#include <QTreeWidget>
 
 #include "console/Events.h"
 #include "console/SkinButton.h"
 #include "console/Texts.h"
-#include "setup/FormParts.h"
+#include "setup/SetupPages.h"
 #include "setup/frmSetup.h"
 #include "setup/frmSetupAccess.h"
 #include "store/Catalogue.h"
@@ -32,16 +31,15 @@ void FitColumns(QTreeWidget &list) {
 }  // namespace
 
 void frmSetup::ConnectLists() {
-    auto *lstAlbums = Find<QTreeWidget>("lstAlbums");
-    OnClick(Find<SkinButton>("cmdAlbumAdd"), [this] { CreateAlbum(); });
-    connect(lstAlbums, &QTreeWidget::itemDoubleClicked, this, [this] { RunEventHandler([this] { EditAlbum(); }); });
-    OnEnter(lstAlbums, [this] { EditAlbum(); });
+    OnClick(albums_->cmdAlbumAdd, [this] { CreateAlbum(); });
+    connect(albums_->lstAlbums, &QTreeWidget::itemDoubleClicked, this,
+            [this] { RunEventHandler([this] { EditAlbum(); }); });
+    OnEnter(albums_->lstAlbums, [this] { EditAlbum(); });
 
-    auto *lvwRestricted = Find<QTreeWidget>("lvwRestricted");
-    OnClick(Find<SkinButton>("cmdSetupRestricted"), [this] { SetUpRestricted(); });
-    connect(lvwRestricted, &QTreeWidget::itemClicked, this,
+    OnClick(access_->cmdSetupRestricted, [this] { SetUpRestricted(); });
+    connect(access_->lvwRestricted, &QTreeWidget::itemClicked, this,
             [this] { RunEventHandler([this] { RemoveRestriction(); }); });
-    OnEnter(lvwRestricted, [this] { RemoveRestriction(); });
+    OnEnter(access_->lvwRestricted, [this] { RemoveRestriction(); });
 }
 
 void frmSetup::FillAlbums() {
@@ -50,15 +48,14 @@ void frmSetup::FillAlbums() {
 }
 
 void frmSetup::AddAlbumRow(const std::string &name, const std::string &directory) {
-    auto *lstAlbums = Find<QTreeWidget>("lstAlbums");
-    auto *row = new QTreeWidgetItem(lstAlbums, {ToQt(name), ToQt(AbbreviatedDir(directory))});
+    auto *row = new QTreeWidgetItem(albums_->lstAlbums, {ToQt(name), ToQt(AbbreviatedDir(directory))});
     row->setIcon(0, FormParts::FolderIcon());
     row->setToolTip(1, ToQt(directory));
-    FitColumns(*lstAlbums);
+    FitColumns(*albums_->lstAlbums);
 }
 
 int frmSetup::CountAlbums() const {
-    return Find<QTreeWidget>("lstAlbums")->topLevelItemCount();
+    return albums_->lstAlbums->topLevelItemCount();
 }
 
 void frmSetup::CreateAlbum() {
@@ -69,7 +66,7 @@ void frmSetup::CreateAlbum() {
 }
 
 void frmSetup::EditAlbum() {
-    QTreeWidgetItem *selected = Find<QTreeWidget>("lstAlbums")->currentItem();
+    QTreeWidgetItem *selected = albums_->lstAlbums->currentItem();
     if (selected == nullptr) return;
     frmSetupAlbum form(this, FromQt(selected->text(0)), surroundings_.Choosers);
     form.exec();
@@ -81,13 +78,12 @@ void frmSetup::EditAlbum() {
 }
 
 void frmSetup::FillRestricted() {
-    auto *lvwRestricted = Find<QTreeWidget>("lvwRestricted");
-    lvwRestricted->clear();
+    access_->lvwRestricted->clear();
     restricted_ = GetRestrictedRows();
     for (const RestrictedRow &row : restricted_) {
-        new QTreeWidgetItem(lvwRestricted, {ToQt(row.Share), ToQt(row.DirectoryText()), ToQt(row.Username)});
+        new QTreeWidgetItem(access_->lvwRestricted, {ToQt(row.Share), ToQt(row.DirectoryText()), ToQt(row.Username)});
     }
-    FitColumns(*lvwRestricted);
+    FitColumns(*access_->lvwRestricted);
 }
 
 bool frmSetup::HasAlbumFor(const char *purpose) {
@@ -107,11 +103,10 @@ void frmSetup::SetUpRestricted() {
 }
 
 void frmSetup::RemoveRestriction() {
-    auto *lvwRestricted = Find<QTreeWidget>("lvwRestricted");
-    const int row = lvwRestricted->indexOfTopLevelItem(lvwRestricted->currentItem());
+    const int row = access_->lvwRestricted->indexOfTopLevelItem(access_->lvwRestricted->currentItem());
     if (row < 0 || !OfferToRemoveRight(restricted_, restricted_[static_cast<std::size_t>(row)])) return;
     restricted_.erase(restricted_.begin() + row);
-    delete lvwRestricted->takeTopLevelItem(row);
+    delete access_->lvwRestricted->takeTopLevelItem(row);
 }
 
 }  // namespace pixmora

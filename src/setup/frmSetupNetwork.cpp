@@ -1,10 +1,6 @@
 // frmSetup.h: the setup dialog: the checks of the port, and what tells that a setting has changed.
 #include <QApplication>
-#include <QComboBox>
 #include <QEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 
 #include "console/Events.h"
 #include "console/SkinButton.h"
@@ -12,6 +8,7 @@
 #include "outside/CentralService.h"
 #include "outside/OutboundRequest.h"
 #include "setup/ControlText.h"
+#include "setup/SetupPages.h"
 #include "setup/frmSetup.h"
 
 namespace pixmora {
@@ -19,22 +16,22 @@ namespace pixmora {
 PortCheckHands frmSetup::MakeCheckHands() {
     PortCheckHands hands;
     hands.ListenPort = [this] {
-        return ControlText(*Find<QObject>("cboListenPort"));
+        return ControlText(*port_->cboListenPort);
     };
     hands.SetListenPort = [this](const std::string &port) {
-        SetControlText(*Find<QObject>("cboListenPort"), port);
+        SetControlText(*port_->cboListenPort, port);
     };
     hands.PrivateIP = [this] {
         return privateIP_;
     };
     hands.SetPublicIP = [this](const std::string &address) {
-        Find<QLabel>("lblPublicIP")->setText(ToQt(address));
+        firewall_->lblPublicIP->setText(ToQt(address));
     };
     hands.SetBusy = [this](bool isBusy) {
         isCheckRunning_ = isBusy;
         // The two share their sockets.
-        Find<SkinButton>("cmdCheckFirewall")->setEnabled(!isBusy);
-        Find<SkinButton>("cmdPortCheck")->setEnabled(!isBusy);
+        firewall_->cmdCheckFirewall->setEnabled(!isBusy);
+        port_->cmdPortCheck->setEnabled(!isBusy);
         if (isBusy) {
             setCursor(Qt::WaitCursor);
         } else {
@@ -50,15 +47,12 @@ PortCheckHands frmSetup::MakeCheckHands() {
 }
 
 void frmSetup::ConnectNetwork() {
-    OnClick(Find<SkinButton>("cmdCheckFirewall"), [this] { CheckFirewall(); });
-    OnClick(Find<SkinButton>("cmdPortCheck"), [this] { check_.CheckPort(); });
-    Find<QComboBox>("cboListenPort")->lineEdit()->installEventFilter(this);
-    const auto noteChange = [this] {
-        settingsChanged_ = true;
-    };
-    for (const BoundSetting &bound : boundSettings) OnControlChange(*Find<QObject>(bound.Control), noteChange);
-    OnControlChange(*Find<QObject>("txtDesc"), noteChange);
-    connect(Find<QPlainTextEdit>("txtWelcome"), &QPlainTextEdit::textChanged, this, noteChange);
+    OnClick(firewall_->cmdCheckFirewall, [this] { CheckFirewall(); });
+    OnClick(port_->cmdPortCheck, [this] { check_.CheckPort(); });
+    port_->cboListenPort->lineEdit()->installEventFilter(this);
+    for (const BoundControl &bound : BoundControls()) {
+        OnControlChange(*bound.Control, [this] { settingsChanged_ = true; });
+    }
 }
 
 bool frmSetup::CheckFirewall() {
@@ -68,7 +62,7 @@ bool frmSetup::CheckFirewall() {
 
 bool frmSetup::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::FocusOut) {
-        QObject &port = *Find<QObject>("cboListenPort");
+        QObject &port = *port_->cboListenPort;
         SetControlText(port, NumericText(ControlText(port)));
     }
     return SetupWindow::eventFilter(watched, event);

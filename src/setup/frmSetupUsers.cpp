@@ -37,14 +37,8 @@ frmSetupUsers::frmSetupUsers(QWidget *parent, std::string editUserName)
     AddRow(*grid, "Confirm:", txtConfirm);
     grid->addWidget(chkAdmin, grid->rowCount(), 0, 1, 2);
     grid->setColumnMinimumWidth(1, 200);
-    Contents()->addWidget(Box("SContainer1", editUserName_.empty() ? "Add User" : "Edit User", grid), 1);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    for (SkinButton *button : {cmdOK, cmdCancel}) {
-        button->setMinimumWidth(90);
-        buttons->addWidget(button);
-    }
-    Contents()->addLayout(buttons);
+    Contents()->addWidget(Captioned("SContainer1", editUserName_.empty() ? "Add User" : "Edit User", grid), 1);
+    Contents()->addLayout(ButtonRow({cmdOK, cmdCancel}));
     OnClick(cmdOK, [this] { Accept(); });
     OnClick(cmdCancel, [this] { CloseByOwner(); });
     cmdOK->setDefault(true);

@@ -55,19 +55,13 @@ frmSetupWebcam::frmSetupWebcam(QWidget *parent, WebcamHands hands)
     auto *source = new QVBoxLayout;
     source->addWidget(cboSource);
     source->addLayout(devices);
-    Contents()->addWidget(Box("SContainer1", "Capture Source", source, Help("lblHelpSource")));
+    Contents()->addWidget(Captioned("SContainer1", "Capture Source", source, Help("lblHelpSource")));
     auto *interval = new QHBoxLayout;
     interval->addWidget(sldCaptureInterval, 1);
     interval->addWidget(lblCaptureInterval);
-    Contents()->addWidget(Box("SContainer2", "Capture Interval", interval, Help("lblHelpInterval")));
+    Contents()->addWidget(Captioned("SContainer2", "Capture Interval", interval, Help("lblHelpInterval")));
     Contents()->addStretch();
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    for (SkinButton *button : {cmdOK, cmdCancel}) {
-        button->setMinimumWidth(90);
-        buttons->addWidget(button);
-    }
-    Contents()->addLayout(buttons);
+    Contents()->addLayout(ButtonRow({cmdOK, cmdCancel}));
     cmdDeviceFormat->setEnabled(false);
     cmdDeviceSource->setEnabled(false);
     ConnectControls();

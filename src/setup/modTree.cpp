@@ -1,9 +1,11 @@
 // The tree of albums and directories in the dialogs, filled as it is opened.
 #include "setup/modTree.h"
 
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLabel>
 
 #include "console/SkinButton.h"
 #include "console/Texts.h"
@@ -23,8 +25,10 @@ std::string KeyOf(const QTreeWidgetItem *node) {
 
 }  // namespace
 
-AlbumTreeView::AlbumTreeView(const char *name) {
+AlbumTreeView::AlbumTreeView(const char *name)
+    : lblParentAlbum(FormParts::Label("lblParentAlbum")), lblAccessDir(FormParts::Label("lblAccessDir")) {
     setObjectName(QLatin1String(name));
+    setAccessibleName(QStringLiteral("Albums and directories"));
     setHeaderHidden(true);
     setUniformRowHeights(true);
     header()->setStretchLastSection(false);
@@ -32,19 +36,28 @@ AlbumTreeView::AlbumTreeView(const char *name) {
     connect(this, &QTreeWidget::itemExpanded, this,
             [this](QTreeWidgetItem *node) { RunEventHandler([this, node] { AddChildDirectories(node); }); });
     connect(this, &QTreeWidget::currentItemChanged, this, [this] {
+        ShowPlace();
         if (OnNodeClick) RunEventHandler(OnNodeClick);
     });
 }
 
-bool AlbumTreeView::ShowPlace(QLabel &album, QLabel &directory) const {
-    const std::string key = CurrentKey();
-    const bool isDirectory = !key.empty() && !IsTreeRoot(key);
-    QString text = isDirectory ? ToQt(CurrentText()) : QString();
+QLayout *AlbumTreeView::MakePlaceRows() const {
+    auto *place = new QGridLayout;
+    place->addWidget(new QLabel(QStringLiteral("Album:")), 0, 0);
+    place->addWidget(lblParentAlbum, 0, 1);
+    place->addWidget(lblAccessDir, 1, 1);
+    place->setColumnStretch(1, 1);
+    for (QLabel *label : {lblParentAlbum, lblAccessDir}) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    return place;
+}
+
+void AlbumTreeView::ShowPlace() const {
+    const bool isDirectory = IsDirectoryCurrent();
+    QString text = isDirectory ? currentItem()->text(0) : QString();
     if (text.endsWith(u':')) text.chop(1);
-    album.setText(isDirectory ? ToQt(AlbumOfKey(key)) : QString());
-    directory.setText(text);
-    directory.setToolTip(text);
-    return isDirectory;
+    lblParentAlbum->setText(isDirectory ? ToQt(AlbumOfKey(CurrentKey())) : QString());
+    lblAccessDir->setText(text);
+    lblAccessDir->setToolTip(text);
 }
 
 QSize AlbumTreeView::sizeHint() const {
@@ -83,8 +96,8 @@ std::string AlbumTreeView::CurrentKey() const {
     return KeyOf(currentItem());
 }
 
-std::string AlbumTreeView::CurrentText() const {
-    return currentItem() == nullptr ? std::string() : FromQt(currentItem()->text(0));
+bool AlbumTreeView::IsDirectoryCurrent() const {
+    return currentItem() != nullptr && !IsTreeRoot(CurrentKey());
 }
 
 void AlbumTreeView::keyPressEvent(QKeyEvent *event) {

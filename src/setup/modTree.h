@@ -1,12 +1,13 @@
 // The tree of albums and directories in the dialogs, filled as it is opened.
 #pragma once
 
-#include <QLabel>
 #include <QTreeWidget>
 #include <functional>
 #include <string>
 
 #include "setup/rules/AlbumTree.h"
+
+class QLabel;
 
 namespace pixmora {
 
@@ -19,13 +20,13 @@ public:
     /// Anew from the database. A single album is open at once.
     void FillAlbumTree();
 
+    /// Rows for the dialog that tell the selected node's album and directory; nothing for the root. To be called once.
+    QLayout *MakePlaceRows() const;
+
     /// Of the selected node; empty with none.
     std::string CurrentKey() const;
-    std::string CurrentText() const;
-
-    /// Shows the selected node's album and directory in two labels, nothing for the root. @return whether it is a
-    /// directory, an album's own among them
-    bool ShowPlace(QLabel &album, QLabel &directory) const;
+    /// Whether it is a directory, an album's own among them.
+    bool IsDirectoryCurrent() const;
 
     /// Runs under the event guard when another node is chosen.
     std::function<void()> OnNodeClick;
@@ -36,8 +37,12 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void ShowPlace() const;
     void AddNode(QTreeWidgetItem *parent, const TreeNode &node) const;
     void AddChildDirectories(QTreeWidgetItem *node) const;
+
+    QLabel *lblParentAlbum;
+    QLabel *lblAccessDir;
 };
 
 }  // namespace pixmora

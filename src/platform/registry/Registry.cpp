@@ -192,11 +192,13 @@ void DeleteValue(Root root, std::string_view path, std::string_view name) {
     });
 }
 
+std::string ConfigFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toStdString();
+}
+
 std::string FilePath() {
     std::string &path = Kept().FilePath;
-    if (path.empty())
-        path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toStdString() +
-               "/pixmora/settings.ini";
+    if (path.empty()) path = ConfigFolder() + "/pixmora/settings.ini";
     return path;
 }
 

@@ -34,7 +34,9 @@ Value GetValue(Root root, std::string_view path, std::string_view name, const Va
 void SetValue(Root root, std::string_view path, std::string_view name, const Value &value);
 void DeleteValue(Root root, std::string_view path, std::string_view name);
 
-/// The file behind the tree, in the system's form: settings.ini in $XDG_CONFIG_HOME/pixmora, or ~/.config/pixmora.
+/// Where the owner's programs keep their settings, in the system's form: $XDG_CONFIG_HOME, or ~/.config.
+std::string ConfigFolder();
+/// The file behind the tree, in the system's form: pixmora/settings.ini in ConfigFolder.
 std::string FilePath();
 /// Chooses another file, for tests, and forgets what was read. Empty: the usual one again.
 void SetFilePath(std::string_view path);

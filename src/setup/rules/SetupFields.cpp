@@ -29,38 +29,53 @@ void SavePort(const std::string &text) {
     }
 }
 
-void SaveFiles(const SetupFields &fields) {
-    WriteProgramFile("sitedesc.txt", StripTags(fields.Description, ""));
-    WriteProgramFile("welcome.txt", fields.Welcome);
+void Save(const char *key, const std::string &value) {
+    SaveSetting("Setup", key, value);
 }
 
 }  // namespace
 
 SetupFields LoadSetupFields() {
-    SetupFields fields;
-    for (const BoundSetting &bound : boundSettings) {
-        fields.*bound.Value = GetSetting("Setup", bound.Key, bound.Default);
-    }
+    const auto stored = [](const char *key, const char *fallback) {
+        return GetSetting("Setup", key, fallback);
+    };
+    SetupFields fields{.ServerTitle = stored("ServerTitle", "Life Through My Eyes"),
+                       .Author = stored("Author", ""),
+                       .RunOnStart = stored("RunOnStart", "0"),
+                       .ListenPort = stored("ListenPort", "80"),
+                       .Style = stored("Style", "Default"),
+                       .FilesPerRow = stored("FilesPerRow", "3"),
+                       .FilesPerPage = stored("FilesPerPage", ""),
+                       .ImageSize = stored("ImageSize", "3"),
+                       .ImageQuality = stored("ImageQuality", "3"),
+                       .Webcam = stored("Webcam", "0"),
+                       .SortMethod = stored("SortMethod", "0"),
+                       .SortOrder = stored("SortOrder", "0"),
+                       .ListOnline = stored("ListOnline", "0"),
+                       .Description = ReadProgramFile("sitedesc.txt").value_or(""),
+                       .Welcome = ReadProgramFile("welcome.txt").value_or(WelcomeAtStart)};
     if (!fields.FilesPerPage.empty() && Val(fields.FilesPerPage) == 0) fields.FilesPerPage = AllFiles;
-    fields.Description = ReadProgramFile("sitedesc.txt").value_or("");
-    fields.Welcome = ReadProgramFile("welcome.txt").value_or(WelcomeAtStart);
     return fields;
 }
 
 void SaveSetupFields(const SetupFields &fields, const std::string &program) {
-    SaveSetting("Setup", "RunSetup", "1");
-    for (const BoundSetting &bound : boundSettings) {
-        const std::string &value = fields.*bound.Value;
-        if (bound.Value == &SetupFields::ListenPort) {
-            SetAutostart(fields.RunOnStart == "1", program);
-            SaveFiles(fields);
-            SavePort(value);
-        } else if (bound.Value == &SetupFields::FilesPerPage) {
-            SaveSetting("Setup", bound.Key, value == AllFiles ? "0" : value);
-        } else if (bound.Value != &SetupFields::Style || !value.empty()) {  // no choice keeps what was chosen before
-            SaveSetting("Setup", bound.Key, value);
-        }
-    }
+    Save("RunSetup", "1");
+    Save("ServerTitle", fields.ServerTitle);
+    Save("Author", fields.Author);
+    Save("RunOnStart", fields.RunOnStart);
+    SetAutostart(fields.RunOnStart == "1", program);
+    WriteProgramFile("sitedesc.txt", StripTags(fields.Description, ""));
+    WriteProgramFile("welcome.txt", fields.Welcome);
+    SavePort(fields.ListenPort);
+    if (!fields.Style.empty()) Save("Style", fields.Style);  // no choice keeps what was chosen before
+    Save("FilesPerRow", fields.FilesPerRow);
+    Save("FilesPerPage", fields.FilesPerPage == AllFiles ? "0" : fields.FilesPerPage);
+    Save("ImageSize", fields.ImageSize);
+    Save("ImageQuality", fields.ImageQuality);
+    Save("Webcam", fields.Webcam);
+    Save("SortMethod", fields.SortMethod);
+    Save("SortOrder", fields.SortOrder);
+    Save("ListOnline", fields.ListOnline);
 }
 
 }  // namespace pixmora

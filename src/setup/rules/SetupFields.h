@@ -13,7 +13,7 @@ struct SetupFields {
     std::string ListenPort;    ///< as typed
     std::string Style;         ///< name of a style sheet
     std::string FilesPerRow;   ///< "1" to "10"
-    std::string FilesPerPage;  ///< a number, or "All"
+    std::string FilesPerPage;  ///< a number, or "All"; empty when none is stored
     std::string ImageSize;     ///< slider position, "1" to "5"
     std::string ImageQuality;  ///< slider position, "1" to "5"
     std::string Webcam;        ///< "1" or "0"
@@ -22,32 +22,6 @@ struct SetupFields {
     std::string ListOnline;    ///< "1" or "0"
     std::string Description;   ///< plain text, lines ending in CR LF
     std::string Welcome;       ///< HTML, lines ending in CR LF
-};
-
-/// A control that holds a setting of the section "Setup".
-struct BoundSetting {
-    const char *Control;
-    const char *Key;
-    const char *Default;
-    std::string SetupFields::*Value;
-};
-
-/// All of them, in the order in which they are saved.
-inline constexpr BoundSetting boundSettings[] = {
-    {"txtServerTitle", "ServerTitle", "Life Through My Eyes", &SetupFields::ServerTitle},
-    {"txtAuthor", "Author", "", &SetupFields::Author},
-    {"chkRunOnStart", "RunOnStart", "0", &SetupFields::RunOnStart},
-    {"cboListenPort", "ListenPort", "80", &SetupFields::ListenPort},
-    {"cboStyle", "Style", "Default", &SetupFields::Style},
-    {"cboFilesPerRow", "FilesPerRow", "3", &SetupFields::FilesPerRow},
-    // Absent, it stays what the choice of the row has made it.
-    {"cboFilesPerPage", "FilesPerPage", "", &SetupFields::FilesPerPage},
-    {"sldImageSize", "ImageSize", "3", &SetupFields::ImageSize},
-    {"sldImageQuality", "ImageQuality", "3", &SetupFields::ImageQuality},
-    {"chkWebcam", "Webcam", "0", &SetupFields::Webcam},
-    {"optDirSortMethod", "SortMethod", "0", &SetupFields::SortMethod},
-    {"optDirSortOrder", "SortOrder", "0", &SetupFields::SortOrder},
-    {"chkListOnline", "ListOnline", "0", &SetupFields::ListOnline},
 };
 
 /// What the welcome box holds before there is a file.
