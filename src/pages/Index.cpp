@@ -7,13 +7,14 @@
 #include "pages/Templates.h"
 #include "pages/Visibility.h"
 #include "pages/clsWebServerCommands.h"
+#include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"
-#include "store/Popularity.h"
+#include "store/Schema.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 
@@ -105,7 +106,7 @@ void AppendPopularRow(std::string &rows) {
 }
 
 Featured RandomFile(const clsAlbum &album) {
-    const auto media = gDatabase->OpenRecordset(Concat("MediaList", album.ID), RecordsetType::Table);
+    const auto media = gDatabase->OpenRecordset(MediaListName(album.ID), RecordsetType::Table);
     media->MoveAlong(Rnd());
     if (media->Eof()) return {};
     const std::string path = AsText(media->Value("FilePath"));

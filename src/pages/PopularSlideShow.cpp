@@ -3,8 +3,8 @@
 #include "pages/Listings.h"
 #include "pages/PopularMedia.h"
 #include "pages/Templates.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Text.h"
-#include "store/Popularity.h"
 
 namespace pixmora {
 

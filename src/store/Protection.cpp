@@ -5,10 +5,10 @@
 #include <span>
 #include <vector>
 
+#include "platform/files/Files.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
-#include "store/Popularity.h"
 
 namespace pixmora {
 

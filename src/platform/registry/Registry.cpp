@@ -192,11 +192,13 @@ void DeleteValue(Root root, std::string_view path, std::string_view name) {
     });
 }
 
+std::string ConfigFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toStdString();
+}
+
 std::string FilePath() {
     std::string &path = Kept().FilePath;
-    if (path.empty())
-        path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toStdString() +
-               "/pixmora/settings.ini";
+    if (path.empty()) path = ConfigFolder() + "/pixmora/settings.ini";
     return path;
 }
 
@@ -211,7 +213,7 @@ namespace pixmora {
 namespace {
 
 std::string SettingsPath(std::string_view app, std::string_view section) {
-    return "Software\\VB and VBA Program Settings\\" + std::string(app) + "\\" + std::string(section);
+    return std::string(SettingsKey) + "\\" + std::string(app) + "\\" + std::string(section);
 }
 
 }  // namespace

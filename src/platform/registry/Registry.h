@@ -34,7 +34,9 @@ Value GetValue(Root root, std::string_view path, std::string_view name, const Va
 void SetValue(Root root, std::string_view path, std::string_view name, const Value &value);
 void DeleteValue(Root root, std::string_view path, std::string_view name);
 
-/// The file behind the tree, in the system's form: settings.ini in $XDG_CONFIG_HOME/pixmora, or ~/.config/pixmora.
+/// Where programs keep their settings, in the system's form: $XDG_CONFIG_HOME, or ~/.config.
+std::string ConfigFolder();
+/// The file behind the tree, in the system's form: pixmora/settings.ini in that folder.
 std::string FilePath();
 /// Chooses another file, for tests, and forgets what was read. Empty: the usual one again.
 void SetFilePath(std::string_view path);
@@ -43,8 +45,9 @@ void SetFilePath(std::string_view path);
 
 namespace pixmora {
 
-/// The run time's settings, values of the current user's tree below "Software\VB and VBA Program Settings",
-/// application, section. Every value is text.
+/// The run time's settings: values of the current user's tree below this key, application, section. Every value is
+/// text.
+inline constexpr std::string_view SettingsKey = "Software\\VB and VBA Program Settings";
 std::string GetSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view fallback);
 void SaveSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view value);
 /// Removes one value; an absent one is no error.

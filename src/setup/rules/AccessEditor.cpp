@@ -23,10 +23,6 @@ bool Asks(const std::string &question) {
     return ShowMessageBox(question, FlagYesNo | FlagCritical) == AnswerYes;
 }
 
-std::string TextOrEmpty(const FieldValue &value) {
-    return IsNull(value) ? std::string() : AsText(value);
-}
-
 }  // namespace
 
 std::string RestrictedRow::DirectoryText() const {

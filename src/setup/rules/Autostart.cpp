@@ -1,22 +1,13 @@
 // The program's start with the owner's session.
 #include "setup/rules/Autostart.h"
 
-#include <cstdlib>
-
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
+#include "platform/registry/Registry.h"
 
 namespace pixmora {
 
 namespace {
-
-/// A relative path in the variable counts as none.
-std::string ConfigFolder() {
-    const char *configured = std::getenv("XDG_CONFIG_HOME");
-    if (configured != nullptr && configured[0] == '/') return configured;
-    const char *home = std::getenv("HOME");
-    return std::string(home != nullptr ? home : "") + "/.config";
-}
 
 /// An argument in quotes. A backslash counts twice, once for the quotes and once for the entry's line.
 std::string QuotedArgument(const std::string &argument) {
@@ -38,7 +29,7 @@ std::string QuotedArgument(const std::string &argument) {
 }  // namespace
 
 std::string AutostartFile() {
-    return ConfigFolder() + "/autostart/pixmora.desktop";
+    return Registry::ConfigFolder() + "/autostart/pixmora.desktop";
 }
 
 std::string AutostartEntry(const std::string &program) {
