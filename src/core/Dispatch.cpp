@@ -50,11 +50,11 @@ std::shared_ptr<const clsWebServerCommands> Pages() {
 bool IsLogin(std::string_view username, std::string_view password) {
     // Either quote character would break the statement or change it: a login with one fails before there is any.
     if (Contains(username, "\"") || Contains(password, "\"")) throw RunTimeError(ErrorNumber::SyntaxError);
-    return gDatabase
-               ->OpenRecordset("SELECT * FROM Users WHERE Username=" + QuotedText(username) +
-                                   " and Password=" + QuotedText(password),
-                               RecordsetType::Snapshot)
-               ->RecordCount() > 0;
+    return !gDatabase
+                ->OpenRecordset("SELECT * FROM Users WHERE Username=" + QuotedText(username) +
+                                    " and Password=" + QuotedText(password),
+                                RecordsetType::Snapshot)
+                ->Eof();
 }
 
 }  // namespace

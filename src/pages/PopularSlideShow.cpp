@@ -1,9 +1,9 @@
 // PopularMedia.h: the most popular page's slide show.
 #include "pages/AlbumAddress.h"
 #include "pages/PopularMedia.h"
+#include "platform/files/Files.h"
 #include "platform/runtime/Text.h"
 #include "store/MediaTypes.h"
-#include "store/Popularity.h"
 
 namespace pixmora {
 

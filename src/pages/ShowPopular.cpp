@@ -14,7 +14,6 @@
 #include "store/Catalogue.h"
 #include "store/Globals.h"
 #include "store/MediaTypes.h"
-#include "store/Popularity.h"
 #include "store/Statistics.h"
 
 namespace pixmora {

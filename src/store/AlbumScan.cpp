@@ -10,7 +10,6 @@
 #include "store/Catalogue.h"
 #include "store/Globals.h"
 #include "store/MediaTypes.h"
-#include "store/Popularity.h"
 #include "store/Protection.h"
 #include "store/Schema.h"
 
@@ -27,7 +26,7 @@ public:
     void Run() {
         DropMediaList(album_.ID);
         CreateMediaList(album_.ID);
-        mediaList_ = gDatabase->OpenRecordset("MediaList" + std::to_string(album_.ID), RecordsetType::Dynaset);
+        mediaList_ = gDatabase->OpenRecordset(MediaListName(album_.ID), RecordsetType::Dynaset);
         ScanDirectory(album_.Directory);
         CommitRows();
         mediaList_->Close();

@@ -13,10 +13,6 @@ namespace pixmora {
 
 namespace {
 
-std::string TextOrEmpty(const FieldValue &value) {
-    return IsNull(value) ? std::string() : AsText(value);
-}
-
 std::int16_t FlagOrZero(const FieldValue &value) {
     return IsNull(value) ? std::int16_t{0} : static_cast<std::int16_t>(AsLong(value));
 }
@@ -50,11 +46,11 @@ std::string GetAlbumDirectory(std::string_view albumName) {
 }
 
 DirOrder::DirOrder(std::string_view albumName) {
-    const ReadScope reads(*gDatabase);
     const auto rows = gDatabase->OpenRecordset(
         "SELECT SubDir, SeqPos FROM DBOrder WHERE AlbumName = " + QuotedText(albumName), RecordsetType::Snapshot);
-    for (; !rows->Eof(); rows->MoveNext())
+    for (; !rows->Eof(); rows->MoveNext()) {
         places_.try_emplace(LCase(TextOrEmpty(rows->Value("SubDir"))), rows->Value("SeqPos"));
+    }
 }
 
 std::string DirOrder::Position(std::string_view subDir, std::string_view fallback) const {
@@ -64,10 +60,7 @@ std::string DirOrder::Position(std::string_view subDir, std::string_view fallbac
 }
 
 std::string GetDirOrderPos(std::string_view albumName, std::string_view subDir, std::string_view fallback) {
-    const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Snapshot);
-    order->FindFirst("AlbumName = " + QuotedText(albumName) + " and SubDir=" + QuotedText(ProtectionKey(subDir)));
-    if (order->NoMatch()) return std::string(fallback);
-    return FormatPadded(AsLong(order->Value("SeqPos")), 6);
+    return DirOrder(albumName).Position(subDir, fallback);
 }
 
 bool IsAlbumNumber(std::int32_t number) {

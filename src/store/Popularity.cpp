@@ -74,17 +74,6 @@ void CountDirVisit(std::string_view albumName, std::string_view dirPath) {
     KeepRecord(Record::Counts, [&] { CountVisit(DirViews(), albumName, dirPath.empty() ? "\\" : dirPath); });
 }
 
-std::string LastPathPart(std::string_view path) {
-    std::string text = Replace(std::string(path), "/", "\\");
-    if (text == "\\") return text;
-    const std::size_t separator = text.rfind('\\');
-    return separator == std::string::npos ? text : text.substr(separator + 1);
-}
-
-std::string ParentPath(std::string_view path) {
-    return std::string(path.substr(0, path.size() - LastPathPart(path).size()));
-}
-
 void TidyPopularFiles(const AlbumDirectoryLookup &directoryOf) {
     Tidy(FileViews(), directoryOf, FileExists, mostPopularFiles);
 }

@@ -9,16 +9,11 @@
 namespace pixmora {
 
 /// Adds one view, which is dropped when it can't be kept (see RecordKeeping.h). @param filePath below the album's root,
-/// with a leading "\", plain but for apostrophes, which are stored as
-/// "%39" @throws RunTimeError SyntaxError for an album name with an apostrophe
+/// with a leading "\", plain but for apostrophes, which are stored as "%39"
+/// @throws RunTimeError SyntaxError for an album name with an apostrophe
 void CountFileVisit(std::string_view albumName, std::string_view filePath);
 /// @param dirPath as above; an empty one stands for "\", the root
 void CountDirVisit(std::string_view albumName, std::string_view dirPath);
-
-/// What follows the path's last separator, either of "\" and "/"; "\" for a path that is nothing else.
-std::string LastPathPart(std::string_view path);
-/// The path without its last part, with the separator at its end.
-std::string ParentPath(std::string_view path);
 
 /// The root folder of the running website's album of that name; nothing when there is none.
 using AlbumDirectoryLookup = std::function<std::optional<std::string>(const std::string &albumName)>;

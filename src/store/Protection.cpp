@@ -5,9 +5,9 @@
 #include <span>
 #include <vector>
 
+#include "platform/files/Files.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"
-#include "store/Popularity.h"
 
 namespace pixmora {
 

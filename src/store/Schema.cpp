@@ -106,8 +106,8 @@ void Publish(int version) {
     gDatabase->Checkpoint();
     gDatabase = nullptr;
     DeleteLogOf(DatabasePath(version));
-    CopyFile(UnfinishedPath(version), DatabasePath(version));
-    RemoveUnfinished(version);
+    RenameFile(UnfinishedPath(version), DatabasePath(version));
+    DeleteLogOf(UnfinishedPath(version));
 }
 
 void CreateCurrentVersion() {

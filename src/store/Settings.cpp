@@ -11,11 +11,10 @@ namespace pixmora {
 
 namespace {
 
-const std::string settingsRoot = "Software\\VB and VBA Program Settings";
 const std::string formerTitle = "Pixmora! Digital Media Server";
 
 void TakeOverSection(clsRegistry &registry, const std::string &section) {
-    const std::string path = settingsRoot + "\\" + formerTitle + "\\" + section;
+    const std::string path = std::string(SettingsKey) + "\\" + formerTitle + "\\" + section;
     for (const auto &[name, value] : registry.EnumRegistryValues(Registry::Root::CurrentUser, path)) {
         SaveSetting(section, name, clsRegistry::ValueText(value));
     }
@@ -26,7 +25,7 @@ void TakeOverSection(clsRegistry &registry, const std::string &section) {
 void TakeOverFormerSettings() {
     clsRegistry registry;
     registry.hkey = Registry::Root::CurrentUser;
-    registry.KeyRoot = settingsRoot;
+    registry.KeyRoot = SettingsKey;
     registry.Subkey = formerTitle;
     if (!registry.KeyExists()) return;
     const std::vector<std::string> sections =

@@ -31,15 +31,20 @@ struct Counter {
     bool MayOutgrowLong;
 };
 
-void RequireKind(std::int16_t kind) {
-    if (kind < Stat::RunningTime || kind > Stat::Bandwidth) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+/// As the tables have it.
+std::int16_t NumberOf(Stat kind) {
+    return static_cast<std::int16_t>(kind);
 }
 
-void RecordRecent(std::int16_t kind, std::int32_t value) {
+std::string OfKind(std::string_view field, Stat kind) {
+    return std::string(field) + "=" + std::to_string(NumberOf(kind));
+}
+
+void RecordRecent(Stat kind, std::int32_t value) {
     const auto rows = gDatabase->OpenRecordset("StatsRecent", RecordsetType::Dynaset);
     rows->AddNew();
     rows->Set("WhatTime", GetTickCount());
-    rows->Set("WhatStat", kind);
+    rows->Set("WhatStat", NumberOf(kind));
     rows->Set("StatValue", value);
     rows->Update();
 }
@@ -88,36 +93,36 @@ void Add(const Counter &counter, std::int32_t value) {
     rows->Update();
 }
 
-Counter TotalCounter(std::int16_t kind) {
-    return {"StatsTotal", {{"Stat", kind}}, "Stat=" + std::to_string(kind), 1, true};
+Counter TotalCounter(Stat kind) {
+    return {"StatsTotal", {{"Stat", NumberOf(kind)}}, OfKind("Stat", kind), 1, true};
 }
 
-Counter HourlyCounter(std::int16_t kind, const std::string &album, DateTime now, DateTime today) {
+Counter HourlyCounter(Stat kind, const std::string &album, DateTime now, DateTime today) {
     const int hour = HourOf(now);
     return {"StatsHourly",
             {{"AlbumName", album}, {"WhichDay", today}, {"WhichHour", hour}},
             "AlbumName=" + QuotedText(album) + " and WhichDay=" + QuotedDate(today) +
                 " and WhichHour=" + std::to_string(hour),
-            kind + 3,
+            NumberOf(kind) + 3,
             kind == Stat::Bandwidth};
 }
 
-Counter DailyCounter(std::int16_t kind, const std::string &album, DateTime today) {
+Counter DailyCounter(Stat kind, const std::string &album, DateTime today) {
     return {"StatsDaily",
             {{"AlbumName", album}, {"WhichDay", today}},
             "AlbumName=" + QuotedText(album) + " and WhichDay=" + QuotedDate(today),
-            kind + 2,
+            NumberOf(kind) + 2,
             kind == Stat::Bandwidth};
 }
 
-Counter MonthlyCounter(std::int16_t kind, const std::string &album, DateTime today) {
+Counter MonthlyCounter(Stat kind, const std::string &album, DateTime today) {
     const int year = YearOf(today);
     const int month = MonthOf(today);
     return {"StatsMonthly",
             {{"AlbumName", album}, {"WhichYear", year}, {"WhichMonth", month}},
             "AlbumName=" + QuotedText(album) + " and WhichYear=" + std::to_string(year) +
                 " and WhichMonth=" + std::to_string(month),
-            kind + 3,
+            NumberOf(kind) + 3,
             kind == Stat::Bandwidth};
 }
 
@@ -127,8 +132,7 @@ void PurgeDaysBefore(const std::string &table, int days) {
 
 }  // namespace
 
-void RecordStat(std::int16_t kind, std::string_view albumName, std::int32_t value) {
-    RequireKind(kind);
+void RecordStat(Stat kind, std::string_view albumName, std::int32_t value) {
     const std::string album(albumName);
     // Read once, so that an event at midnight falls on one day in all tables.
     const DateTime now = Now();
@@ -144,16 +148,16 @@ void RecordStat(std::int16_t kind, std::string_view albumName, std::int32_t valu
     });
 }
 
-double ReadStatTotal(std::int16_t kind) {
+double ReadStatTotal(Stat kind) {
     const auto rows = gDatabase->OpenRecordset("StatsTotal", RecordsetType::Dynaset);
-    rows->FindFirst("Stat=" + std::to_string(kind));
+    rows->FindFirst(OfKind("Stat", kind));
     return rows->NoMatch() ? 0 : AsDouble(rows->Value("TotalCount"));
 }
 
-std::int32_t ReadRecentSum(std::int16_t kind) {
+std::int32_t ReadRecentSum(Stat kind) {
     const auto sum = gDatabase->OpenRecordset("SELECT SUM(StatValue) as s FROM StatsRecent WHERE WhatTime > " +
-                                                  std::to_string(AddLong(GetTickCount(), -recentWindow)) +
-                                                  " and WhatStat=" + std::to_string(kind),
+                                                  std::to_string(AddLong(GetTickCount(), -recentWindow)) + " and " +
+                                                  OfKind("WhatStat", kind),
                                               RecordsetType::Snapshot);
     const FieldValue value = sum->Value("s");
     return IsNull(value) ? 0 : RoundToLong(AsDouble(value));

@@ -8,14 +8,12 @@
 namespace pixmora {
 
 /// The kinds of events, with the unit of the value.
-struct Stat {
-    enum Kind : std::int16_t {
-        RunningTime = 0,  ///< minutes
-        Visitors = 1,
-        Thumbs = 2,     ///< pictures delivered
-        Downloads = 3,  ///< counted views of a file
-        Bandwidth = 4,  ///< kilobytes
-    };
+enum class Stat : std::int16_t {
+    RunningTime = 0,  ///< minutes
+    Visitors = 1,
+    Thumbs = 2,     ///< pictures delivered
+    Downloads = 3,  ///< counted views of a file
+    Bandwidth = 4,  ///< kilobytes
 };
 
 /// The names under which events of no album, and those of the most popular page, are recorded.
@@ -24,14 +22,14 @@ inline constexpr std::string_view MostPopularAlbum = "Most Popular";
 
 /// Records one event, in one transaction. The first event of a row counts 1 whatever its value. A total or a bandwidth
 /// that outgrows a Long turns its field into a Double.
-/// @throws RunTimeError SyntaxError for a name with an apostrophe, InvalidProcedureCall for a kind that there isn't
-void RecordStat(std::int16_t kind, std::string_view albumName, std::int32_t value);
+/// @throws RunTimeError SyntaxError for a name with an apostrophe
+void RecordStat(Stat kind, std::string_view albumName, std::int32_t value);
 
 /// The total of a kind since the database was made, 0 when there was no such event.
-double ReadStatTotal(std::int16_t kind);
+double ReadStatTotal(Stat kind);
 
 /// What the last hour brought of a kind. @throws RunTimeError Overflow in the hour after the tick count's wrap
-std::int32_t ReadRecentSum(std::int16_t kind);
+std::int32_t ReadRecentSum(Stat kind);
 /// Drops what is older than an hour from the recent events. @throws RunTimeError Overflow in the hour after the wrap
 void PurgeRecent();
 

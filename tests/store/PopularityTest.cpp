@@ -58,21 +58,4 @@ TEST_F(PopularityTest, DropsDirectoriesThatAreGone) {
     EXPECT_EQ(Ask("SELECT DirPath FROM PopularDirs"), "\\\n\\lions\n\\apes\n");
 }
 
-TEST(Paths, AreCutAtTheirLastSeparator) {
-    const std::tuple<const char *, const char *, const char *> cases[] = {
-        {"\\a\\b.jpg", "b.jpg", "\\a\\"},
-        {"/a/b.jpg", "b.jpg", "/a/"},
-        {"\\b.jpg", "b.jpg", "\\"},
-        {"b.jpg", "b.jpg", ""},
-        {"\\", "\\", ""},
-        {"/", "\\", ""},
-        {"\\a\\", "", "\\a\\"},
-        {"", "", ""},
-    };
-    for (const auto &[path, last, parent] : cases) {
-        EXPECT_EQ(LastPathPart(path), last) << path;
-        EXPECT_EQ(ParentPath(path), parent) << path;
-    }
-}
-
 }  // namespace pixmora

@@ -57,14 +57,6 @@ bool Database::TableExists(std::string_view table) const {
     return engine_->TableExists(table);
 }
 
-std::vector<std::string> Database::TableNames() const {
-    PreparedStatement statement(
-        *engine_, "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite!_%' ESCAPE '!'");
-    std::vector<std::string> names;
-    while (statement.Step()) names.push_back(AsText(statement.Column(0)));
-    return names;
-}
-
 void Database::CreateTable(std::string_view table, const std::vector<Field> &fields) {
     std::string columns;
     for (const Field &field : fields) columns += (columns.empty() ? "" : ", ") + ColumnOf(field);

@@ -31,6 +31,8 @@ bool AsBoolean(const FieldValue &value);
 std::string AsText(const FieldValue &value);
 DateTime AsDate(const FieldValue &value);
 bool IsNull(const FieldValue &value);
+/// As AsText, but Null is empty.
+std::string TextOrEmpty(const FieldValue &value);
 
 /// A visitor's or owner's text as a literal in single quotes for a statement or criterion.
 /// @throws RunTimeError SyntaxError when the text holds "'": such a text fails the statement and never changes its
@@ -62,7 +64,6 @@ public:
     Database &operator=(const Database &) = delete;
 
     bool TableExists(std::string_view table) const;
-    std::vector<std::string> TableNames() const;
     void CreateTable(std::string_view table, const std::vector<Field> &fields);
     /// Also while recordsets are open. @throws RunTimeError ItemNotFound
     void DeleteTable(std::string_view table);
@@ -72,10 +73,9 @@ public:
     void AppendField(std::string_view table, const Field &field);
     void DeleteField(std::string_view table, std::string_view field);
 
-    /// Opens a table by name, or a SELECT statement: WHERE, LIKE with `*`, `?` and `#`, GROUP BY, ORDER BY, TOP,
-    /// SUM(...) as name, texts in single or double quotes, dates between #. Texts compare and sort without regard to
-    /// ASCII case. A Snapshot and the result of a function such as SUM refuse changes. @throws RunTimeError
-    /// SyntaxError, ItemNotFound, DatabaseError
+    /// Opens a table by name, or a SELECT statement (StatementTranslator.h has its form). Texts compare and sort
+    /// without regard to ASCII case. A Snapshot and a statement refuse changes.
+    /// @throws RunTimeError SyntaxError, ItemNotFound, DatabaseError
     std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
 
     /// What Edit, Set and Update do to add to a number of the current row, in one statement.
@@ -135,8 +135,8 @@ private:
 
 /// Rows of a table or statement, with a current row. Opened on the first row, in the order in which rows were added
 /// unless the statement says otherwise. Rows are fetched as they are asked for: opening costs nothing that grows with
-/// the table. A statement with ORDER BY keeps the rows as they were at its first fetch; all others see changes that
-/// come ahead of them.
+/// the table. A table shows changes that come ahead of the current row. A statement brings its rows once, from first to
+/// last, and nothing is found in it.
 class Recordset {
 public:
     ~Recordset();
@@ -147,19 +147,15 @@ public:
     std::int64_t RecordCount();
     bool Eof() const;
 
-    /// @throws RunTimeError NoCurrentRecord on an empty recordset
-    void MoveFirst();
     /// Past the last row Eof is true. @throws RunTimeError NoCurrentRecord when it was already
     void MoveNext();
-    /// Moves on from the current row, at most to Eof. @param rows 0 or more
-    void Move(std::int64_t rows);
     /// Goes to the row that lies at this share, 0 to 1, of the way from the first row to the last, to Eof when there is
     /// none. Rows that were only ever added count evenly; where some were deleted, the next one behind stands in.
     /// No row on the way is looked at. @throws RunTimeError InvalidProcedureCall for anything but a whole table
     void MoveAlong(double share);
 
-    /// Goes to the first row that meets the criteria, or the next one behind the current row; NoMatch tells the
-    /// outcome. With no match the current row stays.
+    /// Goes to a table's first row that meets the criteria, or the next one behind the current row; NoMatch tells the
+    /// outcome. With no match the current row stays. @throws RunTimeError InvalidProcedureCall on a statement
     void FindFirst(std::string_view criteria);
     void FindNext(std::string_view criteria);
     bool NoMatch() const;

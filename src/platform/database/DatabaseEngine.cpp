@@ -40,10 +40,7 @@ bool IsOfTheFile(int result) {
 
 TableDefinition::TableDefinition(std::string name, std::vector<Field> fields)
     : Name(std::move(name)), Fields(std::move(fields)), From(" FROM " + QuotedIdentifier(Name)), Head("SELECT rowid") {
-    for (const Field &field : Fields) {
-        Columns.push_back({field.Name, field.Name, field.Type});
-        Head += ", " + QuotedIdentifier(field.Name);
-    }
+    for (const Field &field : Fields) Head += ", " + QuotedIdentifier(field.Name);
     Head += From;
 }
 

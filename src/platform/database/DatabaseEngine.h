@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,21 +16,14 @@
 
 namespace pixmora {
 
-struct Column {
-    std::string Name;               ///< what the recordset calls it
-    std::string Source;             ///< the table's field; empty for a function's result
-    std::optional<FieldType> Type;  ///< of the field
-};
-
 struct TableDefinition {
     /// @param name as the file spells it
     TableDefinition(std::string name, std::vector<Field> fields);
 
     std::string Name;
     std::vector<Field> Fields;
-    std::vector<Column> Columns;  ///< of a recordset on the whole table
-    std::string From;             ///< " FROM table"
-    std::string Head;             ///< "SELECT rowid, field, ... FROM table"
+    std::string From;  ///< " FROM table"
+    std::string Head;  ///< "SELECT rowid, field, ... FROM table"
 
     /// The field's place without regard to case, from 0. @throws RunTimeError ItemNotFound
     std::size_t PlaceOf(std::string_view field) const;

@@ -1,6 +1,8 @@
 // How the types of fields stand in the file, and their values.
 #include "platform/database/FieldTypes.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 
 #include "platform/runtime/RunTimeError.h"
@@ -9,6 +11,10 @@
 namespace pixmora {
 
 namespace {
+
+/// In the order of FieldType.
+constexpr std::array<std::string_view, 6> declarations = {"TEXT", "LONG",  "SMALLINT", "BOOLEAN NOT NULL DEFAULT 0",
+                                                          "DATE", "DOUBLE"};
 
 template <typename Whole>
 FieldValue WholeNumber(const FieldValue &value) {
@@ -22,31 +28,16 @@ FieldValue WholeNumber(const FieldValue &value) {
 }  // namespace
 
 std::string_view DeclarationOf(FieldType type) {
-    switch (type) {
-        case FieldType::Text:
-            return "TEXT";
-        case FieldType::Long:
-            return "LONG";
-        case FieldType::Integer:
-            return "SMALLINT";
-        case FieldType::Boolean:
-            return "BOOLEAN NOT NULL DEFAULT 0";
-        case FieldType::Date:
-            return "DATE";
-        case FieldType::Double:
-            return "DOUBLE";
-    }
-    return "TEXT";
+    return declarations[static_cast<std::size_t>(type)];
 }
 
 FieldType TypeOfDeclaration(std::string_view declaration) {
-    const std::string name = UCase(declaration);
-    if (name == "SMALLINT" || name == "SHORT") return FieldType::Integer;
-    if (name.starts_with("BOOL")) return FieldType::Boolean;
-    if (name.starts_with("DATE")) return FieldType::Date;
-    if (name == "LONG" || Contains(name, "INT")) return FieldType::Long;
-    const bool isText = Contains(name, "CHAR") || Contains(name, "CLOB") || Contains(name, "TEXT");
-    return isText || name.empty() || name == "BLOB" ? FieldType::Text : FieldType::Double;
+    // The engine gives the type without what follows it.
+    const auto isIt = [declaration](std::string_view known) {
+        return EqualsIgnoreCase(known.substr(0, known.find(' ')), declaration);
+    };
+    const auto found = std::ranges::find_if(declarations, isIt);
+    return found == declarations.end() ? FieldType::Text : static_cast<FieldType>(found - declarations.begin());
 }
 
 FieldValue StoredValue(FieldType type, const FieldValue &value) {

@@ -9,7 +9,7 @@ namespace pixmora {
 
 /// The declaration of a column of this type in SQL.
 std::string_view DeclarationOf(FieldType type);
-/// The type of a column by its declared name. Files made by other tools are read by the engine's own affinity rules.
+/// The way back; what is none of them reads as Text.
 FieldType TypeOfDeclaration(std::string_view declaration);
 
 /// A value as the engine stores it in a field of this type: Null, int64, double or text.

@@ -79,6 +79,10 @@ std::string AsText(const FieldValue &value) {
         value);
 }
 
+std::string TextOrEmpty(const FieldValue &value) {
+    return IsNull(value) ? std::string() : AsText(value);
+}
+
 DateTime AsDate(const FieldValue &value) {
     if (IsNull(value)) RefuseNull();
     if (const auto *date = std::get_if<DateTime>(&value)) return *date;

@@ -4,7 +4,7 @@
 
 #include "platform/database/Database.h"
 #include "platform/database/FieldTypes.h"
-#include "platform/database/RecordsetQuery.h"
+#include "platform/database/RecordsetRows.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 
@@ -14,10 +14,10 @@ namespace {
 
 constexpr std::int64_t beforeAllRows = std::numeric_limits<std::int64_t>::min();
 
-/// Where the recordset stands. It begins, and MoveFirst puts it, at First; looking at the row reads it.
+/// Where the recordset stands. It begins at First; looking at the row reads it.
 ///
 ///     First --look--> OnRow | Eof        OnRow --Delete--> Deleted
-///     OnRow, Deleted --move--> OnRow | Eof
+///     OnRow, Deleted --MoveNext--> OnRow | Eof
 ///     any --find with a match--> OnRow
 enum class Place { First, OnRow, Deleted, Eof };
 
@@ -27,51 +27,40 @@ enum class Pending { Nothing, NewRow, ChangedRow };
 
 struct Recordset::Implementation {
     Implementation(DatabaseEngine &engine, std::string_view source, RecordsetType type)
-        : Query(engine, source), IsReadOnly(type == RecordsetType::Snapshot || Query.IsAggregate()) {
-        if (!Query.IsInTableOrder()) Ordered = std::make_unique<OrderedRows>(engine, Query);
+        : IsReadOnly(type == RecordsetType::Snapshot || IsStatement(source)) {
+        if (IsStatement(source)) {
+            Statement.emplace(engine, TranslateSelect(source));
+        } else {
+            Table.emplace(engine, source);
+        }
+    }
+
+    /// @throws RunTimeError InvalidProcedureCall
+    TableRows &WholeTable() {
+        if (!Table) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+        return *Table;
+    }
+
+    void Fetch(std::int64_t behind) {
+        const bool isThere = Table ? Table->FetchBehind(behind, nullptr, Current) : Statement->FetchNext(Current);
+        At = isThere ? Place::OnRow : Place::Eof;
     }
 
     void Look() {
-        if (At == Place::First) Fetch(beforeAllRows, 0, 0);
+        if (At == Place::First) Fetch(beforeAllRows);
     }
 
-    /// Goes to the row `skip` rows behind the one numbered `id`, or, where the order is the statement's, to the place.
-    void Fetch(std::int64_t id, std::int64_t skip, std::size_t place) {
-        if (Ordered == nullptr) {
-            At = Query.FetchBehind(id, skip, {}, Current) ? Place::OnRow : Place::Eof;
-            return;
-        }
-        const Row *row = Ordered->At(place);
-        At = row != nullptr ? Place::OnRow : Place::Eof;
-        if (row != nullptr) Current = *row;
-        OrderedPlace = place;
-    }
-
-    void Move(std::int64_t rows) {
-        DropPending();
+    /// @throws RunTimeError NoCurrentRecord at the end
+    void RequireNotEof() {
         Look();
         if (At == Place::Eof) throw RunTimeError(ErrorNumber::NoCurrentRecord);
-        if (rows > 0) Fetch(Current.Id, rows - 1, OrderedPlace + static_cast<std::size_t>(rows));
     }
 
-    void FindBehind(std::int64_t id, std::size_t place, std::string_view criteria) {
-        DropPending();
+    void FindBehind(std::int64_t id, std::string_view criteria) {
+        What = Pending::Nothing;
         const TranslatedCondition condition = TranslateCriteria(criteria);
-        const bool isFound =
-            Ordered == nullptr ? Query.FetchBehind(id, 0, condition, Current) : FindInOrder(place, condition);
-        IsNoMatch = !isFound;
-        if (isFound) At = Place::OnRow;
-    }
-
-    bool FindInOrder(std::size_t place, const TranslatedCondition &condition) {
-        if (Query.IsAggregate()) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
-        for (const Row *row = Ordered->At(place); row != nullptr; row = Ordered->At(++place)) {
-            if (!Query.Meets(row->Id, condition)) continue;
-            Current = *row;
-            OrderedPlace = place;
-            return true;
-        }
-        return false;
+        IsNoMatch = !WholeTable().FetchBehind(id, &condition, Current);
+        if (!IsNoMatch) At = Place::OnRow;
     }
 
     /// @throws RunTimeError NoCurrentRecord
@@ -86,21 +75,29 @@ struct Recordset::Implementation {
         }
     }
 
+    std::size_t ColumnCount() const { return Table ? Table->Fields().size() : Statement->Columns().size(); }
+    const std::string &NameOf(std::size_t place) const {
+        return Table ? Table->Fields()[place].Name : Statement->Columns()[place].Name;
+    }
+    std::optional<FieldType> TypeOf(std::size_t place) const {
+        return Table ? Table->Fields()[place].Type : Statement->Columns()[place].Type;
+    }
+
     std::size_t ColumnNamed(std::string_view name) const {
-        for (std::size_t place = 0; place < Query.Columns().size(); ++place) {
-            if (EqualsIgnoreCase(Query.Columns()[place].Name, name)) return place;
+        for (std::size_t place = 0; place < ColumnCount(); ++place) {
+            if (EqualsIgnoreCase(NameOf(place), name)) return place;
         }
         throw RunTimeError(ErrorNumber::ItemNotFound);
     }
 
     std::size_t ColumnAt(int ordinal) const {
         const auto place = static_cast<std::size_t>(ordinal);
-        if (ordinal < 0 || place >= Query.Columns().size()) throw RunTimeError(ErrorNumber::ItemNotFound);
+        if (ordinal < 0 || place >= ColumnCount()) throw RunTimeError(ErrorNumber::ItemNotFound);
         return place;
     }
 
     FieldValue ValueAt(std::size_t place) {
-        const std::optional<FieldType> type = Query.Columns()[place].Type;
+        const std::optional<FieldType> type = TypeOf(place);
         if (What != Pending::Nothing && Changes[place]) return ReadValue(*type, *Changes[place]);
         if (What == Pending::NewRow) return ReadValue(*type, Null{});
         RequireRow();
@@ -109,33 +106,29 @@ struct Recordset::Implementation {
 
     void SetAt(std::size_t place, const FieldValue &value) {
         if (What == Pending::Nothing) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
-        Changes[place] = StoredValue(*Query.Columns()[place].Type, value);
+        Changes[place] = StoredValue(*TypeOf(place), value);
     }
 
     void BeginPending(Pending what) {
         What = what;
-        Changes.assign(Query.Columns().size(), std::nullopt);
+        Changes.assign(ColumnCount(), std::nullopt);
     }
 
-    void DropPending() { What = Pending::Nothing; }
-
     void WriteChanges() {
-        if (!Query.Change(Current.Id, Changes)) throw RunTimeError(ErrorNumber::NoCurrentRecord);
+        if (!Table->Change(Current.Id, Changes)) throw RunTimeError(ErrorNumber::NoCurrentRecord);
         for (std::size_t place = 0; place < Changes.size(); ++place) {
             if (Changes[place]) Current.Values[place] = *Changes[place];
         }
-        if (Ordered != nullptr) *Ordered->At(OrderedPlace) = Current;
     }
 
-    RecordsetQuery Query;
+    std::optional<TableRows> Table;          ///< one of the two
+    std::optional<StatementRows> Statement;  ///< brings its rows once, and is never changed
     bool IsReadOnly;
-    std::unique_ptr<OrderedRows> Ordered;  ///< only where the order is not the table's own
     Place At = Place::First;
-    Row Current;                   ///< of Deleted the number alone
-    std::size_t OrderedPlace = 0;  ///< the current row's place in Ordered
+    Row Current;  ///< of Deleted the number alone
     bool IsNoMatch = false;
     Pending What = Pending::Nothing;
-    RecordsetQuery::Changes Changes;
+    TableRows::Changes Changes;
 };
 
 Recordset::Recordset(Database &database, std::string_view source, RecordsetType type)
@@ -149,7 +142,7 @@ Recordset::Implementation &Recordset::Open() const {
 }
 
 std::int64_t Recordset::RecordCount() {
-    return Open().Query.Count();
+    return Open().Table ? Open().Table->Count() : Open().Statement->Count();
 }
 
 bool Recordset::Eof() const {
@@ -157,37 +150,27 @@ bool Recordset::Eof() const {
     return Open().At == Place::Eof;
 }
 
-void Recordset::MoveFirst() {
-    Implementation &self = Open();
-    self.DropPending();
-    self.At = Place::First;
-    self.RequireRow();
-}
-
 void Recordset::MoveNext() {
-    Open().Move(1);
-}
-
-void Recordset::Move(std::int64_t rows) {
-    if (rows < 0) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
-    Open().Move(rows);
+    Implementation &self = Open();
+    self.What = Pending::Nothing;
+    self.RequireNotEof();
+    self.Fetch(self.Current.Id);
 }
 
 void Recordset::MoveAlong(double share) {
     Implementation &self = Open();
-    self.DropPending();
-    self.At = self.Query.FetchAlong(share, self.Current) ? Place::OnRow : Place::Eof;
+    self.What = Pending::Nothing;
+    self.At = self.WholeTable().FetchAlong(share, self.Current) ? Place::OnRow : Place::Eof;
 }
 
 void Recordset::FindFirst(std::string_view criteria) {
-    Open().FindBehind(beforeAllRows, 0, criteria);
+    Open().FindBehind(beforeAllRows, criteria);
 }
 
 void Recordset::FindNext(std::string_view criteria) {
     Implementation &self = Open();
-    self.Look();
-    if (self.At == Place::Eof) throw RunTimeError(ErrorNumber::NoCurrentRecord);
-    self.FindBehind(self.Current.Id, self.OrderedPlace + 1, criteria);
+    self.RequireNotEof();
+    self.FindBehind(self.Current.Id, criteria);
 }
 
 bool Recordset::NoMatch() const {
@@ -195,6 +178,7 @@ bool Recordset::NoMatch() const {
 }
 
 std::int64_t Recordset::Bookmark() const {
+    Open().WholeTable();
     Open().RequireRow();
     return Open().Current.Id;
 }
@@ -216,7 +200,7 @@ void Recordset::Edit() {
     Implementation &self = Open();
     self.RequireWritable();
     self.RequireRow();
-    if (!self.Query.FetchRow(self.Current.Id, self.Current)) throw RunTimeError(ErrorNumber::NoCurrentRecord);
+    if (!self.Table->FetchRow(self.Current.Id, self.Current)) throw RunTimeError(ErrorNumber::NoCurrentRecord);
     self.BeginPending(Pending::ChangedRow);
 }
 
@@ -230,25 +214,22 @@ void Recordset::Set(int ordinal, const FieldValue &value) {
 
 void Recordset::Update() {
     Implementation &self = Open();
-    switch (self.What) {
+    switch (std::exchange(self.What, Pending::Nothing)) {
         case Pending::Nothing:
             throw RunTimeError(ErrorNumber::InvalidProcedureCall);
         case Pending::NewRow:
-            self.Query.Insert(self.Changes);
-            break;
+            return self.Table->Insert(self.Changes);
         case Pending::ChangedRow:
-            self.WriteChanges();
-            break;
+            return self.WriteChanges();
     }
-    self.DropPending();
 }
 
 void Recordset::Delete() {
     Implementation &self = Open();
     self.RequireWritable();
     self.RequireRow();
-    self.DropPending();
-    if (!self.Query.Remove(self.Current.Id)) throw RunTimeError(ErrorNumber::NoCurrentRecord);
+    self.What = Pending::Nothing;
+    if (!self.Table->Remove(self.Current.Id)) throw RunTimeError(ErrorNumber::NoCurrentRecord);
     self.At = Place::Deleted;
 }
 

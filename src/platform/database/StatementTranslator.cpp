@@ -2,11 +2,9 @@
 #include "platform/database/StatementTranslator.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <utility>
 
-#include "platform/database/StatementTokens.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -15,288 +13,193 @@ namespace pixmora {
 
 namespace {
 
-constexpr std::array<std::string_view, 18> keywords = {"SELECT", "FROM", "WHERE", "ORDER", "BY",    "AND",
-                                                       "OR",     "NOT",  "LIKE",  "IS",    "NULL",  "AS",
-                                                       "ASC",    "DESC", "TRUE",  "FALSE", "GROUP", "TOP"};
-constexpr std::array<std::string_view, 5> functions = {"SUM", "COUNT", "MIN", "MAX", "AVG"};
-constexpr std::array<std::string_view, 6> comparisons = {"=", "<>", "<", ">", "<=", ">="};
+constexpr std::string_view digits = "0123456789";
+constexpr std::string_view wordCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789";
 
-/// Parentheses and NOTs inside one another; each costs a few hundred bytes of stack.
-constexpr int deepestNesting = 100;
-
-[[noreturn]] void Refuse() {
-    throw RunTimeError(ErrorNumber::SyntaxError);
+void Expect(bool isThere) {
+    if (!isThere) throw RunTimeError(ErrorNumber::SyntaxError);
 }
 
-FieldValue NumberOf(const std::string &digits) {
-    const char *end = digits.data() + digits.size();
-    std::int64_t whole = 0;
-    if (const auto result = std::from_chars(digits.data(), end, whole); result.ec == std::errc() && result.ptr == end) {
-        return whole;
-    }
-    double number = 0;
-    if (std::from_chars(digits.data(), end, number).ec != std::errc()) Refuse();
+/// How many characters at the head of the text are of the set.
+std::size_t Span(std::string_view text, std::string_view set) {
+    return std::min(text.find_first_not_of(set), text.size());
+}
+
+bool IsOneOf(char c, std::string_view set) {
+    return set.find(c) != std::string_view::npos;
+}
+
+std::int64_t NumberOf(std::string_view text) {
+    std::int64_t number = 0;
+    Expect(std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc());
     return number;
 }
 
-FieldValue Negative(FieldValue number) {
-    if (const auto *whole = std::get_if<std::int64_t>(&number)) return -*whole;
-    return -std::get<double>(number);
-}
-
-std::string IsoDateOf(const std::string &text) {
+std::string IsoDateOf(std::string_view text) {
     try {
         return IsoDate(ParseDate(text));
     } catch (const RunTimeError &) {
-        Refuse();
+        throw RunTimeError(ErrorNumber::SyntaxError);
     }
 }
 
-/// The pattern in the form of GLOB, which knows `*` and `?` alike, for a text in lower case.
-std::string GlobPattern(std::string_view pattern) {
-    std::string glob;
-    for (const char c : LCase(pattern)) {
-        if (c == '#') {
-            glob += "[0-9]";
-        } else if (c == '[') {
-            glob += "[[]";
-        } else {
-            glob += c;
-        }
+/// The pattern as the engine's LIKE has it, in which "!" takes its meaning from the next character.
+std::string LikePattern(std::string_view pattern) {
+    std::string like;
+    for (const char c : pattern) {
+        if (c == '%' || c == '_' || c == '!') like += '!';
+        like += c == '*' ? '%' : c;
     }
-    return glob;
+    return like;
 }
 
-/// Reads by recursive descent, one token ahead, and writes SQL as it goes.
+enum class TokenKind { Word, Number, Text, Date, Symbol, End };
+
+struct Token {
+    TokenKind Kind = TokenKind::End;
+    std::string_view Text;  ///< of a text or date what stands between the quotes
+};
+
+/// Reads a statement's parts from left to right, one token ahead.
 class Translator {
 public:
-    explicit Translator(std::string_view text) : tokens_(text), token_(tokens_.Next()) {}
+    explicit Translator(std::string_view text) : rest_(text) { Take(); }
 
     TranslatedCondition WholeCondition() {
         TranslatedCondition condition = Condition();
-        ExpectEnd();
+        Expect(token_.Kind == TokenKind::End);
         return condition;
     }
 
     SelectStatement WholeStatement() {
         SelectStatement statement;
-        Expect(TakeKeyword("SELECT"));
-        if (TakeKeyword("TOP")) statement.Top = PositiveNumber();
-        if (!TakeSymbol("*")) statement.Items = Items();
-        Expect(TakeKeyword("FROM"));
-        statement.Table = TakeName();
-        if (TakeKeyword("WHERE")) statement.Where = Condition();
-        if (TakeKeyword("GROUP")) {
-            Expect(TakeKeyword("BY"));
-            statement.GroupBy = GroupTerms(statement.Items);
-        } else {
-            Expect(IsOneKind(statement.Items));
+        Expect(TakeIf("SELECT"));
+        if (TakeIf("TOP")) statement.Top = NumberOf(Take(TokenKind::Number));
+        if (!TakeIf("*")) statement.Items = Items();
+        Expect(TakeIf("FROM"));
+        statement.Table = Take(TokenKind::Word);
+        if (TakeIf("WHERE")) statement.Where = Condition();
+        if (TakeIf("GROUP")) {
+            statement.GroupBy = Terms();
+        } else if (TakeIf("ORDER")) {
+            statement.OrderBy = Terms();
         }
-        if (TakeKeyword("ORDER")) {
-            Expect(TakeKeyword("BY") && !statement.IsAggregate());
-            statement.OrderBy = OrderTerms();
-        }
-        Expect(statement.Top == 0 || !statement.OrderBy.empty());
-        ExpectEnd();
+        Expect(token_.Kind == TokenKind::End);
         return statement;
     }
 
 private:
-    static void Expect(bool isThere) {
-        if (!isThere) Refuse();
+    bool Is(std::string_view wordOrSymbol) const {
+        return (token_.Kind == TokenKind::Word || token_.Kind == TokenKind::Symbol) &&
+               EqualsIgnoreCase(token_.Text, wordOrSymbol);
     }
-    void ExpectEnd() const { Expect(token_.Kind == TokenKind::End); }
-
-    Token Take() {
-        Token taken = std::move(token_);
-        token_ = tokens_.Next();
-        return taken;
-    }
-    bool TakeKeyword(std::string_view keyword) {
-        if (!token_.IsKeyword(keyword)) return false;
+    bool TakeIf(std::string_view wordOrSymbol) {
+        if (!Is(wordOrSymbol)) return false;
         Take();
         return true;
     }
-    bool TakeSymbol(std::string_view symbol) {
-        if (!token_.IsSymbol(symbol)) return false;
-        Take();
-        return true;
-    }
-
-    bool IsName() const {
-        if (token_.Kind == TokenKind::Name) return true;
-        return token_.Kind == TokenKind::Word &&
-               std::ranges::none_of(keywords, [this](std::string_view keyword) { return token_.IsKeyword(keyword); });
-    }
-    std::string TakeName() {
-        Expect(IsName());
+    std::string_view Take(TokenKind kind) {
+        Expect(token_.Kind == kind);
         return Take().Text;
     }
+    Token Take() { return std::exchange(token_, NextToken()); }
 
-    std::int64_t PositiveNumber() {
-        Expect(token_.Kind == TokenKind::Number);
-        const FieldValue number = NumberOf(Take().Text);
-        const auto *whole = std::get_if<std::int64_t>(&number);
-        Expect(whole != nullptr && *whole > 0);
-        return *whole;
+    Token NextToken() {
+        rest_.remove_prefix(Span(rest_, " \t\r\n"));
+        if (rest_.empty()) return {};
+        const char first = rest_.front();
+        if (IsOneOf(first, digits)) return {TokenKind::Number, Cut(Span(rest_, digits))};
+        if (IsOneOf(first, wordCharacters)) return {TokenKind::Word, Cut(Span(rest_, wordCharacters))};
+        if (first == '\'' || first == '"') return {TokenKind::Text, CutQuoted(first)};
+        if (first == '#') return {TokenKind::Date, CutQuoted(first)};
+        Expect(IsOneOf(first, "=<>(),*-"));
+        return {TokenKind::Symbol, Cut(1)};
+    }
+    std::string_view Cut(std::size_t length) {
+        const std::string_view cut = rest_.substr(0, length);
+        rest_.remove_prefix(length);
+        return cut;
+    }
+    std::string_view CutQuoted(char quote) {
+        const std::size_t close = rest_.find(quote, 1);
+        Expect(close != std::string_view::npos);
+        const std::string_view inside = Cut(close + 1).substr(1, close - 1);
+        Expect(!IsOneOf('\0', inside));
+        return inside;
     }
 
     std::vector<SelectItem> Items() {
         std::vector<SelectItem> items;
         do {
-            items.push_back(Item());
-        } while (TakeSymbol(","));
+            SelectItem &item = items.emplace_back();
+            item.IsSum = TakeIf("SUM");
+            if (item.IsSum) Expect(TakeIf("("));
+            item.Name = item.Field = Take(TokenKind::Word);
+            if (!item.IsSum) continue;
+            Expect(TakeIf(")") && TakeIf("AS"));
+            item.Name = Take(TokenKind::Word);
+        } while (TakeIf(","));
         return items;
     }
 
-    SelectItem Item() {
-        SelectItem item;
-        item.Field = TakeName();
-        if (TakeSymbol("(")) {
-            item.Function = UCase(item.Field);
-            Expect(std::ranges::find(functions, item.Function) != functions.end());
-            const bool countsRows = item.Function == "COUNT" && token_.IsSymbol("*");
-            item.Field = countsRows ? Take().Text : TakeName();
-            Expect(TakeSymbol(")"));
-        }
-        item.Name = TakeKeyword("AS") ? TakeName() : item.Field;
-        return item;
-    }
-
-    /// Whether all items have a function or none.
-    static bool IsOneKind(const std::vector<SelectItem> &items) {
-        return std::ranges::all_of(
-            items, [&](const SelectItem &item) { return item.Function.empty() == items.front().Function.empty(); });
-    }
-
-    /// The items that are plain fields have to be among the terms: another field's value would be any row's.
-    std::string GroupTerms(const std::vector<SelectItem> &items) {
-        std::vector<std::string> names;
+    /// Of groups or of an order.
+    std::string Terms() {
+        Expect(TakeIf("BY"));
         std::string terms;
         do {
-            names.push_back(TakeName());
-            terms += (terms.empty() ? "" : ", ") + QuotedIdentifier(names.back()) + " COLLATE NOCASE";
-        } while (TakeSymbol(","));
-        Expect(!items.empty() && std::ranges::all_of(items, [&](const SelectItem &item) {
-            return !item.Function.empty() || std::ranges::any_of(names, [&](const std::string &name) {
-                return EqualsIgnoreCase(name, item.Field);
-            });
-        }));
+            terms += (terms.empty() ? "" : ", ") + Name(Take(TokenKind::Word));
+            if (TakeIf("DESC")) terms += " DESC";
+        } while (TakeIf(","));
         return terms;
     }
 
-    std::string OrderTerms() {
-        std::string terms;
-        do {
-            if (!terms.empty()) terms += ", ";
-            terms += QuotedIdentifier(TakeName()) + " COLLATE NOCASE";
-            if (TakeKeyword("DESC")) {
-                terms += " DESC";
-            } else {
-                TakeKeyword("ASC");
-            }
-        } while (TakeSymbol(","));
-        return terms;
-    }
+    static std::string Name(std::string_view name) { return QuotedIdentifier(name) + " COLLATE NOCASE"; }
 
     TranslatedCondition Condition() {
         TranslatedCondition condition;
-        condition_ = &condition;
-        Alternatives();
+        int open = 0;
+        while (token_.Kind != TokenKind::End && !Is("GROUP") && !Is("ORDER")) {
+            open += Is("(") ? 1 : Is(")") ? -1 : 0;
+            Expect(open >= 0);
+            TranslateToken(condition);
+        }
+        Expect(open == 0 && !condition.Sql.empty());
         return condition;
     }
 
-    void Write(std::string_view sql) { condition_->Sql += sql; }
-    void WriteLiteral(FieldValue value) {
-        Write("?");
-        condition_->Literals.push_back(std::move(value));
+    void TranslateToken(TranslatedCondition &condition) {
+        const auto lift = [&](FieldValue literal, std::string_view mark) {
+            condition.Literals.push_back(std::move(literal));
+            condition.Sql += mark;
+        };
+        if (TakeIf("LIKE")) return lift(LikePattern(Take(TokenKind::Text)), "LIKE ? ESCAPE '!' ");
+        const bool isJoint = Is("AND") || Is("OR");
+        const Token token = Take();
+        switch (token.Kind) {
+            case TokenKind::Text:
+                return lift(std::string(token.Text), "? ");
+            case TokenKind::Number:
+                return lift(NumberOf(token.Text), "? ");
+            case TokenKind::Date:
+                return lift(IsoDateOf(token.Text), "? ");
+            case TokenKind::Word:
+                condition.Sql += isJoint ? UCase(token.Text) : Name(token.Text);
+                break;
+            default:
+                Expect(token.Text != "," && token.Text != "*");
+                condition.Sql += token.Text;
+        }
+        condition.Sql += ' ';
     }
 
-    void Alternatives() {
-        Conjunction();
-        while (TakeKeyword("OR")) {
-            Write(" OR ");
-            Conjunction();
-        }
-    }
-
-    void Conjunction() {
-        Factor();
-        while (TakeKeyword("AND")) {
-            Write(" AND ");
-            Factor();
-        }
-    }
-
-    void Factor() {
-        Expect(++nesting_ <= deepestNesting);
-        if (TakeKeyword("NOT")) {
-            Write("NOT ");
-            Factor();
-        } else if (TakeSymbol("(")) {
-            Write("(");
-            Alternatives();
-            Expect(TakeSymbol(")"));
-            Write(")");
-        } else {
-            Comparison();
-        }
-        --nesting_;
-    }
-
-    void Comparison() {
-        // LIKE folds its left side, so the text before it is set apart until the operator is known.
-        const std::size_t start = condition_->Sql.size();
-        Operand();
-        if (TakeKeyword("IS")) {
-            Write(TakeKeyword("NOT") ? " IS NOT NULL" : " IS NULL");
-            Expect(TakeKeyword("NULL"));
-            return;
-        }
-        const bool isNegated = TakeKeyword("NOT");
-        if (TakeKeyword("LIKE")) {
-            Expect(token_.Kind == TokenKind::Text);
-            condition_->Sql.insert(start, "lower(");
-            Write(isNegated ? ") NOT GLOB " : ") GLOB ");
-            WriteLiteral(GlobPattern(Take().Text));
-            return;
-        }
-        Expect(!isNegated && token_.Kind == TokenKind::Symbol &&
-               std::ranges::find(comparisons, token_.Text) != comparisons.end());
-        Write(" " + Take().Text + " ");
-        Operand();
-        Write(" COLLATE NOCASE");
-    }
-
-    void Operand() {
-        if (IsName()) {
-            Write(QuotedIdentifier(Take().Text));
-        } else if (TakeSymbol("-")) {
-            Expect(token_.Kind == TokenKind::Number);
-            WriteLiteral(Negative(NumberOf(Take().Text)));
-        } else if (token_.Kind == TokenKind::Number) {
-            WriteLiteral(NumberOf(Take().Text));
-        } else if (token_.Kind == TokenKind::Text) {
-            WriteLiteral(Take().Text);
-        } else if (token_.Kind == TokenKind::Date) {
-            WriteLiteral(IsoDateOf(Take().Text));
-        } else if (token_.IsKeyword("TRUE") || token_.IsKeyword("FALSE")) {
-            WriteLiteral(std::int64_t{Take().IsKeyword("TRUE")});
-        } else {
-            Refuse();
-        }
-    }
-
-    StatementTokens tokens_;
+    std::string_view rest_;
     Token token_;  ///< the next one
-    TranslatedCondition *condition_ = nullptr;
-    int nesting_ = 0;
 };
 
 }  // namespace
 
 bool IsStatement(std::string_view source) {
-    return StatementTokens(source).Next().IsKeyword("SELECT");
+    return EqualsIgnoreCase(source.substr(0, 7), "SELECT ");
 }
 
 SelectStatement TranslateSelect(std::string_view statement) {

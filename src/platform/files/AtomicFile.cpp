@@ -79,6 +79,12 @@ void AtomicFile::CommitUnflushed() {
     temporary_.clear();
 }
 
+void RenameFile(std::string_view from, std::string_view to) {
+    const std::string target = SystemPath(to);
+    if (std::rename(SystemPath(from).c_str(), target.c_str()) != 0) ThrowSystemError();
+    FlushFolder(FolderOf(target));
+}
+
 void AtomicFile::CreateBeside() {
     const std::string start = FolderOf(target_) + ".pixmora-" + std::to_string(getpid()) + "-";
     for (int number = 0; descriptor_ < 0; ++number) {

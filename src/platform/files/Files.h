@@ -17,6 +17,11 @@ std::string SystemPath(std::string_view path);
 /// The program's form of a path of the system: every "/" a "\".
 std::string ProgramPath(std::string_view path);
 
+/// What follows the path's last separator, either of "\" and "/"; "\" for a path that is nothing else.
+std::string LastPathPart(std::string_view path);
+/// The path without its last part, with the separator at its end.
+std::string ParentPath(std::string_view path);
+
 /// Whether something stands at the path, file or directory. A path with a NUL, an empty one and one ending in a
 /// separator have nothing.
 bool FileExists(std::string_view path);
@@ -104,6 +109,9 @@ std::string ReadBinaryFile(std::string_view path);
 void WriteFileAtomically(std::string_view path, std::string_view bytes);
 /// @throws RunTimeError FileNotFound, PathFileAccessError
 void DeleteFile(std::string_view path);
+/// Puts the file in the place of what stands at the other path of the same disk; on return the name is on the disk too.
+/// @throws RunTimeError PathFileAccessError, DiskFull
+void RenameFile(std::string_view from, std::string_view to);
 /// Makes the directory, and those above it, where they aren't there. @throws RunTimeError PathFileAccessError
 void MakeDirectory(std::string_view path);
 /// Copies the bytes to a file that appears whole or not at all. @throws RunTimeError

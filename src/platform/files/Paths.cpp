@@ -47,6 +47,17 @@ std::string ProgramPath(std::string_view path) {
     return result;
 }
 
+std::string LastPathPart(std::string_view path) {
+    std::string text = ProgramPath(path);
+    if (text == "\\") return text;
+    const std::size_t separator = text.rfind('\\');
+    return separator == std::string::npos ? text : text.substr(separator + 1);
+}
+
+std::string ParentPath(std::string_view path) {
+    return std::string(path.substr(0, path.size() - LastPathPart(path).size()));
+}
+
 bool FileExists(std::string_view path) {
     return !path.empty() && !IsSeparator(path.back()) && ModeAt(path) != 0;
 }

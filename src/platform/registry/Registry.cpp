@@ -213,7 +213,7 @@ namespace pixmora {
 namespace {
 
 std::string SettingsPath(std::string_view app, std::string_view section) {
-    return "Software\\VB and VBA Program Settings\\" + std::string(app) + "\\" + std::string(section);
+    return std::string(SettingsKey) + "\\" + std::string(app) + "\\" + std::string(section);
 }
 
 }  // namespace

@@ -45,8 +45,9 @@ void SetFilePath(std::string_view path);
 
 namespace pixmora {
 
-/// The run time's settings, values of the current user's tree below "Software\VB and VBA Program Settings",
-/// application, section. Every value is text.
+/// The run time's settings: values of the current user's tree below this key, application, section. Every value is
+/// text.
+inline constexpr std::string_view SettingsKey = "Software\\VB and VBA Program Settings";
 std::string GetSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view fallback);
 void SaveSetting(std::string_view app, std::string_view section, std::string_view key, std::string_view value);
 /// Removes one value; an absent one is no error.

@@ -9,6 +9,7 @@
 
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 
@@ -134,17 +135,13 @@ std::string FormatGrouped(double value) {
 }
 
 std::string NumberText(double value) {
-    if (std::optional<std::string> whole = TextOfWhole(value)) return *std::move(whole);
-    const Decimal decimal = ToDecimal(value);
-    if (decimal.Digits.empty()) return "0";
-    const int exponent = decimal.Point - 1;
-    if (exponent >= significantDigits || exponent < -4) {
-        std::string text = SignOf(decimal) + decimal.Digits.substr(0, 1);
-        if (decimal.Digits.size() > 1) text += "." + decimal.Digits.substr(1);
-        return text + (exponent < 0 ? "E-" : "E+") + FormatPadded(std::abs(exponent), 2);
-    }
-    const std::string fraction = FractionDigits(decimal);
-    return SignOf(decimal) + WholeDigits(decimal) + (fraction.empty() ? "" : "." + fraction);
+    if (!std::isfinite(value)) throw RunTimeError(ErrorNumber::Overflow);
+    if (value == 0) return "0";  // without a sign
+    std::array<char, 32> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general,
+                                   significantDigits)
+                         .ptr;
+    return UCase({buffer.data(), end});
 }
 
 std::string FormatByteSize(double bytes) {

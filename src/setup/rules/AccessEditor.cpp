@@ -19,10 +19,6 @@ namespace {
 constexpr const char *restrictWordsFile = "restrictwords.txt";
 constexpr const char *restrictWordsAtStart = "Private*\r\nCensored\r\n";
 
-std::string TextOrEmpty(const FieldValue &value) {
-    return IsNull(value) ? std::string() : AsText(value);
-}
-
 }  // namespace
 
 std::string RestrictedRow::DirectoryText() const {

@@ -39,10 +39,6 @@ bool IsSet(const FieldValue &value) {
     return !IsNull(value) && AsLong(value) == 1;
 }
 
-std::string TextOrEmpty(const FieldValue &value) {
-    return IsNull(value) ? std::string() : AsText(value);
-}
-
 std::unique_ptr<Recordset> FindAlbum(const std::string &name) {
     auto albums = gDatabase->OpenRecordset("Albums", RecordsetType::Dynaset);
     albums->FindFirst(OfAlbum(name));
@@ -95,7 +91,7 @@ bool PopularPageHoldsNested() {
 }
 
 void RemoveNested(const char *table, const char *field, bool (*isNested)(const std::string &)) {
-    const auto rows = gDatabase->OpenRecordset(std::string("SELECT * FROM ") + table, RecordsetType::Dynaset);
+    const auto rows = gDatabase->OpenRecordset(table, RecordsetType::Dynaset);
     for (; !rows->Eof(); rows->MoveNext()) {
         const std::string path = AsText(rows->Value(field));
         if (isNested(path)) DeleteFirstWithPath(table, field, path);

@@ -49,8 +49,9 @@ void DirOrderEditor::Open(std::string_view key) {
     rows_.clear();
     orderChanged_ = canSave_ = false;
     if (key.empty() || IsTreeRoot(key)) return;
+    const DirOrder order(AlbumOfKey(key));
     for (const std::string &name : SubDirectoryNames(DirectoryOfKey(key))) {
-        rows_.push_back({name, GetDirOrderPos(AlbumOfKey(key), StoredName(name), "000000")});
+        rows_.push_back({name, order.Position(StoredName(name), "000000")});
     }
     SortRows(false);
     canSave_ = rows_.size() >= 2;
@@ -89,9 +90,9 @@ int DirOrderEditor::MoveBy(int row, int steps) {
     return row;
 }
 
-std::string DirOrderEditor::SortKey(std::string_view choice, const Row &row, int place) const {
+std::string DirOrderEditor::SortKey(std::string_view choice, const DirOrder &order, const Row &row, int place) const {
     if (Contains(choice, "Name")) return row.Name;
-    if (Contains(choice, "Original")) return GetDirOrderPos(AlbumOfKey(key_), StoredName(row.Name), PlaceText(place));
+    if (Contains(choice, "Original")) return order.Position(StoredName(row.Name), PlaceText(place));
     try {
         const FileFacts facts = GetFileFacts(DirectoryOfKey(key_) + "\\" + row.Name);
         return MinuteText(Contains(choice, "Created") ? facts.CreationTime : facts.LastWriteTime);
@@ -102,9 +103,10 @@ std::string DirOrderEditor::SortKey(std::string_view choice, const Row &row, int
 
 void DirOrderEditor::PreSort(std::string_view choice) {
     if (choice == PreSortChoices[0] || key_.empty() || IsTreeRoot(key_)) return;
+    const DirOrder order(AlbumOfKey(key_));
     for (int row = 0; row < Count(); ++row) {
         Row &sorted = rows_[static_cast<std::size_t>(row)];
-        sorted.Sort = SortKey(choice, sorted, row + 1);
+        sorted.Sort = SortKey(choice, order, sorted, row + 1);
     }
     SortRows(Contains(choice, "Desc"));
     orderChanged_ = canSave_ = true;

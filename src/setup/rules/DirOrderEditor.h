@@ -7,6 +7,8 @@
 
 namespace pixmora {
 
+class DirOrder;
+
 /// The choices of cboPreSort; the first one stands for none.
 inline constexpr const char *PreSortChoices[] = {
     "- Sort By -",         "Original Order",       "Name - Asc",         "Name - Desc",
@@ -49,7 +51,7 @@ public:
 private:
     int Count() const { return static_cast<int>(rows_.size()); }
     std::string StoredName(const std::string &name) const;
-    std::string SortKey(std::string_view choice, const Row &row, int place) const;
+    std::string SortKey(std::string_view choice, const DirOrder &order, const Row &row, int place) const;
     void Swap(int upper);
     void SortRows(bool descending);
 

@@ -1,4 +1,4 @@
-// Reads under one lock, and rows found by their numbers.
+// Reads under one lock.
 #include <gtest/gtest.h>
 
 #include "platform/database/Database.h"
@@ -26,13 +26,6 @@ protected:
     std::int64_t Count(const std::string &source = "Counts") const {
         return database->OpenRecordset(source, RecordsetType::Snapshot)->RecordCount();
     }
-    /// The value of the row so many places behind the first; -1 at the end.
-    std::int64_t At(std::int64_t place, const std::string &source = "Counts") const {
-        const auto rows = database->OpenRecordset(source, RecordsetType::Snapshot);
-        rows->Move(place);
-        return rows->Eof() ? -1 : AsLong(rows->Value("N"));
-    }
-
     TempFolder folder;
     const std::string path = folder.Path("test.mdb");
     const std::unique_ptr<Database> database;
@@ -70,18 +63,6 @@ TEST_F(TransactionTest, LetsAnOrderedRecordsetOutliveItsReadScope) {
     Add(12);
     rows->MoveNext();
     EXPECT_EQ(AsLong(rows->Value("N")), 8);
-}
-
-TEST_F(TransactionTest, FindsThePlaceOfARowWithAndWithoutGaps) {
-    EXPECT_EQ(At(7), 7);
-    EXPECT_EQ(At(10), -1);
-    EXPECT_EQ(At(3, "SELECT * FROM Counts WHERE N > 4"), 8);
-    RunSql(path, "DELETE FROM Counts WHERE N IN (0, 5)");
-    EXPECT_EQ(At(3), 4);
-    EXPECT_EQ(At(4), 6);
-    EXPECT_EQ(At(7), 9);
-    EXPECT_EQ(At(8), -1);
-    EXPECT_EQ(Count("SELECT * FROM Counts WHERE N > 4"), 4);
 }
 
 }  // namespace pixmora

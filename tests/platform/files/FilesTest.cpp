@@ -188,4 +188,21 @@ TEST(Changes, CopyATreeAndKeepWhatIsThere) {
     EXPECT_EQ(ErrorOf([&] { MakeDirectory(folder.Path("to/a.txt/x")); }), accessError);
 }
 
+TEST(Paths, AreCutAtTheirLastSeparator) {
+    const std::tuple<const char *, const char *, const char *> cases[] = {
+        {"\\a\\b.jpg", "b.jpg", "\\a\\"},
+        {"/a/b.jpg", "b.jpg", "/a/"},
+        {"\\b.jpg", "b.jpg", "\\"},
+        {"b.jpg", "b.jpg", ""},
+        {"\\", "\\", ""},
+        {"/", "\\", ""},
+        {"\\a\\", "", "\\a\\"},
+        {"", "", ""},
+    };
+    for (const auto &[path, last, parent] : cases) {
+        EXPECT_EQ(LastPathPart(path), last) << path;
+        EXPECT_EQ(ParentPath(path), parent) << path;
+    }
+}
+
 }  // namespace pixmora
