@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What the system survives, measured: endure.sh runs every script of tests/endurance and the fuzz targets, and keeps their rows in
+# What the system survives, measured: endure.sh runs every script of endurance and the fuzz targets, and keeps their rows in
 # docs/endurance.md. endure.sh --only NAME [ROW...] runs one of them (store, requests, fuzz ...), and leaves the document alone;
 # endure.sh --again NAME... runs some and puts their rows into the document in place of those from before.
 # Exit status 1 when a row isn't met. ENDURE_SOAK_MINUTES: how long the soak lasts, by default 5, 30 before a release.
@@ -22,7 +22,7 @@ run() {
   if [ "$1" = fuzz ]; then
     nice -n 15 scripts/fuzz "$fuzz_seconds"
   else
-    python3 "tests/endurance/$1.py" "$programs" "${@:2}"
+    python3 "endurance/$1.py" "$programs" "${@:2}"
   fi
 }
 
@@ -54,7 +54,7 @@ else
   # The fuzz targets take what the others leave of the processor.
   record fuzz &
   fuzzing=$!
-  for script in tests/endurance/*.py; do
+  for script in endurance/*.py; do
     [ ! -x "$script" ] || record "$(basename "$script" .py)"
   done
   wait "$fuzzing"
@@ -78,7 +78,7 @@ done | paste -sd';' | sed 's/;/; /g')
   echo "is asked, I what pictures and movies hold, L load and slow clients, R coming back. A number in \"wanted\" is a limit."
   echo
   echo "- Date: $(date -u +%Y-%m-%d)"
-  echo "- Machine: $(nproc) cores ($processor), $memory, Linux $(uname -r), Debian $(cat /etc/debian_version)"
+  echo "- Machine: $(nproc) cores ($processor), $memory, Linux $(uname -r | sed "s#-.*##"), Debian $(cat /etc/debian_version)"
   echo "- Command: \`$command\`"
   echo "- Commit: $commits"
   echo "- Result: $(grep -c $'\tmet$' "$rows" || true) of $(wc -l <"$rows") rows met"

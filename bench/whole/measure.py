@@ -11,6 +11,9 @@ import sys
 import tempfile
 import time
 
+TOP = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.path.append(os.path.join(TOP, "tests", "support"))
+
 import memory
 import movies
 import pages
@@ -18,8 +21,6 @@ import pictures
 import stores
 from photographs import Photographs
 from report import Report
-
-TOP = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
 
 def parts_of(page, programs, photographs, folder_of):

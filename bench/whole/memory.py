@@ -3,8 +3,7 @@ import time
 import urllib.request
 
 from load import ab
-from processes import forget_memory_peak, memory_megabytes
-from site_under_test import Site
+from site_under_test import Site, forget_memory_peak, memory_kb
 
 THUMBNAILS = 1000
 REQUESTS = 200_000
@@ -18,7 +17,7 @@ def fetch(site, target):
 def now(site):
     """(resident MB, of which no file's) once the answers are out."""
     time.sleep(0.5)
-    return memory_megabytes(site.pid), memory_megabytes(site.pid, "RssAnon")
+    return memory_kb(site.pid) / 1024, memory_kb(site.pid, "RssAnon") / 1024
 
 
 def report(page, programs, folder, photographs):
@@ -35,7 +34,7 @@ def report(page, programs, folder, photographs):
         rows.append(["after the first thumbnail", now(site)])
         forget_memory_peak(site.pid)
         fetch(site, "ShowPicture?1&preview&/%s.jpg" % photographs.large)
-        rows.append(["peak in the preview of the large picture", (memory_megabytes(site.pid, "VmHWM"), None)])
+        rows.append(["peak in the preview of the large picture", (memory_kb(site.pid, "VmHWM") / 1024, None)])
         for number in range(50):
             fetch(site, "ShowPicture?1&thumb&/%s.jpg" % photographs.small[number % len(photographs.small)])
         warm = now(site)

@@ -64,7 +64,7 @@ def transfer(server, target, count, total_megabytes, page_target):
     for _ in range(rounds):
         # A process of its own reads, so that the pages' times are not those of this interpreter's lock.
         output = subprocess.run([sys.executable, __file__, str(server.port), target, str(count)], check=True, text=True,
-                                stdout=subprocess.PIPE).stdout
+                                stdout=subprocess.PIPE, env=dict(os.environ, PYTHONPATH=os.pathsep.join(sys.path))).stdout
         total += int(output)
     seconds, used = time.monotonic() - start, server.processor_seconds() - before
     if walker:

@@ -1,5 +1,6 @@
 """Pages: requests a second beside two servers of files, and each listing beside its bare directory walk."""
 import os
+import sqlite3
 import subprocess
 import urllib.request
 
@@ -33,11 +34,18 @@ def make_albums(folder, picture):
     return roots
 
 
+def set_order(site, album, names):
+    """Stores the owner's own order of an album's top folders."""
+    with sqlite3.connect(site.database) as database:
+        database.executemany("INSERT INTO DBOrder (AlbumName, SubDir, SeqPos) VALUES (?, ?, ?)",
+                             [(album, "\\\\" + name, place) for place, name in enumerate(names, 1)])
+
+
 def make_site(programs, folder, roots):
     site = Site(programs, folder)
     for root in roots:
         site.add_album(os.path.basename(root), root, "--description", "Where we were", "--featured", "random")
-    site.set_order("B tree", sorted((os.path.basename(entry) for entry in os.listdir(roots[1])), reverse=True))
+    set_order(site, "B tree", sorted((os.path.basename(entry) for entry in os.listdir(roots[1])), reverse=True))
     return site
 
 

@@ -2,7 +2,8 @@
 import os
 import subprocess
 
-from processes import end, free_port, processor_seconds, wait_for_port
+from processes import end, wait_for_port
+from site_under_test import free_port, processor_seconds
 
 NGINX = """{user}load_module /usr/lib/nginx/modules/ngx_http_image_filter_module.so;
 daemon off;

@@ -1,39 +1,9 @@
-"""Programs under measurement: started on a free port of 127.0.0.1, ended by their process id, their processor time."""
-import glob
+"""Programs beside the site: measured to their end, or ended by their process id."""
 import os
 import signal
 import socket
 import subprocess
 import time
-
-
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
-
-
-def processor_seconds(pid):
-    """What all threads of a process have used so far; the kernel's count in nanoseconds."""
-    total = 0
-    for path in glob.glob("/proc/%d/task/*/schedstat" % pid):
-        with open(path) as file:
-            total += int(file.read().split()[0])
-    return total / 1e9
-
-
-def memory_megabytes(pid, field="VmRSS"):
-    """VmRSS: resident now; VmHWM: its peak; RssAnon: the part that is no file's."""
-    with open("/proc/%d/status" % pid) as file:
-        for line in file:
-            if line.startswith(field + ":"):
-                return int(line.split()[1]) / 1024
-    raise ValueError(field)
-
-
-def forget_memory_peak(pid):
-    with open("/proc/%d/clear_refs" % pid, "w") as file:
-        file.write("5")
 
 
 def run_measured(command, **options):

@@ -26,6 +26,8 @@ public:
     void ShowLive() override;
     void ShowStopped() override;
 
+    Timer tmrClose;  ///< closes the window some seconds after a success
+
 protected:
     void CloseByOwner() override { cmdCancel->click(); }
 
@@ -39,7 +41,6 @@ private:
     SkinButton *cmdViewSite;
     SkinButton *cmdCancel;
     Timer tmrStart;
-    Timer tmrClose;
     bool cancelled_ = false;
 };
 

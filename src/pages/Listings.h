@@ -31,7 +31,6 @@ struct DirContents {
 /// What lies right in the directory; zeros for one that can't be read. @param path full
 DirContents CountDirContents(std::string_view path);
 
-
 /// The name for {DIR_TITLE}: of the album with an empty name, of the directory otherwise.
 std::string DirDisplayTitle(const clsAlbum &album, std::string_view name);
 

@@ -157,21 +157,6 @@ TEST_F(frmMainTest, EverythingIsReachedAndWorkedByKeys) {
     }
 }
 
-TEST_F(frmMainTest, LooksTheSameOnALightAndADarkDesktop) {
-    const QPalette former = QApplication::palette();
-    QApplication::setPalette(QPalette(QColor(230, 230, 230), QColor(40, 40, 44), QColor(80, 80, 80), QColor(20, 20, 20),
-                                      QColor(60, 60, 60), QColor(230, 230, 230), QColor(Qt::white), QColor(30, 30, 30),
-                                      QColor(40, 40, 44)));
-    frmMain dark(Actions, {[] { return true; }, [] {},
-                           [](const QPoint &) {
-                           }});
-    dark.Load();
-    for (frmMain *window : {&dark, &Main}) Find(*window, "cmdExit").setFocus();
-    const bool isSame = dark.grab().toImage() == Main.grab().toImage();
-    QApplication::setPalette(former);
-    EXPECT_TRUE(isSame);
-}
-
 }  // namespace
 
 }  // namespace pixmora::test

@@ -30,16 +30,6 @@ TEST(LocalIP, IsTheHostTablesUnlessThatIsLoopback) {
     EXPECT_EQ(GetLocalIP({}, {}), "");
 }
 
-TEST(Links, CarryTheAddress) {
-    const std::string address = "http://203.0.113.7:8080";
-    EXPECT_EQ(EmailLink(address),
-              "mailto:?subject=Check%20this%20out!&body=Here's%20the%20link:%20http://203.0.113.7:8080");
-    EXPECT_EQ(InstantMessageLink(address), "aim:goim?screenname=&message=Check+out+http://203.0.113.7:8080");
-    EXPECT_EQ(AwayLink(address, "http://central.example"),
-              "aim:goaway?message=<A+HREF=\"http://203.0.113.7:8080\">Check+out+the+pictures+on+my+website!</A><BR><BR>"
-              "<FONT+SIZE=1><A+HREF=\"http://central.example\">Powered+by+Pixmora!+Digital+Media+Software</A></FONT>");
-}
-
 class AwayMessage : public OutsideFixture {
 protected:
     AwayMessage() {

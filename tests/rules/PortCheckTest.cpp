@@ -4,6 +4,7 @@
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
 #include "setup/rules/InternetState.h"
+#include "support/ErrorOf.h"
 #include "support/SetupFixture.h"
 
 namespace pixmora {
@@ -20,6 +21,15 @@ const std::string noLuckText =
     "indicates your friends will not be able to connect to your website. Your Internet Service Provider or firewall "
     "may block incoming traffic to certain ports on your computer. Please try changing your listening port in Port "
     "Setup.\r\n\r\nWould you like to read more on this?";
+
+const std::string noServiceText =
+    "We can't contact our servers to validate your IP Address!\r\n\r\nIf you are sure you're connected to the "
+    "Internet, our servers may be down.\r\n\r\nPlease run the test later. For now, try starting your website and ask "
+    "a friend to try connecting.";
+const std::string routerText =
+    "Your private IP address is 127.0.0.1, but your public IP address is 127.0.0.1\n ! It appears your computer is on "
+    "a network behind some sort of router that has not been properly configured.\r\n\r\nWould you like to read up on "
+    "properly configuring your router?";
 
 int FreePort() {
     const auto socket = Winsock::Create();
@@ -72,111 +82,95 @@ protected:
     PortCheck check{Hands()};
 };
 
-TEST_F(PortChecks, FirewallWithoutInternetOrService) {
-    isConnected = false;
-    Owner.ExpectMessage("We cannot detect a connection to the Internet. Please connect before you run this test.",
-                        FlagCritical);
-    check.CheckFirewall();
-    EXPECT_EQ(Ran(), "");
-    isConnected = true;
-    publicIP = "";
-    Owner.ExpectMessage(
-        "We can't contact our servers to validate your IP Address!\r\n\r\nIf you are sure you're connected to the "
-        "Internet, our servers may be down.\r\n\r\nPlease run the test later. For now, try starting your website and "
-        "ask a friend to try connecting.",
-        FlagCritical);
-    check.CheckFirewall();
-    EXPECT_EQ(Ran(), "1");
-    EXPECT_FALSE(isBusy);
-}
-
-TEST_F(PortChecks, FirewallBehindARouterIsNotTriedAgain) {
-    const ClockSetForTest clock(1000, MakeDate(2004, 3, 1));
-    publicIP = "127.0.0.1\n";
-    Owner.ExpectMessage(
-        "Your private IP address is 127.0.0.1, but your public IP address is 127.0.0.1\n ! It appears your computer "
-        "is on a network behind some sort of router that has not been properly configured.\r\n\r\nWould you like to "
-        "read up on properly configuring your router?",
-        CriticalQuestion, AnswerYes);
-    Owner.ExpectBrowser("http://service.example/support_config.php");
-    const std::string before = port;
-    check.CheckFirewall();
-    EXPECT_EQ(port, before);
-    EXPECT_EQ(Ran(), "1");
-    EXPECT_EQ(GetTickCount(), 12000) << "just under eleven seconds, then the next look";
-}
-
-TEST_F(PortChecks, FirewallFallsBackOnce) {
-    const ClockSetForTest clock(1000, MakeDate(2004, 3, 1));
-    privateIP = publicIP = unreachable;
-    Owner.ExpectMessage(noLuckText, CriticalQuestion, AnswerYes);
-    Owner.ExpectBrowser("http://service.example/support_noluck.php");
-    check.CheckFirewall();
-    EXPECT_EQ(port, "8080");
-    EXPECT_EQ(GetTickCount(), 23000) << "two waits";
-    Owner.ExpectMessage(noLuckText, CriticalQuestion, AnswerNo);
-    check.CheckFirewall();
-    EXPECT_EQ(GetTickCount(), 34000) << "one wait";
-}
-
-TEST_F(PortChecks, FirewallOnAPortInUse) {
-    const auto other = Occupy();
-    Owner.ExpectMessage(reachedText, FlagInformation);
-    check.CheckFirewall();
-    EXPECT_EQ(port, "8080");
-    EXPECT_EQ(shown + GetSetting("Records", "FirewallCheck") + Ran(), "127.0.0.1Pass1");
-    port = fallbackPort;
-    EXPECT_NO_THROW(Occupy()) << "the port is given back";
-    port = std::to_string(other->LocalPort());
-    Owner.ExpectMessage("There is another application already listening on port " + port +
-                            "! Please go to Port Setup and choose another port.",
-                        FlagCritical);
-    check.CheckFirewall();
-    EXPECT_FALSE(isBusy);
-}
-
-TEST_F(PortChecks, PortPassesAndFails) {
-    whileAsking = [this] {
-        EXPECT_THROW(Occupy(), RunTimeError) << "listens before it asks";
+TEST_F(PortChecks, SayWhatTheyFind) {
+    enum class Port { Free, Used, OutOfRange };
+    const auto inUse = [this](const std::string &advice) {
+        return "There is another application already listening on port " + port + "! " + advice;
     };
-    Owner.ExpectMessage(
-        "Congratulations! Your computer successfully received our request. This indicates that your friends will be "
-        "able to see your website.",
-        FlagInformation);
-    check.CheckPort();
-    EXPECT_EQ(GetSetting("Records", "FirewallCheck") + Ran() + shown, "1");
-
-    const ClockSetForTest clock(1000, MakeDate(2004, 3, 1));
-    publicIP = unreachable;
-    Owner.ExpectMessage(
-        "Your computer did not receive our request! This indicates your friends will not be able to connect to your "
-        "website.\r\n\r\nIf you have properly setup your firewall or router, please try changing the listening port.",
-        FlagCritical);
-    check.CheckPort();
-    EXPECT_FALSE(isBusy);
-}
-
-TEST_F(PortChecks, PortWithoutInternetServiceOrPort) {
-    isConnected = false;
-    Owner.ExpectMessage("We cannot detect a connection to the Internet. Please connect before you run Port Check.",
-                        FlagCritical);
-    check.CheckPort();
-    EXPECT_EQ(Ran(), "");
-    isConnected = true;
-    publicIP = "";
-    Owner.ExpectMessage("We were unable to contact our servers! Please try again later.", FlagCritical);
-    check.CheckPort();
-    EXPECT_EQ(Ran(), "1");
+    const struct {
+        const char *Name;
+        void (PortCheck::*Check)();
+        std::string PublicIP;  ///< what the service answers, "offline": without Internet
+        std::string PrivateIP;
+        Port State;
+        std::function<std::string()> Message;
+        int Flags;
+        std::string Page;  ///< opened by the question's Yes
+        Tick Waited;
+        std::string Ran;
+        bool FallsBack;
+    } cases[] = {
+        {"offline", &PortCheck::CheckFirewall, "offline", own, Port::Free,
+         [] { return "We cannot detect a connection to the Internet. Please connect before you run this test."; },
+         FlagCritical, "", 0, "", false},
+        {"no service", &PortCheck::CheckFirewall, "", own, Port::Free, [] { return noServiceText; }, FlagCritical, "",
+         0, "1", false},
+        {"reached", &PortCheck::CheckFirewall, own, own, Port::Free, [] { return reachedText; }, FlagInformation, "", 0,
+         "1", false},
+        {"just under eleven seconds, then the next look", &PortCheck::CheckFirewall, "127.0.0.1\n", own, Port::Free,
+         [] { return routerText; }, CriticalQuestion, "support_config", 11000, "1", false},
+        {"two waits", &PortCheck::CheckFirewall, unreachable, unreachable, Port::Free, [] { return noLuckText; },
+         CriticalQuestion, "support_noluck", 22000, "1", true},
+        {"in use", &PortCheck::CheckFirewall, own, own, Port::Used, [] { return reachedText; }, FlagInformation, "", 0,
+         "1", true},
+        {"port offline", &PortCheck::CheckPort, "offline", own, Port::Free,
+         [] { return "We cannot detect a connection to the Internet. Please connect before you run Port Check."; },
+         FlagCritical, "", 0, "", false},
+        {"port without service", &PortCheck::CheckPort, "", own, Port::Free,
+         [] { return "We were unable to contact our servers! Please try again later."; }, FlagCritical, "", 0, "1",
+         false},
+        {"port passes", &PortCheck::CheckPort, own, own, Port::Free,
+         [] {
+             return "Congratulations! Your computer successfully received our request. This indicates that your "
+                    "friends will be able to see your website.";
+         },
+         FlagInformation, "", 0, "1", false},
+        {"port fails", &PortCheck::CheckPort, unreachable, own, Port::Free,
+         [] {
+             return "Your computer did not receive our request! This indicates your friends will not be able to "
+                    "connect to your website.\r\n\r\nIf you have properly setup your firewall or router, please try "
+                    "changing the listening port.";
+         },
+         FlagCritical, "", 11000, "1", false},
+        {"port in use", &PortCheck::CheckPort, own, own, Port::Used,
+         [inUse] { return inUse("Please choose another port."); }, FlagCritical, "", 0, "1", false},
+        {"port out of range", &PortCheck::CheckPort, own, own, Port::OutOfRange,
+         [inUse] { return inUse("Please choose another port."); }, FlagCritical, "", 0, "1", false},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.Name);
+        std::optional<ClockSetForTest> clock;
+        if (row.Waited > 0) clock.emplace(1000, MakeDate(2004, 3, 1));
+        DeleteSetting("Setup", "RunFirewallCheck");
+        DeleteSetting("Records", "FirewallCheck");
+        const bool isFirewall = row.Check == &PortCheck::CheckFirewall;
+        isConnected = row.PublicIP != "offline";
+        publicIP = row.PublicIP;
+        privateIP = row.PrivateIP;
+        port = row.State == Port::OutOfRange ? "70000" : std::to_string(FreePort());
+        const std::string before = port;
+        const auto other = row.State == Port::Used ? Occupy() : nullptr;
+        Owner.ExpectMessage(row.Message(), row.Flags, row.Page.empty() ? AnswerOk : AnswerYes);
+        if (!row.Page.empty()) Owner.ExpectBrowser("http://service.example/" + row.Page + ".php");
+        whileAsking = [&] {
+            if (row.State != Port::Free) return;
+            const bool isOpen = ErrorOf([this] { Occupy(); }) != ErrorNumber{};
+            EXPECT_EQ(isOpen, !isFirewall) << "the port check listens before it asks";
+        };
+        (check.*row.Check)();
+        EXPECT_EQ(port, row.FallsBack ? "8080" : before);
+        EXPECT_EQ(Ran(), row.Ran);
+        EXPECT_EQ(GetSetting("Records", "FirewallCheck"), row.Message() == reachedText ? "Pass" : "");
+        if (clock) EXPECT_EQ(GetTickCount() - 1000, row.Waited);
+        EXPECT_FALSE(isBusy);
+        port = fallbackPort;
+        EXPECT_NO_THROW(Occupy()) << "the port is given back";
+    }
+    EXPECT_EQ(shown, own);
+    SaveSetting("Setup", "RunFirewallCheck", "1");
     const auto other = Occupy();
-    Owner.ExpectMessage(
-        "There is another application already listening on port " + port + "! Please choose another port.",
-        FlagCritical);
-    check.CheckPort();
-    port = "70000";
-    Owner.ExpectMessage("There is another application already listening on port 70000! Please choose another port.",
-                        FlagCritical);
-    check.CheckPort();
-    EXPECT_FALSE(isBusy);
+    Owner.ExpectMessage(inUse("Please go to Port Setup and choose another port."), FlagCritical);
+    check.CheckFirewall();
 }
 
 TEST_F(PortChecks, AnAbandonedCheckEndsWithoutAWord) {

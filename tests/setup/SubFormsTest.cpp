@@ -69,18 +69,6 @@ TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
               "Trips|0|1|");
 }
 
-TEST_F(SubForms, ABadCharacterLeavesTheNameAtOnce) {
-    frmSetupAlbum form(nullptr, std::nullopt, Chooses({}));
-    form.show();
-    auto *name = &Find<QLineEdit>(form, "txtAlbumName");
-    QTest::keyClicks(name, "Summer");
-    name->setCursorPosition(3);
-    Owner.ExpectMessage(badName, FlagCritical);
-    QTest::keyClick(name, Qt::Key_Question);
-    EXPECT_EQ(name->text(), "Summer");
-    EXPECT_EQ(name->cursorPosition(), 3);
-}
-
 TEST_F(SubForms, RootsAndFoldersOfNoDiskAreRefused) {
     const std::string folder = Program.MakeFolder("pictures");
     frmSetupAlbum form(nullptr, std::nullopt,

@@ -211,19 +211,6 @@ TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
     EXPECT_EQ(TextOf(*form, "optDirSortMethod"), "2");
 }
 
-TEST_F(SetupForm, AClickTakesARightAway) {
-    AddRight("Trips", "\\a", "Ann");
-    const auto form = Open();
-    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(6);
-    auto *list = &Find<QTreeWidget>(*form, "lvwRestricted");
-    Owner.ExpectMessage(
-        "Important Note: By doing this you will make this directory public!\r\n\r\nWould you like to take away access "
-        "from 'Ann' to 'Trips > a' ?",
-        CriticalQuestion, AnswerYes);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->topLevelItem(0)).center());
-    EXPECT_EQ(RowsOf(*form, "lvwRestricted") + Column("PrivateDirs", "Username"), "");
-}
-
 TEST_F(SetupForm, AWebcamNeedsADevice) {
     const auto form = Open();
     Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(4);
@@ -232,16 +219,6 @@ TEST_F(SetupForm, AWebcamNeedsADevice) {
         FlagCritical);
     Click(*form, "chkWebcam");
     EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
-}
-
-TEST_F(SetupForm, ThePortBoxTakesNumbers) {
-    const auto form = Open();
-    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(7);
-    auto *port = &Find<QComboBox>(*form, "cboListenPort");
-    port->setEditText("8080x");
-    QFocusEvent leave(QEvent::FocusOut);
-    QApplication::sendEvent(port->lineEdit(), &leave);
-    EXPECT_EQ(port->currentText(), "8080");
 }
 
 TEST_F(SetupForm, ChecksAskTheCentralService) {
@@ -276,14 +253,6 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     };
     Click(*form, "cmdCheckFirewall");
     EXPECT_FALSE(form->isVisible()) << "closed while it waits, the check ends without a word";
-}
-
-TEST_F(SetupForm, HelpAndSmallScreens) {
-    const auto form = Open();
-    Owner.ExpectBalloon("Sample Help", "A description to help you will be displayed here.");
-    Click(*form, "lblHelpSample");
-    form->resize(500, 300);
-    EXPECT_LE(form->height(), 320) << "the tabs scroll";
 }
 
 TEST_F(SetupForm, NothingIsCutInLargeText) {

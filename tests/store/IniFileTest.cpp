@@ -25,14 +25,4 @@ TEST(IniFile, FindsValuesWithoutCase) {
     EXPECT_EQ(file.Value("Nowhere", "0"), "");
 }
 
-TEST(IniFile, CopesWithNoFileAndAnyBytes) {
-    const TempFolder folder;
-    EXPECT_EQ(IniFile(folder.Path("none")).Value("a", "b"), "");
-    EXPECT_EQ(IniFile(folder.Path()).Value("a", "b"), "");
-    using namespace std::string_literals;
-    const IniFile file(folder.Write("x.ini", "[a]\0\n\0=\xFF\n]\n[\n=\n[a]\nk=v\0w"s));
-    EXPECT_EQ(file.Value("a", "k"), "v\0w"s);
-    EXPECT_EQ(file.Value("a", "k\nx"), "");
-}
-
 }  // namespace pixmora

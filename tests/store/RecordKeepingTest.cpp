@@ -87,13 +87,6 @@ TEST_F(RecordKeepingTest, GoesOnWithoutWhileAnotherProgramHoldsTheFile) {
     PlayTrouble("database is locked", [&] { other.reset(); });
 }
 
-TEST_F(RecordKeepingTest, GoesOnWithoutWhileTheDiskIsFull) {
-    CountEvents();
-    const auto logSize = std::filesystem::file_size(store.FilePath() + "-wal");
-    auto limit = std::make_unique<FileSizeLimit>(logSize);
-    PlayTrouble("disk I/O error", [&] { limit.reset(); });
-}
-
 TEST_F(RecordKeepingTest, GoesOnWithoutWhatADamagedTableWouldTake) {
     CountEvents();
     RunSql(store.FilePath(), "PRAGMA wal_checkpoint(TRUNCATE)");

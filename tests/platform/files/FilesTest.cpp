@@ -110,15 +110,6 @@ TEST(Walk, ListsByBytesAndFollowsLinks) {
     EXPECT_EQ(ErrorOf([&] { directory.Facts({"b.jpg", false}); }), notFound);
 }
 
-TEST(Walk, OfNoDirectoryHasNoEntries) {
-    const TempFolder folder;
-    for (const auto &path : {folder.Path("none"), folder.Write("file"), folder.Path() + "\0"s, ""s}) {
-        const Directory directory(path);
-        EXPECT_FALSE(directory.IsReadable()) << path;
-        EXPECT_TRUE(directory.Entries().empty());
-    }
-}
-
 TEST(BinaryFiles, ReadInPiecesAndRefuseWhatIsNoFile) {
     const TempFolder folder;
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
@@ -159,14 +150,6 @@ TEST(Changes, ReplaceAFileWholeOrNotAtAll) {
     EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(folder.Path(), "x"); }), accessError);
     EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(folder.Path("none/x"), "x"); }), accessError);
     EXPECT_EQ(ErrorOf([&] { WriteFileAtomically("", "x"); }), accessError);
-}
-
-TEST(Changes, Delete) {
-    const TempFolder folder;
-    DeleteFile(folder.Write("x"));
-    EXPECT_FALSE(FileExists(folder.Path("x")));
-    EXPECT_EQ(ErrorOf([&] { DeleteFile(folder.Path("x")); }), notFound);
-    EXPECT_EQ(ErrorOf([&] { DeleteFile(folder.Path()); }), accessError);
 }
 
 TEST(Changes, CopyATreeAndKeepWhatIsThere) {

@@ -1,10 +1,7 @@
 // The program's folder: its choice, its lock, and the htdocs put there.
 #include "platform/loop/App.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
-#include <unistd.h>
 
 #include <cstdlib>
 
@@ -32,20 +29,6 @@ TEST_F(AppTest, TakesItsFolderFromTheEnvironmentOnceOrIsBesideTheExecutable) {
     EXPECT_EQ(App::Path(), ProgramPath(folder.Path("a/b")));
     App::SetPath("");
     EXPECT_EQ(SystemPath(App::Path()), std::filesystem::read_symlink("/proc/self/exe").parent_path().string());
-}
-
-TEST_F(AppTest, KnowsWhoHasTheFolder) {
-    App::SetPath(ProgramPath(folder.Path()));
-    const int other = open(folder.Path("pixmora.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-    ASSERT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
-    EXPECT_TRUE(App::PrevInstance());
-    close(other);
-    EXPECT_FALSE(App::PrevInstance()) << "its end gives the folder back";
-    EXPECT_FALSE(App::PrevInstance());
-
-    const int late = open(folder.Path("pixmora.lock").c_str(), O_RDWR | O_CLOEXEC);
-    EXPECT_NE(flock(late, LOCK_EX | LOCK_NB), 0) << "the lock is kept";
-    close(late);
 }
 
 TEST_F(AppTest, InstallsHtdocsOnlyWhereThereIsNone) {

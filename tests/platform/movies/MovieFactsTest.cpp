@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <chrono>
 #include <filesystem>
 
 #include "platform/files/Files.h"
@@ -64,23 +63,6 @@ TEST(MovieFacts, ReadsNothingElseInAMoviesPlace) {
         EXPECT_FALSE(ReadMovieFacts(folder.Path(name)).IsReadable) << name;
     }
     EXPECT_FALSE(ReadMovieFacts(folder.Path("good.avi") + std::string("\0.mov", 5)).IsReadable);
-}
-
-TEST(MovieFacts, AreHadOfAMovieThatEndsAnywhereInTime) {
-    const TempFolder folder;
-    for (const auto &row : known) {
-        const std::string name = std::get<0>(row);
-        const std::string whole = ReadBinaryFile(Sample(name));
-        ASSERT_FALSE(whole.empty());
-        for (std::size_t length = 0; length < whole.size(); length += 37) {
-            const std::string path = folder.Write("cut" + std::to_string(length), whole.substr(0, length));
-            const auto start = std::chrono::steady_clock::now();
-            const MovieFacts facts = ReadMovieFacts(path);
-            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << name << " " << length;
-            EXPECT_GE(facts.Frames, 0);
-            EXPECT_GE(facts.LengthMs, 0);
-        }
-    }
 }
 
 }  // namespace pixmora

@@ -35,30 +35,6 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(RegistryTest, WritesALegibleFile) {
-    SaveSetting("App", "Setup", "ListenPort", "8080");
-    Registry::SetValue(Root::LocalMachine, "\\Software\\\\Messenger\\", "Count", std::int64_t{15});
-    EXPECT_EQ(FileText(),
-              "[HKCU\\Software\\VB and VBA Program Settings\\App\\Setup]\n"
-              "ListenPort=8080\n"
-              "\n"
-              "[HKLM\\Software\\Messenger]\n"
-              "Count=dword:15\n");
-}
-
-TEST_F(RegistryTest, FoldsCaseAndKeepsTheFirstSpelling) {
-    SaveSetting("App", "IgnoreMsg", "DifferentIPs", "1");
-    EXPECT_EQ(GetSetting("APP", "ignoremsg", "DifferentIps", ""), "1");
-    SaveSetting("app", "IGNOREMSG", "differentips", "2");
-    EXPECT_THAT(FileText(), HasSubstr("App\\IgnoreMsg]\nDifferentIPs=2\n"));
-    EXPECT_EQ(GetSetting("App", "IgnoreMsg", "Other", "fallback"), "fallback");
-    SaveSetting("App", "IgnoreMsg", "Empty", "");
-    EXPECT_EQ(GetSetting("App", "IgnoreMsg", "Empty", "fallback"), "");
-    DeleteSetting("App", "IgnoreMsg", "DIFFERENTIPS");
-    DeleteSetting("App", "IgnoreMsg", "DIFFERENTIPS");
-    EXPECT_EQ(GetSetting("App", "IgnoreMsg", "DifferentIPs", "gone"), "gone");
-}
-
 TEST_F(RegistryTest, BringsBackEveryText) {
     std::string allBytes;
     for (int c = 0; c < 256; ++c) allBytes.push_back(static_cast<char>(c));
@@ -82,29 +58,6 @@ TEST_F(RegistryTest, BringsBackEveryText) {
         Reread();
         EXPECT_EQ(Registry::GetValue(user, "A", "number"), Value(number));
     }
-}
-
-TEST_F(RegistryTest, KeepsKeysAsATree) {
-    Registry::SetValue(user, "Program\\Two", "x", std::string("1"));
-    Registry::SetValue(user, "Program\\One\\Deep", "x", std::string("1"));
-    Registry::SetValue(user, "Program\\One", "y", std::string("1"));
-    Registry::SetValue(user, "Programs\\Other", "x", std::string("1"));
-    Registry::CreateKey(user, "Program\\Empty");
-    Reread();
-    EXPECT_THAT(Registry::EnumKeys(user, "program"), ElementsAre("Two", "One", "Empty"));
-    EXPECT_THAT(Registry::EnumKeys(user, ""), ElementsAre("Program", "Programs"));
-    EXPECT_THAT(Registry::EnumValues(user, "Program\\One"), ElementsAre(std::pair<std::string, Value>("y", "1")));
-    EXPECT_TRUE(Registry::KeyExists(user, "Program\\One\\"));
-    EXPECT_FALSE(Registry::KeyExists(user, "Prog"));
-    EXPECT_FALSE(Registry::KeyExists(Root::LocalMachine, "Program"));
-
-    Registry::DeleteKey(user, "program\\one");
-    EXPECT_THAT(Registry::EnumKeys(user, "Program"), ElementsAre("Two", "Empty"));
-    Registry::DeleteKey(user, "Programs\\Other");
-    EXPECT_TRUE(Registry::KeyExists(user, "Programs")) << "a key outlives the last one below it";
-    Registry::DeleteKey(user, "Nowhere");
-    EXPECT_TRUE(Registry::ValueExists(user, "Program\\Two", "X"));
-    EXPECT_FALSE(Registry::ValueExists(user, "Program\\Two", "y"));
 }
 
 TEST_F(RegistryTest, SeesWhatOthersWriteAndWritesNothingWhereNothingChanges) {

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Requests that no browser sends, answered over a socket: requests.py FOLDER_OF_THE_PROGRAMS"""
+import contextlib
+import functools
 import glob
 import itertools
 import random
-import subprocess
 from pathlib import Path
 
 from endurance import *
@@ -12,13 +13,9 @@ HEAD = b"HTTP/1.0 200 OK\r\nServer: Pixmora! Digital Media Software v1.0\r\nCont
 BARE = [b"Bad Request", b"Bad Request!", b"File Not Found!", b"Picture Not Found!", b"Not a Valid Picture!"]
 RAW_PAGE = re.compile(rb'<html><head><title></title></head><body bgcolor="(white|#.*)"></body></html>', re.S)
 CONTENT_TYPES = [b"text/html", b"image/gif", b"image/jpeg", b"image/x-icon", b"application/octet-stream"]
-LOGIN_WORDS = b'name="password"'
 FIRST_SIGN = 1.0  # s within which every request is answered or closed
-PAGE = b"GET /ShowHelp HTTP/1.0\r\n\r\n"
-LOGIN = (b"POST /SendLogin HTTP/1.0\r\nContent-Type: application/x-www-form-urlencoded\r\n\r\n"
-         b"username=Ann&password=secret&args=1%26thumbs%261")
 GOOD = [
-    PAGE,
+    b"GET /ShowHelp HTTP/1.0\r\n\r\n",
     b"GET /ShowAlbumMedia?1&thumbs&1 HTTP/1.1\r\nHost: example.org\r\nConnection: keep-alive\r\n\r\n",
     b"GET /Border?A0B1C2 HTTP/1.0\r\nCookie: a=b; ms_username=Ann; c=d\r\n\r\n",
     b"GET /ShowPicture?1&thumb&/picture_00.bmp HTTP/1.0\r\n\r\n",
@@ -26,7 +23,8 @@ GOOD = [
     b"GET /ShowAlbum?1&list&1&Private HTTP/1.0\r\nUser-Agent: Mozilla/5.0 (X11; Linux x86_64)\r\n\r\n",
     b"GET /ShowDetails?1&nocount&/picture_01.bmp HTTP/1.0\r\nAccept: */*\r\n\r\n",
     b"GET /ShowMovie?1&fullnocount&/clip.avi HTTP/1.0\r\n\r\n",
-    LOGIN,
+    b"POST /SendLogin HTTP/1.0\r\nContent-Type: application/x-www-form-urlencoded\r\n\r\n"
+    b"username=Ann&password=secret&args=1%26thumbs%261",
 ]
 
 
@@ -50,38 +48,6 @@ def is_known_answer(answer):
     return any(answer.startswith(HEAD % kind) for kind in CONTENT_TYPES)
 
 
-def is_wanted(answer, wanted):
-    """Whether the answer is what the table's third column says."""
-    kind, _, rest = wanted.partition(":")
-    page = answer.startswith(HEAD % b"text/html" + b"\r\n") and answer.rstrip().endswith(b"</html>")
-    if kind == "text":
-        return answer == unescape(rest)
-    if kind == "type":
-        content_type, _, empty = rest.partition(":")
-        head, _, body = answer.partition(b"\r\n\r\n")
-        return answer.startswith(HEAD % content_type.encode()) and bool(body) != bool(empty)
-    return {
-        "-": not answer,
-        "page": page,
-        "login": page and LOGIN_WORDS in answer,
-        "refused": answer == b"Bad Request" or page and LOGIN_WORDS in answer,
-        "cookies": b"\r\nSet-Cookie: ms_username=Ann\r\nSet-Cookie: password=secret\r\n\r\n" in answer,
-        "nopicture": answer in BARE or answer == HEAD % b"image/jpeg" + b"\r\n",
-    }[kind]
-
-
-def unescape(text):
-    repeated = re.sub(r"\{([^{}]*)\*(\d+)\}", lambda match: match[1] * int(match[2]), text)
-    return repeated.encode("latin-1").decode("unicode_escape").encode("latin-1")
-
-
-def malformed_requests():
-    """(name, request, wanted) of each line of the table."""
-    lines = (Path(__file__).parent / "malformed.tsv").read_text().splitlines()
-    rows = [line.split("\t") for line in lines if not line.startswith("#")]
-    return [(name, unescape(request), wanted) for name, request, wanted in rows]
-
-
 def complain(row, name, seen):
     """Tells on standard error what a row's count means."""
     print("%s: %s: %.200r" % (row, name, seen), file=sys.stderr)
@@ -94,9 +60,9 @@ class Watch:
         self.site, self.row, self.faults, self.slowest = site, row, 0, 0.0
         self.descriptors, self.resident = site.descriptors(), site.resident_kb()
 
-    def send(self, name, request, is_right=is_known_answer, half_close=False):
+    def send(self, name, request, is_right=is_known_answer):
         try:
-            talk = Talk(self.site.port, request, half_close=half_close)
+            talk = Talk(self.site.port, request)
         except OSError as error:
             self.fault(name, error)
             return b""
@@ -130,67 +96,6 @@ class Watch:
             wanted += ", memory +%d kB at most" % growth_limit_kb
             met = met and grown <= growth_limit_kb
         results.add(self.row, what, times, seen, wanted, met)
-
-
-def check_table(site, results):
-    """H1: the table of malformed requests. The first round warms the memory up, the third is compared with the second."""
-    table = malformed_requests()
-    for turn in range(3):
-        watch = Watch(site, "H1")
-        for name, request, wanted in table:
-            watch.send(name, request, lambda answer: is_wanted(answer, wanted))
-            if not site.is_alive():
-                break
-        if turn == 0 and watch.faults:
-            break
-    watch.report(results, "malformed requests of the table, 3 rounds", 3 * len(table), growth_limit_kb=1024)
-
-
-def generated_requests(count, seed):
-    """Random bytes, soups of the grammar's words, and good requests cut, doubled and spliced."""
-    chance = random.Random(seed)
-    words = [b"GET ", b"POST ", b"get ", b" ", b"  ", b"/", b"//", b"?", b"&", b"&&", b"%", b"%00", b"%2541", b"%zz", b"*",
-             b"**", b"+", b"..", b"\\", b"'", b'"', b"\r\n", b"\n", b"\r\n\r\n", b"\0", b"\xff", b" HTTP/1.0", b"HTTP/1.1",
-             b"SendLogin", b"ShowAlbum", b"ShowAlbumMedia", b"ShowAlbumDirList", b"ShowPicture", b"ShowMovie", b"ShowDetails",
-             b"ShowGraphic", b"ShowPopular", b"ShowAlbumIcon", b"ShowStats", b"ShowHelp", b"Border", b"Index", b"favicon.ico",
-             b"thumbs", b"list", b"slideshow", b"play", b"thumb", b"full", b"count", b"1", b"0", b"-1", b"2147483648", b"1e308",
-             b"1&thumbs&1&", b"1&thumb&/picture_00.bmp", b"1&full&/clip.avi", b"Cookie: ", b"ms_username", b"=", b";",
-             b"username=", b"password=", b"args=", b"Host: a", b"<amp>and<amp>", b"<percent>num<percent>"]
-
-    def bytes_of(length):
-        return bytes(chance.randrange(256) for _ in range(length))
-
-    def soup():
-        return b"".join(chance.choices(words, k=chance.randint(1, 40)))
-
-    def cut():
-        good = chance.choice(GOOD)
-        return good[:chance.randint(1, len(good))]
-
-    def splice():
-        left, right = chance.choice(GOOD), chance.choice(GOOD)
-        return left[:chance.randrange(len(left))] + soup() + right[chance.randrange(len(right)):]
-
-    def query():
-        page = chance.choice([word for word in words if word.startswith((b"Show", b"Border"))])
-        return b"GET /" + page + b"?" + soup().replace(b" ", b"+") + b" HTTP/1.0\r\n\r\n"
-
-    def form():
-        return LOGIN[:LOGIN.index(b"\r\n\r\n") + 4] + soup() + cut()
-
-    makers = [soup, cut, splice, query, form,
-              lambda: bytes_of(chance.randint(1, 400)), lambda: b"GET /" + bytes_of(40) + b" \r\n",
-              lambda: chance.choice(GOOD) * chance.randint(2, 50), lambda: b"GET /" + soup() * chance.randint(1, 300)]
-    return [chance.choice(makers)() for _ in range(count)]
-
-
-def check_generated(site, results):
-    """H2: inputs of our own making, each from its number."""
-    seed, count = 20260, 2100
-    watch = Watch(site, "H2")
-    for number, request in enumerate(generated_requests(count, seed)):
-        watch.send("input %d" % number, request)
-    watch.report(results, "generated inputs, seed %d" % seed, count)
 
 
 def traversals():
@@ -242,76 +147,6 @@ def check_traversals(site, results):
     what = "paths out of the folders, attack strings and old script names in every place that takes a path (%d strings)" % (
         len(paths) + len(strange))
     watch.report(results, what + "; 0 bytes from outside", len(tried))
-
-
-def answer_of_part(part, answer_of_whole):
-    """What a first part must get: each arrival is a request of its own, whatever follows."""
-    if part.count(b" ") == 0:
-        return "-"
-    head, _, body = part.partition(b"\r\n\r\n")
-    if part.count(b" ") == 1:
-        return "text:Bad Request"
-    if part.startswith(b"POST"):
-        fields = dict(field.partition(b"=")[::2] for field in body.split(b"&"))
-        if any(b"=" not in field for field in body.split(b"&")) or b"%26" not in fields.get(b"args", b""):
-            return "text:Bad Request"
-        return "text:Bad Request" if body.endswith(b"%") else "cookies"
-    cookie = head.partition(b"Cookie: ")[2]
-    if any(piece.strip() == b"ms_username" for piece in cookie.split(b";")):
-        return "text:Bad Request"
-    return answer_of_whole
-
-
-def send_in_two(port, first, second):
-    """The answer to two parts, the second sent when the first has had a sign of life."""
-    with socket.create_connection(("127.0.0.1", port), 10) as client:
-        client.sendall(first)
-        select.select([client], [], [], 10)
-        answer = b""
-        try:
-            client.sendall(second)
-            while part := client.recv(65536):
-                answer += part
-        except (ConnectionResetError, BrokenPipeError):
-            pass
-        return answer
-
-
-def without_footer(answer):
-    """Its sentence is drawn by lot."""
-    return re.sub(rb' target="_blank"><b>[^<]*</b>', b"", answer)
-
-
-def check_splits(site, results):
-    """H5: an arrival is a request; so a part is answered for itself, once, and what comes later changes nothing."""
-    tried = wrong = 0
-    for request in GOOD:
-        whole = site.ask(request)
-        for offset in range(1, len(request)):
-            part = request[:offset]
-            wanted = answer_of_part(part, None)
-            answer = send_in_two(site.port, part, request[offset:])
-            tried += 1
-            if not (without_footer(answer) == without_footer(whole) if wanted is None else is_wanted(answer, wanted)):
-                wrong += 1
-                complain("H5", part, answer)
-    results.add("H5", "good requests in two parts, split at every offset: the first part alone decides", tried,
-                "%d wrong" % wrong, "0 wrong", wrong == 0)
-    wrong, slowest = 0, 0.0
-    for request in GOOD:
-        with site.connect() as client:
-            begun = time.monotonic()
-            for byte in request:
-                try:
-                    client.sendall(bytes([byte]))
-                except (ConnectionResetError, BrokenPipeError):
-                    break
-                if select.select([client], [], [], 0.005)[0]:
-                    break
-            slowest = max(slowest, time.monotonic() - begun)
-            wrong += client.recv(100) != b""
-    results.add("H5", "good requests a byte each 5 ms: closed at the first, which is no method", len(GOOD),
-                "%d wrong, slowest %.1f ms" % (wrong, 1000 * slowest), "0 wrong, in 100 ms", not wrong and slowest <= 0.1)
 
 
 def check_too_big(site, results):
@@ -374,24 +209,13 @@ def check_mutations(site, results):
     watch.report(results, what, each * len(seeds), growth_limit_kb=4096)
 
 
-def main():
-    programs = programs_folder()
-    only = sys.argv[2:]
-    results = Results()
-    checks = {"H1": check_table, "H2": check_generated, "H4": check_traversals, "H5": check_splits, "H6": check_too_big,
-              "H7": check_mutations}
-    for row, check in checks.items():
-        if only and row not in only:
-            continue
-        site = make_site(programs)
-        try:
-            check(site, results)
-            if not site.is_alive() or site.stop() != 0 or site.error_text():
-                results.add(row, "the process afterwards", 1, "%.300r" % site.error_text(), "ends with 0, no message", False)
-        finally:
-            site.close()
-    results.finish()
+def on_a_site(check, programs, results):
+    with contextlib.closing(make_site(programs)) as site:
+        check(site, results)
+        if not site.is_alive() or site.stop() != 0 or site.error_text():
+            results.add("H", "the process afterwards", 1, "%.300r" % site.error_text(), "ends with 0, no message", False)
 
 
 if __name__ == "__main__":
-    main()
+    run_rows([(row, functools.partial(on_a_site, check))
+              for row, check in [("H4", check_traversals), ("H6", check_too_big), ("H7", check_mutations)]])

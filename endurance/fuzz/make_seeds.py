@@ -5,7 +5,7 @@ import struct
 import sys
 import zlib
 
-MEDIA = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../platform/media")
+MEDIA = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../tests/platform/media")
 
 ALBUM_TARGETS = ["", "Index", "ShowHelp", "favicon.ico", "ShowStats", "ShowPopular?thumbs", "Show.Help", "Blank",
                  "ShowAlbum?1&thumbs&1&a%20b&c&", "ShowAlbum?2&slideshow&1&play&0&5&x", "ShowAlbum?9&thumbs&1",

@@ -1,18 +1,9 @@
-"""Makers of pictures and movies that mean no good, and of the good ones that they are made from."""
+"""Makers of pictures that mean no good."""
 import random
 import struct
 import subprocess
 import tempfile
 import zlib
-
-
-def flipped(content, seed, share):
-    """The content with this share of its bytes changed in one bit each, the same for the same seed."""
-    chance = random.Random(seed)
-    content = bytearray(content)
-    for _ in range(max(1, int(len(content) * share))):
-        content[chance.randrange(len(content))] ^= 1 << chance.randrange(8)
-    return bytes(content)
 
 
 def segment(marker, content):
@@ -73,29 +64,6 @@ def png(width, height, rows):
             + chunk(b"IDAT", data) + chunk(b"IEND", b""))
 
 
-def grey_gif(width, rows):
-    """A GIF whose codes stay 9 bits long, because the table of them is cleared in time."""
-    clear, end = 256, 257
-    pixels = b"".join(rows)
-    codes = []
-    for start in range(0, len(pixels), 250):
-        codes += [clear, *pixels[start:start + 250]]
-    codes.append(end)
-    bits = "".join(format(code, "09b")[::-1] for code in codes)
-    data = bytes(int(bits[i:i + 8][::-1], 2) for i in range(0, len(bits), 8))
-    packed = b"".join(bytes([len(data[i:i + 255])]) + data[i:i + 255] for i in range(0, len(data), 255))
-    palette = b"".join(bytes([shade] * 3) for shade in range(256))
-    return (b"GIF89a" + struct.pack("<HHBBB", width, len(rows), 0xF7, 0, 0) + palette
-            + b"," + struct.pack("<HHHHB", 0, 0, width, len(rows), 0) + b"\x08" + packed + b"\0;")
-
-
-def grey_bitmap(width, rows):
-    """width a multiple of 4."""
-    pixels = b"".join(bytes(value for shade in row for value in (shade, shade, shade)) for row in reversed(rows))
-    return (b"BM" + struct.pack("<IHHI", 54 + len(pixels), 0, 0, 54)
-            + struct.pack("<IiiHHIIiiII", 40, width, len(rows), 1, 24, 0, len(pixels), 0, 0, 0, 0) + pixels)
-
-
 def grain(width, height, seed=0):
     """Rows of a picture that has something to see everywhere: slopes with noise on them."""
     chance = random.Random(seed)
@@ -120,17 +88,3 @@ def large_jpeg(width, height, *options):
     return compressed_jpeg(width, (tile[y % 64][:width] for y in range(height)), height, *options)
 
 
-def decoded(jpeg):
-    """Rows of a JPEG, 8 bits of grey a pixel, by djpeg; None when it finds a fault."""
-    result = subprocess.run(["djpeg", "-grayscale", "-pnm"], input=jpeg, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-    if result.returncode != 0 or result.stderr:
-        return None
-    kind, size, _, pixels = result.stdout.split(b"\n", 3)
-    width = int(size.split()[0])
-    return [pixels[i:i + width] for i in range(0, len(pixels), width)]
-
-
-def movie(path, *options):
-    """Two seconds of a test picture, by ffmpeg; the path's end says in what kind of file."""
-    subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", "testsrc=duration=2:size=160x120:rate=25", "-f",
-                    "lavfi", "-i", "sine=duration=2", *options, path], check=True, stdin=subprocess.DEVNULL)

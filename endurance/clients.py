@@ -12,10 +12,6 @@ PAGES = ["/", "/ShowHelp", "/ShowStats", "/ShowAlbum?1&thumbs&1", "/ShowAlbumMed
          "/ShowAlbumDirList?1&thumbs&1&", "/ShowPopular?thumbs", "/ShowDetails?1&nocount&/picture_01.bmp"]
 
 
-def is_page(answer):
-    return answer.startswith(b"HTTP/1.0 200 OK\r\n") and answer.rstrip().endswith(b"</html>")
-
-
 def write_movie(site, size, name="big.avi"):
     """A movie of random bytes in the album."""
     content = random.Random(size).randbytes(min(size, 1 << 20)) * (size // (1 << 20) or 1)
