@@ -56,6 +56,7 @@ protected:
                           [this] {
                               Note("end");
                           }};
+        Program.reset();  // the owner's dialogue is one at a time
         Program = std::make_unique<Desktop>(forms, shell);
     }
     void Note(const std::string &what) { Done += what + "|"; }

@@ -161,7 +161,9 @@ TEST_F(PortChecks, SayWhatTheyFind) {
         EXPECT_EQ(port, row.FallsBack ? "8080" : before);
         EXPECT_EQ(Ran(), row.Ran);
         EXPECT_EQ(GetSetting("Records", "FirewallCheck"), row.Message() == reachedText ? "Pass" : "");
-        if (clock) EXPECT_EQ(GetTickCount() - 1000, row.Waited);
+        if (clock) {
+            EXPECT_EQ(GetTickCount() - 1000, row.Waited);
+        }
         EXPECT_FALSE(isBusy);
         port = fallbackPort;
         EXPECT_NO_THROW(Occupy()) << "the port is given back";

@@ -107,13 +107,11 @@ TEST_F(SchemaTest, MakesANewFileWithElevenEmptyTables) {
         {"StatsMonthly", "AlbumName:T WhichYear:I WhichMonth:I " + counters},
         {"StatsRecent", "WhatTime:L WhatStat:I StatValue:L"},
     };
-    std::vector<std::string> names;
     for (const auto &[name, fields] : tables) {
-        names.emplace_back(name);
         EXPECT_EQ(FieldsOf(name), fields);
         EXPECT_EQ(gDatabase->OpenRecordset(name, RecordsetType::Table)->RecordCount(), 0) << name;
     }
-    EXPECT_EQ(gDatabase->TableNames(), names);
+    EXPECT_EQ(Ask("SELECT count(*) FROM sqlite_master WHERE type='table'"), std::to_string(std::size(tables)) + "\n");
     EXPECT_EQ(Ask("SELECT count(*) FROM sqlite_master WHERE type<>'table'"), "0\n") << "no keys are enforced";
 }
 

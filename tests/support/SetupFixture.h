@@ -15,8 +15,6 @@
 
 namespace pixmora {
 
-inline constexpr int CriticalQuestion = FlagYesNo | FlagCritical;
-
 /// For a dialog's hands: one that gives what the variable holds then, and one that puts into it what it is given.
 template <typename Value>
 auto Give(const Value &variable) {
