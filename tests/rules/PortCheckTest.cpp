@@ -167,7 +167,9 @@ TEST_F(PortChecks, SayWhatTheyFind) {
         EXPECT_FALSE(isBusy);
         const bool isGivenBack = row.FallsBack && row.Message() == reachedText;
         port = fallbackPort;
-        if (isGivenBack) EXPECT_NO_THROW(Occupy());
+        if (isGivenBack) {
+            EXPECT_NO_THROW(Occupy());
+        }
     }
     EXPECT_EQ(shown, own);
     SaveSetting("Setup", "RunFirewallCheck", "1");
