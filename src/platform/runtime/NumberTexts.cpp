@@ -15,13 +15,6 @@ namespace pixmora {
 
 namespace {
 
-/// A number's decimal digits to the 15 places that the run time shows: 0.DIGITS times ten to the power of Point.
-struct Decimal {
-    bool IsNegative = false;
-    std::string Digits;  ///< no zeros at its end; empty for zero
-    int Point = 0;
-};
-
 constexpr int significantDigits = 15;
 
 /// The digits of a whole number that shows them all, which most numbers are; nothing for any other.
@@ -31,64 +24,16 @@ std::optional<std::string> TextOfWhole(double value) {
     return std::to_string(static_cast<std::int64_t>(value));
 }
 
-void DropZerosAtEnd(std::string &digits) {
-    while (!digits.empty() && digits.back() == '0') digits.pop_back();
-}
-
-Decimal ToDecimal(double value) {
-    if (!std::isfinite(value)) throw RunTimeError(ErrorNumber::Overflow);
-    std::array<char, 40> buffer{};  // "d.dddddddddddddde-308"
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                                   std::chars_format::scientific, significantDigits - 1)
-                         .ptr;
-    const char *mark = std::find(buffer.data(), end, 'e');
-    Decimal decimal;
-    decimal.IsNegative = value < 0;
-    std::copy_if(static_cast<const char *>(buffer.data()), mark, std::back_inserter(decimal.Digits),
-                 [](char c) { return c != '.'; });
-    DropZerosAtEnd(decimal.Digits);
-    const char *exponent = mark[1] == '+' ? mark + 2 : mark + 1;
-    std::from_chars(exponent, end, decimal.Point);
-    ++decimal.Point;
-    return decimal;
-}
-
-/// Cuts to the places behind the point, rounding half away from zero on the digits as shown.
-void RoundToPlaces(Decimal &decimal, int places) {
-    const int kept = decimal.Point + places;
-    if (kept >= static_cast<int>(decimal.Digits.size())) return;
-    const bool up = kept >= 0 && decimal.Digits[static_cast<std::size_t>(kept)] >= '5';
-    decimal.Digits.resize(static_cast<std::size_t>(std::max(kept, 0)));
-    if (up) {
-        while (!decimal.Digits.empty() && decimal.Digits.back() == '9') decimal.Digits.pop_back();
-        if (decimal.Digits.empty()) {
-            decimal.Digits = "1";
-            ++decimal.Point;
-        } else {
-            ++decimal.Digits.back();
-        }
-    }
-    DropZerosAtEnd(decimal.Digits);
-}
-
-std::string WholeDigits(const Decimal &decimal) {
-    if (decimal.Digits.empty() || decimal.Point <= 0) return "0";
-    std::string whole = decimal.Digits.substr(0, static_cast<std::size_t>(decimal.Point));
-    whole.resize(static_cast<std::size_t>(decimal.Point), '0');
-    return whole;
-}
-
-/// The digits behind the point, as many as there are.
-std::string FractionDigits(const Decimal &decimal) {
-    if (decimal.Digits.empty()) return {};
-    if (decimal.Point <= 0) return std::string(static_cast<std::size_t>(-decimal.Point), '0') + decimal.Digits;
-    if (decimal.Point >= static_cast<int>(decimal.Digits.size())) return {};
-    return decimal.Digits.substr(static_cast<std::size_t>(decimal.Point));
-}
-
-/// No sign for what was rounded away to nothing.
-std::string SignOf(const Decimal &decimal) {
-    return decimal.IsNegative && !decimal.Digits.empty() ? "-" : "";
+/// The value that the 15 digits say which the run time shows, a hair further from zero: so a half rounds away from it.
+long double AsShown(double value) {
+    std::array<char, 40> buffer{};  // "-d.dddddddddddddde-308"
+    char *const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific,
+                                    significantDigits - 1)
+                          .ptr;
+    long double shown = 0;
+    std::from_chars(buffer.data(), end, shown);
+    const bool hasFraction = shown != std::floor(shown);
+    return hasFraction ? std::nextafter(shown, std::copysign(HUGE_VALL, shown)) : shown;
 }
 
 /// A value of 0 to 1000 with as many decimals as make three digits, the rest cut off.
@@ -113,15 +58,14 @@ std::string FormatFixed(double value, int decimals) {
     if (decimals == 0) {
         if (std::optional<std::string> whole = TextOfWhole(value)) return *std::move(whole);
     }
-    Decimal decimal = ToDecimal(value);
-    RoundToPlaces(decimal, decimals);
-    std::string text = SignOf(decimal) + WholeDigits(decimal);
-    if (decimals > 0) {
-        std::string fraction = FractionDigits(decimal);
-        fraction.resize(static_cast<std::size_t>(decimals), '0');
-        text += "." + fraction;
-    }
-    return text;
+    if (!std::isfinite(value)) throw RunTimeError(ErrorNumber::Overflow);
+    std::array<char, 512> buffer{};  // 309 digits and the decimals
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), AsShown(value), std::chars_format::fixed, decimals)
+            .ptr;
+    std::string text(buffer.data(), end);
+    // No sign for what was rounded away to nothing.
+    return text.find_first_of("123456789") == std::string::npos && text.front() == '-' ? text.substr(1) : text;
 }
 
 std::string FormatGrouped(double value) {

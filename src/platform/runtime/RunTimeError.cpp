@@ -6,53 +6,35 @@ namespace pixmora {
 
 namespace {
 
+constexpr std::pair<ErrorNumber, const char *> messages[] = {
+    {ErrorNumber::InvalidProcedureCall, "Invalid procedure call or argument"},
+    {ErrorNumber::Overflow, "Overflow"},
+    {ErrorNumber::SubscriptOutOfRange, "Subscript out of range"},
+    {ErrorNumber::DivisionByZero, "Division by zero"},
+    {ErrorNumber::TypeMismatch, "Type mismatch"},
+    {ErrorNumber::FileNotFound, "File not found"},
+    {ErrorNumber::DeviceIOError, "Device I/O error"},
+    {ErrorNumber::DiskFull, "Disk full"},
+    {ErrorNumber::PermissionDenied, "Permission denied"},
+    {ErrorNumber::PathFileAccessError, "Path/File access error"},
+    {ErrorNumber::ObjectNotSet, "Object variable or With block variable not set"},
+    {ErrorNumber::InvalidPattern, "Invalid pattern string"},
+    {ErrorNumber::InvalidUseOfNull, "Invalid use of Null"},
+    {ErrorNumber::MethodNotFound, "Object doesn't support this property or method"},
+    {ErrorNumber::WrongNumberOfArguments, "Wrong number of arguments or invalid property assignment"},
+    {ErrorNumber::NoCurrentRecord, "No current record."},
+    {ErrorNumber::DatabaseError, "Database error"},
+    {ErrorNumber::DatabaseFailure, "Database error"},
+    {ErrorNumber::SyntaxError, "Syntax error in query expression"},
+    {ErrorNumber::ItemNotFound, "Item not found in this collection."},
+    {ErrorNumber::AddressInUse, "Address in use"},
+    {ErrorNumber::AddressNotAvailable, "Address is not available from the local machine"},
+    {ErrorNumber::PictureError, "Picture error"},
+};
+
 std::string MessageOf(ErrorNumber number) {
-    switch (number) {
-        case ErrorNumber::InvalidProcedureCall:
-            return "Invalid procedure call or argument";
-        case ErrorNumber::Overflow:
-            return "Overflow";
-        case ErrorNumber::SubscriptOutOfRange:
-            return "Subscript out of range";
-        case ErrorNumber::DivisionByZero:
-            return "Division by zero";
-        case ErrorNumber::TypeMismatch:
-            return "Type mismatch";
-        case ErrorNumber::FileNotFound:
-            return "File not found";
-        case ErrorNumber::DeviceIOError:
-            return "Device I/O error";
-        case ErrorNumber::DiskFull:
-            return "Disk full";
-        case ErrorNumber::PermissionDenied:
-            return "Permission denied";
-        case ErrorNumber::PathFileAccessError:
-            return "Path/File access error";
-        case ErrorNumber::ObjectNotSet:
-            return "Object variable or With block variable not set";
-        case ErrorNumber::InvalidPattern:
-            return "Invalid pattern string";
-        case ErrorNumber::InvalidUseOfNull:
-            return "Invalid use of Null";
-        case ErrorNumber::MethodNotFound:
-            return "Object doesn't support this property or method";
-        case ErrorNumber::WrongNumberOfArguments:
-            return "Wrong number of arguments or invalid property assignment";
-        case ErrorNumber::NoCurrentRecord:
-            return "No current record.";
-        case ErrorNumber::DatabaseError:
-        case ErrorNumber::DatabaseFailure:
-            return "Database error";
-        case ErrorNumber::SyntaxError:
-            return "Syntax error in query expression";
-        case ErrorNumber::ItemNotFound:
-            return "Item not found in this collection.";
-        case ErrorNumber::AddressInUse:
-            return "Address in use";
-        case ErrorNumber::AddressNotAvailable:
-            return "Address is not available from the local machine";
-        case ErrorNumber::PictureError:
-            return "Picture error";
+    for (const auto &[known, message] : messages) {
+        if (known == number) return message;
     }
     return "Application-defined or object-defined error";
 }
