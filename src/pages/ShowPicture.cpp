@@ -45,24 +45,17 @@ std::optional<Conversion> ConversionOf(std::string_view mode) {
     return std::nullopt;
 }
 
-/// The file beside the picture that a conversion writes; gone at the end of the scope, whatever comes between.
-class TemporaryFile {
+/// A conversion in work. It lets others work between its pieces; pictures among them could not wait on top of it, since
+/// they wait for its end. They begin when it is done, each as an event of its own.
+class ConversionInWork {
 public:
-    explicit TemporaryFile(std::string path) : path_(std::move(path)) {}
-    ~TemporaryFile() {
-        try {
-            if (FileExists(path_)) DeleteFile(path_);
-        } catch (const RunTimeError &) {
-            // The next conversion of the picture replaces it.
-        }
+    ConversionInWork() { gHeldPictures.emplace(); }
+    ~ConversionInWork() {
+        const auto held = std::exchange(gHeldPictures, std::nullopt);
+        for (const auto &answer : *held) RunSoon(answer);
     }
-    TemporaryFile(const TemporaryFile &) = delete;
-    TemporaryFile &operator=(const TemporaryFile &) = delete;
-
-    const std::string &Path() const { return path_; }
-
-private:
-    std::string path_;
+    ConversionInWork(const ConversionInWork &) = delete;
+    ConversionInWork &operator=(const ConversionInWork &) = delete;
 };
 
 /// Waits until the last conversion is long enough past. Requests that wait inside each other's wait finish the last one
@@ -86,37 +79,28 @@ void CountPicture(std::string_view mode, const clsAlbum &album) {
     RecordStat(Stat::Thumbs, album.Name, 1);
 }
 
-/// Writes nothing when the file is no picture that can be read. @return false when the engine raised an error
-bool Convert(const std::string &path, const std::string &output, const Conversion &conversion) {
+/// Empty when the file is no picture that can be read; none when the engine raised an error.
+std::optional<std::string> Convert(const std::string &path, const Conversion &conversion) {
+    const ConversionInWork inWork;
     try {
         PictureEngine &engine = *gPictureEngine;
         std::int32_t success = 0;
         engine.Load(path, 0, success);
-        if (success == 0) return true;
+        if (success == 0) return "";
         if (engine.Width() > conversion.WidthLimit) engine.Resize(conversion.WidthLimit, 0, 0, success);
-        engine.Save(output, conversion.Flags, success);
-        return true;
+        return engine.Encoded(conversion.Flags, DoEvents);
     } catch (const RunTimeError &) {
-        return false;
+        return std::nullopt;
     }
 }
 
-/// Empty when the file can't be read. Only a conversion's output may be created by opening it.
-std::string ReadPicture(const std::string &path, bool isConverted) {
+/// Empty when the file can't be read.
+std::string ReadPicture(const std::string &path) {
     try {
-        return isConverted ? ReadBinaryFile(path) : BinaryFile::OpenForRead(path)->ReadAll();
+        return BinaryFile::OpenForRead(path)->ReadAll();
     } catch (const RunTimeError &) {
         return {};
     }
-}
-
-/// The stored file, or its conversion; none when the engine raised an error. The temporary file comes and goes without
-/// a turn of the loop between, because another request for this picture would write and delete the same one.
-std::optional<std::string> MakePicture(const std::string &path, const std::optional<Conversion> &conversion) {
-    const TemporaryFile temporary(path + ".tmp");
-    if (!conversion) return ReadPicture(path, false);
-    if (!Convert(path, temporary.Path(), *conversion)) return std::nullopt;
-    return ReadPicture(temporary.Path(), true);
 }
 
 void SendPicture(const Connection &socket, const clsAlbum &album, const std::string &bytes) {
@@ -128,7 +112,8 @@ void SendPicture(const Connection &socket, const clsAlbum &album, const std::str
 /// @param path of a file that is there
 void Deliver(const Connection &socket, const PictureAddress &address, const std::string &path) {
     CountPicture(address.Mode, *address.Album);
-    const std::optional<std::string> bytes = MakePicture(path, ConversionOf(address.Mode));
+    const std::optional<Conversion> conversion = ConversionOf(address.Mode);
+    const std::optional<std::string> bytes = conversion ? Convert(path, *conversion) : ReadPicture(path);
     if (!bytes) {
         SendIgnoringErrors(socket, Concat(WriteResponseHead("text/html", true), "Picture Conversion Error"));
         return;
@@ -138,12 +123,28 @@ void Deliver(const Connection &socket, const PictureAddress &address, const std:
     SendPicture(socket, *address.Album, *bytes);
 }
 
+void AnswerHeld(const Connection &socket, const Arguments &args) {
+    const auto pages = gWebServerCommands;
+    try {
+        if (pages) pages->genShowPicture(socket, args);
+    } catch (const RunTimeError &) {
+        SendIgnoringErrors(socket, "Bad Request");
+    }
+    if (!pages) socket->Close();
+    socket->SetAnswering(false);
+}
+
 }  // namespace
 
 void clsWebServerCommands::genShowPicture(const Connection &socket, const Arguments &args) const {
     const std::optional<PictureAddress> address = TryRead(args, ReadPictureAddress);
     if (!address) return SendIgnoringErrors(socket, "Bad Request");
     if (!IsPictureName(address->LinkPath)) return SendIgnoringErrors(socket, "Not a Valid Picture!");
+    if (gHeldPictures) {
+        socket->SetAnswering(true);
+        gHeldPictures->push_back([socket, args] { AnswerHeld(socket, args); });
+        return;
+    }
     const std::string path = VisitorFilePath(address->Album->Directory, address->LinkPath);
     if (!WaitForTurn(socket)) return;
     if (!FileExists(path)) return SendIgnoringErrors(socket, "Picture Not Found!");

@@ -60,15 +60,23 @@ TEST_F(ShowPictureTest, SendsTheStoredFileUntouched) {
     EXPECT_EQ(Folder(), "a.bmp|folder.jpg");
 }
 
-TEST_F(ShowPictureTest, LeavesNothingBehindOfConversionsThatFail) {
+TEST_F(ShowPictureTest, LeavesTheOwnersFolderAlone) {
     const clsAlbum &album = AddAlbum("A");
     AddFile(album, "a.jpg", "no picture at all");
-    EXPECT_EQ(Picture("1&thumb&/a.jpg"), imageHead_);
-    EXPECT_EQ(Folder(), "a.jpg");
     AddFile(album, "b.bmp", BitmapFile(20, 10));
-    AddFile(album, "b.bmp.tmp/in the way");
-    EXPECT_EQ(Picture("1&slideshow&/b.bmp"), WriteResponseHead("text/html", true) + "Picture Conversion Error");
+    AddFile(album, "b.bmp.tmp", "the owner's own");
+    std::string colourless = BitmapFile(20, 10).replace(28, 1, 1, '\x08');
+    AddFile(album, "c.bmp", colourless.substr(0, 60));
+    const auto folder = std::filesystem::path(SystemPath(album.Directory));
+    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::days(40);
+    std::filesystem::last_write_time(folder, longAgo);
+    EXPECT_EQ(Picture("1&thumb&/a.jpg"), imageHead_);
+    EXPECT_EQ(WidthOf(Picture("1&preview&/b.bmp")), 20);
+    EXPECT_EQ(Picture("1&slideshow&/c.bmp"), WriteResponseHead("text/html", true) + "Picture Conversion Error");
     EXPECT_EQ(gThumbsSession, 2);
+    EXPECT_EQ(Program.Read("albums/A/b.bmp.tmp"), "the owner's own");
+    EXPECT_EQ(Folder(), "a.jpg|b.bmp|b.bmp.tmp|c.bmp");
+    EXPECT_EQ(std::filesystem::last_write_time(folder), longAgo);
 }
 
 TEST_F(ShowPictureTest, KeepsConversionsApart) {
@@ -83,17 +91,39 @@ TEST_F(ShowPictureTest, KeepsConversionsApart) {
     EXPECT_EQ(gLastConversionTick, 1002903);
 }
 
-TEST_F(ShowPictureTest, KeepsItsTemporaryFileFromWhatRunsMeanwhile) {
-    AddFile(AddAlbum("A"), "a.bmp", BitmapFile(1000, 500));
-    std::set<std::string> seen;
-    Timer others;
-    others.OnTimer = [&] {
-        seen.insert(Folder());
+TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
+    const clsAlbum &album = AddAlbum("A");
+    AddFile(album, "big.bmp", BitmapFile(1000, 700));
+    AddFile(album, "small.bmp", BitmapFile(160, 10));
+    const Connection held = Winsock::Create();
+    held->OnDataArrival = [&](std::size_t) {
+        gWebServerCommands->genShowPicture(held, {"1", "thumb", "/small.bmp"});
     };
-    others.SetInterval(1);
-    others.SetEnabled(true);
-    EXPECT_EQ(WidthOf(Picture("1&thumb&/a.bmp")), 150);
-    EXPECT_EQ(seen, std::set<std::string>{"a.bmp"});
+    held->OnClose = held->OnSendComplete = [&] {
+        held->Close();
+    };
+    const std::shared_ptr<Winsock> listener = Winsock::Create();
+    listener->OnConnectionRequest = [&](int requestId) {
+        held->Accept(requestId);
+    };
+    listener->Listen();
+    Client visitor(listener->LocalPort());
+    ASSERT_TRUE(TurnUntil([&] { return held->State() == SocketState::Connected; }));
+    Timer arrival;
+    bool hasCome = false;
+    arrival.OnTimer = [&] {
+        if (!gHeldPictures || hasCome) return;
+        visitor.Send("GET");
+        visitor.HalfClose();  // a visitor who sends no more waits for the answer all the same
+        hasCome = true;
+    };
+    arrival.SetInterval(1);
+    arrival.SetEnabled(true);
+    EXPECT_EQ(WidthOf(Picture("1&slideshow&/big.bmp")), 300);
+    EXPECT_TRUE(hasCome);
+    EXPECT_FALSE(gHeldPictures);
+    EXPECT_EQ(WidthOf(visitor.ReceiveAll()), 150);
+    EXPECT_EQ(gThumbsSession, 2);
 }
 
 TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {

@@ -44,6 +44,7 @@ std::int32_t gSortMethod = 0;
 std::int32_t gSortOrder = 0;
 
 Tick gLastConversionTick = 0;
+std::optional<std::vector<std::function<void()>>> gHeldPictures;
 Tick gLastCaptureTick = 0;
 
 }  // namespace pixmora

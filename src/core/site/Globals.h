@@ -3,7 +3,9 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -62,6 +64,8 @@ extern std::int32_t gSortMethod;        ///< of subdirectories: 0 name, 1 date, 
 extern std::int32_t gSortOrder;         ///< 0 ascending, 1 descending
 
 extern Tick gLastConversionTick;  ///< when the last picture conversion began or ended
-extern Tick gLastCaptureTick;     ///< when the webcam last gave a still
+/// What answers the picture requests that have come during a conversion; none while there is none in work.
+extern std::optional<std::vector<std::function<void()>>> gHeldPictures;
+extern Tick gLastCaptureTick;  ///< when the webcam last gave a still
 
 }  // namespace pixmora

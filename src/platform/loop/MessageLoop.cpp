@@ -75,6 +75,10 @@ void WaitUntilTick(Tick moment) {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
+void RunSoon(std::function<void()> handler) {
+    QTimer::singleShot(0, [handler = std::move(handler)] { RunEventHandler(handler); });
+}
+
 void SleepBlocking(int ms) {
     if (IsClockSet()) {
         MoveSetClockTo(TickAfter(GetTickCount(), ms));

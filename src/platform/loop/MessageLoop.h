@@ -19,6 +19,9 @@ void DoEvents();
 /// nothing pending, the clock moves to the moment at once.
 void WaitUntilTick(Tick moment);
 
+/// Runs the handler as an event of its own, at the loop's next turn.
+void RunSoon(std::function<void()> handler);
+
 /// Sleeps without running any event. @param ms milliseconds. Returns at once when a test has set the clock (and moves
 /// it).
 void SleepBlocking(int ms);

@@ -3,9 +3,9 @@
 
 #include <QBuffer>
 #include <QColorSpace>
-#include <QFile>
 #include <QImage>
 #include <QImageReader>
+#include <QIODevice>
 #include <QImageWriter>
 #include <QLoggingCategory>
 #include <QPainter>
@@ -56,12 +56,52 @@ bool IsWorthReading(const BinaryFile &file, const QByteArray &format, QSize size
     return !head->HoldsWholePicture || (pixels <= maximumPixelsHeldWhole && head->Scans <= MaximumJpegScans);
 }
 
+/// The file as a reader draws on it, who may be kept waiting between two pieces.
+class PictureFile : public QIODevice {
+public:
+    /// @throws RunTimeError when the file can't be opened
+    explicit PictureFile(std::string_view path) : file_(BinaryFile::OpenForRead(path)), size_(file_->Length()) {
+        open(ReadOnly);
+    }
+
+    std::function<void()> Pause;
+
+    const BinaryFile &Bytes() const { return *file_; }
+    qint64 size() const override { return size_; }
+    bool seek(qint64 position) override {
+        position_ = position;
+        return QIODevice::seek(position);
+    }
+
+protected:
+    qint64 readData(char *bytes, qint64 count) override {
+        if (Pause && untilPause_ <= 0) {
+            Pause();
+            untilPause_ = pieceSize;
+        }
+        const auto got = static_cast<qint64>(file_->ReadAt(position_, bytes, static_cast<std::size_t>(count)));
+        position_ += got;
+        untilPause_ -= got;
+        return got;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    /// Of the plainest picture some megapixels; decoded in less than a tenth of a second.
+    static constexpr qint64 pieceSize = 65536;
+
+    std::unique_ptr<BinaryFile> file_;
+    qint64 size_;
+    qint64 position_ = 0;
+    qint64 untilPause_ = pieceSize;
+};
+
 /// A picture's file from its opening to its decoding.
 class Source {
 public:
     /// @throws RunTimeError when the file can't be opened
-    explicit Source(std::string_view path) : file_(BinaryFile::OpenForRead(path)), format_(FormatOf(*file_)) {
-        if (format_.isEmpty() || !device_.open(file_->Descriptor(), QIODevice::ReadOnly)) return;
+    explicit Source(std::string_view path) : device_(path), format_(FormatOf(device_.Bytes())) {
+        if (format_.isEmpty()) return;
         reader_.setAutoDetectImageFormat(false);
         reader_.setFormat(format_);
         reader_.setDevice(&device_);
@@ -69,14 +109,15 @@ public:
         const QSize size = reader_.size();
         size_ =
             QSize(size.width(), std::abs(size.height()));  // a bitmap stored from the top down has a negative height
-        isReadable_ = IsWorthReading(*file_, format_, size_);
+        isReadable_ = IsWorthReading(device_.Bytes(), format_, size_);
     }
 
     bool IsReadable() const { return isReadable_; }
     QSize UprightSize() const { return IsTurned() ? size_.transposed() : size_; }
 
     /// Upright, at the size wanted. A file that is cut or damaged on its way gives what there is of it.
-    QImage Decode(QSize wanted) {
+    QImage Decode(QSize wanted, const std::function<void()> &pause) {
+        device_.Pause = pause;
         if (format_ == "jpeg") AskForFraction(IsTurned() ? wanted.transposed() : wanted);
         QImage decoded;
         if (format_ == "bmp") decoded = Blank();
@@ -109,9 +150,8 @@ private:
         }
     }
 
-    std::unique_ptr<BinaryFile> file_;
+    PictureFile device_;
     QByteArray format_;
-    QFile device_;
     QImageReader reader_;
     QSize size_;  ///< as stored, before it is set upright
     bool isReadable_ = false;
@@ -142,12 +182,6 @@ QByteArray ToJpeg(const QImage &image, int quality) {
     writer.setQuality(quality);
     writer.setOptimizedWrite(true);
     return buffer.open(QIODevice::WriteOnly) && writer.write(bare) ? buffer.data() : QByteArray();
-}
-
-void WriteWhole(std::string_view path, const QByteArray &bytes) {
-    AtomicFile file(path);
-    file.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    file.CommitUnflushed();
 }
 
 bool CanBeMade(QSize size) {
@@ -191,24 +225,34 @@ void PictureEngine::Load(std::string_view path, [[maybe_unused]] std::int32_t ze
     }
 }
 
-void PictureEngine::Save(std::string_view path, std::int32_t flags, std::int32_t &success) {
-    success = 0;
+std::string PictureEngine::Encoded(std::int32_t flags, const std::function<void()> &pause) {
     const std::int32_t fileType = flags & 0xFFF;
     const std::int32_t quality = flags >> 12;
     const bool isJpegAsked = fileType == jpegFileType || fileType == 0;
-    if (implementation_->Path.empty() || !isJpegAsked || !CanBeMade(implementation_->Size)) {
-        throw RunTimeError(ErrorNumber::PictureError);
-    }
+    const auto [path, size] = *implementation_;  // as they are now: a pause may load another picture
+    if (path.empty() || !isJpegAsked || !CanBeMade(size)) throw RunTimeError(ErrorNumber::PictureError);
     QByteArray jpeg;
     try {
-        Source source(implementation_->Path);
-        const QImage image = source.IsReadable() ? source.Decode(implementation_->Size) : QImage();
+        Source source(path);
+        const QImage image = source.IsReadable() ? source.Decode(size, pause) : QImage();
         if (!image.isNull()) jpeg = ToJpeg(ForTheWeb(image), quality <= 0 ? defaultQuality : std::min(quality, 100));
-        if (!jpeg.isEmpty()) WriteWhole(path, jpeg);
     } catch (const RunTimeError &) {
         throw RunTimeError(ErrorNumber::PictureError);
     }
     if (jpeg.isEmpty()) throw RunTimeError(ErrorNumber::PictureError);
+    return jpeg.toStdString();
+}
+
+void PictureEngine::Save(std::string_view path, std::int32_t flags, std::int32_t &success) {
+    success = 0;
+    const std::string jpeg = Encoded(flags);
+    try {
+        AtomicFile file(path);
+        file.Write(jpeg);
+        file.CommitUnflushed();
+    } catch (const RunTimeError &) {
+        throw RunTimeError(ErrorNumber::PictureError);
+    }
     success = 1;
 }
 

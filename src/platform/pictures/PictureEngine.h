@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace pixmora {
@@ -27,6 +29,10 @@ public:
     /// from 12 up the quality in percent, 0 the default of 75. @throws RunTimeError PictureError when it can't be
     /// decoded or written
     void Save(std::string_view path, std::int32_t flags, std::int32_t &success);
+
+    /// The same JPEG in memory. @param pause called between the pieces in which the file is read and decoded, some
+    /// hundredths of a second apart; it may use the engine. @throws RunTimeError PictureError
+    std::string Encoded(std::int32_t flags, const std::function<void()> &pause = {});
 
     /// Scales to the width, keeping the proportions. @param height and @param mode always 0
     void Resize(std::int32_t width, std::int32_t height, std::int32_t mode, std::int32_t &success);

@@ -97,6 +97,11 @@ std::int32_t SocketConnection::PeerIdleTime() {
     return TicksBetween(peerIdleSince_, GetTickCount());
 }
 
+void SocketConnection::SetAnswering(bool isAnswering) {
+    running_ = isAnswering ? running_ | PutOffAnswer : running_ & ~PutOffAnswer;
+    if (Number() >= 0) Watch(Watched() | Wanted());
+}
+
 void SocketConnection::Finish() {
     const bool hasNothingToWaitFor =
         state_ != SocketState::Connected || failure_ != 0 || isInputEnded_ || BytesWaiting() > 0;
@@ -165,7 +170,7 @@ void SocketConnection::Raise(Handler handler, std::function<void(Parameters...)>
 
 bool SocketConnection::WantsToRead() const {
     return state_ == SocketState::Connected && !isInputEnded_ && received_.empty() &&
-           (running_ & DataArrivalHandler) == 0;
+           (running_ & (DataArrivalHandler | PutOffAnswer)) == 0;
 }
 
 bool SocketConnection::WantsToWrite() const {

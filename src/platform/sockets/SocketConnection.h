@@ -41,6 +41,7 @@ public:
     std::string Fetch();
     /// See Winsock.
     std::int32_t PeerIdleTime();
+    void SetAnswering(bool isAnswering);
     /// The element's Close. No event comes after it.
     void Finish();
     /// Ends the connection and raises the error; only from the loop.
@@ -54,7 +55,8 @@ private:
         DataArrivalHandler = 2,
         SendCompleteHandler = 4,
         CloseHandler = 8,
-        ErrorHandler = 16
+        ErrorHandler = 16,
+        PutOffAnswer = 32  ///< counts as DataArrival's
     };
 
     template <class... Parameters, class... Arguments>

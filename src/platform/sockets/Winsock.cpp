@@ -163,6 +163,10 @@ std::int32_t Winsock::PeerIdleTime() {
     return implementation_->connection ? implementation_->connection->PeerIdleTime() : 0;
 }
 
+void Winsock::SetAnswering(bool isAnswering) {
+    if (implementation_->connection) implementation_->connection->SetAnswering(isAnswering);
+}
+
 std::string Winsock::GetData() {
     return implementation_->connection ? implementation_->connection->Fetch() : std::string();
 }

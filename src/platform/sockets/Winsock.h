@@ -88,6 +88,10 @@ public:
     /// the result is as fine as the calls are frequent.
     std::int32_t PeerIdleTime();
 
+    /// While set, the element is as with a handler on the stack: for a request whose answer has been put off. On a
+    /// closed element it does nothing.
+    void SetAnswering(bool isAnswering);
+
     /// Everything that has arrived and was not fetched yet.
     std::string GetData();
 

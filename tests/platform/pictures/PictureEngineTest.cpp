@@ -284,6 +284,22 @@ TEST_F(PictureEngineTest, ShowsWhatThereIsOfACutPicture) {
     mallopt(M_PERTURB, 0);
 }
 
+TEST_F(PictureEngineTest, LetsOthersUseItBetweenThePiecesOfALargePicture) {
+    const std::string other = folder.Write("other.bmp", Encoded(WithRedQuarter(30, 20), "bmp"));
+    ASSERT_TRUE(Load(Encoded(WithRedQuarter(640, 320), "bmp")));  // 600 KB
+    Resize(100);
+    const std::string undisturbed = engine.Encoded(75 * 4096 + 3);
+    int pauses = 0;
+    const std::string jpeg = engine.Encoded(75 * 4096 + 3, [&] {
+        ++pauses;
+        std::int32_t success = 0;
+        engine.Load(other, 0, success);
+        EXPECT_EQ(engine.Width(), 30);
+    });
+    EXPECT_GE(pauses, 8);
+    EXPECT_EQ(jpeg, undisturbed);
+}
+
 TEST_F(PictureEngineTest, FailsWithItsErrorWhereItCannotSave) {
     const auto errorAt = [&](const std::string &path, int type = 3) {
         return ErrorOf([&] { SaveTo(path, 75, type); });
