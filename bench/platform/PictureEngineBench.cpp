@@ -11,8 +11,7 @@
 #include <string>
 
 #include "peers/Peers.h"
-#include "platform/files/Files.h"
-#include "support/TempFolder.h"
+#include "platform/loop/MessageLoop.h"
 
 namespace pixmora::bench {
 
@@ -28,17 +27,13 @@ struct Mode {
 // As the program has them when the owner has set nothing.
 constexpr Mode modes[] = {{"thumb", {150, 50}}, {"slideshow", {300, 60}}, {"preview", {375, 70}}};
 
-/// The road of a picture request without its connection: file to file, the result read and deleted.
-std::size_t ConvertByEngine(PictureEngine &engine, const std::string &path, WantedPicture wanted,
-                            const std::string &output) {
+/// The road of a picture request without its connection.
+std::size_t ConvertByEngine(PictureEngine &engine, const std::string &path, WantedPicture wanted) {
     std::int32_t success = 0;
     engine.Load(path, 0, success);
     if (success == 0) throw std::runtime_error("the engine can't read the picture");
     if (engine.Width() > wanted.Width) engine.Resize(wanted.Width, 0, 0, success);
-    engine.Save(output, wanted.Quality << 12 | jpegType, success);
-    const std::size_t size = ReadBinaryFile(output).size();
-    DeleteFile(output);
-    return size;
+    return engine.Encoded(wanted.Quality << 12 | jpegType, DoEvents).size();
 }
 
 void Measure(benchmark::State &state, const std::function<std::size_t()> &convert) {
@@ -56,15 +51,12 @@ void Register(const std::string &name, const std::function<std::size_t()> &conve
 }
 
 void RegisterPicture(const std::filesystem::path &file) {
-    static const TempFolder outputs;
     static PictureEngine engine;
     const std::string path = file.string();
     for (const Mode &mode : modes) {
         const std::string name = file.stem().string() + "/" + mode.Name + "/";
         const WantedPicture wanted = mode.Wanted;
-        Register(name + "ours", [path, wanted, output = outputs.Path("converted")] {
-            return ConvertByEngine(engine, path, wanted, output);
-        });
+        Register(name + "ours", [path, wanted] { return ConvertByEngine(engine, path, wanted); });
         Register(name + "libvips", [path, wanted] { return VipsThumbnail(path, wanted); });
         Register(name + "bare", [path, wanted] { return BareJpeg(path, wanted); });
     }

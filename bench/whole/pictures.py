@@ -67,7 +67,7 @@ def measure(programs, folder, photographs):
 def report(page, programs, folder, photographs):
     page.section("Pictures", photographs.description() + " Processor milliseconds for one conversion, best of %d rounds in "
                  "turn. *bare*: libjpeg-turbo alone decodes the same fraction and encodes the size wanted at the same "
-                 "quality, with no scaling and no file. *ours* reads, scales, writes a file, reads and deletes it. "
+                 "quality, with no scaling. *ours* scales as well. "
                  "libvips works in process on one thread; ImageMagick (`jpeg:size`, one thread) with its process's "
                  "start. The last two columns are servers: the site with its statistics (no spacing of conversions), "
                  "and nginx." % ROUNDS)

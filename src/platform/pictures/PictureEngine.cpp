@@ -3,9 +3,9 @@
 
 #include <QBuffer>
 #include <QColorSpace>
+#include <QIODevice>
 #include <QImage>
 #include <QImageReader>
-#include <QIODevice>
 #include <QImageWriter>
 #include <QLoggingCategory>
 #include <QPainter>
