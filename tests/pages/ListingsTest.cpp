@@ -3,12 +3,12 @@
 
 #include "pages/AlbumAddress.h"
 #include "platform/runtime/Text.h"
-#include "support/SiteFixture.h"
+#include "support/PageSite.h"
 
 namespace pixmora::test {
 namespace {
 
-class ListingsTest : public SiteFixture {
+class ListingsTest : public PageSite {
 protected:
     static std::string Files() { return Join(ListMediaFiles(*gAlbums[0], gAlbums[0]->Directory), "|"); }
     static std::string SubDirs(std::string_view directory, int method, int order) {

@@ -1,10 +1,10 @@
 // Tests of the files that go out as they are.
-#include "support/PageFixture.h"
+#include "support/PageSite.h"
 
 namespace pixmora::test {
 namespace {
 
-using PlainFilesTest = PageFixture;
+using PlainFilesTest = PageSite;
 
 TEST_F(PlainFilesTest, SendsGraphics) {
     const std::string bytes(3000, '\xFE');
@@ -16,8 +16,7 @@ TEST_F(PlainFilesTest, SendsGraphics) {
 
 TEST_F(PlainFilesTest, SendsTheIcons) {
     Program.Write("htdocs/favicon.ico", "icon");
-    EXPECT_EQ(Answer([](const Connection &socket) { gWebServerCommands->genFaviconico(socket); }),
-              WriteResponseHead("image/x-icon", true) + "icon");
+    EXPECT_EQ(Get("favicon.ico"), WriteResponseHead("image/x-icon", true) + "icon");
     clsAlbum &album = AddAlbum("A");
     album.FeaturedImagePath = ProgramPath(AddFile(album, "a.jpg.pixmoraicon", "small"));
     EXPECT_EQ(Get("ShowAlbumIcon?1"), WriteResponseHead("image/jpeg", true) + "small");

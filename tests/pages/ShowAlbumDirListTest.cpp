@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/runtime/Numbers.h"
-#include "support/SiteFixture.h"
+#include "support/PageSite.h"
 
 namespace pixmora::test {
 namespace {
@@ -14,7 +14,7 @@ const std::string cell = R"(<tr><td height="20" class="lblFolder" nowrap>)";
 const std::string blank = R"(<img src="ShowGraphic?blank16.gif">)";
 const std::string folder = R"(<img src="ShowGraphic?folderclosed16.gif" align="absmiddle" border=0> )";
 
-class ShowAlbumDirListTest : public SiteFixture {
+class ShowAlbumDirListTest : public PageSite {
 protected:
     ShowAlbumDirListTest() {
         AddAlbum("A").Description = "First";
@@ -31,7 +31,7 @@ protected:
         for (const auto &entry : recursive_directory_iterator(Program.Path("albums"))) last_write_time(entry, old);
     }
     std::string Page(const Arguments &args, const std::string &user = "") {
-        return Answer([&](const Connection &socket) { gWebServerCommands->genShowAlbumDirList(socket, args); }, user);
+        return Get("ShowAlbumDirList?" + Join(args, "&"), user);
     }
     std::string Tree(const Arguments &args, const std::string &user = "") {
         return Filled(Page(args, user), "DIR_LIST");

@@ -1,13 +1,13 @@
 // Tests of the frameset and of the counting of visits.
-#include "support/SiteFixture.h"
+#include "support/PageSite.h"
 
 namespace pixmora::test {
 namespace {
 
-class ShowAlbumTest : public SiteFixture {
+class ShowAlbumTest : public PageSite {
 protected:
     std::string Page(const Arguments &args, const std::string &user = "", const std::string &from = "127.0.0.1") {
-        return Answer([&](const Connection &socket) { gWebServerCommands->genShowAlbum(socket, args); }, user, from);
+        return Get("ShowAlbum?" + Join(args, "&"), user, from);
     }
     std::string Visits() { return Column("PopularDirs", "DirPath") + " " + Column("PopularDirs", "DirCount"); }
 };
@@ -48,7 +48,7 @@ TEST_F(ShowAlbumTest, TellsEachFrameWhatToShow) {
 
 TEST_F(ShowAlbumTest, CountsADirectoryOnceForEachVisitorWhateverTheView) {
     AddAlbum("A");
-    Page({"1", "thumbs", "1", "O'Brien", "a%20b"});
+    Page({"1", "thumbs", "1", "O'Brien", "a b"});
     Page({"1", "list", "2", "O'Brien", "a b"});
     Page({"1", "slideshow", "1", "play", "0", "5", "O'Brien", "", "a b"});
     EXPECT_EQ(Visits(), "\\O%39Brien\\a b 1");

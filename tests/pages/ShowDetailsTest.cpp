@@ -1,7 +1,7 @@
 // Tests of the details page.
 #include "pages/FileDetails.h"
 #include "support/ExifBlock.h"
-#include "support/PageFixture.h"
+#include "support/PageSite.h"
 #include "support/Pictures.h"
 
 namespace pixmora::test {
@@ -14,7 +14,7 @@ std::string JpegWithExif() {
         {{36867, 2, 19, 0, {}, "2004:03:01 16:05:09"}, {40962, 4, 1, 4, {4000}}, {40963, 4, 1, 4, {3000}}});
 }
 
-class ShowDetailsTest : public PageFixture {
+class ShowDetailsTest : public PageSite {
 protected:
     std::string Views() { return Column("PopularFiles", "FilePath") + " " + Column("PopularFiles", "FileCount"); }
 };

@@ -1,11 +1,11 @@
 // Tests of picture delivery.
-#include "support/PageFixture.h"
+#include "support/PageSite.h"
 #include "support/Pictures.h"
 
 namespace pixmora::test {
 namespace {
 
-class ShowPictureTest : public PageFixture {
+class ShowPictureTest : public PageSite {
 protected:
     std::string Picture(std::string_view args) { return Get("ShowPicture?" + std::string(args)); }
     std::int32_t WidthOf(const std::string &answer) {
@@ -136,13 +136,20 @@ TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
 
         // The inner request arrives while the outer one waits.
         const std::shared_ptr<Winsock> listener = Winsock::Create();
-        const Connection inner = Winsock::Create();
+        std::vector<Connection> connections;
         listener->OnConnectionRequest = [&](int requestId) {
-            inner->Accept(requestId);
+            connections.push_back(Winsock::Create());
+            connections.back()->Accept(requestId);
         };
         listener->Listen();
+        Client first(listener->LocalPort());
         Client visitor(listener->LocalPort());
-        ASSERT_TRUE(TurnUntil([&] { return inner->State() == SocketState::Connected; }));
+        ASSERT_TRUE(TurnUntil([&] { return connections.size() == 2; }));
+        const Connection outer = connections[0];
+        const Connection inner = connections[1];
+        outer->OnSendComplete = [&outer] {
+            outer->Close();
+        };
         Tick innerDone = 0;
         inner->OnDataArrival = [&](std::size_t) {
             if (goes) {
@@ -152,11 +159,9 @@ TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
             gWebServerCommands->genShowPicture(inner, {"1", "thumb", "/inner.bmp"});
             innerDone = GetTickCount();
         };
-
-        const std::string answer = Answer([&](const Connection &socket) {
-            visitor.Send("GET");
-            gWebServerCommands->genShowPicture(socket, {"1", "thumb", "/outer.bmp"});
-        });
+        visitor.Send("GET");
+        gWebServerCommands->genShowPicture(outer, {"1", "thumb", "/outer.bmp"});
+        const std::string answer = first.ReceiveAll();
         EXPECT_EQ(WidthOf(answer), 150);
         EXPECT_EQ(innerDone - begun, goes ? 0 : 501) << "nobody's picture is not waited for";
         EXPECT_EQ(GetTickCount() - begun, goes ? 501 : 1002);

@@ -1,14 +1,12 @@
 // Tests of the statistics page.
-#include "support/SiteFixture.h"
+#include "support/PageSite.h"
 
 namespace pixmora::test {
 namespace {
 
-class ShowStatsTest : public SiteFixture {
+class ShowStatsTest : public PageSite {
 protected:
-    std::string Page() {
-        return Answer([](const Connection &socket) { gWebServerCommands->genShowStats(socket); });
-    }
+    std::string Page() { return Get("ShowStats"); }
     /// The cells of each of a table's rows, without their elements: "Today,1,2,3,4.00 KB". The heading comes first.
     static std::vector<std::string> Rows(const std::string &page, const std::string &table) {
         std::vector<std::string> rows;

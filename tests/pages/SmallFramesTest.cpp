@@ -2,25 +2,20 @@
 #include <gmock/gmock.h>
 
 #include "store/Statistics.h"
-#include "support/SiteFixture.h"
+#include "support/PageSite.h"
 
 namespace pixmora::test {
 namespace {
 
 using testing::HasSubstr;
 
-class SmallFramesTest : public SiteFixture {
-protected:
-    std::string Page(void (clsWebServerCommands::*operation)(const Connection &) const) {
-        return Answer([&](const Connection &socket) { (*gWebServerCommands.*operation)(socket); });
-    }
-};
+using SmallFramesTest = PageSite;
 
 TEST_F(SmallFramesTest, SendTheBars) {
     const std::string opening =
         "<html><head><title></title><style>.style {}</style></head><body topmargin=0 leftmargin=0>";
-    EXPECT_TRUE(Body(Page(&clsWebServerCommands::genShowAlbumTop)).starts_with(opening));
-    const std::string bottom = Page(&clsWebServerCommands::genShowAlbumBottom);
+    EXPECT_TRUE(Body(Get("ShowAlbumTop")).starts_with(opening));
+    const std::string bottom = Get("ShowAlbumBottom");
     EXPECT_TRUE(Body(bottom).starts_with(opening));
     EXPECT_THAT(bottom,
                 HasSubstr("</tr></table><script language=\"javascript\">\r\n<!--\r\nfunction SendEmail() { \r\n"));
@@ -29,7 +24,7 @@ TEST_F(SmallFramesTest, SendTheBars) {
 
 TEST_F(SmallFramesTest, BookTheHelpPage) {
     gStyleSheet = std::string(5000, 's');
-    const std::string page = Page(&clsWebServerCommands::genShowHelp);
+    const std::string page = Get("ShowHelp");
     EXPECT_EQ(Filled(page, "STYLE_SHEET"), gStyleSheet);
     EXPECT_EQ(gBandwidthSession, 4);
     EXPECT_EQ(Column("StatsDaily", "AlbumName"), NoAlbum);

@@ -3,7 +3,7 @@
 
 #include <set>
 
-#include "support/SiteFixture.h"
+#include "support/PageSite.h"
 
 namespace pixmora::test {
 namespace {
@@ -24,14 +24,14 @@ TEST(MakeFooter, DrawsEachOfTheThreeSentences) {
     for (const std::string &footer : footers) EXPECT_TRUE(footer.ends_with("</b></a></font>")) << footer;
 }
 
-using WebServerCommandsTest = SiteFixture;
+using WebServerCommandsTest = PageSite;
 
 TEST_F(WebServerCommandsTest, MakesAMissingTemplateAnEmptyOneAndReadsTheFilesOnlyOnce) {
     std::filesystem::remove(Program.Path("htdocs/ShowHelp.tpl"));
-    const clsWebServerCommands pages;
+    gWebServerCommands = std::make_shared<clsWebServerCommands>();
     EXPECT_TRUE(std::filesystem::exists(Program.Path("htdocs/ShowHelp.tpl")));
     Program.Write("htdocs/ShowHelp.tpl", "edited");
-    EXPECT_EQ(Body(Answer([&](const Connection &socket) { pages.genShowHelp(socket); })), "");
+    EXPECT_EQ(Body(Get("ShowHelp")), "");
 }
 
 }  // namespace

@@ -1,35 +1,28 @@
-// A running site of a test's own: program folder, templates, database, settings and albums, with a clock that stands
-// still.
+// A site whose pages show what they put into their templates, asked for by their addresses as a browser does it.
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include <array>
+#include <cstdio>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <regex>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "core/site/Globals.h"
-#include "core/site/frmSystray.h"
+#include "core/site/RequestGrammar.h"
+#include "core/site/Response.h"
 #include "pages/clsWebServerCommands.h"
-#include "platform/database/Database.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Text.h"
-#include "store/Globals.h"
 #include "store/Schema.h"
-#include "store/Settings.h"
-#include "support/Client.h"
-#include "support/ProgramFolder.h"
+#include "support/RunningSite.h"
 
 namespace pixmora::test {
 
-/// The value that a page put in the place of a placeholder of SiteFixture's templates. @param name without braces
+/// The value that a page put in the place of a placeholder of PageSite's templates. @param name without braces
 inline std::string Filled(const std::string &page, const std::string &name) {
     const std::string opening = "[" + name + ":";
     const std::string end = ":" + name + "]";
@@ -53,34 +46,49 @@ inline int Count(std::string_view text, std::string_view part) {
     return count;
 }
 
-/// Its albums lie in the folder "albums" beside the program. Pages are asked through Answer; no core stands behind
-/// them, so a connection closes with its first emptied buffer.
-class SiteFixture : public testing::Test {
+/// The values of the page's href and src attributes and of its scripts' location.href, in the page's order. Graphics of
+/// htdocs are left out.
+inline std::vector<std::string> Links(std::string_view page) {
+    std::vector<std::string> links;
+    for (std::size_t at = 0; at < page.size(); ++at) {
+        for (const std::string_view opening : {"href=\"", "src=\"", "location.href='"}) {
+            if (!page.substr(at).starts_with(opening)) continue;
+            const std::string_view value = page.substr(at + opening.size());
+            const std::string_view end = opening.ends_with('"') ? "\"" : "';";
+            links.push_back(Replace(std::string(value.substr(0, value.find(end))), "\\'", "'"));
+        }
+    }
+    std::erase_if(links, [](const std::string &link) { return link.starts_with("ShowGraphic"); });
+    return links;
+}
+
+/// Serves without the steps of a start; its albums are the test's to change, in the folder "albums" beside the program.
+class PageSite : public RunningSite {
 protected:
-    using Operation = std::function<void(const Connection &)>;
     using Row = std::vector<std::pair<std::string, FieldValue>>;
 
-    SiteFixture() {
+    PageSite() {
         WriteTemplates();
-        if (!OpenOrCreateDatabase()) throw std::runtime_error("no database");
         gDatabase->SetSynchronousFull(false);
-        ResetGlobals();
-        listener_->SetLocalPort(0);
-        listener_->OnConnectionRequest = [this](int requestId) {
-            accepted_ = Winsock::Create();
-            accepted_->Index = 1;
-            accepted_->Accept(requestId);
-        };
-        listener_->Listen();
-    }
-    ~SiteFixture() override {
-        listener_->Close();
-        gAlbums.clear();
-        gWebServerCommands.reset();
-        gSystray.reset();
-        gPictureEngine.reset();
-        gOnlineTimer.reset();
-        gDatabase.reset();
+        gVisitors = {{GetTickCount(), GetTickCount(), "127.0.0.1", ""}};  // so that the asking itself counts nothing
+        gRestrictedWords = {"Private*", "Censored"};
+        gVisitorsActive = gConnectionsSession = gThumbsSession = gDownloadsSession = 0;
+        gBandwidthSession = gRunningTotal = gConnectionsTotal = gThumbsTotal = gDownloadsTotal = gBandwidthTotal = 0;
+        gStyleSheet = ".style {}";
+        gServerTitle = "Anna's Site";
+        gAuthor = "Anna O'Neil";
+        gWelcomeText = "Welcome!";
+        gWebsiteAddress = "http://192.0.2.1:8080";
+        gFilesPerRow = 3;
+        gFilesPerPage = 12;
+        gThumbSize = 150;
+        gPreviewSize = 375;
+        gSlideshowSize = 300;
+        gThumbQuality = gPreviewQuality = gSlideshowQuality = 0;
+        gSortMethod = gSortOrder = gLastCaptureTick = 0;
+        gOnlineTimer->StartTimer();
+        gWebServerCommands = std::make_shared<clsWebServerCommands>();
+        gSystray->wnskListen->Listen();
     }
 
     /// An album that takes in everything and features nothing, with an empty folder; its fields are the test's to
@@ -126,24 +134,12 @@ protected:
         return Join(values, "|");
     }
 
-    /// What a visitor gets from an operation. @param user logged in, or empty @param from the visitor's address
-    /// @throws RunTimeError what the operation lets out
-    std::string Answer(const Operation &operation, const std::string &user = "",
-                       const std::string &from = "127.0.0.1") {
-        accepted_.reset();
-        Client client(listener_->LocalPort(), from);
-        if (!TurnUntil([this] { return accepted_ != nullptr; })) throw std::runtime_error("no connection");
-        const Connection socket = accepted_;
-        socket->Tag = user;
-        socket->OnSendComplete = [element = socket.get()] {
-            element->Close();
-        };
-        operation(socket);
-        return client.ReceiveAll();
+    /// The answer to an address. @param user logged in, or empty @param from the visitor's address
+    std::string Get(std::string_view address, const std::string &user = "",
+                    const std::string &from = "127.0.0.1") const {
+        const std::string cookie = user.empty() ? "" : "Cookie: ms_username=" + user + "; a=b\r\n";
+        return RunningSite::Get("/" + Escaped(address), cookie, from);
     }
-
-    ProgramFolder Program;  ///< holds htdocs, albums and the database too
-    ClockSetForTest Clock{1000000, MakeDate(2004, 3, 10, 12, 0, 0)};
 
 private:
     /// Leaves of each shipped template its placeholders, as "[NAME:{NAME}:NAME]".
@@ -163,36 +159,18 @@ private:
         }
     }
 
-    static void ResetGlobals() {
-        gAlbums.clear();
-        gVisitors.clear();
-        gDownloadCookies.clear();
-        gSendStates = {};
-        gRestrictedWords = {"Private*", "Censored"};
-        gVisitorsActive = gConnectionsSession = gThumbsSession = gDownloadsSession = 0;
-        gBandwidthSession = gRunningTotal = gConnectionsTotal = gThumbsTotal = gDownloadsTotal = gBandwidthTotal = 0;
-        gStyleSheet = ".style {}";
-        gServerTitle = "Anna's Site";
-        gAuthor = "Anna O'Neil";
-        gWelcomeText = "Welcome!";
-        gWebsiteAddress = "http://192.0.2.1:8080";
-        gFilesPerRow = 3;
-        gFilesPerPage = 12;
-        gThumbSize = 150;
-        gPreviewSize = 375;
-        gSlideshowSize = 300;
-        gThumbQuality = gPreviewQuality = gSlideshowQuality = 0;
-        gSortMethod = gSortOrder = 0;
-        gLastConversionTick = gLastCaptureTick = 0;
-        gSystray = std::make_unique<frmSystray>();
-        gPictureEngine = std::make_unique<PictureEngine>();
-        gOnlineTimer = std::make_unique<clsTimer>();
-        gOnlineTimer->StartTimer();
-        gWebServerCommands = std::make_shared<clsWebServerCommands>();
+    /// The bytes that no address may hold as the escapes that a browser makes of them.
+    static std::string Escaped(std::string_view address) {
+        std::string escaped;
+        for (const char c : address) {
+            std::array<char, 4> escape{c};
+            const auto byte = static_cast<unsigned char>(c);
+            if (byte <= 0x20 || byte >= 0x7F || c == '<' || c == '>')
+                std::snprintf(escape.data(), escape.size(), "%%%02X", byte);
+            escaped += escape.data();
+        }
+        return escaped;
     }
-
-    std::shared_ptr<Winsock> listener_ = Winsock::Create();
-    Connection accepted_;
 };
 
 }  // namespace pixmora::test
