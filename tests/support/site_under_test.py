@@ -74,7 +74,7 @@ class Site:
         self.database = self.home + "/db_v9.mdb"
         self.errors = self.folder + "/stderr"  # what pixmorad said on standard error, over all its starts
         self.port = free_port()
-        self.process = None
+        self.process = self._reader = None
         self.command_prefix = list(command_prefix)
         self.limits = limits or {}
         self.environment = dict(os.environ, PIXMORA_HOME=self.home, XDG_CONFIG_HOME=self.folder + "/config", TZ="UTC")
@@ -117,7 +117,8 @@ class Site:
             watchdog.cancel()
             raise RuntimeError("pixmorad did not start: %r %r" % (said, self.error_text()[-500:]))
         watchdog.cancel()
-        threading.Thread(target=self.process.stdout.read, daemon=True).start()
+        self._reader = threading.Thread(target=self.process.stdout.read, daemon=True)
+        self._reader.start()
 
     def is_alive(self):
         return self.process is not None and self.process.poll() is None
@@ -137,6 +138,8 @@ class Site:
         if self.is_alive():
             os.kill(self.pid, number)
         status = self.process.wait(timeout)
+        self._reader.join()
+        self.process.stdout.close()
         self.process = None
         return status
 

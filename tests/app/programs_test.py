@@ -1,0 +1,131 @@
+#!/usr/bin/env python3
+"""The programs as a shell meets them: exit codes, refusals, signals, defaults: programs_test.py FOLDER_OF_THE_PROGRAMS"""
+import os
+import re
+import signal
+import socket
+import subprocess
+import sys
+import unittest
+
+sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "../support"))
+from site_under_test import Site, bitmap  # noqa: E402
+
+PROGRAMS = sys.argv.pop(1)
+
+# Words, exit status, standard output, the end of standard error. {folder} stands for the test's own.
+COMMANDS = [
+    ("", 2, "", "(SUBDIR is \"\\\" or \"\\a\\b\")\n"),
+    ("nonsense", 2, "", None),
+    ("get Setup", 2, "", None),
+    ("set Setup Author", 2, "", None),
+    ("get Setup Author", 0, "\n", ""),
+    ("get Setup Author Nobody", 0, "Nobody\n", ""),
+    ("set Setup Author Ann", 0, "", ""),
+    ("get setup AUTHOR Nobody", 0, "Ann\n", ""),
+    ("unset Setup Author", 0, "", ""),
+    ("unset Setup Author", 0, "", ""),
+    ("get Setup Author Nobody", 0, "Nobody\n", ""),
+    ("album list", 0, "", ""),
+    ("album add a/b {folder}/pictures", 1, "", "Album name cannot contain any of the following characters: |  | \\ / : * ? \" ' < > |\n"),
+    ("album add Trips {folder}/gone", 1, "", "This directory is invalid!\n"),
+    ("album add Trips /", 1, "", None),
+    ("album add Trips {folder}/pictures --no-pictures --no-movies", 1, "",
+     "You must at least choose to show pictures or show movies!\n"),
+    ("album add Trips {folder}/pictures --description", 2, "", None),
+    ("album add Trips {folder}/pictures --featured {folder}/none.jpg", 1, "", "There is no file '{folder}/none.jpg'.\n"),
+    ("album add Trips {folder}/pictures/../pictures/ --featured none --no-movies", 0, "", ""),
+    ("album list", 0, "Trips\t{folder}/pictures\n", ""),
+    ("album remove Gone", 1, "", "There is no album named 'Gone'.\n"),
+    ("user add Ann", 2, "", None),
+    ("user add Ann secret --boss", 2, "", None),
+    ("user add Ann secret --admin", 0, "", ""),
+    ("user add ann secret", 1, "", "Username already exists!\n"),
+    ("user add Bob b", 0, "", ""),
+    ("user list", 0, "Ann\tadmin\nBob\tuser\n", ""),
+    ("protect Gone \\ Bob", 1, "", "There is no album named 'Gone'.\n"),
+    ("protect Trips \\ Carl", 1, "", "There is no user named 'Carl'.\n"),
+    ("protect Trips \\none Bob", 1, "", "There is no directory '\\none' in the album 'Trips'.\n"),
+    ("protect Trips sub/ Bob", 0, "", ""),
+    ("unprotect Trips \\sub Bob", 0, "", ""),
+    ("unprotect Trips \\sub Bob", 1, "", "'Bob' has no right to '\\sub' in the album 'Trips'.\n"),
+    ("user remove Carl", 1, "", "There is no user named 'Carl'.\n"),
+    ("user remove Bob", 0, "", ""),
+    ("album remove trips", 0, "", ""),
+    ("album list", 0, "", ""),
+]
+
+
+class ProgramsTest(unittest.TestCase):
+    def setUp(self):
+        self.site = Site(PROGRAMS)
+        self.addCleanup(self.site.close)
+        self.pictures = self.site.folder + "/pictures"
+        os.makedirs(self.pictures + "/sub")
+        with open(self.pictures + "/a.bmp", "wb") as file:
+            file.write(bitmap())
+
+    def run_words(self, *words):
+        return subprocess.run(words, env=self.site.environment, capture_output=True, text=True, timeout=60)
+
+    def test_pixmoractl_answers_as_the_table_says(self):
+        for words, status, output, errors in COMMANDS:
+            with self.subTest(words):
+                row = [text and text.replace("{folder}", self.site.folder) for text in (words, output, errors)]
+                done = self.run_words(PROGRAMS + "/pixmoractl", *row[0].split())
+                self.assertEqual((status, row[1]), (done.returncode, done.stdout), done.stderr)
+                if errors is None:
+                    self.assertTrue(done.stderr)
+                else:
+                    self.assertTrue(done.stderr.endswith(row[2]) and bool(done.stderr) == bool(errors), done.stderr)
+
+    def test_a_running_site_keeps_its_tables_and_ends_by_each_signal(self):
+        self.site.add_album("Trips", self.pictures)
+        for number in (signal.SIGTERM, signal.SIGINT):
+            self.site.start()
+            self.assertEqual(self.site.database and b"Trips" in self.site.get("/"), True)
+            done = self.run_words(PROGRAMS + "/pixmoractl", "album", "remove", "Trips")
+            self.assertEqual((1, True), (done.returncode, "already running" in done.stderr))
+            second = self.run_words(PROGRAMS + "/pixmorad")
+            self.assertEqual((1, True), (second.returncode, "already running" in second.stderr), second)
+            self.assertEqual(0, self.site.stop(number))
+        self.assertEqual("Trips\t%s\n" % self.pictures, self.run_words(PROGRAMS + "/pixmoractl", "album", "list").stdout)
+
+    def test_a_start_that_cannot_be_says_why(self):
+        self.assertEqual(1, self.run_words(PROGRAMS + "/pixmorad").returncode, "no albums")
+        self.site.add_album("Trips", self.pictures)
+        with socket.socket() as other:
+            other.bind(("0.0.0.0", self.site.port))
+            other.listen()
+            done = self.run_words(PROGRAMS + "/pixmorad")
+        self.assertEqual(1, done.returncode)
+        self.assertIn("already listening on port %d!" % self.site.port, done.stderr)
+        self.site.control("set", "Setup", "FilesPerRow", "many")
+        done = self.run_words(PROGRAMS + "/pixmorad")
+        self.assertEqual((70, "Type mismatch"), (done.returncode, done.stderr[:13]))
+
+    def test_a_stop_leaves_nothing_open_and_a_start_begins_anew(self):
+        """With no setting but the port: every default takes part."""
+        with open(self.pictures + "/film.avi", "wb") as file:
+            file.write(bytes(20 << 20))
+        self.site.add_album("Trips", self.pictures)
+        for _ in range(2):
+            self.site.start()
+            for target in ["/", "/ShowAlbumMedia?1&thumbs&1&", "/ShowStats", "/ShowPopular?thumbs", "/ShowHelp"]:
+                self.assertTrue(self.site.get(target).rstrip().endswith(b"</html>"), target)
+            self.assertIn(b"Page 1 of 1", self.site.get("/ShowAlbumMedia?1&thumbs&1&"))
+            self.assertTrue(self.site.get("/ShowPicture?1&thumb&/a.bmp").partition(b"\r\n\r\n")[2].startswith(b"\xff\xd8"))
+            with self.site.connect() as viewer:
+                viewer.sendall(b"GET /ShowMovie?1&full&/film.avi HTTP/1.0\r\n\r\n")
+                viewer.recv(1000)
+                self.assertEqual(0, self.site.stop())
+            left = [name for name in os.listdir(self.site.home) if re.search(r"-(wal|shm)$|\.(tmp|new|part)$", name)]
+            self.assertEqual([], left)
+            self.assertEqual("", self.site.error_text())
+            self.assertEqual("0", self.run_words(PROGRAMS + "/pixmoractl", "get", "Website", "LastOnline").stdout.strip())
+        self.assertEqual([(1,)], self.site.query("SELECT count(*) FROM StatsDaily WHERE AlbumName='Trips'"))
+        self.assertEqual([(2,)], self.site.query("SELECT TotalCount FROM StatsTotal WHERE Stat=1"))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
