@@ -38,14 +38,13 @@ void WatchForIdling() {
 void HandleIdleTick() {
     ConnectionArray &connections = gSystray->wnskConnect;
     bool isAnyOpen = false;
-    for (int index = 1; index <= connections.UBound() && gSystray->IdleTimeout > 0; ++index) {
-        const Connection element = connections.Item(index);
-        if (!element || element->State() != SocketState::Connected) continue;
+    for (const Connection &element : connections.Items()) {
+        if (gSystray->IdleTimeout <= 0 || element->State() != SocketState::Connected) continue;
         if (element->PeerIdleTime() < gSystray->IdleTimeout) {
             isAnyOpen = true;
             continue;
         }
-        if (index <= HighestSendIndex) ClearTransfer(index);
+        ClearTransfer(*element);
         element->Close();
     }
     connections.Trim();

@@ -56,15 +56,12 @@ void AnswerRequest(const Connection &socket, const std::string &method, const st
     CallOperation(socket, target);
 }
 
-/// Behind the highest index. Under a limit of connections the ceiling of indexes is no danger: there is a hole then,
-/// and a file that the visitor before has left at its index must not go on to this one.
+/// Behind the highest index. Under a limit of connections the ceiling of indexes is no danger: there is a hole then.
 Connection LoadConnection() {
     ConnectionArray &connections = gSystray->wnskConnect;
     if (gSystray->wnskListen->ConnectionLimit() == 0 || connections.UBound() < HighestSendIndex)
         return connections.Load();
-    Connection socket = connections.LoadInHole();
-    ClearTransfer(socket->Index);
-    return socket;
+    return connections.LoadInHole();
 }
 
 }  // namespace
@@ -72,12 +69,12 @@ Connection LoadConnection() {
 void HandleConnectionRequest(int requestId) {
     const Connection socket = LoadConnection();
     const int index = socket->Index;
-    Winsock *element = socket.get();
+    VisitorSocket *element = socket.get();
     socket->OnDataArrival = [element](std::size_t) {
-        HandleDataArrival(element->shared_from_this());
+        HandleDataArrival(element->Self());
     };
     socket->OnSendComplete = [element] {
-        HandleSendComplete(element->shared_from_this());
+        HandleSendComplete(element->Self());
     };
     socket->OnClose = [index] {
         gSystray->wnskConnect.Unload(index);
@@ -110,14 +107,13 @@ void HandleDataArrival(const Connection &socket) {
 }
 
 void HandleSendComplete(const Connection &socket) {
-    const int index = socket->Index;
-    if (index > HighestSendIndex) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-    const SendState &state = gSendStates[static_cast<std::size_t>(index)];
+    if (socket->Index > HighestSendIndex) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    const SendState &state = socket->Transfer;
     if (state.FileSize > 0 && state.BytesSent != state.FileSize) {
         SendNextChunk(socket);
         return;
     }
-    if (state.FileSize > 0) EndTransfer(index);
+    if (state.FileSize > 0) EndTransfer(*socket);
     socket->Close();
     gSystray->wnskConnect.Trim();
 }

@@ -61,11 +61,10 @@ void SweepDownloadCookies() {
 }
 
 void SweepTransfers() {
-    for (int index = 0; index <= HighestSendIndex; ++index) {
-        const SendState &state = gSendStates[static_cast<std::size_t>(index)];
-        if (state.FileSize <= 0 || !IsOlderThan(state.LastSendTick, stallLimit)) continue;
-        ClearTransfer(index);
-        if (const Connection element = gSystray->wnskConnect.Item(index)) element->Close();
+    for (const Connection &element : gSystray->wnskConnect.Items()) {
+        if (element->Transfer.FileSize <= 0 || !IsOlderThan(element->Transfer.LastSendTick, stallLimit)) continue;
+        ClearTransfer(*element);
+        element->Close();
     }
 }
 

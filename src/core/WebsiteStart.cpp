@@ -99,7 +99,7 @@ private:
         LoadDisplaySettings();
         StartWebcam();
         LoadRestrictedWords();
-        for (SendState &state : gSendStates) state.FileSize = 0;
+        for (const Connection &element : gSystray->wnskConnect.Items()) element->Transfer.FileSize = 0;
         return !view_.Cancelled();
     }
 

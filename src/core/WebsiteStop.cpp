@@ -37,8 +37,8 @@ void DropMediaLists() {
 }
 
 void CloseTransfers() {
-    for (int index = 0; index <= HighestSendIndex; ++index) {
-        if (gSendStates[static_cast<std::size_t>(index)].FileSize > 0) ClearTransfer(index);
+    for (const Connection &element : gSystray->wnskConnect.Items()) {
+        if (element->Transfer.FileSize > 0) ClearTransfer(*element);
     }
 }
 

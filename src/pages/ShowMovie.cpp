@@ -3,10 +3,12 @@
 
 #include "core/site/Globals.h"
 #include "core/site/Visitors.h"
+#include "core/site/frmSystray.h"
 #include "pages/AlbumAddress.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
 #include "platform/loop/MessageLoop.h"
+#include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -51,12 +53,11 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
         SendIgnoringErrors(socket, "Too many connections! Try again later.");
         throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     }
-    SendState &state = gSendStates[static_cast<std::size_t>(socket->Index)];
-    state.FilePath = path;
-    state.FileSize = size;
-    state.FileNumber = std::move(file);
-    // Deliberate: BytesSent stays at what the last transfer of this index left.
-    // LastSendTick waits for the first chunk.
+    socket->Transfer = {.FileNumber = std::move(file),
+                        .FilePath = path,
+                        .FileSize = size,
+                        .BytesSent = 0,
+                        .LastSendTick = GetTickCount()};
     SendIgnoringErrors(
         socket, Concat(WriteResponseHead("application/octet-stream", false), "Content-Length: ", size, CrLf, CrLf));
     DoEvents();

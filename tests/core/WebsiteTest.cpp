@@ -254,16 +254,40 @@ TEST_F(Website, ServesOthersWhileAMovieRunsAndDropsItWhenItStalls) {
     viewer.WaitForBytes(100000);
     EXPECT_EQ(Get("/Blank").substr(0, 6), "<html>");
     for (int i = 0; i < 50; ++i) DoEvents();
-    EXPECT_GT(gSendStates[1].FileSize, 0);
-    gSendStates[1].LastSendTick = GetTickCount() - 20000;
+    const Connection socket = gSystray->wnskConnect.Item(1);
+    EXPECT_GT(socket->Transfer.FileSize, 0);
+    socket->Transfer.LastSendTick = GetTickCount() - 20000;
     SweepTransfers();
-    EXPECT_GT(gSendStates[1].FileSize, 0) << "exactly twenty seconds is not yet stalled";
-    gSendStates[1].LastSendTick -= 1;
+    EXPECT_GT(socket->Transfer.FileSize, 0) << "exactly twenty seconds is not yet stalled";
+    socket->Transfer.LastSendTick -= 1;
     SweepTransfers();
-    EXPECT_EQ(gSendStates[1].FileSize, 0);
+    EXPECT_EQ(socket->Transfer.FileSize, 0);
     EXPECT_EQ(gBandwidthSession, 0) << "a transfer that never ends counts nothing";
     TurnUntil([&viewer] { return viewer.HasEnded(); });
     EXPECT_TRUE(viewer.HasEnded());
+}
+
+TEST_F(Website, DownloadsThatVisitorsCancelLeaveNothingToTheAnswersBehindThem) {
+    AddAlbum("A");
+    const std::string page = std::string(5000, 'p');
+    const std::string movie(3000000, 'm');
+    Program.Write("albums/A/m.avi", movie);
+    Program.Write("albums/A/short.avi", "short");
+    Program.Write("htdocs/page.gif", page);
+    Start();
+    for (int i = 0; i < 40; ++i) {
+        Client visitor(Port(), "127.0.0.2", 4096);
+        visitor.Send("GET /ShowMovie?1&x&/m.avi HTTP/1.0\r\n\r\n");
+        visitor.WaitForBytes(2000);
+        i % 2 == 0 ? visitor.Reset() : visitor.Close();
+        for (int next = 0; next < 3; ++next) {
+            ASSERT_EQ(Get("/ShowGraphic?page.gif"), Head("image/gif") + "\r\n" + page) << i;
+            ASSERT_EQ(Get("/ShowMovie?1&x&/short.avi"),
+                      Head("application/octet-stream") + "Content-Length: 5\r\n\r\nshort")
+                << i;
+        }
+    }
+    EXPECT_EQ(Get("/ShowMovie?1&x&/m.avi").size(), movie.size() + Head("application/octet-stream").size() + 27);
 }
 
 TEST_F(Website, CountsTheMinutesAndReportsOnEveryTenth) {

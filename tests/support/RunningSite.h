@@ -40,12 +40,10 @@ protected:
         SaveSetting("Setup", "ListenPort", "0");
         EXPECT_EQ(BeginProgram(""), ProgramStart::Ready);
         LoadSystray();
-        gSendStates = {};
     }
     ~RunningSite() override {
         if (gWebsiteStarted) StopWebsite(true);
         ReleaseProgram();
-        gSendStates = {};
     }
 
     std::string AddAlbum(const std::string &name) const {

@@ -14,7 +14,6 @@ std::string gWebsiteAddress;
 
 std::vector<clsVisitor> gVisitors;
 std::vector<clsDownloadCookie> gDownloadCookies;
-std::array<SendState, HighestSendIndex + 1> gSendStates;
 
 std::int32_t gVisitorsActive = 0;
 std::int32_t gConnectionsSession = 0;

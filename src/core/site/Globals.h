@@ -1,7 +1,6 @@
 // The process-wide values of a running site.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -30,9 +29,6 @@ extern std::string gWebsiteAddress;  ///< "http://host:port", or the redirecting
 
 extern std::vector<clsVisitor> gVisitors;
 extern std::vector<clsDownloadCookie> gDownloadCookies;
-
-inline constexpr int HighestSendIndex = 256;
-extern std::array<SendState, HighestSendIndex + 1> gSendStates;
 
 // The session's figures, and the totals as they stood at the last start or stop.
 extern std::int32_t gVisitorsActive;

@@ -1,17 +1,13 @@
 // What every answer is made with: the head, the send that ignores a vanished visitor, the booking of its kilobytes.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 
-#include "platform/sockets/Winsock.h"
+#include "core/site/Connection.h"
 #include "store/Statistics.h"  // NoAlbum, which callers of BookKilobytes pass
 
 namespace pixmora {
-
-/// An element of wnskConnect. Page operations hold it by shared ownership, as it can be unloaded while they wait.
-using Connection = std::shared_ptr<Winsock>;
 
 /// The head of an answer (RFC 1945): status 200, server, type, no-cache, each line ended by CR LF.
 /// @param endHead whether the blank line that ends the head follows

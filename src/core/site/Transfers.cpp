@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "core/site/Globals.h"
+#include "core/site/Response.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
 
@@ -12,10 +12,6 @@ namespace pixmora {
 namespace {
 
 constexpr std::int64_t chunkSize = 1024;
-
-SendState &StateOf(int index) {
-    return gSendStates.at(static_cast<std::size_t>(index));
-}
 
 /// Fewer bytes when the file has become shorter or can't be read.
 std::string ReadChunk(const SendState &state, std::int64_t size) {
@@ -30,12 +26,12 @@ std::string ReadChunk(const SendState &state, std::int64_t size) {
 }  // namespace
 
 void SendNextChunk(const Connection &socket) {
-    SendState &state = StateOf(socket->Index);
+    SendState &state = socket->Transfer;
     state.LastSendTick = GetTickCount();
     const std::int64_t size = std::min(chunkSize, state.FileSize - state.BytesSent);
     const std::string chunk = ReadChunk(state, size);
     if (size <= 0 || chunk.size() != static_cast<std::size_t>(size)) {
-        ClearTransfer(socket->Index);
+        ClearTransfer(*socket);
         socket->Close();
         return;
     }
@@ -43,18 +39,13 @@ void SendNextChunk(const Connection &socket) {
     SendIgnoringErrors(socket, chunk);
 }
 
-void EndTransfer(int index) {
-    SendState &state = StateOf(index);
-    state.FileNumber.reset();
-    BookKilobytes(NoAlbum, static_cast<std::size_t>(state.FileSize));
-    ClearTransfer(index);
+void EndTransfer(VisitorSocket &socket) {
+    BookKilobytes(NoAlbum, static_cast<std::size_t>(socket.Transfer.FileSize));
+    ClearTransfer(socket);
 }
 
-void ClearTransfer(int index) {
-    SendState &state = StateOf(index);
-    state.FileNumber.reset();
-    state.BytesSent = 0;
-    state.FileSize = 0;
+void ClearTransfer(VisitorSocket &socket) {
+    socket.Transfer = {};
 }
 
 }  // namespace pixmora

@@ -1,11 +1,9 @@
-// Who is visiting, what counts as counted, and which transfers run.
+// Who is visiting, and what counts as counted.
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
-#include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
 
 namespace pixmora {
@@ -24,18 +22,6 @@ struct clsDownloadCookie {
     Tick CookieTime = 0;  ///< when it was made
     std::int32_t AlbumNumber = 0;
     std::string FilePath;  ///< full path of a file, or a directory below the album's root
-};
-
-/// The record of one movie transfer, by its connection's index.
-///
-///     idle (FileSize 0) -- genShowMovie --> running
-///     running -- last chunk, sweep after 20 s without a chunk, StopWebsite --> idle
-struct SendState {
-    std::shared_ptr<BinaryFile> FileNumber;  ///< the open file; kept also by an empty movie, which nothing closes
-    std::string FilePath;                    ///< full path
-    std::int64_t FileSize = 0;               ///< bytes; above 0 means that a transfer is running
-    std::int64_t BytesSent = 0;              ///< bytes read and handed to the socket so far
-    Tick LastSendTick = 0;                   ///< of the last chunk
 };
 
 /// Adds a cookie for this visitor, album and path unless one is alive.

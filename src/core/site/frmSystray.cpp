@@ -4,7 +4,7 @@
 namespace pixmora {
 
 ConnectionArray::ConnectionArray() {
-    elements_.emplace(0, Winsock::Create());
+    elements_.emplace(0, VisitorSocket::Create());
 }
 
 int ConnectionArray::UBound() const {
@@ -35,8 +35,16 @@ Connection ConnectionArray::Item(int index) const {
     return found == elements_.end() ? nullptr : found->second;
 }
 
+std::vector<Connection> ConnectionArray::Items() const {
+    std::vector<Connection> items;
+    for (const auto &[index, element] : elements_) {
+        if (index != 0) items.push_back(element);
+    }
+    return items;
+}
+
 Connection ConnectionArray::LoadAt(int index) {
-    Connection element = Winsock::Create();
+    Connection element = VisitorSocket::Create();
     element->Index = index;
     elements_.emplace(index, element);
     return element;

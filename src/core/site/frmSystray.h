@@ -4,12 +4,16 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <vector>
 
-#include "core/site/Response.h"
+#include "core/site/Connection.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/sockets/Winsock.h"
 
 namespace pixmora {
+
+/// The highest index that a connection's answer may have: the accepted ceiling of the design.
+inline constexpr int HighestSendIndex = 256;
 
 /// The loadable array of connections. Element 0 exists from the start and is never used for one.
 class ConnectionArray {
@@ -25,6 +29,8 @@ public:
     void Unload(int index);
     /// The element, or null when it isn't loaded.
     Connection Item(int index) const;
+    /// Those that are loaded now, by index, less element 0.
+    std::vector<Connection> Items() const;
     /// Unloads closed elements from the top down to the first that is open.
     void Trim();
 

@@ -13,10 +13,10 @@ namespace pixmora {
 /// The control's states, by its numbers.
 enum class SocketState { Closed = 0, Listening = 2, ResolvingHost = 4, Connecting = 6, Connected = 7, Error = 9 };
 
-/// Always owned through a shared_ptr: events hold the element while their handler runs, so a handler may drop the last
-/// reference of its owner. All events run under the event guard and may run inside another handler's DoEvents, but
-/// never inside a handler of the same event of the same element: what came meanwhile is raised when that one has
-/// returned.
+/// Always owned through a shared_ptr, also where an owner adds to it by deriving: events hold the element while their
+/// handler runs, so a handler may drop the last reference of its owner. All events run under the event guard and may
+/// run inside another handler's DoEvents, but never inside a handler of the same event of the same element: what came
+/// meanwhile is raised when that one has returned.
 ///
 ///                 Listen                     Close
 ///     Closed ---------------> Listening ----------------> Closed
@@ -27,7 +27,7 @@ enum class SocketState { Closed = 0, Listening = 2, ResolvingHost = 4, Connectin
 class Winsock : public std::enable_shared_from_this<Winsock> {
 public:
     static std::shared_ptr<Winsock> Create();
-    ~Winsock();
+    virtual ~Winsock();
     Winsock(const Winsock &) = delete;
     Winsock &operator=(const Winsock &) = delete;
 
@@ -99,8 +99,10 @@ public:
     /// dropped. No event comes after it.
     void Close();
 
-private:
+protected:
     Winsock();
+
+private:
     struct Implementation;
     std::unique_ptr<Implementation> implementation_;
 };
