@@ -64,6 +64,39 @@ Connection LoadConnection() {
     return connections.LoadInHole();
 }
 
+/// How far behind its head a login's body may arrive: some browsers send the two apart. ms
+constexpr int bodyPatience = 25;
+/// More than a login form ever has; what is longer is answered as it stands.
+constexpr std::size_t longestLogin = 65536;
+
+void AnswerArrival(const Connection &socket) {
+    socket->tmrBody.reset();
+    const std::string request = socket->Request;  // a copy: the next arrival may come while the answer waits
+    const std::string method = GetRequestMethod(request);
+    if (!EqualsIgnoreCase(method, "GET") && !EqualsIgnoreCase(method, "POST")) {
+        socket->Close();
+        return;
+    }
+    RefreshVisitor(socket->RemoteHostIP(), request);
+    try {
+        AnswerRequest(socket, method, request);
+    } catch (const RunTimeError &) {
+        SendIgnoringErrors(socket, "Bad Request");
+    }
+}
+
+void AwaitBody(VisitorSocket &socket) {
+    if (socket.tmrBody) return;
+    socket.tmrBody = std::make_unique<Timer>();
+    socket.tmrBody->SetInterval(bodyPatience);
+    socket.tmrBody->OnTimer = [&socket] {
+        const Connection self = socket.Self();
+        DoEvents();  // what has arrived while the loop was held up comes first
+        if (self->tmrBody) AnswerArrival(self);
+    };
+    socket.tmrBody->SetEnabled(true);
+}
+
 }  // namespace
 
 void HandleConnectionRequest(int requestId) {
@@ -76,7 +109,8 @@ void HandleConnectionRequest(int requestId) {
     socket->OnSendComplete = [element] {
         HandleSendComplete(element->Self());
     };
-    socket->OnClose = [index] {
+    socket->OnClose = [element, index] {
+        if (element->tmrBody) return AnswerArrival(element->Self());  // it waits for the answer, not for more to send
         gSystray->wnskConnect.Unload(index);
     };
     socket->OnError = [element](int, const std::string &) {
@@ -92,17 +126,12 @@ void HandleDataArrival(const Connection &socket) {
         socket->Close();
         return;
     }
-    const std::string request = socket->GetData();
-    const std::string method = GetRequestMethod(request);
-    if (!EqualsIgnoreCase(method, "GET") && !EqualsIgnoreCase(method, "POST")) {
-        socket->Close();
-        return;
-    }
-    RefreshVisitor(socket->RemoteHostIP(), request);
-    try {
-        AnswerRequest(socket, method, request);
-    } catch (const RunTimeError &) {
-        SendIgnoringErrors(socket, "Bad Request");
+    if (!socket->tmrBody) socket->Request.clear();
+    socket->Request += socket->GetData();
+    if (IsUnfinishedLogin(socket->Request) && socket->Request.size() < longestLogin) {
+        AwaitBody(*socket);
+    } else {
+        AnswerArrival(socket);
     }
 }
 

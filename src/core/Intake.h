@@ -9,7 +9,7 @@ namespace pixmora {
 void HandleConnectionRequest(int requestId);
 
 /// Takes everything that has arrived as one whole request and answers it, with "Bad Request" for an error anywhere on
-/// the way.
+/// the way. A login whose body is not there yet is answered when it comes, or after 25 ms.
 void HandleDataArrival(const Connection &socket);
 
 /// The answer, or a chunk of it, has left: sends the next chunk of a transfer, or closes and trims the array.

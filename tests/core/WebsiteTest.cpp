@@ -190,6 +190,31 @@ TEST_F(Website, LogsInWithTheRightWordsOnly) {
     }
 }
 
+TEST_F(Website, TakesALoginsBodyThatComesRightBehindItsHead) {
+    AddAlbum("A");
+    SaveUser({"Ann", "pass", "pass", false}, "");
+    Start();
+    const std::string body = "username=Ann&password=pass&args=1%26thumbs%261";
+    const std::string head = "POST /SendLogin HTTP/1.0\r\ncontent-length: " + std::to_string(body.size()) + "\r\n\r\n";
+    const auto isAwaited = [] {
+        return gSystray->wnskConnect.Item(1) && gSystray->wnskConnect.Item(1)->tmrBody;
+    };
+    for (const std::size_t part : {head.size(), head.size() - 2, head.size() + 9}) {
+        Client client(Port());
+        client.Send((head + body).substr(0, part));
+        ASSERT_TRUE(TurnUntil(isAwaited)) << part;
+        client.Send((head + body).substr(part));
+        EXPECT_NE(client.ReceiveAll().find("Set-Cookie: ms_username=Ann"), std::string::npos) << part;
+    }
+    Client late(Port());
+    late.Send(head);
+    EXPECT_EQ(late.ReceiveAll(), "Bad Request");
+    Client over(Port());
+    over.Send(head);
+    over.HalfClose();
+    EXPECT_EQ(over.ReceiveAll(), "Bad Request") << "there is nothing more to come";
+}
+
 TEST_F(Website, ProtectsADirectoryWithAnApostrophe) {
     AddAlbum("A");
     Program.Write("albums/A/O'Brien/a.jpg", "1");

@@ -84,6 +84,7 @@ const TextCase cookies[] = {
     {"last header and blank after the semicolon", "Cookie: password=x; ms_username=Ann; a=b\r\n\r\n", "Ann"},
     {"swallows the headers behind it", "Cookie: ms_username=Ann\r\nAge: 1\r\n\r\n", "Ann\r\nAge: 1"},
     {"first of two wins", "Cookie: ms_username=Ann; ms_username=Bob; x=y\r\n\r\n", "Ann"},
+    {"header in lower case", "a: b\r\ncookie: ms_username=Ann;x=y\r\n\r\n", "Ann"},
     {"undecoded", "Cookie: ms_username=A%41;x=y\r\n\r\n", "A%41"},
     {"a header in another case isn't one", "cookie: ms_username=Ann; x=y\r\n\r\n", ""},
     {"behind the head it doesn't count as ended", "Cookie: a=b\r\n\r\nms_username=Ann", ""},

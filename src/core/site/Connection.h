@@ -31,7 +31,9 @@ public:
     static std::shared_ptr<VisitorSocket> Create() { return std::shared_ptr<VisitorSocket>(new VisitorSocket); }
     std::shared_ptr<VisitorSocket> Self() { return std::static_pointer_cast<VisitorSocket>(shared_from_this()); }
 
+    std::string Request;  ///< that has come last, as it was sent
     SendState Transfer;
+    std::unique_ptr<Timer> tmrBody;  ///< runs while a login's body may still come behind its head
 
 private:
     VisitorSocket() = default;

@@ -1,6 +1,7 @@
 // The grammar of requests and links.
 #include "core/site/RequestGrammar.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "platform/runtime/Numbers.h"
@@ -65,6 +66,18 @@ void DecodePercents(std::string &text, std::size_t position) {
 
 std::string WithoutLineEnds(std::string_view text) {
     return Replace(Replace(std::string(text), "\r", ""), "\n", "");
+}
+
+constexpr std::string_view blankLine = "\r\n\r\n";
+
+/// Where the name of a header begins; npos without one. Names compare without regard to case, as some proxies send them
+/// in lower case.
+std::size_t FindHeader(std::string_view head, std::string_view name) {
+    const auto isSame = [](unsigned char a, unsigned char b) {
+        return std::tolower(a) == std::tolower(b);
+    };
+    const auto found = std::ranges::search(head, name, isSame);
+    return found.empty() ? std::string_view::npos : static_cast<std::size_t>(found.begin() - head.begin());
 }
 
 const std::string &Piece(const Arguments &pieces, std::size_t index) {
@@ -132,13 +145,22 @@ std::string FileDisplayName(std::string_view name) {
     return text.substr(0, text.rfind('.'));
 }
 
+std::optional<std::string> HeaderValue(std::string_view head, std::string_view name) {
+    head = head.substr(0, head.find(blankLine));
+    const std::string line = "\r\n" + std::string(name) + ":";
+    const std::size_t start = FindHeader(head, line);
+    if (start == std::string_view::npos) return std::nullopt;
+    const std::string_view value = head.substr(start + line.size());
+    return std::string(TrimWhitespace(value.substr(0, value.find("\r\n"))));
+}
+
 std::string GetCookieUsername(std::string_view head) {
     constexpr std::string_view header = "Cookie: ";
-    const std::size_t start = head.find(header);
+    const std::size_t start = FindHeader(head, header);
     if (start == std::string_view::npos) return {};
     head.remove_prefix(start + header.size());
     // Deliberate: other headers that follow are swallowed into the last piece.
-    for (const std::string &cookie : Split(head.substr(0, head.find("\r\n\r\n")), ";")) {
+    for (const std::string &cookie : Split(head.substr(0, head.find(blankLine)), ";")) {
         const Arguments sides = Split(cookie, "=");
         if (!sides.empty() && Trim(sides[0]) == "ms_username") return Piece(sides, 1);
     }
@@ -190,9 +212,18 @@ std::size_t FirstDirectoryIndex(std::string_view view) {
     return view == "slideshow" ? 6 : 3;
 }
 
+bool IsUnfinishedLogin(std::string_view request) {
+    if (GetRequestMethod(request) != "POST" || GetRequestTarget(request) != "SendLogin") return false;
+    const std::size_t end = request.find(blankLine);
+    if (end == std::string_view::npos) return true;
+    const double announced = Val(HeaderValue(request, "Content-Length").value_or("1"));
+    return static_cast<double>(request.size() - end - blankLine.size()) < announced;
+}
+
 LoginForm ParseLoginForm(std::string_view request) {
-    const std::size_t blankLine = request.find("\r\n\r\n");
-    const std::string body = blankLine == std::string_view::npos ? "" : WithoutLineEnds(request.substr(blankLine + 4));
+    const std::size_t end = request.find(blankLine);
+    const std::string body =
+        end == std::string_view::npos ? "" : WithoutLineEnds(request.substr(end + blankLine.size()));
     LoginForm form;
     for (const std::string &field : Split(body, "&")) {
         const Arguments sides = Split(field, "=");

@@ -31,6 +31,10 @@ std::string DecodeLinkTokens(std::string text);
 /// A file's name for visitors: "_" as a blank, cut before the last ".".
 std::string FileDisplayName(std::string_view name);
 
+/// What stands behind the header's name in the head, without regard to the name's case (RFC 1945), blanks at both ends
+/// cut; nothing when the head has no such line.
+std::optional<std::string> HeaderValue(std::string_view head, std::string_view name);
+
 /// The user name of the "ms_username" cookie as it stands, empty when there is none.
 /// @throws RunTimeError SubscriptOutOfRange for that cookie without "="
 std::string GetCookieUsername(std::string_view head);
@@ -68,6 +72,10 @@ struct LoginForm {
     std::string ArgText;   ///< arguments of the address to go on to, "&" between them, names still in link form
     Arguments Args;        ///< ArgText with "+" as "%20", split
 };
+
+/// Whether the request is a login with less of a body than its head announces (any at all, where it doesn't say how
+/// much), or with an unfinished head.
+bool IsUnfinishedLogin(std::string_view request);
 
 /// @throws RunTimeError SubscriptOutOfRange when the argument text has fewer than two pieces or a field has no "="
 LoginForm ParseLoginForm(std::string_view request);
