@@ -2,28 +2,25 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <csignal>
 #include <cstdio>
 #include <string>
 
+#include "app/CommandLine.h"
 #include "console/Desktop.h"
 #include "core/modMain.h"
+#include "platform/files/Files.h"
 #include "platform/loop/Application.h"
 #include "platform/loop/MessageLoop.h"
 #include "setup/MakeSetupForms.h"
 
 namespace {
 
-/// The desktop's own threads are to inherit this, so that only the message loop takes the signals. A file at the size
-/// that the system allows is a full disk, and no reason to end.
-void PrepareSignals() {
-    std::signal(SIGXFSZ, SIG_IGN);
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-}
+constexpr const char *usage =
+    "usage: pixmora                   opens the program's window\n"
+    "       pixmora start             starts the website; on success only the tray icon stays\n"
+    "       pixmora startopensite     the same, and opens the site in the browser\n"
+    "       pixmora DIRECTORY         first makes a new album of the directory\n"
+    "       pixmora --help | --version\n";
 
 /// The whole of the command line, less what the toolkit has taken for itself.
 std::string CommandLine(int argc, char **argv) {
@@ -32,11 +29,20 @@ std::string CommandLine(int argc, char **argv) {
     return line;
 }
 
+/// Deliberate: "START" is no command, but may be a folder.
+bool IsKnown(const std::string &line) {
+    return line.empty() || line == "start" || line == "startopensite" ||
+           pixmora::IsDirectory(pixmora::ProgramPath(line));
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
-    PrepareSignals();
+    pixmora::IgnoreHarmlessSignals();
+    pixmora::HoldTerminationSignals();  // before the toolkit has threads
+    if (const auto status = pixmora::AnswerQuestion(argc, argv, usage)) return *status;
     QApplication application(argc, argv);
+    if (!IsKnown(CommandLine(argc, argv))) return pixmora::RefuseWords(usage);
     QApplication::setApplicationName(QStringLiteral("pixmora"));
     QApplication::setDesktopFileName(QStringLiteral("pixmora"));
     pixmora::Desktop desktop(pixmora::MakeSetupForms());

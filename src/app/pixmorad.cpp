@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <string>
 
+#include "app/CommandLine.h"
 #include "app/LineDialogue.h"
 #include "core/WebsiteStart.h"
 #include "core/WebsiteStop.h"
@@ -14,8 +15,10 @@
 
 namespace {
 
-/// It runs unattended.
-constexpr pixmora::GuardDefaults guards{.MaxConnections = 200, .IdleTimeout = 60};
+constexpr const char *usage =
+    "usage: pixmorad [--help | --version]\n"
+    "Starts the website at once and serves it in the foreground until SIGTERM, SIGINT or SIGHUP.\n"
+    "pixmoractl makes its albums and settings.\n";
 
 /// The start sequence's status texts as lines on standard output, the site's address behind the last.
 /// A service manager hears the same.
@@ -44,7 +47,7 @@ bool Start() {
     pixmora::LoadSystray();
     pixmora::OnTerminationSignal(EndProgram);
     LineView view;
-    pixmora::RunStartSequence(view, guards);
+    pixmora::RunStartSequence(view);
     return pixmora::gWebsiteStarted;
 }
 
@@ -52,6 +55,8 @@ bool Start() {
 
 int main(int argc, char **argv) {
     const pixmora::Application application(argc, argv);
+    if (const auto status = pixmora::AnswerQuestion(argc, argv, usage)) return *status;
+    if (argc > 1) return pixmora::RefuseWords(usage);
     pixmora::LineDialogue dialogue;
     pixmora::SetOwnerDialogue(&dialogue);
     int status = 1;

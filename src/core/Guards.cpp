@@ -24,11 +24,11 @@ int GuardNumber(std::string_view key, int fallback, int highest) {
 
 }  // namespace
 
-void LoadListenSettings(const GuardDefaults &defaults) {
+void LoadListenSettings() {
     gSystray->wnskListen->SetLocalPort(ListenPort());
     gSystray->wnskListen->SetLocalAddress(ListenAddress());
-    gSystray->wnskListen->SetConnectionLimit(GuardNumber("MaxConnections", defaults.MaxConnections, HighestSendIndex));
-    gSystray->IdleTimeout = GuardNumber("IdleTimeout", defaults.IdleTimeout, longestIdleTimeout) * 1000;
+    gSystray->wnskListen->SetConnectionLimit(GuardNumber("MaxConnections", DefaultMaxConnections, HighestSendIndex));
+    gSystray->IdleTimeout = GuardNumber("IdleTimeout", DefaultIdleTimeout, longestIdleTimeout) * 1000;
 }
 
 void WatchForIdling() {

@@ -3,16 +3,14 @@
 
 namespace pixmora {
 
-/// What holds where the owner's settings are silent. The site as such has no guards.
-struct GuardDefaults {
-    int MaxConnections = 0;  ///< 0: any number
-    int IdleTimeout = 0;     ///< seconds, 0: for ever
-};
+/// What holds where the owner's settings are silent.
+inline constexpr int DefaultMaxConnections = 200;
+inline constexpr int DefaultIdleTimeout = 60;  ///< seconds
 
 /// Reads ListenPort, ListenAddress, MaxConnections and IdleTimeout of section Setup; the listening element and the idle
 /// check go by them from then on. A guard's number below 1, or a text that is none, turns it off. Not while the element
 /// listens. @throws RunTimeError TypeMismatch for the port
-void LoadListenSettings(const GuardDefaults &defaults);
+void LoadListenSettings();
 
 /// To be called for each new connection, so that the idle check runs while there are any.
 void WatchForIdling();

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/Guards.h"
 #include "core/SiteSettings.h"
 #include "core/Sweep.h"
 #include "core/WebsiteStop.h"
@@ -43,7 +44,7 @@ std::optional<std::string> DirectoryOfAlbum(const std::string &albumName) {
 
 class StartSequence {
 public:
-    StartSequence(StartView &view, const GuardDefaults &guards) : view_(view), guards_(guards) {}
+    explicit StartSequence(StartView &view) : view_(view) {}
 
     void Run() {
         if (HasAlbums() && OpenPort() && CheckForNews() && LoadSettings() && LoadAlbums() && GoOnline()) {
@@ -72,7 +73,7 @@ private:
         view_.AdvanceProgress();
         view_.ShowStatus("Opening Ports...");
         gSystray->wnskListen->Close();
-        LoadListenSettings(guards_);
+        LoadListenSettings();
         return true;
     }
 
@@ -196,7 +197,6 @@ private:
     }
 
     StartView &view_;
-    const GuardDefaults guards_;
     std::vector<std::string> names_;
     std::int32_t pictures_ = 0;
     std::int32_t movies_ = 0;
@@ -204,8 +204,8 @@ private:
 
 }  // namespace
 
-void RunStartSequence(StartView &view, const GuardDefaults &guards) {
-    StartSequence(view, guards).Run();
+void RunStartSequence(StartView &view) {
+    StartSequence(view).Run();
 }
 
 }  // namespace pixmora

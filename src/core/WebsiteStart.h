@@ -7,8 +7,6 @@
 
 #include <string>
 
-#include "core/Guards.h"
-
 namespace pixmora {
 
 /// What shows the sequence: the start window of the desktop, standard output of pixmorad, a record in tests.
@@ -27,8 +25,8 @@ public:
     virtual void ShowStopped() {}
 };
 
-/// Runs the whole sequence; gWebsiteStarted tells the outcome. @param guards where the settings set none @throws
-/// RunTimeError for a setting that is no number, a database error, a file that vanishes during the scan
-void RunStartSequence(StartView &view, const GuardDefaults &guards = {});
+/// Runs the whole sequence; gWebsiteStarted tells the outcome.
+/// @throws RunTimeError for a setting that is no number, a database error, a file that vanishes during the scan
+void RunStartSequence(StartView &view);
 
 }  // namespace pixmora

@@ -117,6 +117,7 @@ TEST_F(Addresses, ManyAtOnceStayBelowTheCeilingOfIndexes) {
 TEST_F(Addresses, BehindTheCeilingOfIndexesTheProcessWouldEnd) {
     std::vector<std::string> errors;
     SetUnhandledErrorHandler([&errors](const RunTimeError &error) { errors.push_back(error.Message()); });
+    gSystray->wnskListen->SetConnectionLimit(0);
     while (gSystray->wnskConnect.UBound() < HighestSendIndex) gSystray->wnskConnect.Load();
     const std::string wanted = "Too many connections! Try again later.Bad Request";
     const std::string answer = [&] {

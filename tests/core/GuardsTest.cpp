@@ -44,22 +44,19 @@ TEST_F(Guards, SettingsAreReadAsNumbersWhateverTheySay) {
         SCOPED_TRACE(row.text);
         SaveSetting("Setup", "MaxConnections", row.text);
         SaveSetting("Setup", "IdleTimeout", row.text);
-        LoadListenSettings({.MaxConnections = 200, .IdleTimeout = 60});
+        LoadListenSettings();
         EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), row.connections);
         EXPECT_EQ(gSystray->IdleTimeout, row.idle);
     }
     DeleteSetting("Setup", "MaxConnections");
     DeleteSetting("Setup", "IdleTimeout");
-    LoadListenSettings({.MaxConnections = 200, .IdleTimeout = 60});
+    LoadListenSettings();
     EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), 200);
     EXPECT_EQ(gSystray->IdleTimeout, 60000);
-    LoadListenSettings({});
-    EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), 0);
-    EXPECT_EQ(gSystray->IdleTimeout, 0);
 }
 
 TEST_F(Guards, WithoutThemSilenceIsBorne) {
-    StartWith({});
+    StartWith({{"IdleTimeout", "0"}});
     Client silent(Port());
     WaitForIndex(1);
     EXPECT_FALSE(gSystray->tmrIdle.Enabled());
@@ -129,7 +126,9 @@ TEST_F(Guards, VisitorsBeyondTheLimitWaitForAPlace) {
 }
 
 TEST_F(Guards, ALimitKeepsIndexesBelowTheirCeiling) {
-    StartWith({{"MaxConnections", "20"}});
+    StartWith({});
+    for (int i = 0; i <= HighestSendIndex; ++i) EXPECT_EQ(Fetch(Port(), "PUT / HTTP/1.0\r\n\r\n"), "");
+    EXPECT_NE(Get("/ShowHelp").find("</html>"), std::string::npos) << "refused requests use no index up";
     auto held = std::make_unique<Client>(Port());
     WaitForIndex(1);
     for (int index = 2; index <= HighestSendIndex; ++index) {

@@ -14,24 +14,40 @@
 
 namespace pixmora {
 
+namespace {
+
+sigset_t TerminationSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
+    return signals;
+}
+
+}  // namespace
+
 struct Application::Implementation {
     Implementation(int &argc, char **argv) : application(argc, argv) {}
     QCoreApplication application;
 };
 
 Application::Application(int &argc, char **argv) : implementation_(std::make_unique<Implementation>(argc, argv)) {
-    // A file at the size that the system allows is a full disk, and no reason to end.
-    std::signal(SIGXFSZ, SIG_IGN);
+    IgnoreHarmlessSignals();
 }
 
 Application::~Application() = default;
 
-void OnTerminationSignal(std::function<void()> handler) {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
+void IgnoreHarmlessSignals() {
+    for (const int signal : {SIGXFSZ, SIGPIPE}) std::signal(signal, SIG_IGN);
+}
+
+void HoldTerminationSignals() {
+    const sigset_t signals = TerminationSignals();
     sigprocmask(SIG_BLOCK, &signals, nullptr);
+}
+
+void OnTerminationSignal(std::function<void()> handler) {
+    HoldTerminationSignals();
+    const sigset_t signals = TerminationSignals();
     const int descriptor = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
     if (descriptor < 0) throw RunTimeError(ErrorNumber::DeviceIOError);
     auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, QCoreApplication::instance());
