@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -45,7 +46,7 @@ std::shared_ptr<SocketConnection> SocketConnection::Accepted(std::weak_ptr<Winso
                                                              Admission admission) {
     auto connection = std::make_shared<SocketConnection>(std::move(element), number, SocketState::Connected);
     connection->admission_ = std::move(admission);
-    if (!connection->Watch(EPOLLIN)) connection->FailFromLoop(errno);
+    if (!connection->Watch(EPOLLIN | EPOLLRDHUP)) connection->FailFromLoop(errno);
     return connection;
 }
 
@@ -73,12 +74,26 @@ std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Win
 void SocketConnection::Send(std::string_view bytes) {
     if (failure_ != 0) return;
     hasSent_ = true;
+    if (SourceLeft() > 0) {
+        behindSource_.append(bytes);
+        return;
+    }
     if (BytesWaiting() == 0) bytes.remove_prefix(WriteNow(bytes));
     if (failure_ == 0 && !bytes.empty()) {
         if (unsentStart_ > unsent_.size() / 2) unsent_.erase(0, std::exchange(unsentStart_, 0));
         unsent_.append(bytes);
     }
     Watch(Watched() | Wanted());
+}
+
+bool SocketConnection::SendSource(std::string_view bytes, ByteSource source) {
+    if (SourceLeft() > 0) return false;
+    Send(bytes);
+    source_ = std::move(source);
+    sourceSent_ = 0;
+    if (SourceLeft() == 0) EndSource();
+    Watch(Watched() | Wanted());
+    return true;
 }
 
 std::string SocketConnection::Fetch() {
@@ -142,6 +157,7 @@ void SocketConnection::OnReady(std::uint32_t events) {
     if (failure_ == 0 && (events & (EPOLLERR | EPOLLHUP)) != 0) failure_ = ErrorOf(Number());
     if (failure_ == 0) {
         if (state_ == SocketState::Connecting && (events & EPOLLOUT) != 0) BecomeConnected();
+        if ((events & EPOLLRDHUP) != 0 && !isPeerEndSeen_) NotePeerEnd();
         if ((events & EPOLLOUT) != 0 && WantsToWrite()) Write();
         if ((events & EPOLLIN) != 0 && WantsToRead()) Read();
         if (IsCloseDue()) {
@@ -183,7 +199,8 @@ bool SocketConnection::IsSendCompleteDue() const {
 }
 
 std::uint32_t SocketConnection::Wanted() const {
-    return (WantsToRead() ? EPOLLIN : 0U) | (WantsToWrite() || failure_ != 0 ? EPOLLOUT : 0U);
+    return (WantsToRead() ? EPOLLIN : 0U) | (WantsToWrite() || failure_ != 0 ? EPOLLOUT : 0U) |
+           (isPeerEndSeen_ ? 0U : EPOLLRDHUP);
 }
 
 bool SocketConnection::IsCloseDue() const {
@@ -197,9 +214,11 @@ void SocketConnection::BecomeConnected() {
 }
 
 void SocketConnection::Write() {
-    if (BytesWaiting() > 0) {
+    if (unsentStart_ < unsent_.size()) {
         unsentStart_ += WriteNow(std::string_view(unsent_).substr(unsentStart_));
-        if (BytesWaiting() == 0) DropUnsent();
+        if (unsentStart_ == unsent_.size()) DropBytes();
+    } else if (SourceLeft() > 0) {
+        WriteSource();
     }
     if (failure_ == 0 && IsSendCompleteDue()) {
         hasSent_ = false;
@@ -208,10 +227,33 @@ void SocketConnection::Write() {
     }
 }
 
+/// One piece for each turn, so that others have theirs. What the network has not taken of it is read anew next time: a
+/// slow reader holds no memory.
+void SocketConnection::WriteSource() {
+    const std::span<char> buffer = PieceBuffer();
+    const std::size_t wanted = std::min(buffer.size(), static_cast<std::size_t>(SourceLeft()));
+    const std::size_t count = source_.Read(sourceSent_, buffer.data(), wanted);
+    sourceSent_ += static_cast<std::int64_t>(WriteNow({buffer.data(), count}));
+    if (failure_ == 0 && count < wanted) failure_ = EIO;  // the peer is not to take the rest for the whole
+    if (SourceLeft() == 0) EndSource();
+}
+
+void SocketConnection::EndSource() {
+    source_ = {};
+    sourceSent_ = 0;
+    unsent_ = std::exchange(behindSource_, {});
+}
+
 /// Gives the memory back too: the answer before may have been a big one.
-void SocketConnection::DropUnsent() {
+void SocketConnection::DropBytes() {
     std::string().swap(unsent_);
     unsentStart_ = 0;
+}
+
+void SocketConnection::DropUnsent() {
+    behindSource_.clear();
+    EndSource();
+    DropBytes();
 }
 
 /// @return how many bytes the network has taken; sets failure_
@@ -223,12 +265,18 @@ std::size_t SocketConnection::WriteNow(std::string_view bytes) {
     return 0;
 }
 
+void SocketConnection::NotePeerEnd() {
+    isPeerEndSeen_ = true;
+    Raise(PeerEndHandler, &Winsock::OnPeerEnd);
+}
+
 void SocketConnection::Read() {
     const ssize_t count = Receive(received_);
     if (count > 0) {
         Raise(DataArrivalHandler, &Winsock::OnDataArrival, static_cast<std::size_t>(count));
     } else if (count == 0) {
         isInputEnded_ = true;
+        if (!isPeerEndSeen_) NotePeerEnd();
     } else if (!IsTransient(errno)) {
         failure_ = errno;
     }

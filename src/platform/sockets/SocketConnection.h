@@ -37,7 +37,11 @@ public:
     SocketState State() const { return state_; }
     /// Only while connected.
     void Send(std::string_view bytes);
-    std::size_t BytesWaiting() const { return unsent_.size() - unsentStart_; }
+    /// The bytes, and the source's behind them. @return false while another source waits: nothing is sent then
+    bool SendSource(std::string_view bytes, ByteSource source);
+    std::size_t BytesWaiting() const {
+        return unsent_.size() - unsentStart_ + static_cast<std::size_t>(SourceLeft()) + behindSource_.size();
+    }
     std::string Fetch();
     /// See Winsock.
     std::int32_t PeerIdleTime();
@@ -56,7 +60,8 @@ private:
         SendCompleteHandler = 4,
         CloseHandler = 8,
         ErrorHandler = 16,
-        PutOffAnswer = 32  ///< counts as DataArrival's
+        PutOffAnswer = 32,  ///< counts as DataArrival's
+        PeerEndHandler = 64
     };
 
     template <class... Parameters, class... Arguments>
@@ -67,10 +72,15 @@ private:
     bool IsSendCompleteDue() const;
     bool IsCloseDue() const;
     std::uint32_t Wanted() const;
+    std::int64_t SourceLeft() const { return source_.Length - sourceSent_; }
 
     void BecomeConnected();
     void Write();
+    void WriteSource();
+    void EndSource();
     void Read();
+    void NotePeerEnd();
+    void DropBytes();
     void DropUnsent();
     std::size_t WriteNow(std::string_view bytes);
     void FailFromLoop(int number);
@@ -81,12 +91,16 @@ private:
     std::string received_;         ///< not yet fetched
     std::string unsent_;           ///< not yet taken by the network, from unsentStart_ on
     std::size_t unsentStart_ = 0;  ///< an offset, so that a slow reader of a big answer costs no copying
+    ByteSource source_;            ///< goes behind unsent_
+    std::int64_t sourceSent_ = 0;
+    std::string behindSource_;     ///< goes behind source_
     unsigned running_ = 0;         ///< the handlers on the stack
     std::uint64_t exchanged_ = 0;  ///< bytes, both ways, when PeerIdleTime last saw them grow
     Tick peerIdleSince_ = GetTickCount();
     int failure_ = 0;       ///< errno that waits to be raised
     bool hasSent_ = false;  ///< SendComplete owes an event
-    bool isInputEnded_ = false;
+    bool isPeerEndSeen_ = false;
+    bool isInputEnded_ = false;  ///< and every byte before the end was read
     bool isCloseRaised_ = false;
 };
 

@@ -28,7 +28,7 @@ namespace {
 
 using Moment = std::chrono::steady_clock::time_point;
 
-constexpr std::size_t receiveLimit = 65536;
+constexpr std::size_t pieceSize = 65536;
 constexpr auto lingerTime = std::chrono::seconds(1);
 constexpr std::size_t lingerBytes = 65536;
 constexpr std::size_t lingerCount = 128;  // descriptors that peers who never end their side can hold for lingerTime
@@ -93,7 +93,7 @@ public:
 
     const int Epoll = epoll_create1(EPOLL_CLOEXEC);
     std::list<std::shared_ptr<Lingering>> Lingerers;  // oldest first
-    std::array<char, receiveLimit> ReceiveBuffer{};
+    std::array<char, pieceSize> Buffer{};
 
 private:
     Loop() : QObject(QCoreApplication::instance()), notifier_(Epoll, QSocketNotifier::Read) {
@@ -201,15 +201,19 @@ void SocketDescriptor::SetUpSending() const {
 }
 
 ssize_t SocketDescriptor::Receive(std::string &bytes) {
-    auto &buffer = Loop::Instance()->ReceiveBuffer;
+    auto &buffer = Loop::Instance()->Buffer;
     const ssize_t count = recv(number_, buffer.data(), buffer.size(), MSG_DONTWAIT);
     if (count > 0) bytes.assign(buffer.data(), static_cast<std::size_t>(count));
     return count;
 }
 
+std::span<char> SocketDescriptor::PieceBuffer() {
+    return Loop::Instance()->Buffer;
+}
+
 ssize_t SocketDescriptor::Discard() {
     auto *loop = Loop::Instance();
-    return loop ? recv(number_, loop->ReceiveBuffer.data(), loop->ReceiveBuffer.size(), MSG_DONTWAIT) : 0;
+    return loop ? recv(number_, loop->Buffer.data(), loop->Buffer.size(), MSG_DONTWAIT) : 0;
 }
 
 void SocketDescriptor::CallWhenFreed(std::function<void()> callback) {

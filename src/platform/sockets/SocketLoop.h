@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace pixmora {
@@ -42,6 +43,8 @@ protected:
     void SetUpSending() const;
     /// recv of at most 64 KB. @return recv's result, errno set as by it
     ssize_t Receive(std::string &bytes);
+    /// 64 KB for the moment, whose content the next call of any of these changes.
+    static std::span<char> PieceBuffer();
     /// Throws away at most 64 KB of input. @return recv's result
     ssize_t Discard();
     /// Ends the sending side and gives the descriptor away: it is closed when the peer has ended its side too, or has

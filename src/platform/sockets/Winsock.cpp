@@ -155,6 +155,12 @@ void Winsock::SendData(std::string_view bytes) {
     implementation_->connection->Send(bytes);
 }
 
+void Winsock::SendData(std::string_view bytes, ByteSource source) {
+    if (State() != SocketState::Connected) throw RunTimeError(ErrorNumber::ObjectNotSet);
+    if (!implementation_->connection->SendSource(bytes, std::move(source)))
+        throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+}
+
 std::size_t Winsock::BytesWaiting() const {
     return implementation_->connection ? implementation_->connection->BytesWaiting() : 0;
 }

@@ -13,6 +13,13 @@ namespace pixmora {
 /// The control's states, by its numbers.
 enum class SocketState { Closed = 0, Listening = 2, ResolvingHost = 4, Connecting = 6, Connected = 7, Error = 9 };
 
+/// Bytes that are read only when the network takes them.
+struct ByteSource {
+    /// Reads at an offset. @return how many bytes came; fewer than asked for when there are no more
+    std::function<std::size_t(std::int64_t offset, void *bytes, std::size_t count)> Read;
+    std::int64_t Length = 0;  ///< bytes that it has to give
+};
+
 /// Always owned through a shared_ptr, also where an owner adds to it by deriving: events hold the element while their
 /// handler runs, so a handler may drop the last reference of its owner. All events run under the event guard and may
 /// run inside another handler's DoEvents, but never inside a handler of the same event of the same element: what came
@@ -46,6 +53,8 @@ public:
     /// The peer has ended its sending. Held back while a handler of this element is on the stack or bytes wait to be
     /// sent, so that a half-closed client still gets its answer.
     std::function<void()> OnClose;
+    /// The peer has ended its sending. Comes at once, also while handlers of this element are on the stack.
+    std::function<void()> OnPeerEnd;
     /// A failed connect, read or write. The element is in state Error. @param number errno; @param description its text
     std::function<void(int number, const std::string &description)> OnError;
 
@@ -80,6 +89,10 @@ public:
     /// Appends to the send buffer and tries to write at once; never blocks. Bytes leave in the order of the calls.
     /// @throws RunTimeError ObjectNotSet when the element isn't connected
     void SendData(std::string_view bytes);
+    /// The same, and behind the bytes those of a source, piece by piece. It is dropped when it has gone or the
+    /// connection ends. A source that gives less than its length raises Error. @throws RunTimeError
+    /// InvalidProcedureCall while another source waits
+    void SendData(std::string_view bytes, ByteSource source);
     /// Bytes not yet taken by the network.
     std::size_t BytesWaiting() const;
 

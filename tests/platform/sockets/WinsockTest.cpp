@@ -104,6 +104,43 @@ ElementHandler SendInChunks(const std::string &answer) {
     };
 }
 
+/// A source that tells how much memory-less reading it saw.
+ByteSource SourceOf(const std::string &bytes, std::int64_t promised) {
+    return {[&bytes](std::int64_t offset, void *to, std::size_t count) {
+                const std::string_view part = std::string_view(bytes).substr(static_cast<std::size_t>(offset), count);
+                std::ranges::copy(part, static_cast<char *>(to));
+                return part.size();
+            },
+            promised};
+}
+
+TEST(WinsockSource, GoesOutBetweenTheBytesAroundItWithOneSendComplete) {
+    const std::string bytes = Pattern(3'000'000);
+    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, bytes.size()}) {
+        Server server([&](const Element &element) {
+            element->GetData();
+            element->SendData("head", SourceOf(bytes, static_cast<std::int64_t>(size)));
+            if (size == bytes.size()) {
+                EXPECT_THROW(element->SendData("", SourceOf(bytes, 1)), RunTimeError) << "one at a time";
+            }
+            element->SendData("tail");
+            EXPECT_LT(element->BytesWaiting(), size + 9);
+        });
+        server.SendBufferSize = 4096;
+        Client client(server.Port(), "127.0.0.1", 4096);
+        client.Send("x");
+        EXPECT_EQ(client.ReceiveAll(), "head" + bytes.substr(0, size) + "tail");
+        EXPECT_THAT(server.Events, ElementsAre("arrival", "complete")) << size;
+    }
+}
+
+TEST(WinsockSource, ThatGivesLessThanItPromisedEndsItsConnectionOnly) {
+    const std::string bytes = Pattern(300'000);
+    Server server([&](const Element &element) { element->SendData(element->GetData(), SourceOf(bytes, 400'000)); });
+    EXPECT_EQ(Fetch(server.Port(), "x"), "x" + bytes);
+    EXPECT_THAT(server.Events, ElementsAre("arrival", "error"));
+}
+
 TEST(WinsockConnect, TellsFailuresFromTheLoop) {
     int freePort = 0;
     {
