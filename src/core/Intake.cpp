@@ -97,6 +97,16 @@ void AwaitBody(VisitorSocket &socket) {
     socket.tmrBody->SetEnabled(true);
 }
 
+/// How far behind a request its sender's end of sending still belongs to it. ms
+constexpr Tick halfCloseDelay = 100;
+
+/// A client that ends its sending with its request still reads the answer. A browser that ends it later, while its
+/// picture waits, has given the picture up: its place is free at once.
+void HandlePeerEnd(const VisitorSocket &socket) {
+    if (socket.IsAwaitingTurn && !IsWithin(socket.RequestTick, halfCloseDelay))
+        gSystray->wnskConnect.Unload(socket.Index);
+}
+
 }  // namespace
 
 void HandleConnectionRequest(int requestId) {
@@ -113,6 +123,9 @@ void HandleConnectionRequest(int requestId) {
         if (element->tmrBody) return AnswerArrival(element->Self());  // it waits for the answer, not for more to send
         gSystray->wnskConnect.Unload(index);
     };
+    socket->OnPeerEnd = [element] {
+        HandlePeerEnd(*element);
+    };
     socket->OnError = [element](int, const std::string &) {
         element->Close();
     };
@@ -128,6 +141,7 @@ void HandleDataArrival(const Connection &socket) {
     }
     if (!socket->tmrBody) socket->Request.clear();
     socket->Request += socket->GetData();
+    socket->RequestTick = GetTickCount();
     if (IsUnfinishedLogin(socket->Request) && socket->Request.size() < longestLogin) {
         AwaitBody(*socket);
     } else {

@@ -1,6 +1,8 @@
 // clsWebServerCommands.h: files that go out as they are: the graphics of htdocs, the site's icon and the albums' icons.
+#include <memory>
 #include <optional>
 
+#include "core/site/BrowserCopy.h"
 #include "core/site/RequestGrammar.h"
 #include "pages/AlbumAddress.h"
 #include "pages/clsWebServerCommands.h"
@@ -13,13 +15,32 @@ namespace pixmora {
 
 namespace {
 
-void SendFile(const Connection &socket, std::string_view contentType, std::string_view bytes) {
-    SendIgnoringErrors(socket, Concat(WriteResponseHead(contentType, true), bytes));
-    DoEvents();
+struct PlainFile {
+    std::string Path;
+    std::shared_ptr<BinaryFile> File;
+};
+
+PlainFile OpenPlainFile(const std::string &path) {
+    return {path, BinaryFile::OpenForRead(path)};
 }
 
-std::string ReadAlbumIcon(const Arguments &args) {
-    return BinaryFile::OpenForRead(AlbumArgument(args, 0)->FeaturedImagePath)->ReadAll();
+PlainFile OpenAlbumIcon(const Arguments &args) {
+    return OpenPlainFile(AlbumArgument(args, 0)->FeaturedImagePath);
+}
+
+/// @return the file's length, or nothing when the visitor's browser held it already
+std::optional<std::size_t> SendPlainFile(const Connection &socket, std::string_view contentType, const PlainFile &file,
+                                         bool isLasting = true) {
+    const BrowserCopy copy = isLasting ? BrowserCopy(file.Path, "") : BrowserCopy();
+    if (copy.AnswerIfHeld(socket)) return std::nullopt;
+    const std::size_t length = SendFileIgnoringErrors(socket, copy.Head(contentType), file.File);
+    DoEvents();
+    return length;
+}
+
+/// The webcam's is another one every few seconds.
+bool IsStill(std::string_view name) {
+    return EqualsIgnoreCase(name.substr(0, name.find('.')), "capture");
 }
 
 }  // namespace
@@ -29,19 +50,19 @@ void clsWebServerCommands::genShowGraphic(const Connection &socket, const Argume
     const std::string path = App::HtdocsPath(name);
     if (HasForbiddenPart(name) || !FileExists(path) || IsDirectory(path))
         return SendIgnoringErrors(socket, "File Not Found!");
-    const std::string bytes = BinaryFile::OpenForRead(path)->ReadAll();
-    SendFile(socket, "image/gif", bytes);
-    BookKilobytes(NoAlbum, bytes.size());
+    const auto length = SendPlainFile(socket, "image/gif", OpenPlainFile(path), !IsStill(name));
+    if (length) BookKilobytes(NoAlbum, *length);
 }
 
 void clsWebServerCommands::genFaviconico(const Connection &socket) const {
-    SendFile(socket, "image/x-icon", ReadBinaryFile(App::HtdocsPath("favicon.ico")));
+    const std::string path = App::HtdocsPath("favicon.ico");
+    SendPlainFile(socket, "image/x-icon", {path, BinaryFile::OpenBinary(path)});
 }
 
 void clsWebServerCommands::genShowAlbumIcon(const Connection &socket, const Arguments &args) const {
-    const std::optional<std::string> icon = TryRead(args, ReadAlbumIcon);
+    const std::optional<PlainFile> icon = TryRead(args, OpenAlbumIcon);
     if (!icon) return SendIgnoringErrors(socket, "Bad Request!");
-    SendFile(socket, "image/jpeg", *icon);
+    SendPlainFile(socket, "image/jpeg", *icon);
 }
 
 }  // namespace pixmora

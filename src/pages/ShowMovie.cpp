@@ -1,6 +1,8 @@
 // clsWebServerCommands.h: the beginning of a movie's transfer. The rest goes out chunk by chunk.
 #include <optional>
+#include <utility>
 
+#include "core/site/ByteRange.h"
 #include "core/site/Globals.h"
 #include "core/site/Visitors.h"
 #include "core/site/frmSystray.h"
@@ -14,6 +16,7 @@
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Popularity.h"
+#include "store/Settings.h"
 
 namespace pixmora {
 
@@ -32,6 +35,53 @@ MovieAddress ReadMovieAddress(const Arguments &args) {
 /// The file's path below the album's root, as the popular tables have it.
 std::string PathInAlbum(const clsAlbum &album, const std::string &path) {
     return path.substr(album.Directory.size());
+}
+
+/// With today's types of movies come the players that ask for parts of them.
+bool ServesPlayers() {
+    return Val(GetSetting("Setup", "MoreTypes")) == 1;
+}
+
+std::string_view MovieContentType(std::string_view name) {
+    constexpr std::pair<std::string_view, std::string_view> types[] = {
+        {".mp4", "video/mp4"},       {".m4v", "video/mp4"},  {".webm", "video/webm"}, {".mkv", "video/x-matroska"},
+        {".mov", "video/quicktime"}, {".mpg", "video/mpeg"}, {".mpeg", "video/mpeg"}, {".avi", "video/x-msvideo"},
+    };
+    for (const auto &[ending, type] : types) {
+        if (EqualsIgnoreCase(LastCharacters(name, ending.size()), ending)) return type;
+    }
+    return "application/octet-stream";
+}
+
+/// What goes out of a movie: all of it, or the part that a player asks for.
+struct Delivery {
+    std::int64_t First = 0;
+    std::int64_t Length = 0;
+    std::string Head;
+};
+
+Delivery WholeMovie(std::int64_t size) {
+    return {0, size,
+            Concat(WriteResponseHead("application/octet-stream", false), "Content-Length: ", size, CrLf, CrLf)};
+}
+
+/// For players that seek. Downloads keep the type that makes a browser save them.
+Delivery MovieForPlayers(const MovieAddress &address, std::int64_t size, std::string_view request) {
+    const std::string_view type =
+        address.Mode.starts_with("full") ? "application/octet-stream" : MovieContentType(address.LinkPath);
+    const auto range = ReadByteRange(HeaderValue(request, "Range").value_or(""), size);
+    const auto head = [&](std::string_view status, std::string_view contentRange, std::int64_t length) {
+        return WriteResponseHead(status, type,
+                                 Concat("Pragma: no-cache\r\nAccept-Ranges: bytes\r\n", contentRange,
+                                        "Content-Length: ", length, CrLf, CrLf));
+    };
+    if (!range) return {0, size, head("200 OK", "", size)};
+    if (range->Length == 0)
+        return {0, 0, head("416 Range Not Satisfiable", Concat("Content-Range: bytes */", size, CrLf), 0)};
+    return {range->First, range->Length,
+            head("206 Partial Content",
+                 Concat("Content-Range: bytes ", range->First, "-", range->First + range->Length - 1, "/", size, CrLf),
+                 range->Length)};
 }
 
 }  // namespace
@@ -53,13 +103,14 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
         SendIgnoringErrors(socket, "Too many connections! Try again later.");
         throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     }
+    const Delivery delivery = ServesPlayers() ? MovieForPlayers(*address, size, socket->Request) : WholeMovie(size);
     socket->Transfer = {.FileNumber = std::move(file),
                         .FilePath = path,
-                        .FileSize = size,
+                        .FirstByte = delivery.First,
+                        .FileSize = delivery.Length,
                         .BytesSent = 0,
                         .LastSendTick = GetTickCount()};
-    SendIgnoringErrors(
-        socket, Concat(WriteResponseHead("application/octet-stream", false), "Content-Length: ", size, CrLf, CrLf));
+    SendIgnoringErrors(socket, delivery.Head);
     DoEvents();
 }
 

@@ -2,6 +2,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/site/BrowserCopy.h"
 #include "core/site/Globals.h"
 #include "pages/AlbumAddress.h"
 #include "pages/Listings.h"
@@ -64,10 +65,11 @@ public:
 bool WaitForTurn(const Connection &socket) {
     const std::int32_t spacing = GetSettingNumber("Setup", "ConversionSpacing", defaultSpacing);
     DoEvents();
-    while (IsWithin(gLastConversionTick, spacing)) {
-        if (socket->State() != SocketState::Connected) return false;
+    socket->IsAwaitingTurn = true;
+    while (socket->State() == SocketState::Connected && IsWithin(gLastConversionTick, spacing))
         WaitUntilTick(TickAfter(TickAfter(gLastConversionTick, spacing), 1));
-    }
+    socket->IsAwaitingTurn = false;
+    if (socket->State() != SocketState::Connected) return false;
     gLastConversionTick = GetTickCount();
     return true;
 }
@@ -94,33 +96,45 @@ std::optional<std::string> Convert(const std::string &path, const Conversion &co
     }
 }
 
-/// Empty when the file can't be read.
-std::string ReadPicture(const std::string &path) {
+/// @return the length of the file; 0 for one that can't be read
+std::size_t SendStoredFile(const Connection &socket, const std::string &path, const BrowserCopy &copy) {
     try {
-        return BinaryFile::OpenForRead(path)->ReadAll();
+        // Deliberate: "image/jpeg" also for a GIF or BMP that goes out as it is.
+        return SendFileIgnoringErrors(socket, copy.Head("image/jpeg"), BinaryFile::OpenForRead(path));
     } catch (const RunTimeError &) {
-        return {};
+        SendIgnoringErrors(socket, WriteResponseHead("image/jpeg", true));
+        return 0;
     }
 }
 
-void SendPicture(const Connection &socket, const clsAlbum &album, const std::string &bytes) {
-    // Deliberate: "image/jpeg" also for a GIF or BMP that goes out as it is.
-    SendIgnoringErrors(socket, Concat(WriteResponseHead("image/jpeg", true), bytes));
-    BookKilobytes(album.Name, bytes.size());
+/// @return the length of the conversion, 0 for a picture that can't be read
+std::size_t SendConversion(const Connection &socket, const std::string &bytes, const BrowserCopy &copy) {
+    // What can't be read now may be readable soon.
+    const std::string head = bytes.empty() ? WriteResponseHead("image/jpeg", true) : copy.Head("image/jpeg");
+    SendIgnoringErrors(socket, head + bytes);
+    return bytes.size();
 }
 
 /// @param path of a file that is there
-void Deliver(const Connection &socket, const PictureAddress &address, const std::string &path) {
+void Deliver(const Connection &socket, const PictureAddress &address, const std::string &path,
+             const BrowserCopy &copy) {
     CountPicture(address.Mode, *address.Album);
     const std::optional<Conversion> conversion = ConversionOf(address.Mode);
-    const std::optional<std::string> bytes = conversion ? Convert(path, *conversion) : ReadPicture(path);
-    if (!bytes) {
-        SendIgnoringErrors(socket, Concat(WriteResponseHead("text/html", true), "Picture Conversion Error"));
-        return;
+    std::optional<std::string> bytes;
+    if (conversion) {
+        bytes = Convert(path, *conversion);
+        if (!bytes)
+            return SendIgnoringErrors(socket, WriteResponseHead("text/html", true) + "Picture Conversion Error");
     }
     gLastConversionTick = GetTickCount();
     DoEvents();
-    SendPicture(socket, *address.Album, *bytes);
+    const std::size_t length = bytes ? SendConversion(socket, *bytes, copy) : SendStoredFile(socket, path, copy);
+    BookKilobytes(address.Album->Name, length);
+}
+
+/// What decides a conversion's bytes beside its picture.
+std::string FormOf(const std::optional<Conversion> &conversion) {
+    return conversion ? Concat(conversion->WidthLimit, ",", conversion->Flags) : "";
 }
 
 void AnswerHeld(const Connection &socket, const Arguments &args) {
@@ -140,15 +154,18 @@ void clsWebServerCommands::genShowPicture(const Connection &socket, const Argume
     const std::optional<PictureAddress> address = TryRead(args, ReadPictureAddress);
     if (!address) return SendIgnoringErrors(socket, "Bad Request");
     if (!IsPictureName(address->LinkPath)) return SendIgnoringErrors(socket, "Not a Valid Picture!");
+    const std::string path = VisitorFilePath(address->Album->Directory, address->LinkPath);
+    const BrowserCopy copy(path, FormOf(ConversionOf(address->Mode)));
+    if (copy.AnswerIfHeld(socket)) return;
     if (gHeldPictures) {
         socket->SetAnswering(true);
+        socket->IsAwaitingTurn = true;
         gHeldPictures->push_back([socket, args] { AnswerHeld(socket, args); });
         return;
     }
-    const std::string path = VisitorFilePath(address->Album->Directory, address->LinkPath);
     if (!WaitForTurn(socket)) return;
     if (!FileExists(path)) return SendIgnoringErrors(socket, "Picture Not Found!");
-    Deliver(socket, *address, path);
+    Deliver(socket, *address, path, copy);
     DoEvents();
 }
 

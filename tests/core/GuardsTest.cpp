@@ -114,6 +114,28 @@ TEST_F(Guards, AVisitorWhosePictureWaitsItsTurnIsNotIdle) {
     EXPECT_GE(GetTickCount() - begun, 300000);
 }
 
+TEST_F(Guards, APictureThatItsBrowserGivesUpLeavesTheWaitingAtOnce) {
+    StartWith({});
+    for (const int behindRequest : {100, 101}) {
+        Client browser(Port());
+        WaitForIndex(1);
+        const Connection socket = gSystray->wnskConnect.Item(1);
+        std::optional<bool> hasLeft;
+        socket->OnDataArrival = [&](std::size_t) {
+            socket->RequestTick = GetTickCount();
+            socket->IsAwaitingTurn = true;
+            Clock.Advance(behindRequest);
+            browser.HalfClose();
+            TurnUntil([] { return gSystray->wnskConnect.UBound() == 0; }, std::chrono::milliseconds(20));
+            hasLeft = gSystray->wnskConnect.UBound() == 0;
+        };
+        browser.Send("GET");
+        TurnUntil([&] { return hasLeft.has_value(); });
+        EXPECT_EQ(hasLeft, behindRequest > 100) << "what comes with the request is a client's that still reads";
+        gSystray->wnskConnect.Unload(1);
+    }
+}
+
 TEST_F(Guards, VisitorsBeyondTheLimitWaitForAPlace) {
     StartWith({{"MaxConnections", "2"}});
     Client first(Port());

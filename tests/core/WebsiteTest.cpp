@@ -3,6 +3,7 @@
 #include "platform/runtime/Text.h"
 #include "setup/rules/DirOrderEditor.h"
 #include "store/Schema.h"
+#include "store/Statistics.h"
 #include "support/FileSizeLimit.h"
 #include "support/RawDatabase.h"
 #include "support/RunningSite.h"

@@ -86,7 +86,6 @@ const TextCase cookies[] = {
     {"first of two wins", "Cookie: ms_username=Ann; ms_username=Bob; x=y\r\n\r\n", "Ann"},
     {"header in lower case", "a: b\r\ncookie: ms_username=Ann;x=y\r\n\r\n", "Ann"},
     {"undecoded", "Cookie: ms_username=A%41;x=y\r\n\r\n", "A%41"},
-    {"a header in another case isn't one", "cookie: ms_username=Ann; x=y\r\n\r\n", ""},
     {"behind the head it doesn't count as ended", "Cookie: a=b\r\n\r\nms_username=Ann", ""},
 };
 

@@ -19,7 +19,8 @@ namespace pixmora {
 struct SendState {
     std::shared_ptr<BinaryFile> FileNumber;  ///< the open file; kept also by an empty movie, which nothing closes
     std::string FilePath;                    ///< full path
-    std::int64_t FileSize = 0;               ///< bytes; above 0 means that a transfer is running
+    std::int64_t FirstByte = 0;              ///< offset in the file, above 0 where a player asked for a part
+    std::int64_t FileSize = 0;               ///< bytes to go in all; above 0 means that a transfer is running
     std::int64_t BytesSent = 0;              ///< bytes read and handed to the socket so far
     Tick LastSendTick = 0;                   ///< of the last chunk, or of the head before there is one
 };
@@ -31,7 +32,9 @@ public:
     static std::shared_ptr<VisitorSocket> Create() { return std::shared_ptr<VisitorSocket>(new VisitorSocket); }
     std::shared_ptr<VisitorSocket> Self() { return std::static_pointer_cast<VisitorSocket>(shared_from_this()); }
 
-    std::string Request;  ///< that has come last, as it was sent
+    std::string Request;          ///< that has come last, as it was sent
+    Tick RequestTick = 0;         ///< when it has come
+    bool IsAwaitingTurn = false;  ///< its picture waits for the conversions before it
     SendState Transfer;
     std::unique_ptr<Timer> tmrBody;  ///< runs while a login's body may still come behind its head
 

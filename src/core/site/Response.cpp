@@ -4,16 +4,26 @@
 #include "core/site/Globals.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora {
 
+namespace {
+
+/// Bytes of a file that go out with their head in one piece, since waiting for their turns would cost more than memory.
+constexpr std::int64_t longestInOne = 65536;
+
+}  // namespace
+
 std::string WriteResponseHead(std::string_view contentType, bool endHead) {
-    std::string head = "HTTP/1.0 200 OK\r\nServer: " + App::Title + " v" + std::to_string(App::Major) + "." +
-                       std::to_string(App::Minor) + "\r\nContent-Type: ";
-    head += contentType;
-    head += "\r\nPragma: no-cache\r\n";
-    if (endHead) head += "\r\n";
-    return head;
+    return WriteResponseHead("200 OK", contentType, endHead ? "Pragma: no-cache\r\n\r\n" : "Pragma: no-cache\r\n");
+}
+
+std::string WriteResponseHead(std::string_view status, std::string_view contentType, std::string_view lines) {
+    std::string head =
+        Concat("HTTP/1.0 ", status, "\r\nServer: ", App::Title, " v", App::Major, ".", App::Minor, "\r\n");
+    if (!contentType.empty()) Append(head, "Content-Type: ", contentType, "\r\n");
+    return head.append(lines);
 }
 
 void SendIgnoringErrors(const Connection &socket, std::string_view bytes) {
@@ -22,6 +32,24 @@ void SendIgnoringErrors(const Connection &socket, std::string_view bytes) {
     } catch (const RunTimeError &) {
         // The visitor has gone; there is nobody to tell.
     }
+}
+
+std::size_t SendFileIgnoringErrors(const Connection &socket, std::string head,
+                                   const std::shared_ptr<BinaryFile> &file) {
+    const std::int64_t length = file->Length();
+    if (length <= longestInOne) {
+        SendIgnoringErrors(socket, head += file->ReadAll());
+        return static_cast<std::size_t>(length);
+    }
+    const auto read = [file](std::int64_t offset, void *bytes, std::size_t count) {
+        return file->ReadAt(offset, bytes, count);
+    };
+    try {
+        socket->SendData(head, {read, length});
+    } catch (const RunTimeError &) {
+        // The visitor has gone; there is nobody to tell.
+    }
+    return static_cast<std::size_t>(length);
 }
 
 void BookKilobytes(std::string_view album, std::size_t bytes) {

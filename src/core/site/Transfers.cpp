@@ -5,7 +5,6 @@
 
 #include "core/site/Response.h"
 #include "platform/runtime/Clock.h"
-#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 
@@ -16,11 +15,9 @@ constexpr std::int64_t chunkSize = 1024;
 /// Fewer bytes when the file has become shorter or can't be read.
 std::string ReadChunk(const SendState &state, std::int64_t size) {
     if (size <= 0 || !state.FileNumber) return {};
-    try {
-        return state.FileNumber->Read(static_cast<std::size_t>(size));
-    } catch (const RunTimeError &) {
-        return {};
-    }
+    std::string chunk(static_cast<std::size_t>(size), '\0');
+    chunk.resize(state.FileNumber->ReadAt(state.FirstByte + state.BytesSent, chunk.data(), chunk.size()));
+    return chunk;
 }
 
 }  // namespace
