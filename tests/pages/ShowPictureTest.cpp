@@ -95,7 +95,7 @@ TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
     const clsAlbum &album = AddAlbum("A");
     AddFile(album, "big.bmp", BitmapFile(1000, 700));
     AddFile(album, "small.bmp", BitmapFile(160, 10));
-    const Connection held = Winsock::Create();
+    const Connection held = VisitorSocket::Create();
     held->OnDataArrival = [&](std::size_t) {
         gWebServerCommands->genShowPicture(held, {"1", "thumb", "/small.bmp"});
     };
