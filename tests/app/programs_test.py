@@ -6,6 +6,7 @@ import signal
 import socket
 import subprocess
 import sys
+import time
 import unittest
 
 sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "../support"))
@@ -81,7 +82,7 @@ class ProgramsTest(unittest.TestCase):
 
     def test_a_running_site_keeps_its_tables_and_ends_by_each_signal(self):
         self.site.add_album("Trips", self.pictures)
-        for number in (signal.SIGTERM, signal.SIGINT):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             self.site.start()
             self.assertEqual(self.site.database and b"Trips" in self.site.get("/"), True)
             done = self.run_words(PROGRAMS + "/pixmoractl", "album", "remove", "Trips")
@@ -90,6 +91,34 @@ class ProgramsTest(unittest.TestCase):
             self.assertEqual((1, True), (second.returncode, "already running" in second.stderr), second)
             self.assertEqual(0, self.site.stop(number))
         self.assertEqual("Trips\t%s\n" % self.pictures, self.run_words(PROGRAMS + "/pixmoractl", "album", "list").stdout)
+
+    def test_words_are_answered_or_refused(self):
+        for program, words, status in [("pixmorad", ["--help"], 0), ("pixmorad", ["--version"], 0), ("pixmorad", ["start"], 2),
+                                       ("pixmorad", ["--help", "me"], 2), ("pixmora", ["--help"], 0), ("pixmora", ["START"], 2),
+                                       ("pixmora", ["--version"], 0), ("pixmora", [self.pictures + "/a.bmp"], 2)]:
+            with self.subTest(program=program, words=words):
+                self.site.environment["QT_QPA_PLATFORM"] = "offscreen"
+                done = self.run_words(PROGRAMS + "/" + program, *words)
+                self.assertEqual((status, status == 0, status != 0), (done.returncode, bool(done.stdout), bool(done.stderr)))
+
+    def test_a_reader_of_the_messages_who_goes_ends_nothing(self):
+        self.site.add_album("Trips", self.pictures)
+        reading, writing = os.pipe()
+        os.close(reading)
+        server = subprocess.Popen([PROGRAMS + "/pixmorad"], env=self.site.environment, stdout=writing, stderr=writing)
+        os.close(writing)
+        self.addCleanup(server.wait)
+        self.addCleanup(server.kill)
+        deadline = time.monotonic() + 60
+        page = b""
+        while not page and server.poll() is None and time.monotonic() < deadline:
+            try:
+                page = self.site.get("/ShowHelp")
+            except OSError:
+                time.sleep(0.1)
+        self.assertIn(b"</html>", page)
+        server.send_signal(signal.SIGHUP)
+        self.assertEqual(0, server.wait(60))
 
     def test_a_start_that_cannot_be_says_why(self):
         self.assertEqual(1, self.run_words(PROGRAMS + "/pixmorad").returncode, "no albums")

@@ -138,7 +138,7 @@ TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
         const std::shared_ptr<Winsock> listener = Winsock::Create();
         std::vector<Connection> connections;
         listener->OnConnectionRequest = [&](int requestId) {
-            connections.push_back(Winsock::Create());
+            connections.push_back(VisitorSocket::Create());
             connections.back()->Accept(requestId);
         };
         listener->Listen();
