@@ -3,6 +3,7 @@
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="referrer" content="same-origin">
 <title>{SERVER_TITLE}</title>
 <link rel="icon" href="favicon.ico">
 <style>
@@ -88,7 +89,22 @@ function KeepLinks() {
     link.addEventListener('click', function (event) { event.stopPropagation(); });
   });
 }
+// A featured picture has no caption; it stands for its album.
+function DescribePictures() {
+  Array.prototype.forEach.call(document.querySelectorAll('.albums td.tdPictureCell a > img'), function (image) {
+    var name = image.closest('table').closest('tr').querySelector('.lblAlbumName');
+    if (name) image.alt = name.textContent;
+  });
+}
 document.addEventListener('DOMContentLoaded', KeepLinks);
+document.addEventListener('DOMContentLoaded', DescribePictures);
+// The home page of a build that has none is one of the addresses that nobody can own (RFC 2606): its link is plain text.
+function PlainFooter() {
+  Array.prototype.forEach.call(document.querySelectorAll('a[href]'), function (link) {
+    if (/\.example$/.test(link.hostname)) link.replaceWith.apply(link, link.childNodes);
+  });
+}
+document.addEventListener('DOMContentLoaded', PlainFooter);
 </script>
 </head>
 <body>
@@ -112,6 +128,7 @@ document.addEventListener('DOMContentLoaded', KeepLinks);
         <li><a href="ShowAlbum?ShowPopular&amp;thumbs"><img src="ShowGraphic?popular16.gif" alt="">Most popular</a></li>
         <li><a href="ShowAlbum?ShowStats"><img src="ShowGraphic?stats16.gif" alt="">Statistics</a></li>
         <li><a href="ShowAlbum?ShowHelp"><img src="ShowGraphic?help16.gif" alt="">Help</a></li>
+        <li><a href="ShowAlbum?ShowLogin&amp;1&amp;thumbs&amp;1"><img src="ShowGraphic?login16.gif" alt="">Log in</a></li>
         <li><a href="javascript:SendSite();"><img src="ShowGraphic?digitalcam16.gif" alt="">Tell a friend</a></li>
       </ul>
     </div>

@@ -3,11 +3,11 @@
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="referrer" content="same-origin">
 <title>{SERVER_TITLE}</title>
 <style>
 frame.plain { visibility: hidden; }
 </style>
-<noscript><style>frame.plain { visibility: visible; }</style></noscript>
 <script>
 // The frames of an album. The bottom bar's own script gives the middle row myHeight - 200 and the middle column
 // myWidth - 100 pixels once it has loaded, so both are kept at what this window needs.
@@ -59,16 +59,18 @@ function Dress(page) {
   LOOK.forEach(function (name) { if (look[name]) page.documentElement.style.setProperty(name, look[name]); });
 }
 
-// Margins and borders come without a response head, which browsers refuse on most ports: an empty page takes their place.
-// They stay hidden until painted, so that the browser's own page about the refusal never flashes up.
+// Margins and borders come without a response head: browsers refuse that, or show the markup. An empty page takes their
+// place before they come, and they stay hidden until it is painted.
 function ShowPlain(frame) {
   if (Paint(frame)) frame.style.visibility = 'visible';
-  else frame.contentWindow.location.replace('about:blank');
+  else Empty(frame);
 }
+
+function Empty(frame) { frame.contentWindow.location.replace('about:blank'); }
 
 function Paint(frame) {
   var page = PageIn(frame);
-  if (!page) return false;
+  if (!page || page.URL != 'about:blank') return false;
   var given = /Border\?([0-9a-f]{6})/i.exec(frame.getAttribute('src'));
   var colour = given ? look['--line'] || '#' + given[1] : look['--desk'] || '#FFFFFF';
   page.documentElement.style.background = page.body.style.background = colour;
@@ -99,22 +101,87 @@ function OfferTree() {
   link.style.display = IsNarrow() ? '' : 'none';
 }
 
+// A failure comes without a response head, too, and no browser shows that well: a sentence takes its place.
+function Explain(frame) {
+  var page = PageIn(frame);
+  if (!page || page.contentType == 'text/plain') {
+    Empty(frame);
+  } else if (page.URL == 'about:blank') {
+    Dress(page);
+    page.body.style.cssText = 'margin: 20px; background: var(--page, #FFFFFF); color: var(--ink, #1F2A3A); font: 15px/1.45 system-ui, sans-serif';
+    page.body.textContent = 'Sorry, there is nothing to see at this address. ';
+    var link = page.createElement('a');
+    link.href = new URL('Index', location.href).href;
+    link.target = '_top';
+    link.textContent = 'Front page';
+    link.style.color = 'var(--link, #1F57B5)';
+    page.body.appendChild(link);
+  }
+}
+
+// The address of the tree, with the token of "%" for each "%": as an escape it would be gone when the server compares the
+// directory's name with those on the disk. A "%" of the name's own goes as a byte then.
+function TreeAddress(address) {
+  return address.replace(/<percent>num<percent>(?=20)/g, '<byte>25<byte>').replace(/%/g, '<percent>num<percent>');
+}
+
+// The pages beside the tree tell the way down to their place, and the tree knows the album's name.
+function NameAlbum() {
+  var tree = PageIn(Element('tree')), media = PageIn(Element('media')), page = media && media.defaultView;
+  var name = tree && page && page.NameAlbum && tree.querySelector('a[href^="ShowAlbum?' + Number(page.AlbumNumber()) + '&"] b');
+  if (name) page.NameAlbum(name.textContent.trim());
+}
+
+// The bars are the program's own pages, so they are finished here.
+function FinishBar(page) {
+  var meta = page.createElement('meta');
+  meta.name = 'referrer';
+  meta.content = 'same-origin';
+  page.head.appendChild(meta);
+  // The home page of a build that has none is one of the addresses that nobody can own (RFC 2606).
+  Array.prototype.forEach.call(page.querySelectorAll('a[href]'), function (link) {
+    if (/\.example$/.test(link.hostname)) link.replaceWith.apply(link, link.childNodes);
+  });
+}
+
 function FrameLoaded(event) {
   var frame = event.target;
   if (frame.tagName != 'FRAME') return;
+  var page = PageIn(frame);
   if (frame.className == 'plain') ShowPlain(frame);
   if (frame.id == 'titlebar') { ReadLook(); PaintAll(); OfferTree(); }
+  if (frame.id == 'titlebar' || frame.id == 'bottombar') { if (page) FinishBar(page); }
+  if (frame.id == 'tree' || frame.id == 'media') { Explain(frame); NameAlbum(); }
   if (frame.id == 'media') {
-    var page = PageIn(frame);
     if (page && page.title) document.title = page.title;
     if (treeOpen) { treeOpen = false; Arrange(); }
   }
 }
 
+// Called as soon as the frames stand in this page, before any answer has come.
+function FramesMade(records) {
+  records.forEach(function (record) { Array.prototype.forEach.call(record.addedNodes, FrameMade); });
+}
+
+function FrameMade(frame) {
+  if (frame.tagName != 'FRAME') return;
+  if (frame.className == 'plain') Empty(frame);
+  var address = frame.id == 'tree' && TreeAddress(frame.getAttribute('src'));
+  if (address && address != frame.getAttribute('src')) frame.contentWindow.location.replace(address);
+}
+
 Measure();
 document.addEventListener('load', FrameLoaded, true);
+new MutationObserver(FramesMade).observe(document, { childList: true, subtree: true });
 document.addEventListener('DOMContentLoaded', Arrange);
-window.addEventListener('load', function () { ReadLook(); PaintAll(); Arrange(); });
+window.addEventListener('load', function () {
+  ReadLook();
+  PaintAll();
+  Arrange();
+  // Some browsers tell of a refused answer with no event of the frame's own.
+  Explain(Element('tree'));
+  Explain(Element('media'));
+});
 window.addEventListener('resize', Arrange);
 if (window.matchMedia) {
   var darkness = window.matchMedia('(prefers-color-scheme: dark)');

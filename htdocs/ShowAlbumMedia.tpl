@@ -3,6 +3,7 @@
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="referrer" content="same-origin">
 <title>{DIR_TITLE} - {SERVER_TITLE}</title>
 <style>
 body { margin: 0; }
@@ -76,23 +77,83 @@ function Wrap() {
   document.body.classList.remove('wrapped');
   if (document.documentElement.scrollWidth > document.documentElement.clientWidth) document.body.classList.add('wrapped');
 }
-// The arrow keys do what the arrows on the page do.
-function ArrowKey(event) {
-  var words = { ArrowLeft: ['Back', 'Previous'], ArrowRight: ['Forward', 'Next'] }[event.key];
+// Follows the first link of the toolbar that has one of these signs.
+function Follow(words) {
+  var image = words.map(function (word) { return document.querySelector('.toolbar a > img[alt="' + word + '"]'); }).find(Boolean);
+  if (image) image.parentNode.click();
+  return Boolean(image);
+}
+// The arrow keys do what the arrows on the page do; the space bar stops the slide show and lets it go on.
+function Key(event) {
+  var words = { ArrowLeft: ['Back', 'Previous'], ArrowRight: ['Forward', 'Next'], ' ': ['Pause', 'Play'] }[event.key];
   if (!words || event.altKey || event.ctrlKey || event.metaKey) return;
-  words.forEach(function (word) {
-    var image = document.querySelector('.toolbar a > img[alt="' + word + '"]');
-    if (image) image.parentNode.click();
+  if (Follow(words) && event.key == ' ') event.preventDefault();
+}
+// A swipe leads on like the arrows, unless the fingers zoom or move a zoomed page.
+var touch = null;
+function TouchStart(event) { touch = event.touches.length == 1 ? event.touches[0] : null; }
+function TouchEnd(event) {
+  if (!touch || (window.visualViewport && visualViewport.scale > 1)) return;
+  var x = event.changedTouches[0].clientX - touch.clientX, y = event.changedTouches[0].clientY - touch.clientY;
+  if (Math.abs(x) > 50 && Math.abs(x) > 2 * Math.abs(y)) Follow([x < 0 ? 'Forward' : 'Back']);
+}
+// A name as the address has it: the tokens of characters that links can't carry turned back.
+function PlainName(part) {
+  try { part = decodeURIComponent(part); } catch (e) {}
+  return part.replace(/<(amp|plus|pound|percent)>(?:and|num)<\1>|<byte>([0-9A-F]{2})<byte>/g, function (token, kind, code) {
+    return code ? String.fromCharCode(parseInt(code, 16)) : { amp: '&', plus: '+', pound: '#', percent: '%' }[kind];
   });
 }
+// The pieces of this page's own address. Mailed addresses have "*" for "&" and "**" for a blank.
+function AddressParts() {
+  return location.search.substr(1).replace(/&$/, '').replace(/\*\*/g, '%20').replace(/\*/g, '&').split('&');
+}
+// The way down to this place, each step a link. The album's name stands in the tree, from where the frameset tells it.
+function ShowWay(album, view, directories, here) {
+  var way = document.getElementById('way'), title = way.textContent;
+  way.textContent = '';
+  [''].concat(directories).forEach(function (directory, i) {
+    var link = document.createElement('a');
+    link.href = i == directories.length && here ? here : 'ShowAlbum?' + [album].concat(view, directories.slice(0, i)).join('&');
+    link.target = '_top';
+    link.textContent = i == directories.length ? title : i == 0 ? 'Album' : PlainName(directory);
+    if (i == 0 && directories.length > 0) link.id = 'album';
+    way.append(i == 0 ? '' : ' > ', link);
+  });
+}
+function AlbumNumber() { return AddressParts()[0]; }
+function NameAlbum(name) {
+  var link = document.getElementById('album');
+  if (link) link.textContent = name;
+}
+// The details page leads back to here.
+function Remember(address) { try { sessionStorage.setItem('came', address); } catch (e) {} }
+function ShowPlace() {
+  var parts = AddressParts(), isShow = parts[1] == 'slideshow';
+  ShowWay(parts[0], isShow ? [parts[1], 1, 'play', 0, 5] : [parts[1], 1], parts.slice(isShow ? 6 : 3));
+  Remember('ShowAlbum?' + parts.join('&'));
+}
+// What a picture's caption says stands for the picture where it isn't seen.
+function DescribePictures() {
+  Array.prototype.forEach.call(document.querySelectorAll('a > img[src^="ShowPicture"], a > img[src$="movie.gif"]'), function (image) {
+    image.alt = image.parentNode.textContent.trim();
+  });
+}
+// A show goes on after a picture that can't be shown, when its time has come.
+function GoOn(event) { if (event.target.onload && window.NextPic) event.target.onload(); }
+document.addEventListener('error', GoOn, true);
+document.addEventListener('DOMContentLoaded', ShowPlace);
+document.addEventListener('DOMContentLoaded', DescribePictures);
 document.addEventListener('DOMContentLoaded', Wrap);
 window.addEventListener('resize', Wrap);
-document.addEventListener('keydown', ArrowKey);
+document.addEventListener('keydown', Key);
+document.addEventListener('touchstart', TouchStart);
+document.addEventListener('touchend', TouchEnd);
 </script>
 </head>
 <body>
 <div class="heading">
-  <h1>{DIR_TITLE}</h1>
+  <h1 id="way">{DIR_TITLE}</h1>
   <div class="view">{PIC_VIEW}</div>
 </div>
 <div class="toolbar">

@@ -3,6 +3,7 @@
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="referrer" content="same-origin">
 <title>{DIR_TITLE} - {SERVER_TITLE}</title>
 <style>
 body { margin: 0; }
@@ -11,7 +12,7 @@ img { border: 0; max-width: 100%; height: auto; }
 .heading { display: flex; flex-wrap: wrap; align-items: center; justify-content: space-between; gap: 6px 16px; padding: 14px 20px 10px;
   border-bottom: 1px solid var(--line, #D5DBE5); }
 .heading h1 { margin: 0; overflow-wrap: anywhere; }
-#directory::before { content: "\2039\00a0"; }
+#back { padding: 0 6px; }
 .arrows { white-space: nowrap; }
 .arrows img { vertical-align: middle; margin-left: 6px; }
 .file { display: flex; flex-wrap: wrap; justify-content: center; gap: 24px; padding: 22px 20px; }
@@ -33,31 +34,96 @@ img { border: 0; max-width: 100%; height: auto; }
 {STYLE_SHEET}
 </style>
 <script>
-// This page's own address holds album, count word and path: the directory's link and the file's name come from it.
-function NameThings() {
-  var query = location.search.substr(1).split('&'), parts = (query[2] || '').split('/');
-  var name = decodeURIComponent(parts.pop()).replace(/<(amp|plus|pound)>(and|num)<\1>/g, function (token, kind) {
-    return { amp: '&', plus: '+', pound: '#' }[kind];
+// A name as the address has it: the tokens of characters that links can't carry turned back.
+function PlainName(part) {
+  try { part = decodeURIComponent(part); } catch (e) {}
+  return part.replace(/<(amp|plus|pound|percent)>(?:and|num)<\1>|<byte>([0-9A-F]{2})<byte>/g, function (token, kind, code) {
+    return code ? String.fromCharCode(parseInt(code, 16)) : { amp: '&', plus: '+', pound: '#', percent: '%' }[kind];
   });
-  document.getElementById('download').setAttribute('download', name);
-  var directory = document.getElementById('directory');
-  directory.href = 'ShowAlbum?' + [query[0], 'thumbs', '1'].concat(parts.slice(1)).join('&');
+}
+// The pieces of this page's own address. Mailed addresses have "*" for "&" and "**" for a blank.
+function AddressParts() {
+  return location.search.substr(1).replace(/&$/, '').replace(/\*\*/g, '%20').replace(/\*/g, '&').split('&');
+}
+// The way down to this place, each step a link. The album's name stands in the tree, from where the frameset tells it.
+function ShowWay(album, view, directories, here) {
+  var way = document.getElementById('way'), title = way.textContent;
+  way.textContent = '';
+  [''].concat(directories).forEach(function (directory, i) {
+    var link = document.createElement('a');
+    link.href = i == directories.length && here ? here : 'ShowAlbum?' + [album].concat(view, directories.slice(0, i)).join('&');
+    link.target = '_top';
+    link.textContent = i == directories.length ? title : i == 0 ? 'Album' : PlainName(directory);
+    if (i == 0 && directories.length > 0) link.id = 'album';
+    way.append(i == 0 ? '' : ' > ', link);
+  });
+}
+function AlbumNumber() { return AddressParts()[0]; }
+function NameAlbum(name) {
+  var link = document.getElementById('album');
+  if (link) link.textContent = name;
+}
+// This page's own address holds album, count word and path.
+function NameThings() {
+  var parts = AddressParts(), path = (parts[2] || '').split('/'), name = PlainName(path.pop());
   document.title = name + ' - ' + document.title;
+  Array.prototype.forEach.call(document.querySelectorAll('#download, a[href^="ShowMovie"]'), function (link) {
+    link.setAttribute('download', name);
+  });
+  LeadBack(parts[0], path.slice(1));
+}
+// Back to the page and view of the listing that one came from, or to the directory's first page.
+function LeadBack(album, directories) {
+  var came = null, view = ['thumbs', 1];
+  try { came = sessionStorage.getItem('came'); } catch (e) {}
+  var parts = (came || '').substr('ShowAlbum?'.length).split('&'), start = parts[1] == 'slideshow' ? 6 : 3;
+  var isHere = [album].concat(directories).map(PlainName).join('/') == parts.slice(0, 1).concat(parts.slice(start)).map(PlainName).join('/');
+  if (isHere) view = start == 6 ? ['slideshow', 1, 'play', 0, 5] : [parts[1], 1];
+  ShowWay(album, view, directories, isHere && came);
+  var back = document.getElementById('back');
+  back.href = isHere || /ShowPopular/.test(came) ? came : 'ShowAlbum?' + [album].concat(view, directories).join('&');
+  back.hidden = false;
+}
+// What a picture's caption says stands for the picture where it isn't seen.
+function DescribePictures() {
+  Array.prototype.forEach.call(document.querySelectorAll('a > img[src^="ShowPicture"], a > img[src$="movie.gif"]'), function (image) {
+    image.alt = image.parentNode.textContent.trim();
+  });
 }
 // The arrow keys do what the arrows on the page do.
-function ArrowKey(event) {
-  var arrow = { ArrowLeft: 'previous.gif', ArrowRight: 'next.gif' }[event.key];
-  if (!arrow || event.altKey || event.ctrlKey || event.metaKey) return;
+function Follow(arrow) {
   var image = document.querySelector('.arrows a > img[src$="' + arrow + '"]');
   if (image) image.parentNode.click();
 }
+function Key(event) {
+  var arrow = { ArrowLeft: 'previous.gif', ArrowRight: 'next.gif' }[event.key];
+  if (arrow && !event.altKey && !event.ctrlKey && !event.metaKey) Follow(arrow);
+}
+// A swipe leads on like the arrows, unless the fingers zoom or move a zoomed page.
+var touch = null;
+function TouchStart(event) { touch = event.touches.length == 1 ? event.touches[0] : null; }
+function TouchEnd(event) {
+  if (!touch || (window.visualViewport && visualViewport.scale > 1)) return;
+  var x = event.changedTouches[0].clientX - touch.clientX, y = event.changedTouches[0].clientY - touch.clientY;
+  if (Math.abs(x) > 50 && Math.abs(x) > 2 * Math.abs(y)) Follow(x < 0 ? 'next.gif' : 'previous.gif');
+}
+// The home page of a build that has none is one of the addresses that nobody can own (RFC 2606): its link is plain text.
+function PlainFooter() {
+  Array.prototype.forEach.call(document.querySelectorAll('a[href]'), function (link) {
+    if (/\.example$/.test(link.hostname)) link.replaceWith.apply(link, link.childNodes);
+  });
+}
+document.addEventListener('DOMContentLoaded', PlainFooter);
 document.addEventListener('DOMContentLoaded', NameThings);
-document.addEventListener('keydown', ArrowKey);
+document.addEventListener('DOMContentLoaded', DescribePictures);
+document.addEventListener('keydown', Key);
+document.addEventListener('touchstart', TouchStart);
+document.addEventListener('touchend', TouchEnd);
 </script>
 </head>
 <body>
 <div class="heading">
-  <h1><a id="directory" target="_top" title="Back to this directory">{DIR_TITLE}</a></h1>
+  <h1><a id="back" target="_top" title="Back" hidden>&lsaquo;</a> <span id="way">{DIR_TITLE}</span></h1>
   <div class="arrows">{PREVIOUS_FILE}{NEXT_FILE}</div>
 </div>
 <div class="file">

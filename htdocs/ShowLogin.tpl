@@ -3,6 +3,7 @@
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="referrer" content="same-origin">
 <title>Log in - {SERVER_TITLE}</title>
 <style>
 body { margin: 0; }
@@ -46,6 +47,13 @@ function SendPlainly(form) {
   plain.submit();
   return false;
 }
+// The home page of a build that has none is one of the addresses that nobody can own (RFC 2606): its link is plain text.
+function PlainFooter() {
+  Array.prototype.forEach.call(document.querySelectorAll('a[href]'), function (link) {
+    if (/\.example$/.test(link.hostname)) link.replaceWith.apply(link, link.childNodes);
+  });
+}
+document.addEventListener('DOMContentLoaded', PlainFooter);
 </script>
 </head>
 <body>

@@ -3,6 +3,7 @@
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="referrer" content="same-origin">
 <title>Most Popular - {SERVER_TITLE}</title>
 <style>
 body { margin: 0; }
@@ -29,6 +30,8 @@ td.tdPictureCell img[src^="ShowPicture"][width] { aspect-ratio: auto 4 / 3; back
 img[src$="directory.gif"] { vertical-align: middle; }
 .about { padding: 0 20px 20px; text-align: center; }
 .framed #home { display: none; }
+.none { text-align: center; }
+td:has(> table td.tdPictureCell[id] > font:empty), tr:has(> td.tdPictureCell:empty) { display: none; }
 /* Thumbnails wrap where the window is too narrow for the owner's number of files in a row. */
 .wrapped table.thumbs { display: flex; flex-wrap: wrap; justify-content: center; gap: 12px; }
 .wrapped table.thumbs > tbody, .wrapped table.thumbs > tbody > tr { display: contents; }
@@ -76,21 +79,65 @@ function Wrap() {
   document.body.classList.remove('wrapped');
   if (document.documentElement.scrollWidth > document.documentElement.clientWidth) document.body.classList.add('wrapped');
 }
-// The arrow keys do what the arrows on the page do.
-function ArrowKey(event) {
-  var words = { ArrowLeft: ['Back', 'Previous'], ArrowRight: ['Forward', 'Next'] }[event.key];
+// Follows the first link of the toolbar that has one of these signs.
+function Follow(words) {
+  var image = words.map(function (word) { return document.querySelector('.toolbar a > img[alt="' + word + '"]'); }).find(Boolean);
+  if (image) image.parentNode.click();
+  return Boolean(image);
+}
+// The arrow keys do what the arrows on the page do; the space bar stops the slide show and lets it go on.
+function Key(event) {
+  var words = { ArrowLeft: ['Back', 'Previous'], ArrowRight: ['Forward', 'Next'], ' ': ['Pause', 'Play'] }[event.key];
   if (!words || event.altKey || event.ctrlKey || event.metaKey) return;
-  words.forEach(function (word) {
-    var image = document.querySelector('.toolbar a > img[alt="' + word + '"]');
-    if (image) image.parentNode.click();
+  if (Follow(words) && event.key == ' ') event.preventDefault();
+}
+// A swipe leads on like the arrows, unless the fingers zoom or move a zoomed page.
+var touch = null;
+function TouchStart(event) { touch = event.touches.length == 1 ? event.touches[0] : null; }
+function TouchEnd(event) {
+  if (!touch || (window.visualViewport && visualViewport.scale > 1)) return;
+  var x = event.changedTouches[0].clientX - touch.clientX, y = event.changedTouches[0].clientY - touch.clientY;
+  if (Math.abs(x) > 50 && Math.abs(x) > 2 * Math.abs(y)) Follow([x < 0 ? 'Forward' : 'Back']);
+}
+// The details page leads back to here.
+function Remember(address) { try { sessionStorage.setItem('came', address); } catch (e) {} }
+// What a picture's caption says stands for the picture where it isn't seen.
+function DescribePictures() {
+  Array.prototype.forEach.call(document.querySelectorAll('a > img[src^="ShowPicture"], a > img[src$="movie.gif"]'), function (image) {
+    image.alt = image.parentNode.textContent.trim();
   });
 }
+// A list that is longer than what was looked at ends in empty places. The show passes them over: to the first file going
+// forward, one by one going back.
+function PassOver() {
+  var cell = document.querySelector('#pic'), place = /[?&]slideshow&\w+&(\d+)&/;
+  var now = Number((place.exec(location.search) || [])[1]), from = place.exec(document.referrer);
+  if (!cell || cell.querySelector('a') || !now) return;
+  document.documentElement.style.visibility = 'hidden';
+  var isBack = from && (from[1] == now + 1 || (from[1] == 0 && now != 1));
+  var back = document.querySelector('.toolbar img[alt="Back"]').parentNode.href;
+  location.replace(isBack ? back : location.href.replace(/(slideshow&\w+&)\d+/, '$10'));
+}
+// A page without anything to lead to says so.
+function SayEmpty() {
+  var pictures = document.querySelector('.pictures');
+  if (!pictures.querySelector('a, #pic')) pictures.innerHTML = '<p class="none">Nobody has looked at anything yet.</p>';
+}
+function ShowPlace() {
+  SayEmpty();
+  DescribePictures();
+  Remember(parent != self ? 'ShowAlbum?ShowPopular&' + location.search.substr(1) : location.href);
+  PassOver();
+}
+document.addEventListener('DOMContentLoaded', ShowPlace);
 // Inside the album frames the tree leads back.
 function NoteFrames() { if (parent != self) document.body.classList.add('framed'); }
 document.addEventListener('DOMContentLoaded', NoteFrames);
 document.addEventListener('DOMContentLoaded', Wrap);
 window.addEventListener('resize', Wrap);
-document.addEventListener('keydown', ArrowKey);
+document.addEventListener('keydown', Key);
+document.addEventListener('touchstart', TouchStart);
+document.addEventListener('touchend', TouchEnd);
 </script>
 </head>
 <body>

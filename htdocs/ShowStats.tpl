@@ -3,6 +3,7 @@
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="referrer" content="same-origin">
 <title>Statistics - {SERVER_TITLE}</title>
 <style>
 body { margin: 0; }
@@ -16,6 +17,8 @@ tr[onclick] { cursor: pointer; }
 tr.over > td { background: var(--tint, var(--row-over)) !important; }
 tr.marked > td { background: var(--marked, var(--row-mark)) !important; }
 .about { padding: 0 20px 22px; text-align: center; }
+.about p { margin: 4px 0; }
+.framed #home { display: none; }
 @media (max-width: 640px) {
   .statistics { padding: 10px 6px; }
   .tblTableHeader td.tdTableRow { padding-left: 2px; padding-right: 2px; font-size: 11px; }
@@ -34,6 +37,9 @@ function setPointer(row, index, action, defaultColour, overColour, markColour) {
   if (action == 'click') row.classList.toggle('marked');
   else row.classList.toggle('over', action == 'over');
 }
+// Inside the album frames the tree leads back.
+function NoteFrames() { if (parent != self) document.body.classList.add('framed'); }
+document.addEventListener('DOMContentLoaded', NoteFrames);
 </script>
 </head>
 <body>
@@ -44,6 +50,9 @@ function setPointer(row, index, action, defaultColour, overColour, markColour) {
 {STATS_DAILY}
 {STATS_MONTHLY}
 </div>
-<div class="about lblPictureList">{SERVER_TITLE} {AUTHOR}</div>
+<div class="about lblPictureList">
+  <p>{SERVER_TITLE} {AUTHOR}</p>
+  <p><a id="home" href="Index" target="_top">Front page</a></p>
+</div>
 </body>
 </html>

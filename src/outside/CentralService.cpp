@@ -64,7 +64,7 @@ void TellOfNews(const std::string &stamp) {
     if (stamp <= GetSetting("Records", "InstallTime") || stamp <= GetSetting("Records", "LatestNewsTime")) return;
     if (Asks("There is some important news regarding your software!\r\n\r\nWould you like to read it now?",
              yesNoInformation)) {
-        OpenInBrowser(ServiceBase() + "/news.php?ver=" + EncodeLinkPart(stamp));
+        OpenInBrowser(ServiceBase() + "/news.php?ver=" + EncodeServiceText(stamp));
         SaveSetting("Records", "LatestNewsTime", stamp);
     }
 }
@@ -95,7 +95,7 @@ std::string ServiceBase() {
 }
 
 std::string EncodedAccountName() {
-    return EncodeLinkPart(GetSetting("Setup", "AccountName"));
+    return EncodeServiceText(GetSetting("Setup", "AccountName"));
 }
 
 std::string RedirectingAddress() {
@@ -129,9 +129,9 @@ bool CheckCentralService(bool startingServer) {
 void SendListing(std::int32_t pictures, std::int32_t movies) {
     if (ServiceBase().empty()) return;
     // The service takes the last three keys with their "&" doubled.
-    GetWebPage(ServiceBase() + "/clients/sendserverinfo.php?username=" + EncodedAccountName() +
-               "&site_title=" + EncodeLinkPart(gServerTitle) + "&" + "&site_desc=" + EncodeLinkPart(gSiteDescription) +
-               "&" + "&picturecount=" + std::to_string(pictures) + "&" + "&moviecount=" + std::to_string(movies));
+    GetWebPage(ServiceBase() + "/clients/sendserverinfo.php?username=" + EncodedAccountName() + "&site_title=" +
+               EncodeServiceText(gServerTitle) + "&" + "&site_desc=" + EncodeServiceText(gSiteDescription) + "&" +
+               "&picturecount=" + std::to_string(pictures) + "&" + "&moviecount=" + std::to_string(movies));
 }
 
 void SendPing() {

@@ -22,6 +22,8 @@ struct AlbumMedia {
     std::vector<std::string> Files;        ///< plain names in the disk's order
     SlideShow Show;                        ///< in a slide show only
 
+    /// Whether there are files to show here. An album without subdirectories shows none below its root.
+    bool HasFiles() const { return !Files.empty() && (Album->SubDirectories != 0 || Directory.RelativePath.empty()); }
     /// -1 without files.
     std::int32_t LastIndex() const { return static_cast<std::int32_t>(Files.size()) - 1; }
 };

@@ -64,7 +64,7 @@ void clsWebServerCommands::genShowAlbum(const Connection &socket, const Argument
         CountVisit(socket, *visit);
     }
     std::string argText;
-    for (const std::string &arg : args) Append(argText, EncodeLinkPart(arg), "&");
+    for (const std::string &arg : args) Append(argText, EncodeLinkPart(DecodeLinkTokens(arg)), "&");
     const MediaFrame frame = ChooseMediaFrame(word, argText);
     SendPage(socket, tplShowAlbum,
              {{"{SERVER_TITLE}", gServerTitle},

@@ -1,4 +1,5 @@
 // clsWebServerCommands.h: the tree frame beside an album's media, with what leads away from it.
+#include <algorithm>
 #include <optional>
 
 #include "core/site/Globals.h"
@@ -22,6 +23,7 @@ constexpr std::string_view cellOpening = R"(<tr><td height="20" class="lblFolder
 constexpr std::string_view cellEnd = "</td></tr>";
 constexpr std::string_view rowEnd = "</td></tr>\r\n\r\n";
 constexpr std::string_view playArgs = "play&0&5";
+constexpr std::string_view encodedPercent = "<byte>25<byte>";
 
 enum class Place { Album, Popular, Statistics, Help };
 
@@ -70,6 +72,12 @@ TreeAddress ParseTreeAddress(const Arguments &args) {
     return ParseAlbumAddress(args);
 }
 
+/// A directory in link form. The frameset's script asks with the token in the place of each "%", so that the "%20" of a
+/// blank survives the query's decoding; for a "%" of the name's own it sends the byte.
+std::string LinkFormOf(const std::string &argument) {
+    return Replace(Replace(argument, Concat(PercentToken, "20"), "%20"), encodedPercent, PercentToken);
+}
+
 std::string SelectedIf(bool isSelected, std::string_view text) {
     if (!isSelected) return std::string(text);
     return Concat(R"(<font class="lblFolderSelected">&nbsp;)", text, "&nbsp;</font>");
@@ -95,7 +103,8 @@ void AppendLoginRow(Tree &tree) {
     }
     Append(tree.Rows, R"(<a href="ShowAlbum?ShowLogin&)", address.Album, "&", address.View, "&1&");
     // Deliberate: in a slide show, too, the directories follow the page at once.
-    for (std::size_t i = address.BaseLevel() + 1; i < address.Args.size(); ++i) Append(tree.Rows, address.Args[i], "&");
+    for (std::size_t i = address.BaseLevel() + 1; i < address.Args.size(); ++i)
+        Append(tree.Rows, LinkFormOf(address.Args[i]), "&");
     Append(tree.Rows, R"(">Login to Account</a>)", cellEnd);
 }
 
@@ -107,40 +116,51 @@ void AppendPopularRow(Tree &tree) {
     Append(tree.Rows, R"(">)", SelectedIf(address.CurrentPlace == Place::Popular, "Most Popular"), "</a>", cellEnd);
 }
 
-void BuildDirBranch(Tree &tree, std::size_t level, const clsAlbum &album, const std::string &directory);
+/// One level of the branch that leads to the current place.
+struct Level {
+    std::size_t Index;      ///< of the argument before the one that names a directory of this level
+    std::string Directory;  ///< the parent, with both separators
+    std::string Prefix;     ///< of the links: the parent's directories as arguments
+};
 
-/// @param directory the parent, with both separators @param prefix of the link: the parent's directories as arguments
-void AppendDirRow(Tree &tree, std::size_t level, const clsAlbum &album, const std::string &directory,
-                  const std::string &prefix, const SubDirectory &subDir) {
-    const Arguments &args = tree.Address.Args;
-    const std::string path = directory + subDir.Name;
+void BuildDirBranch(Tree &tree, const clsAlbum &album, const Level &level);
+
+/// The directory that the address leads through on this level, in link form; empty behind the address's end.
+std::string OpenDirectory(const Arguments &args, const Level &level, const std::vector<SubDirectory> &directories) {
+    if (level.Index + 1 >= args.size()) return {};
+    const std::string &delivered = args[level.Index + 1];
+    std::string linkForm = LinkFormOf(delivered);
+    const bool isThere = std::ranges::any_of(
+        directories, [&](const SubDirectory &directory) { return EncodeLinkPart(directory.Name) == linkForm; });
+    // Deliberate: an argument as it was delivered against the names in link form. Asked for without the script, a name
+    // with a blank differs and stays closed.
+    return isThere ? linkForm : delivered;
+}
+
+void AppendDirRow(Tree &tree, const clsAlbum &album, const Level &level, const SubDirectory &subDir, bool isOpen) {
+    const std::string path = level.Directory + subDir.Name;
     if (!IsListed(tree.User, album, subDir.Name, path, "")) return;
     const std::string linkName = EncodeLinkPart(subDir.Name);
-    // Deliberate: the argument as it was delivered against the name in link form. A name with a blank differs and stays
-    // closed.
-    const bool isOpen = level + 1 < args.size() && args[level + 1] == linkName;
-    const bool isCurrent = isOpen && level + 2 == args.size();
-    const auto depth = static_cast<int>(level - tree.Address.BaseLevel());
+    const bool isCurrent = isOpen && level.Index + 2 == tree.Address.Args.size();
+    const auto depth = static_cast<int>(level.Index - tree.Address.BaseLevel());
     Append(tree.Rows, cellOpening, RepeatString(blankIcon, depth + 2));
     if (isCurrent) tree.Rows += R"(<a name="curdir"></a>)";
     Append(tree.Rows, R"(<a href="ShowAlbum?)", tree.Address.Album, "&", tree.Address.View, "&1&");
     if (tree.Address.IsSlideshow()) Append(tree.Rows, playArgs, "&");
-    Append(tree.Rows, prefix, linkName, R"(" title=")", ContentsText(CountDirContents(album.Directory + path)), R"(">)",
-           R"(<img src="ShowGraphic?folderclosed16.gif" align="absmiddle" border=0> )");
+    Append(tree.Rows, level.Prefix, linkName, R"(" title=")", ContentsText(CountDirContents(album.Directory + path)),
+           R"(">)", R"(<img src="ShowGraphic?folderclosed16.gif" align="absmiddle" border=0> )");
     Append(tree.Rows, SelectedIf(isCurrent, subDir.Name), isCurrent ? "</a>" : "");
     // Deliberate: the current row closes its link twice.
     Append(tree.Rows, "</a>", subDir.IsNew ? R"(&nbsp;<img src="ShowGraphic?new.gif">)" : "", rowEnd);
-    if (isOpen) BuildDirBranch(tree, level + 1, album, path + "\\");
+    if (isOpen) BuildDirBranch(tree, album, {level.Index + 1, path + "\\", Concat(level.Prefix, linkName, "&")});
 }
 
-/// The rows of one level and of the open branch below it. @param level index of the argument before the one that names
-/// a directory of this level @param directory with both separators
-void BuildDirBranch(Tree &tree, std::size_t level, const clsAlbum &album, const std::string &directory) {
-    std::string prefix;
-    for (std::size_t j = tree.Address.BaseLevel(); j < level; ++j)
-        Append(prefix, EncodeLinkPart(tree.Address.Args[j + 1]), "&");
-    for (const SubDirectory &subDir : ListSubDirs(album, directory))
-        AppendDirRow(tree, level, album, directory, prefix, subDir);
+/// The rows of one level and of the open branch below it.
+void BuildDirBranch(Tree &tree, const clsAlbum &album, const Level &level) {
+    const std::vector<SubDirectory> directories = ListSubDirs(album, level.Directory);
+    const std::string open = OpenDirectory(tree.Address.Args, level, directories);
+    for (const SubDirectory &subDir : directories)
+        AppendDirRow(tree, album, level, subDir, EncodeLinkPart(subDir.Name) == open);
 }
 
 void AppendAlbumRow(Tree &tree, const clsAlbum &album) {
@@ -153,7 +173,7 @@ void AppendAlbumRow(Tree &tree, const clsAlbum &album) {
     Append(tree.Rows, R"(" )", R"(title="Desc: )", album.Description, ", ",
            ContentsText(CountDirContents(album.Directory)), R"(">)", "<b>",
            SelectedIf(isCurrentAlbum && isRoot, album.Name), "</b>", "</a>", rowEnd);
-    if (isCurrentAlbum) BuildDirBranch(tree, address.BaseLevel(), album, "\\");
+    if (isCurrentAlbum) BuildDirBranch(tree, album, {address.BaseLevel(), "\\", ""});
 }
 
 void AppendAlbumRows(Tree &tree) {

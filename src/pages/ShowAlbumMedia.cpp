@@ -28,7 +28,6 @@ AlbumMedia ReadMediaAddress(const Arguments &args) {
     media.Shown = ReadView(media.ViewWord);
     media.Page = CLng(Argument(args, 2));
     media.Directory = ReadAlbumDirectory(args);
-    if (media.Shown == View::SlideShow) media.Show = ReadSlideShow(args, 3);
     return media;
 }
 
@@ -162,8 +161,7 @@ std::vector<std::string> FilesOf(const AlbumMedia &media) {
 PicParts MediaParts(const AlbumMedia &media, std::string_view user) {
     PicParts parts;
     parts.View = ViewItems(media);
-    const bool isTakenIn = media.Album->SubDirectories != 0 || media.Directory.RelativePath.empty();
-    if (media.Files.empty() || !isTakenIn) {
+    if (!media.HasFiles()) {
         parts.List = NoFiles(media, user);
     } else if (media.Shown == View::SlideShow) {
         FillSlideShow(media, parts);
@@ -195,7 +193,12 @@ void clsWebServerCommands::genShowAlbumMedia(const Connection &socket, const Arg
         if (!right.IsGiven) return genShowLogin(socket, args, right.Refusal);
     }
     media->Files = FilesOf(*media);
-    media->Show.SetFileCount(media->LastIndex() + 1);
+    if (media->Shown == View::SlideShow && media->HasFiles()) {
+        const auto show = TryRead(args, [](const Arguments &all) { return ReadSlideShow(all, 3); });
+        if (!show) return SendIgnoringErrors(socket, "Bad Request!");
+        media->Show = *show;
+        media->Show.SetFileCount(media->LastIndex() + 1);
+    }
 
     const bool isRoot = media->Directory.RelativePath.empty();
     std::vector<Filling> fillings = {

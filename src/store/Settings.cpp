@@ -3,6 +3,7 @@
 
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
+#include "platform/runtime/Encoding.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/clsRegistry.h"
@@ -75,7 +76,7 @@ void MigrateSettings() {
 std::optional<std::string> ReadProgramFile(std::string_view name) {
     const std::string path = App::Path() + "\\" + std::string(name);
     if (!FileExists(path)) return std::nullopt;
-    return BinaryFile::OpenForRead(path)->ReadAll();
+    return WithoutByteOrderMark(BinaryFile::OpenForRead(path)->ReadAll());
 }
 
 }  // namespace pixmora

@@ -29,7 +29,7 @@ std::string ListenAddress();
 /// Brings settings of earlier versions to their present place and form; the first thing at program start.
 void MigrateSettings();
 
-/// The whole of a text file in the program's folder, as bytes; none when there is no such file.
+/// The whole of a text file in the program's folder, without a byte order mark; none when there is no such file.
 /// @throws RunTimeError PathFileAccessError when it can't be read
 std::optional<std::string> ReadProgramFile(std::string_view name);
 

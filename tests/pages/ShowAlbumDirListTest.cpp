@@ -115,6 +115,19 @@ TEST_F(ShowAlbumDirListTest, LinksEveryNameAndLeavesThoseWithABlankClosed) {
     EXPECT_THAT(Tree({"1", "thumbs", "1", "b"}), Not(HasSubstr("folderclosed16")));
 }
 
+TEST_F(ShowAlbumDirListTest, OpensAndMarksEveryNameWhosePercentsComeAsTheirToken) {
+    for (const char *name : {"two words/a*b c/in", "50 off", "50%20off"}) AddDirectory(*gAlbums[0], name);
+    const std::string token = "<percent>num<percent>20";
+    const Arguments deep = {"1", "thumbs", "1", "two" + token + "words", "a<byte>2A<byte>b" + token + "c"};
+    EXPECT_EQ(Selected(deep), "a*b c");
+    const std::string tree = Tree(deep);
+    EXPECT_THAT(tree, HasSubstr("&1&two%20words&a<byte>2A<byte>b%20c&in\""));
+    EXPECT_THAT(tree, HasSubstr("ShowLogin&1&thumbs&1&two%20words&a<byte>2A<byte>b%20c&\""));
+    EXPECT_EQ(Selected({"ShowDetails", "1", "count", "/two" + token + "words/x" + token + "y.jpg"}), "two words");
+    EXPECT_EQ(Selected({"1", "thumbs", "1", "50" + token + "off"}), "50 off");
+    EXPECT_EQ(Selected({"1", "thumbs", "1", "50<byte>25<byte>20off"}), "50%20off");
+}
+
 TEST_F(ShowAlbumDirListTest, HidesProtectedPlacesFromAllButAdministrators) {
     Protect(*gAlbums[0], "\\b", "bob");
     Protect(*gAlbums[0], "\\O%34Brien", "bob");

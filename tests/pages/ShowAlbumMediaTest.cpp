@@ -68,6 +68,7 @@ TEST_F(ShowAlbumMediaTest, ShowsTheWayDownWhereThereAreNoFiles) {
     AddFile(album, "a b/c/x.jpg");
     const std::string page = Get("ShowAlbumMedia?1&slideshow&3&play&0&5&a b");
     EXPECT_EQ(LinksOf(page, "PIC_LIST"), "ShowAlbum?1&slideshow&1&play&0&5&a%20b&c");
+    EXPECT_EQ(LinksOf(Get("ShowAlbumMedia?1&slideshow&3"), "PIC_LIST"), "ShowAlbum?1&slideshow&1&play&0&5&a%20b");
     EXPECT_TRUE(
         Filled(page, "PIC_LIST").ends_with("> c</a>&nbsp;<img src=\"ShowGraphic?new.gif\"></td></tr>\r\n\r\n</table>"));
     EXPECT_EQ(Filled(page, "PIC_PAGE") + Filled(page, "PIC_NAV_LEFT") + Filled(page, "PIC_NAV_RIGHT"), "");
@@ -142,8 +143,8 @@ TEST_F(ShowAlbumMediaTest, ShowsOneFileAtATimeAndWraps) {
 
 TEST_F(ShowAlbumMediaTest, CarriesAnyNameThroughItsLinks) {
     const clsAlbum &album = AddAlbum("A");
-    const std::string directory = "R&B + 50% #1 O'Brien d\xC3\xA9j\xC3\xA0";
-    const std::string stem = "a & b+c #1 100%25 off's \xC3\xA9";
+    const std::string directory = "R&B + 50% #1 O'Brien d\xC3\xA9j\xC3\xA0 <amp>and<amp>";
+    const std::string stem = "a & b+c #1 100%25 off's *\"<\xE9>";
     AddFile(album, directory + "/sub dir/deep.jpg");
     const auto framed = [](const std::string &link) {
         return Replace(link, "ShowAlbum?", "ShowAlbumMedia?");

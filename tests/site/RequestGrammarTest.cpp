@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <random>
+
+#include "platform/runtime/Encoding.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 
@@ -43,15 +47,66 @@ TEST(DecodeQuery, DecodesTheWorstThatOneArrivalHolds) {
     EXPECT_EQ(DecodeQuery(text), std::string(10801, 'A'));
 }
 
-TEST(LinkParts, SurviveTheQuerysDecodingAndTheirOwn) {
-    for (const std::string name : {"plain.jpg", "a & b.jpg", "1+1=2.jpg", "#1.gif", "100% fun.jpg", "50%41.jpg",
-                                   "O'Brien.bmp", "caf\xC3\xA9.jpg", "a  b", "&&++##%%"}) {
-        const std::string link = EncodeLinkPart(name);
-        const Target target = ParseTarget("ShowPicture?1&thumb&" + link);
-        ASSERT_EQ(target.Args.size(), 3U) << name;
-        EXPECT_EQ(DecodeLinkPart(target.Args[2]), name);
+/// What the server gets of a link in a page's attribute (HTML and URL standards of the WHATWG).
+std::string AsBrowsersSend(std::string_view link) {
+    EXPECT_TRUE(IsUtf8(link) && link.find('&') == std::string_view::npos) << link;
+    link = link.substr(0, link.find('"'));
+    while (!link.empty() && static_cast<unsigned char>(link.back()) <= ' ') link.remove_suffix(1);
+    std::string sent;
+    for (const char c : link.substr(0, link.find('#'))) {
+        if (Contains("\t\r\n", {&c, 1})) continue;
+        const auto code = static_cast<unsigned char>(c);
+        if (code > ' ' && code < 0x7F && !Contains("\"<>'", {&c, 1})) {
+            sent += c;
+        } else {
+            char escape[4];
+            std::snprintf(escape, sizeof escape, "%%%02X", code);
+            sent += escape;
+        }
     }
-    EXPECT_EQ(EncodeLinkPart("a&b+c#d e*"), "a<amp>and<amp>b<plus>and<plus>c<pound>num<pound>d%20e*");
+    return sent;
+}
+
+TEST(LinkParts, CarryAnyNameThroughPageBrowserAndQuery) {
+    std::mt19937 random(7);
+    const std::vector<std::string> pieces = {"&",
+                                             "+",
+                                             "#",
+                                             "%",
+                                             "*",
+                                             "\"",
+                                             "<",
+                                             ">",
+                                             "'",
+                                             " ",
+                                             ".",
+                                             "=",
+                                             "\xE9",
+                                             "\xC3\xA9",
+                                             "\xED\xA0\x80",
+                                             "<amp>and<amp>",
+                                             "<byte>2A<byte>",
+                                             "<percent>num<percent>20",
+                                             "%20",
+                                             "fbclid=",
+                                             "a"};
+    for (int i = 0; i < 5000; ++i) {
+        std::string name;
+        for (auto parts = random() % 7; parts > 0; --parts)
+            name +=
+                i % 2 == 0 ? pieces[random() % pieces.size()] : std::string(1, static_cast<char>(1 + random() % 255));
+        name = Replace(name, "/", "");
+        const std::string head =
+            "GET /ShowAlbum?1&thumbs&1&x&" + AsBrowsersSend(EncodeLinkPart(name)) + " HTTP/1.0\r\n\r\n";
+        const Target target = ParseTarget(GetRequestTarget(head).value());
+        ASSERT_EQ(target.Args.size(), name.empty() ? 4U : 5U) << name;
+        ASSERT_EQ(DecodeLinkPart(name.empty() ? "" : target.Args[4]), name);
+    }
+    EXPECT_EQ(EncodeLinkPart("a&b+c#d e%*"),
+              "a<amp>and<amp>b<plus>and<plus>c<pound>num<pound>d%20e<percent>num<percent><byte>2A<byte>");
+    for (const char *text : {"<", "<byte>", "<byte>4", "<byte>4g<byte>", "<byte>41<byte", "<amp>and<am", "<<byte>41"})
+        EXPECT_EQ(DecodeLinkTokens(text), text);
+    EXPECT_EQ(EncodeServiceText("50% of a & b*"), "50%%20of%20a%20<amp>and<amp>%20b*");
 }
 
 TEST(ParseTarget, SplitsNameAndArguments) {
@@ -74,6 +129,12 @@ TEST(GetRequestTarget, StandsBetweenTheFirstTwoBlanks) {
     EXPECT_EQ(GetRequestTarget("GET  HTTP"), "");
     EXPECT_EQ(GetRequestTarget("GET /x\r\n\r\n"), std::nullopt);
     EXPECT_EQ(GetRequestTarget("GET"), std::nullopt);
+    for (const char *words : {"fbclid=x", "utm_source=a&utm_medium=b", "gclid=1&igsh=", "mc_eid=2"}) {
+        EXPECT_EQ(GetRequestTarget(Concat("GET /?", words, " HTTP/1.1")), "");
+        EXPECT_EQ(GetRequestTarget(Concat("GET /ShowAlbum?1&list&1&a&&", words, " HTTP/1.1")), "ShowAlbum?1&list&1&a&");
+    }
+    EXPECT_EQ(GetRequestTarget("GET /ShowAlbum?gclid=1&list&my_fbclid=2 HTTP/1.1"),
+              "ShowAlbum?gclid=1&list&my_fbclid=2");
     EXPECT_EQ(GetRequestMethod("GET"), "");
     EXPECT_EQ(GetRequestMethod(" GET"), "");
 }

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <span>
 
+#include "platform/runtime/Encoding.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -13,20 +15,54 @@ namespace pixmora {
 namespace {
 
 struct LinkToken {
-    std::string_view Character;
+    char Character;
     std::string_view Token;
 };
 
-// The percent sign has a token too: the decoding of the query, which leaves no "%" at all, would take its escape.
 constexpr LinkToken linkTokens[] = {
-    {"%", "<percent>num<percent>"},
-    {"&", "<amp>and<amp>"},
-    {"+", "<plus>and<plus>"},
-    {"#", "<pound>num<pound>"},
+    {'&', "<amp>and<amp>"},
+    {'+', "<plus>and<plus>"},
+    {'#', "<pound>num<pound>"},
+    // As an escape it would not survive the decoding of the query, which leaves no "%" at all.
+    {'%', PercentToken},
 };
+constexpr std::span<const LinkToken> serviceTokens(linkTokens, 3);
+
+// Around two hexadecimal digits: a byte that no browser carries as it is.
+constexpr std::string_view byteMark = "<byte>";
+
+const LinkToken *TokenOf(std::span<const LinkToken> tokens, char character) {
+    const auto found = std::ranges::find(tokens, character, &LinkToken::Character);
+    return found == tokens.end() ? nullptr : &*found;
+}
+
+/// Whether the byte gets lost between link and query: "*" separates, a quote ends the attribute, "<" begins a token,
+/// browsers take line ends and tabs out of addresses and blanks off their end, and replace what isn't UTF-8.
+bool IsLostOnTheWay(char byte, bool isUtf8) {
+    const auto code = static_cast<unsigned char>(byte);
+    return code < ' ' || (code > 0x7F && !isUtf8) || std::string_view("*\"<>").find(byte) != std::string_view::npos;
+}
+
+/// Whether a piece of a query is one that social networks and mailing services append to addresses.
+bool IsAppended(std::string_view piece) {
+    constexpr std::string_view words[] = {"fbclid=", "gclid=", "igsh=", "mc_eid="};
+    return (piece.starts_with("utm_") && piece.find('=') != std::string_view::npos) ||
+           std::ranges::any_of(words, [&](std::string_view word) { return piece.starts_with(word); });
+}
+
+std::string ByteToken(char byte) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto code = static_cast<unsigned char>(byte);
+    const char pair[] = {digits[code / 16], digits[code % 16]};
+    return Concat(byteMark, std::string_view(pair, 2), byteMark);
+}
+
+bool IsHexadecimal(char digit) {
+    return std::isxdigit(static_cast<unsigned char>(digit)) != 0;
+}
 
 int HexadecimalDigit(char digit) {
-    if (!std::isxdigit(static_cast<unsigned char>(digit))) throw RunTimeError(ErrorNumber::TypeMismatch);
+    if (!IsHexadecimal(digit)) throw RunTimeError(ErrorNumber::TypeMismatch);
     if (std::isdigit(static_cast<unsigned char>(digit))) return digit - '0';
     return std::tolower(static_cast<unsigned char>(digit)) - 'a' + 10;
 }
@@ -62,6 +98,35 @@ void DecodePercents(std::string &text, std::size_t position) {
         if (text[i] == '%') i += 2 * CountPercentCodes(text, i + 1, rounds);
     }
     text.replace(position, std::string::npos, decoded);
+}
+
+struct DecodedCharacter {
+    char Character;
+    std::size_t Length;  ///< of its text, bytes
+};
+
+/// What the "<" at the text's head begins: a token, or nothing but itself.
+DecodedCharacter CharacterAt(std::string_view text) {
+    for (const LinkToken &token : linkTokens) {
+        if (text.starts_with(token.Token)) return {token.Character, token.Token.size()};
+    }
+    constexpr std::size_t start = byteMark.size();
+    constexpr std::size_t length = 2 * start + 2;
+    const bool isByte = text.size() >= length && text.starts_with(byteMark) &&
+                        text.substr(start + 2, start) == byteMark && IsHexadecimal(text[start]) &&
+                        IsHexadecimal(text[start + 1]);
+    return isByte ? DecodedCharacter{EscapedCharacter(text.substr(start, 2)), length} : DecodedCharacter{'<', 1};
+}
+
+/// The target without the appended pieces at its end, and without a "?" that nothing is left behind.
+std::string WithoutAppendedPieces(std::string target) {
+    const std::size_t query = target.find('?');
+    while (target.size() > query) {
+        const std::size_t separator = target.find_last_of("?&");
+        if (!IsAppended(std::string_view(target).substr(separator + 1))) break;
+        target.resize(separator);
+    }
+    return target;
 }
 
 std::string WithoutLineEnds(std::string_view text) {
@@ -126,18 +191,43 @@ std::string DecodeQuery(std::string text) {
 }
 
 std::string EncodeLinkPart(std::string_view text) {
-    std::string encoded(text);
-    for (const LinkToken &token : linkTokens) encoded = Replace(std::move(encoded), token.Character, token.Token);
-    return Replace(std::move(encoded), " ", "%20");
+    const bool isUtf8 = IsUtf8(text);
+    std::string encoded;
+    if (IsAppended(text)) {  // a directory's own name must not be taken for such a piece
+        encoded = ByteToken(text.front());
+        text.remove_prefix(1);
+    }
+    for (const char character : text) {
+        if (const LinkToken *token = TokenOf(linkTokens, character)) {
+            encoded += token->Token;
+        } else if (IsLostOnTheWay(character, isUtf8)) {
+            encoded += ByteToken(character);
+        } else {
+            Append(encoded, character == ' ' ? "%20" : std::string_view(&character, 1));
+        }
+    }
+    return encoded;
+}
+
+std::string EncodeServiceText(std::string text) {
+    for (const LinkToken &token : serviceTokens) text = Replace(std::move(text), {&token.Character, 1}, token.Token);
+    return Replace(std::move(text), " ", "%20");
 }
 
 std::string DecodeLinkPart(std::string_view text) {
     return DecodeLinkTokens(DecodeQuery(std::string(text)));
 }
 
-std::string DecodeLinkTokens(std::string text) {
-    for (const LinkToken &token : linkTokens) text = Replace(std::move(text), token.Token, token.Character);
-    return text;
+std::string DecodeLinkTokens(std::string_view text) {
+    std::string decoded;
+    for (std::size_t mark = text.find('<'); mark != std::string_view::npos; mark = text.find('<')) {
+        decoded += text.substr(0, mark);
+        text.remove_prefix(mark);
+        const auto [character, length] = CharacterAt(text);
+        decoded += character;
+        text.remove_prefix(length);
+    }
+    return decoded.append(text);
 }
 
 std::string FileDisplayName(std::string_view name) {
@@ -179,7 +269,7 @@ std::optional<std::string> GetRequestTarget(std::string_view head) {
     if (second == std::string_view::npos) return std::nullopt;
     const std::size_t start = first + 2;  // the "/" is dropped unlooked-at
     if (start >= second) return std::string();
-    return Trim(head.substr(start, second - start));
+    return WithoutAppendedPieces(Trim(head.substr(start, second - start)));
 }
 
 std::string GetVisitorPageName(std::string_view head, const AlbumNames &nameOf) {

@@ -18,15 +18,21 @@ using Arguments = std::vector<std::string>;
 /// @throws RunTimeError TypeMismatch for an escape that isn't hexadecimal
 std::string DecodeQuery(std::string text);
 
-/// A file or directory name made fit for a link: "&", "+", "#" and "%" as tokens that survive the query's decoding, a
-/// blank as "%20". Nothing else changes.
+/// What stands for a "%" in a link.
+inline constexpr std::string_view PercentToken = "<percent>num<percent>";
+
+/// A name made fit for a link, so that any comes back whole: "&", "+", "#" and "%" as tokens that survive the query's
+/// decoding, a blank as "%20", and as "<byte>2A<byte>" what browsers would change. Nothing else changes.
 std::string EncodeLinkPart(std::string_view text);
 
 /// The reverse, for each name that came in an address. @throws RunTimeError as DecodeQuery
 std::string DecodeLinkPart(std::string_view text);
 
 /// The tokens of EncodeLinkPart turned back, without any other decoding.
-std::string DecodeLinkTokens(std::string text);
+std::string DecodeLinkTokens(std::string_view text);
+
+/// A text for the central service, which knows the tokens of "&", "+" and "#" only, and "%20".
+std::string EncodeServiceText(std::string text);
 
 /// A file's name for visitors: "_" as a blank, cut before the last ".".
 std::string FileDisplayName(std::string_view name);
@@ -43,6 +49,7 @@ std::string GetCookieUsername(std::string_view head);
 std::string GetRequestMethod(std::string_view head);
 
 /// What stands between the first two blanks, less its first character (the "/"), trimmed; nothing without both blanks.
+/// Words that social networks append to shared links ("&fbclid=...") are left out.
 std::optional<std::string> GetRequestTarget(std::string_view head);
 
 /// An album's name by its number. @throws RunTimeError for a number that no album has
