@@ -82,7 +82,7 @@ void SetupWindow::FinishLayout() {
     // What is too high for the screen scrolls, and its bar takes room too.
     if (wanted.height() > room.height()) wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     resize(wanted.boundedTo(room.size()));
-    move(room.center() - rect().center());
+    if (parentWidget() == nullptr) move(room.center() - rect().center());  // a sub-dialog goes over its parent
 }
 
 }  // namespace pixmora

@@ -90,11 +90,9 @@ int DirOrderEditor::MoveBy(int row, int steps) {
     return row;
 }
 
-std::string DirOrderEditor::SortKey(std::string_view choice, const DirOrder &order, const Row &row, int place) const {
-    if (Contains(choice, "Name")) return row.Name;
-    if (Contains(choice, "Original")) return order.Position(StoredName(row.Name), PlaceText(place));
+std::string DirOrderEditor::DateKey(std::string_view choice, const std::string &path) {
     try {
-        const FileFacts facts = GetFileFacts(DirectoryOfKey(key_) + "\\" + row.Name);
+        const FileFacts facts = GetFileFacts(path);
         return MinuteText(Contains(choice, "Created") ? facts.CreationTime : facts.LastWriteTime);
     } catch (const RunTimeError &) {
         return {};  // gone since the list was made
@@ -104,9 +102,15 @@ std::string DirOrderEditor::SortKey(std::string_view choice, const DirOrder &ord
 void DirOrderEditor::PreSort(std::string_view choice) {
     if (choice == PreSortChoices[0] || key_.empty() || IsTreeRoot(key_)) return;
     const DirOrder order(AlbumOfKey(key_));
-    for (int row = 0; row < Count(); ++row) {
-        Row &sorted = rows_[static_cast<std::size_t>(row)];
-        sorted.Sort = SortKey(choice, order, sorted, row + 1);
+    const std::string directory = DirectoryOfKey(key_) + "\\";
+    for (int place = 1; Row & row : rows_) {
+        if (Contains(choice, "Name")) {
+            row.Sort = row.Name;
+        } else if (Contains(choice, "Original")) {
+            row.Sort = order.Position(StoredName(row.Name), PlaceText(place++));
+        } else {
+            row.Sort = DateKey(choice, directory + row.Name);
+        }
     }
     SortRows(Contains(choice, "Desc"));
     orderChanged_ = canSave_ = true;
