@@ -72,7 +72,7 @@ LinkLabel *ServicePage::ServiceLink(const char *name, const char *caption, const
 void ServicePage::SetService(const std::string &base) {
     base_ = base;
     for (LinkLabel *link : links_) {
-        link->SetLook({base.empty() ? Skin::Ink : Skin::Blue, !base.empty(), false, false, !base.empty()});
+        link->SetLook({base.empty() ? Skin::SoftInk : Skin::Blue, !base.empty(), false, false, !base.empty()});
         link->setToolTip(base.empty() ? QStringLiteral("There is no central service that explains this.") : QString());
     }
 }
