@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <utility>
 
 #include "core/site/OwnerDialogue.h"
@@ -15,6 +16,7 @@
 #include "store/Catalogue.h"
 #include "store/Globals.h"
 #include "store/Protection.h"
+#include "store/Rows.h"
 
 namespace pixmora {
 
@@ -117,20 +119,26 @@ void DirOrderEditor::PreSort(std::string_view choice) {
 }
 
 void DirOrderEditor::Save() {
+    std::map<std::string, std::int64_t> places;  // by the stored path in lower case
+    for (const Row &row : rows_) places[LCase(ProtectionKey(StoredName(row.Name)))] = CLng(row.Sort);
     Transaction transaction(*gDatabase);
     const std::string album = AlbumOfKey(key_);
-    const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Dynaset);
+    ForEachRow("DBOrder", "AlbumName = " + QuotedText(album), [&places](Recordset &stored) {
+        const auto place = places.extract(LCase(TextOrEmpty(stored.Value("SubDir"))));
+        if (!place) return;
+        stored.Edit();
+        stored.Set("SeqPos", place.mapped());
+        stored.Update();
+    });
+    const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Table);
     for (const Row &row : rows_) {
         const std::string stored = ProtectionKey(StoredName(row.Name));
-        order->FindFirst("AlbumName = " + QuotedText(album) + " and SubDir = " + QuotedText(stored));
-        if (order->NoMatch()) {
-            order->AddNew();
-            order->Set("AlbumName", album);
-            order->Set("SubDir", stored);
-        } else {
-            order->Edit();
-        }
-        order->Set("SeqPos", std::int64_t{CLng(row.Sort)});
+        const auto place = places.extract(LCase(stored));
+        if (!place) continue;
+        order->AddNew();
+        order->Set("AlbumName", album);
+        order->Set("SubDir", stored);
+        order->Set("SeqPos", place.mapped());
         order->Update();
     }
     transaction.Commit();
