@@ -10,6 +10,7 @@
 #include "core/Sweep.h"
 #include "core/WebsiteStop.h"
 #include "core/site/Globals.h"
+#include "core/site/ListenRefusal.h"
 #include "core/site/OwnerDialogue.h"
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
@@ -177,22 +178,10 @@ private:
             gSystray->wnskListen->Listen();
             return true;
         } catch (const RunTimeError &error) {
-            TellListenError(error);
+            ShowMessageBox(
+                ListenRefusal(error, gSystray->wnskListen->LocalPort(), "Please go to Port Setup in Setup and"),
+                FlagCritical);
             return false;
-        }
-    }
-
-    static void TellListenError(const RunTimeError &error) {
-        if (error.Number() == ErrorNumber::AddressNotAvailable) {
-            ShowMessageBox("The address '" + GetSetting("Setup", "ListenAddress") +
-                               "' is not an address of this computer! Please correct the setting ListenAddress, or "
-                               "remove it to listen on all addresses.",
-                           FlagCritical);
-        } else {
-            ShowMessageBox("There is another application already listening on port " +
-                               std::to_string(gSystray->wnskListen->LocalPort()) +
-                               "! Please go to Port Setup in Setup and choose another port.",
-                           FlagCritical);
         }
     }
 

@@ -99,9 +99,11 @@ std::string EncodedAccountName() {
 }
 
 std::string RedirectingAddress() {
-    const std::string base = ServiceBase();
-    const std::string account = EncodedAccountName();
-    return base.empty() || account.empty() ? "" : base + "?" + account;
+    return RedirectingAddress(ServiceBase(), GetSetting("Setup", "AccountName"));
+}
+
+std::string RedirectingAddress(const std::string &serviceBase, const std::string &accountName) {
+    return serviceBase.empty() || accountName.empty() ? "" : serviceBase + "?" + EncodeLinkPart(accountName);
 }
 
 std::string VersionText() {

@@ -15,6 +15,7 @@ std::string EncodedAccountName();
 
 /// The address at the service that leads on to the site wherever it is; empty without a service or an account.
 std::string RedirectingAddress();
+std::string RedirectingAddress(const std::string &serviceBase, const std::string &accountName);
 
 /// The version as the service reads it: two digits, two digits, four digits ("01000000").
 std::string VersionText();

@@ -12,7 +12,11 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSlider>
+#include <QStyle>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
+#include <QWheelEvent>
+#include <algorithm>
 #include <utility>
 
 #include "console/Events.h"
@@ -33,6 +37,28 @@ Control *Named(const char *name, Control *control) {
     return control;
 }
 
+/// Leaves the wheel to the page around it while the keys go elsewhere.
+template <typename Control>
+class QuietWheel : public Control {
+public:
+    using Control::Control;
+
+protected:
+    void wheelEvent(QWheelEvent *event) override {
+        if (this->hasFocus()) return Control::wheelEvent(event);
+        event->ignore();
+    }
+};
+
+class RoomyRows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
+        const QSize plain = QStyledItemDelegate::sizeHint(option, index);
+        return {plain.width() + 8, std::max(plain.height(), option.fontMetrics.height() + 8)};
+    }
+};
+
 /// Wants the height of so many lines, takes more, and does with three.
 template <typename View>
 class LinesHigh : public View {
@@ -44,6 +70,23 @@ public:
 private:
     int Height(int lines) const { return this->fontMetrics().lineSpacing() * lines + 14; }
     int lines_;
+};
+
+class HintedList : public LinesHigh<QTreeWidget> {
+public:
+    HintedList(int lines, const char *hint) : LinesHigh(lines), hint_(QString::fromUtf8(hint)) {}
+
+protected:
+    void paintEvent(QPaintEvent *event) override {
+        LinesHigh::paintEvent(event);
+        if (topLevelItemCount() > 0) return;
+        QPainter painter(viewport());
+        painter.setPen(Skin::SoftInk);
+        painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12), Qt::AlignCenter | Qt::TextWordWrap, hint_);
+    }
+
+private:
+    QString hint_;
 };
 
 }  // namespace
@@ -82,7 +125,8 @@ QRadioButton *Option(const QString &name, const char *caption) {
 }
 
 QComboBox *DropDown(const char *name, bool isEditable) {
-    auto *list = Named(name, new QComboBox);
+    auto *list = Named(name, new QuietWheel<QComboBox>);
+    list->setFocusPolicy(Qt::StrongFocus);
     list->setEditable(isEditable);
     list->setInsertPolicy(QComboBox::NoInsert);
     list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -90,16 +134,21 @@ QComboBox *DropDown(const char *name, bool isEditable) {
 }
 
 QSlider *Slider(const char *name, int first, int last) {
-    auto *slider = Named(name, new QSlider(Qt::Horizontal));
+    auto *slider = Named(name, new QuietWheel<QSlider>(Qt::Horizontal));
+    slider->setFocusPolicy(Qt::StrongFocus);
     slider->setRange(first, last);
     slider->setSingleStep(1);
     slider->setPageStep(1);
-    slider->setMinimumWidth(140);
+    // The marks below push the handle up, out of the height that the style asks for.
+    const QStyle *style = slider->style();
+    slider->setMinimumSize(140, style->pixelMetric(QStyle::PM_SliderThickness) +
+                                    2 * style->pixelMetric(QStyle::PM_SliderTickmarkOffset) + 4);
     return slider;
 }
 
-QTreeWidget *ListView(const char *name, std::initializer_list<const char *> columns, int lines) {
-    auto *list = Named(name, new LinesHigh<QTreeWidget>(lines));
+QTreeWidget *ListView(const char *name, std::initializer_list<const char *> columns, int lines, const char *hint) {
+    auto *list = Named(name, new HintedList(lines, hint));
+    MakeRoomy(*list);
     QStringList headings;
     for (const char *column : columns) headings << QString::fromUtf8(column);
     list->setHeaderLabels(headings);
@@ -110,6 +159,10 @@ QTreeWidget *ListView(const char *name, std::initializer_list<const char *> colu
     list->setTabKeyNavigation(false);
     list->header()->setSectionsMovable(false);
     return list;
+}
+
+void MakeRoomy(QAbstractItemView &view) {
+    view.setItemDelegate(new RoomyRows(&view));
 }
 
 SkinButton *Button(const char *name, const char *caption) {
@@ -128,11 +181,13 @@ LinkLabel *Link(const char *name, const QString &text, const char *purpose, std:
     return link;
 }
 
-LinkLabel *Help(const char *name, const std::string &serviceName) {
+LinkLabel *Help(const char *name, std::function<std::string()> serviceName) {
     auto *link = new LinkLabel(name, QStringLiteral("?"), QStringLiteral("Shows a help text"));
     link->setAccessibleName(QStringLiteral("Help: ") + QString::fromUtf8(HelpTextOf(name).Title));
     link->SetLook({Skin::Blue, false, false, true, true});
-    OnClick(link, [control = std::string(name), serviceName] { ShowHelpOf(control, serviceName); });
+    OnClick(link, [name, serviceName = std::move(serviceName)] {
+        ShowHelpOf(name, serviceName ? serviceName() : std::string());
+    });
     return link;
 }
 
@@ -149,7 +204,8 @@ SContainer *Captioned(const char *name, const char *caption, QLayout *content, Q
 QLabel *AddRow(QGridLayout &grid, const char *caption, QWidget *control) {
     auto *label = new QLabel(QString::fromUtf8(caption));
     label->setBuddy(control);
-    control->setAccessibleName(label->text().remove(u':'));
+    // A label's own words are its name; the caption beside it would hide them.
+    if (qobject_cast<QLabel *>(control) == nullptr) control->setAccessibleName(label->text().remove(u':'));
     const int row = grid.rowCount();
     const bool isTall = qobject_cast<QPlainTextEdit *>(control) != nullptr;
     grid.addWidget(label, row, 0, isTall ? Qt::AlignTop : Qt::AlignVCenter);

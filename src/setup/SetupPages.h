@@ -10,17 +10,12 @@
 #include <QSlider>
 #include <QTreeWidget>
 #include <string>
+#include <vector>
 
 #include "setup/FormParts.h"
 #include "setup/PageFrame.h"
 
 namespace pixmora {
-
-/// The central service as the tabs speak of it.
-struct ServiceFacts {
-    std::string Base;         ///< "http://host", empty for none
-    std::string Redirecting;  ///< the site's address there, empty for none
-};
 
 // Each a frame that scrolls where the screen is too small for it, with its controls as members.
 
@@ -43,16 +38,34 @@ struct GeneralPage : PageFrame {
 struct AlbumsPage : PageFrame {
     AlbumsPage();
 
-    QTreeWidget *lstAlbums = FormParts::ListView("lstAlbums", {"Album Name", "Path"}, 10);
+    QTreeWidget *lstAlbums =
+        FormParts::ListView("lstAlbums", {"Album Name", "Path"}, 10,
+                            "There are no albums yet. Click Create Album... to share a directory.");
     SkinButton *cmdAlbumAdd = FormParts::Button("cmdAlbumAdd", "Create Album...");
 };
 
-struct FirewallPage : PageFrame {
-    explicit FirewallPage(const ServiceFacts &service);
+/// With links to the pages of the central service.
+struct ServicePage : PageFrame {
+    /// Without a service, whose base is empty, the links are words like the others.
+    void SetService(const std::string &base);
+
+protected:
+    LinkLabel *ServiceLink(const char *name, const char *caption, const char *page);
+
+private:
+    std::vector<LinkLabel *> links_;
+    std::string base_;
+};
+
+struct FirewallPage : ServicePage {
+    FirewallPage();
 
     QLabel *lblPublicIP = FormParts::Label("lblPublicIP", QStringLiteral("..."));
     QLabel *lblPrivateIP = FormParts::Label("lblPrivateIP");
     SkinButton *cmdCheckFirewall = FormParts::Button("cmdCheckFirewall", "Run Test");
+
+private:
+    QLayout *MakeAdvice();
 };
 
 struct LayoutPage : PageFrame {
@@ -80,20 +93,30 @@ private:
 };
 
 struct OnlinePage : PageFrame {
-    explicit OnlinePage(const ServiceFacts &service);
+    OnlinePage();
 
+    QLineEdit *txtServiceBase = FormParts::TextBox("txtServiceBase");
+    QLineEdit *txtAccountName = FormParts::TextBox("txtAccountName");
     QCheckBox *chkListOnline = FormParts::CheckBox("chkListOnline", "List Website Online");
+    QLineEdit *txtPublicAddress = FormParts::TextBox("txtPublicAddress");
+
+private:
+    void ShowAddresses();
+
+    LinkLabel *lblURLOnlineList;
+    LinkLabel *lblURLRedirecting;
 };
 
 struct AccessPage : PageFrame {
     AccessPage();
 
-    QTreeWidget *lvwRestricted = FormParts::ListView("lvwRestricted", {"Share", "Directory", "Username"}, 12);
+    QTreeWidget *lvwRestricted =
+        FormParts::ListView("lvwRestricted", {"Share", "Directory", "Username"}, 12, "No directory is protected.");
     SkinButton *cmdSetupRestricted = FormParts::Button("cmdSetupRestricted", "Setup...");
 };
 
-struct PortPage : PageFrame {
-    explicit PortPage(const ServiceFacts &service);
+struct PortPage : ServicePage {
+    PortPage();
 
     QComboBox *cboListenPort = FormParts::DropDown("cboListenPort", true);
     SkinButton *cmdPortCheck = FormParts::Button("cmdPortCheck", "Check Port");

@@ -1,7 +1,9 @@
 // What the setup dialogs have in common.
 #include "setup/SetupWindow.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QFontInfo>
 #include <QPalette>
 #include <QScreen>
@@ -77,12 +79,14 @@ void SetupWindow::FinishLayout() {
         for (QWidget *control : controls) ScaleText(*control, scale);
         ScaleText(*this, scale);
     }
+    // The lists that drop down are windows of their own, which would take the desktop's colours.
+    for (const QComboBox *box : findChildren<QComboBox *>()) box->view()->parentWidget()->setPalette(palette());
     const QRect room = QApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameRoom);
     QSize wanted = sizeHint();
     // What is too high for the screen scrolls, and its bar takes room too.
     if (wanted.height() > room.height()) wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     resize(wanted.boundedTo(room.size()));
-    move(room.center() - rect().center());
+    if (parentWidget() == nullptr) move(room.center() - rect().center());  // a sub-dialog goes over its parent
 }
 
 }  // namespace pixmora

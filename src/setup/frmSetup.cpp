@@ -41,26 +41,25 @@ SetupSurroundings DesktopSurroundings() {
     surroundings.IsConnectedToInternet = IsConnectedToInternet;
     surroundings.Webcam = DesktopWebcamHands;
     surroundings.Program = FromQt(QCoreApplication::applicationFilePath());
+    surroundings.ProposedPort = ProposedPort();
     return surroundings;
 }
 
 frmSetup::frmSetup(const SetupOpening &opening, SetupSurroundings surroundings)
-    : frmSetup(opening, std::move(surroundings), {ServiceBase(), RedirectingAddress()}) {}
-
-frmSetup::frmSetup(const SetupOpening &opening, SetupSurroundings surroundings, const ServiceFacts &service)
     : SetupWindow("frmSetup", ToQt(App::Title) + QStringLiteral(" Setup"), nullptr),
       opening_(opening),
       surroundings_(std::move(surroundings)),
       SSTab1(new QTabWidget),
       general_(new GeneralPage),
       albums_(new AlbumsPage),
-      firewall_(new FirewallPage(service)),
+      firewall_(new FirewallPage),
       layout_(new LayoutPage),
-      online_(new OnlinePage(service)),
+      online_(new OnlinePage),
       access_(new AccessPage),
-      port_(new PortPage(service)),
+      port_(new PortPage),
       cmdPrevious(Button("cmdPrevious", "<< Previous")),
       cmdNext(Button("cmdNext", "Next >>")),
+      lblStep(Label("lblStep")),
       cmdOK(Button("cmdOK", "Finish")),
       cmdCancel(Button("cmdCancel", "Cancel")),
       check_(MakeCheckHands()) {
@@ -95,7 +94,7 @@ QLayout *frmSetup::MakeButtons() {
     auto *buttons = new QHBoxLayout;
     for (SkinButton *button : {cmdPrevious, cmdNext, cmdOK, cmdCancel}) {
         button->setMinimumWidth(96);
-        if (button == cmdOK) buttons->addStretch();
+        if (button == cmdOK) buttons->addWidget(lblStep, 1, Qt::AlignCenter);
         buttons->addWidget(button);
     }
     return buttons;
@@ -105,17 +104,19 @@ void frmSetup::ConnectWizard() {
     connect(SSTab1, &QTabWidget::currentChanged, this, [this] { ChangeTab(); });
     OnClick(cmdNext, [this] {
         SSTab1->setCurrentIndex(SSTab1->currentIndex() + 1);
-        if (CurrentTab() != SetupTab::PortSetup) return;
+        if (CurrentTab() != SetupTab::PortSetup) return FocusFirstField();
         SetBold(*cmdOK, true);
         cmdOK->setFocus();
     });
     OnClick(cmdPrevious, [this] {
         SSTab1->setCurrentIndex(SSTab1->currentIndex() - 1);
         SetBold(*cmdOK, false);
+        FocusFirstField();
     });
     OnClick(cmdOK, [this] { ClickFinish(); });
     OnClick(cmdCancel, [this] { ClickCancel(); });
     SetBold(*cmdOK, false);
+    if (IsFirstRun()) cmdNext->setDefault(true);  // Enter in a field goes on
     tmrShowAddAlbum.SetInterval(addAlbumMs);
     tmrShowAddAlbum.OnTimer = [this] {
         tmrShowAddAlbum.SetEnabled(false);
@@ -124,7 +125,7 @@ void frmSetup::ConnectWizard() {
 }
 
 void frmSetup::Load() {
-    const SetupFields fields = LoadSetupFields();
+    const SetupFields fields = LoadSetupFields(surroundings_.ProposedPort);
     privateIP_ = GetLocalIP();
     firewall_->lblPrivateIP->setText(ToQt(privateIP_));
     FillAlbums();
@@ -142,14 +143,25 @@ void frmSetup::Load() {
 
 std::vector<frmSetup::BoundControl> frmSetup::BoundControls() const {
     return {
-        {general_->txtServerTitle, &SetupFields::ServerTitle},  {general_->txtAuthor, &SetupFields::Author},
-        {general_->txtDesc, &SetupFields::Description},         {general_->cboStyle, &SetupFields::Style},
-        {general_->txtWelcome, &SetupFields::Welcome},          {general_->chkRunOnStart, &SetupFields::RunOnStart},
+        {general_->txtServerTitle, &SetupFields::ServerTitle},
+        {general_->txtAuthor, &SetupFields::Author},
+        {general_->txtDesc, &SetupFields::Description},
+        {general_->cboStyle, &SetupFields::Style},
+        {general_->txtWelcome, &SetupFields::Welcome},
+        {general_->chkRunOnStart, &SetupFields::RunOnStart},
         {layout_->cboFilesPerRow, &SetupFields::FilesPerRow},  // before the page, which it resets
-        {layout_->cboFilesPerPage, &SetupFields::FilesPerPage}, {layout_->sldImageSize, &SetupFields::ImageSize},
-        {layout_->sldImageQuality, &SetupFields::ImageQuality}, {layout_->optDirSortMethod, &SetupFields::SortMethod},
-        {layout_->optDirSortOrder, &SetupFields::SortOrder},    {layout_->chkWebcam, &SetupFields::Webcam},
-        {online_->chkListOnline, &SetupFields::ListOnline},     {port_->cboListenPort, &SetupFields::ListenPort}};
+        {layout_->cboFilesPerPage, &SetupFields::FilesPerPage},
+        {layout_->sldImageSize, &SetupFields::ImageSize},
+        {layout_->sldImageQuality, &SetupFields::ImageQuality},
+        {layout_->optDirSortMethod, &SetupFields::SortMethod},
+        {layout_->optDirSortOrder, &SetupFields::SortOrder},
+        {layout_->chkWebcam, &SetupFields::Webcam},
+        {online_->txtServiceBase, &SetupFields::ServiceBase},
+        {online_->txtAccountName, &SetupFields::AccountName},
+        {online_->chkListOnline, &SetupFields::ListOnline},
+        {online_->txtPublicAddress, &SetupFields::PublicAddress},
+        {port_->cboListenPort, &SetupFields::ListenPort},
+    };
 }
 
 SetupFields frmSetup::Fields() const {
@@ -181,6 +193,17 @@ void frmSetup::ChangeTab() {
     const WizardButtons buttons = ButtonsOn(CurrentTab());
     cmdPrevious->setEnabled(buttons.Previous);
     cmdNext->setEnabled(buttons.Next);
+    lblStep->setText(IsFirstRun() ? ToQt(StepText(CurrentTab())) : QString());
+}
+
+/// The wizard's keys begin where there is something to fill in.
+void frmSetup::FocusFirstField() {
+    if (!IsFirstRun()) return;
+    for (QWidget *field : SSTab1->currentWidget()->findChildren<QWidget *>()) {
+        const bool takesText =
+            qobject_cast<QLineEdit *>(field) != nullptr || qobject_cast<QComboBox *>(field) != nullptr;
+        if (takesText && field->isEnabled()) return field->setFocus();
+    }
 }
 
 void frmSetup::ClickFinish() {
@@ -208,6 +231,8 @@ void frmSetup::ClickFinish() {
     cmdOK->setEnabled(false);  // its questions and its check let other clicks through
     const bool isFinished = FinishSetup(hands, surroundings_.Program);
     cmdOK->setEnabled(true);
+    // Where the keys went meanwhile, one Enter from losing everything.
+    if (focusWidget() == cmdCancel) cmdOK->setFocus();
     if (isFinished) Unload();
 }
 

@@ -15,7 +15,9 @@
 #include "setup/rules/SetupDialog.h"
 #include "setup/rules/WebcamEditor.h"
 
+class QLabel;
 class QTabWidget;
+class QTreeWidgetItem;
 
 namespace pixmora {
 
@@ -27,14 +29,14 @@ struct GeneralPage;
 struct LayoutPage;
 struct OnlinePage;
 struct PortPage;
-struct ServiceFacts;
 
 /// What the dialog needs of the world around it; tests put their own in its place.
 struct SetupSurroundings {
     pixmora::Choosers Choosers = DesktopChoosers();
     std::function<bool()> IsConnectedToInternet;
     std::function<WebcamHands()> Webcam;
-    std::string Program;  ///< full path of what starts with the session
+    std::string Program;              ///< full path of what starts with the session
+    std::string ProposedPort = "80";  ///< where none is stored
 };
 SetupSurroundings DesktopSurroundings();
 
@@ -53,11 +55,8 @@ public:
 
 protected:
     void CloseByOwner() override { ClickCancel(); }
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    frmSetup(const SetupOpening &opening, SetupSurroundings surroundings, const ServiceFacts &service);
-
     // frmSetup.cpp: opening, wizard, end
     void MakeTabs();
     QLayout *MakeButtons();
@@ -73,6 +72,7 @@ private:
     void GoTo(SetupTab tab);
     SetupTab CurrentTab() const;
     void ChangeTab();
+    void FocusFirstField();
     void ClickFinish();
     void ClickCancel();
     void Unload();
@@ -80,11 +80,13 @@ private:
     // frmSetupLists.cpp: albums, rights, and the dialogs behind them
     void ConnectLists();
     void FillAlbums();
-    void AddAlbumRow(const std::string &name, const std::string &directory);
+    QTreeWidgetItem *AddAlbumRow(const std::string &name, const std::string &directory);
+    void RemoveAlbumRows(const QString &name);
     void FillRestricted();
     int CountAlbums() const;
     void CreateAlbum();
     void EditAlbum();
+    void DeleteAlbum();
     bool HasAlbumFor(const char *purpose);
     void SetUpRestricted();
     void RemoveRestriction();
@@ -114,6 +116,7 @@ private:
     PortPage *port_;
     SkinButton *cmdPrevious;
     SkinButton *cmdNext;
+    QLabel *lblStep;
     SkinButton *cmdOK;
     SkinButton *cmdCancel;
     Timer tmrShowAddAlbum;

@@ -14,6 +14,7 @@
 #include "setup/frmSetupUsers.h"
 #include "setup/modTree.h"
 #include "setup/rules/AccessEditor.h"
+#include "setup/rules/HelpTexts.h"
 #include "setup/rules/UserEditor.h"
 
 namespace pixmora {
@@ -42,6 +43,7 @@ frmSetupAccess::frmSetupAccess(QWidget *parent)
     FillUsers();
     SetControlText(*txtRestrictWords, LoadRestrictWords());
     tvAccess->FillAlbumTree();
+    tvAccess->setCurrentItem(tvAccess->topLevelItem(0)->child(0));  // so that users can be seen to at once
     ClickNode();
     FinishLayout();
 }
@@ -54,6 +56,7 @@ SContainer *frmSetupAccess::MakeTreeBox() {
 
 SContainer *frmSetupAccess::MakeUserBox() {
     lstUsers->setObjectName(QStringLiteral("lstUsers"));
+    MakeRoomy(*lstUsers);
     lstUsers->setAccessibleName(QStringLiteral("Users with access"));
     auto *rows = new QVBoxLayout;
     rows->addLayout(tvAccess->MakePlaceRows());
@@ -79,12 +82,8 @@ void frmSetupAccess::ConnectControls() {
     };
     connect(lstUsers, &QListWidget::itemChanged, this,
             [this](QListWidgetItem *user) { RunEventHandler([this, user] { CheckItem(user); }); });
-    connect(lstUsers, &QListWidget::currentItemChanged, this, [this] { UpdateButtons(); });
-    // It tells what the marks below come to; they are what the owner sets.
-    OnClick(chkRestrictAccess, [this] {
-        ShowRestriction();
-        lstUsers->setFocus();
-    });
+    connect(lstUsers, &QListWidget::itemSelectionChanged, this, [this] { UpdateButtons(); });
+    OnClick(chkRestrictAccess, [this] { chkRestrictAccess->isChecked() ? Restrict() : Release(); });
     OnClick(cmdUserAdd, [this] { ShowUser(""); });
     OnClick(cmdUserEdit, [this] { ShowUser(SelectedUser()); });
     OnClick(cmdUserDelete, [this] { DeleteUser(); });
@@ -106,7 +105,8 @@ void frmSetupAccess::CloseByOwner() {
 }
 
 std::string frmSetupAccess::SelectedUser() const {
-    return lstUsers->currentItem() == nullptr ? std::string() : FromQt(lstUsers->currentItem()->text());
+    const QListWidgetItem *user = lstUsers->selectedItems().value(0);
+    return user == nullptr ? std::string() : FromQt(user->text());
 }
 
 void frmSetupAccess::FillUsers() {
@@ -122,7 +122,7 @@ void frmSetupAccess::FillUsers() {
 }
 
 void frmSetupAccess::UpdateButtons() {
-    const bool isSelected = lstUsers->currentItem() != nullptr;
+    const bool isSelected = !SelectedUser().empty();
     cmdUserEdit->setEnabled(isSelected);
     cmdUserDelete->setEnabled(isSelected);
 }
@@ -140,6 +140,26 @@ void frmSetupAccess::ClickNode() {
     }
     ShowRestriction();
     loadingUsers_ = false;
+}
+
+/// The box tells what the marks come to, so it needs one: the only user's, or one that the owner chooses.
+void frmSetupAccess::Restrict() {
+    if (lstUsers->count() == 1) {
+        lstUsers->item(0)->setCheckState(Qt::Checked);
+        return;
+    }
+    ShowRestriction();
+    if (lstUsers->count() == 0) {
+        if (WantsFirstUser()) ShowUser("");
+        return;
+    }
+    lstUsers->setFocus();
+    ShowHelpOf("lblHelpUserAccess");
+}
+
+/// The directory becomes public.
+void frmSetupAccess::Release() {
+    for (int i = 0; i < lstUsers->count(); ++i) lstUsers->item(i)->setCheckState(Qt::Unchecked);
 }
 
 void frmSetupAccess::ShowRestriction() {
@@ -166,7 +186,8 @@ void frmSetupAccess::ShowUser(const std::string &editUserName) {
 
 void frmSetupAccess::DeleteUser() {
     if (!OfferToDeleteUser(SelectedUser())) return;
-    delete lstUsers->currentItem();
+    delete lstUsers->selectedItems().value(0);
+    lstUsers->setCurrentItem(nullptr);  // the next key has no user to go on with
     UpdateButtons();
     ClickNode();
 }

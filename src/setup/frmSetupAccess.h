@@ -38,6 +38,8 @@ private:
     void ClickNode();
     void CheckItem(QListWidgetItem *user);
     void ShowRestriction();
+    void Restrict();
+    void Release();
     /// @param editUserName empty to add one
     void ShowUser(const std::string &editUserName);
     void DeleteUser();

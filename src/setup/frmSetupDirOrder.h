@@ -5,6 +5,7 @@
 #include "setup/rules/DirOrderEditor.h"
 
 class QComboBox;
+class QFrame;
 class QTreeWidget;
 
 namespace pixmora {
@@ -26,14 +27,18 @@ private:
     SContainer *MakeListBox();
     void ConnectControls();
     void ClickNode();
-    void ShowRows(int selectedRow);
+    void ShowRows();
+    /// The selected row, to where the editor has moved it.
+    void MoveSelectedRow(int newRow);
     void UpdateButtons();
     int SelectedRow() const;
-    void Drag(int distance);
+    void ShowDrop(int distance);
+    void Drop(int distance);
 
     DirOrderEditor editor_;
     AlbumTreeView *tvAlbums;
     QTreeWidget *lvwDirs;
+    QFrame *dropLine_;  ///< where a row that is being dragged would go
     QComboBox *cboPreSort;
     SkinButton *cmdMoveUp;
     SkinButton *cmdMoveDown;

@@ -1,11 +1,7 @@
 // frmSetup.h: the setup dialog: the checks of the port, and what tells that a setting has changed.
-#include <QApplication>
-#include <QEvent>
-
 #include "console/Events.h"
 #include "console/SkinButton.h"
 #include "console/Texts.h"
-#include "outside/CentralService.h"
 #include "outside/OutboundRequest.h"
 #include "setup/ControlText.h"
 #include "setup/SetupPages.h"
@@ -42,14 +38,27 @@ PortCheckHands frmSetup::MakeCheckHands() {
     hands.GetWebPage = [](const std::string &url) {
         return GetWebPage(url);
     };
-    hands.ServiceBase = ServiceBase();
+    hands.ServiceBase = [this] {
+        return CleanServiceBase(ControlText(*online_->txtServiceBase));
+    };
     return hands;
 }
 
 void frmSetup::ConnectNetwork() {
     OnClick(firewall_->cmdCheckFirewall, [this] { CheckFirewall(); });
     OnClick(port_->cmdPortCheck, [this] { check_.CheckPort(); });
-    port_->cboListenPort->lineEdit()->installEventFilter(this);
+    const auto showService = [this] {
+        const std::string base = CleanServiceBase(ControlText(*online_->txtServiceBase));
+        firewall_->SetService(base);
+        port_->SetService(base);
+    };
+    connect(online_->txtServiceBase, &QLineEdit::textChanged, this, showService);
+    showService();
+    // Its line tells when the keys have left, which the box itself, having the focus, keeps from filters of the line.
+    connect(port_->cboListenPort->lineEdit(), &QLineEdit::editingFinished, this, [this] {
+        RunEventHandler(
+            [this] { SetControlText(*port_->cboListenPort, NumericText(ControlText(*port_->cboListenPort))); });
+    });
     for (const BoundControl &bound : BoundControls()) {
         OnControlChange(*bound.Control, [this] { settingsChanged_ = true; });
     }
@@ -58,14 +67,6 @@ void frmSetup::ConnectNetwork() {
 bool frmSetup::CheckFirewall() {
     if (!isCheckRunning_) check_.CheckFirewall();
     return !check_.IsAbandoned();
-}
-
-bool frmSetup::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::FocusOut) {
-        QObject &port = *port_->cboListenPort;
-        SetControlText(port, NumericText(ControlText(port)));
-    }
-    return SetupWindow::eventFilter(watched, event);
 }
 
 }  // namespace pixmora

@@ -31,6 +31,7 @@ AlbumTreeView::AlbumTreeView(const char *name)
     setAccessibleName(QStringLiteral("Albums and directories"));
     setHeaderHidden(true);
     setUniformRowHeights(true);
+    FormParts::MakeRoomy(*this);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(this, &QTreeWidget::itemExpanded, this,

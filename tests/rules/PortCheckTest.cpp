@@ -1,6 +1,9 @@
 // The checks of the port, in all their branches, on this computer's own sockets.
 #include "setup/rules/PortCheck.h"
 
+#include <unistd.h>
+
+#include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
 #include "setup/rules/InternetState.h"
@@ -59,7 +62,7 @@ protected:
             if (whileAsking) whileAsking();
             return publicIP;
         };
-        hands.ServiceBase = "http://service.example";
+        hands.ServiceBase = Give(serviceBase);
         return hands;
     }
     /// Another program's socket on the port under test.
@@ -76,6 +79,7 @@ protected:
     std::string privateIP = own;
     std::string publicIP = own;
     std::string shown;
+    std::string serviceBase = "http://service.example";
     bool isBusy = false;
     bool isConnected = true;
     std::function<void()> whileAsking;
@@ -135,7 +139,8 @@ TEST_F(PortChecks, SayWhatTheyFind) {
         {"port in use", &PortCheck::CheckPort, own, own, Port::Used,
          [inUse] { return inUse("Please choose another port."); }, FlagCritical, "", 0, "1", false},
         {"port out of range", &PortCheck::CheckPort, own, own, Port::OutOfRange,
-         [inUse] { return inUse("Please choose another port."); }, FlagCritical, "", 0, "1", false},
+         [] { return "There is no port 70000! Ports go from 1 to 65535. Please choose another port."; }, FlagCritical,
+         "", 0, "1", false},
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(row.Name);
@@ -176,6 +181,85 @@ TEST_F(PortChecks, SayWhatTheyFind) {
     const auto other = Occupy();
     Owner.ExpectMessage(inUse("Please go to Port Setup and choose another port."), FlagCritical);
     check.CheckFirewall();
+}
+
+TEST_F(PortChecks, WithoutAServiceAllThatCanBeKnownHereIsTold) {
+    serviceBase = "";
+    const std::string isFree = "Port " + port + " is free, and this computer may listen on it.\r\n\r\nIts address ";
+    const std::string askAFriend =
+        "\r\n\r\nWhether it works can only be seen from outside: ask a friend to try connecting.";
+    privateIP = "192.168.1.5";
+    for (const auto run : {&PortCheck::CheckFirewall, &PortCheck::CheckPort}) {
+        Owner.ExpectMessage(isFree +
+                                "192.168.1.5 is a private one, which only computers on your own network can reach. To "
+                                "let your friends in, open the page of your router in your browser, look for \"port "
+                                "forwarding\", and forward TCP port " +
+                                port + " to 192.168.1.5. Your friends then need your router's public address." +
+                                askAFriend,
+                            FlagInformation);
+        (check.*run)();
+    }
+    EXPECT_EQ(Ran() + GetSetting("Records", "FirewallCheck"), "1");
+    privateIP = "198.51.100.7";
+    Owner.ExpectMessage(isFree +
+                            "198.51.100.7 is a public one. If a firewall keeps your friends away, allow incoming TCP "
+                            "connections on port " +
+                            port + "." + askAFriend,
+                        FlagInformation);
+    check.CheckFirewall();
+    privateIP = own;
+    Owner.ExpectMessage("This computer has no address on a network, so nobody else can reach your website.",
+                        FlagCritical);
+    check.CheckFirewall();
+    const auto other = Occupy();
+    Owner.ExpectMessage("There is another application already listening on port " + port +
+                            "! Please go to Port Setup and choose another port.",
+                        FlagCritical);
+    check.CheckFirewall();
+}
+
+/// Without the administrator's rights, whoever runs the tests.
+class OrdinaryUser {
+public:
+    OrdinaryUser() { isChanged_ = geteuid() == 0 && seteuid(65534) == 0; }
+    ~OrdinaryUser() {
+        if (isChanged_) {
+            EXPECT_EQ(seteuid(0), 0);
+        }
+    }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+private:
+    bool isChanged_ = false;
+};
+
+TEST_F(PortChecks, AMissingRightIsToldApartFromAPortInUse) {
+    if (std::stoi(ReadBinaryFile("\\proc\\sys\\net\\ipv4\\ip_unprivileged_port_start")) <= 80) {
+        GTEST_SKIP() << "this machine lets everybody listen on port 80";
+    }
+    std::string proposed;
+    serviceBase = "";
+    port = "80";
+    {
+        const OrdinaryUser user;
+        proposed = ProposedPort();
+        Owner.ExpectMessage(
+            "You have no right to listen on port 80! This computer keeps the ports up to 1023 for its administrator. "
+            "Please choose a port above 1023, such as 8080.",
+            FlagCritical);
+        check.CheckPort();
+    }
+    EXPECT_EQ(proposed, "8080");
+}
+
+TEST(PrivateAddresses, AreThoseOfOwnNetworks) {
+    for (const char *address : {"10.1.2.3", "172.16.0.1", "172.31.9.9", "192.168.1.5", "169.254.1.1", "100.64.0.1"}) {
+        EXPECT_TRUE(IsPrivateAddress(address)) << address;
+    }
+    for (const char *address : {"172.32.0.1", "192.169.1.1", "100.128.0.1", "8.8.8.8", "", "ten"}) {
+        EXPECT_FALSE(IsPrivateAddress(address)) << address;
+    }
 }
 
 TEST_F(PortChecks, AnAbandonedCheckEndsWithoutAWord) {

@@ -42,9 +42,13 @@ protected:
         return hands;
     }
     bool Finish() { return FinishSetup(Hands(), "/opt/pixmora"); }
+    static SetupFields WithService(SetupFields fields) {
+        fields.ServiceBase = "http://service.example";
+        return fields;
+    }
     static std::string Stored(const char *key) { return GetSetting("Setup", key, "(none)"); }
 
-    SetupFields fields = LoadSetupFields();
+    SetupFields fields = WithService(LoadSetupFields());
     int albums = 1;
     bool isClosedByCheck = false;
     std::string did;
@@ -67,6 +71,15 @@ TEST_F(SetupDialog, TheFirstFinishRemindsOfEverythingInOrder) {
     fields.RunOnStart = "0";
     EXPECT_TRUE(Finish()) << "no reminder comes twice";
     EXPECT_EQ(Program.Read("config/autostart/pixmora.desktop"), "");
+}
+
+TEST_F(SetupDialog, WithoutAServiceNoCheckIsOffered) {
+    fields.ServiceBase = "";
+    fields.RunOnStart = "1";
+    albums = 0;
+    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerNo);
+    EXPECT_TRUE(Finish());
+    EXPECT_EQ(GetSetting("Records", "FirewallCheckWarning"), "");
 }
 
 TEST_F(SetupDialog, WithoutAlbumsTheOwnerMayCreateOneFirst) {

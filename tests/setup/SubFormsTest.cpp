@@ -1,5 +1,6 @@
 // The forms behind the setup dialog: album, users, access, order, webcam.
 #include <QComboBox>
+#include <QFrame>
 #include <QListWidget>
 #include <QSlider>
 
@@ -9,7 +10,10 @@
 #include "setup/frmSetupUsers.h"
 #include "setup/frmSetupWebcam.h"
 #include "setup/modTree.h"
+#include "setup/rules/HelpTexts.h"
 #include "setup/rules/UserEditor.h"
+#include "support/FileSizeLimit.h"
+#include "support/Pictures.h"
 #include "support/SetupFixture.h"
 #include "support/SetupForm.h"
 
@@ -103,6 +107,22 @@ TEST_F(SubForms, TheFeaturedPictureIsChosenOrLeft) {
     EXPECT_EQ(TextOf(form, "txtFeaturedImagePath"), small);
 }
 
+TEST_F(SubForms, APictureWhoseFolderTakesNoCopyIsUsedAsItIs) {
+    gPictureEngine = std::make_unique<PictureEngine>();
+    const std::string big = Program.Write("big.bmp", test::BitmapFile(200, 100));
+    frmSetupAlbum form(nullptr, std::nullopt, Chooses({}, big));
+    form.show();
+    Owner.ExpectMessage(
+        "The picture you have specified is pretty big to show on your front page.\r\n\r\nWould you like me to resize "
+        "it for you?",
+        CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage("The smaller copy cannot be saved beside the picture! The picture will be shown as it is.",
+                        FlagCritical);
+    const FileSizeLimit full(0);
+    Click(form, "cmdBrowseFeaturedImage");
+    EXPECT_EQ(TextOf(form, "txtFeaturedImagePath"), big);
+}
+
 TEST_F(SubForms, AUserIsAddedAndEdited) {
     {
         frmSetupUsers form(nullptr, "");
@@ -144,7 +164,10 @@ TEST_F(SubForms, TicksGiveAndTakeRights) {
     form.show();
     auto *users = &Find<QListWidget>(form, "lstUsers");
     auto *tree = &Find<QTreeWidget>(form, "tvAccess");
-    EXPECT_FALSE(users->isEnabled());
+    EXPECT_TRUE(users->isEnabled()) << "the first album is chosen already";
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    users->setFocus(Qt::TabFocusReason);
+    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdUserDelete").isEnabled()) << "the keys alone select nobody";
     tree->setCurrentItem(Node(form, "tvAccess", {0, 0}));
     EXPECT_EQ(TextOf(form, "lblParentAlbum") + TextOf(form, "lblAccessDir"), "TripsO'Brien");
     users->item(0)->setCheckState(Qt::Checked);
@@ -156,11 +179,19 @@ TEST_F(SubForms, TicksGiveAndTakeRights) {
     tree->setCurrentItem(Node(form, "tvAccess", {0, 0}));
     EXPECT_EQ(users->item(0)->checkState(), Qt::Checked) << "found again, and not written twice";
     EXPECT_EQ(TextOf(form, "chkRestrictAccess"), "1");
-    users->item(0)->setCheckState(Qt::Unchecked);
+    Click(form, "chkRestrictAccess");
+    EXPECT_EQ(Column("PrivateDirs", "Username"), "") << "unticked, it lets everybody in";
+    Owner.ExpectBalloon("User Access", HelpTextOf("lblHelpUserAccess").Text);
+    Click(form, "chkRestrictAccess");
+    users->item(1)->setCheckState(Qt::Checked);
     users->setCurrentRow(1);
     Owner.ExpectMessage("Are you sure you want to delete 'Bob' ?", CriticalQuestion, AnswerYes);
     Click(form, "cmdUserDelete");
     EXPECT_EQ(Column("PrivateDirs", "Username"), "");
+    EXPECT_FALSE(Find<QAbstractButton>(form, "cmdUserDelete").isEnabled());
+    Click(form, "chkRestrictAccess");
+    EXPECT_EQ(Column("PrivateDirs", "Username"), "Ann|") << "the only user there is";
+    users->item(0)->setCheckState(Qt::Unchecked);
     EXPECT_EQ(TextOf(form, "chkRestrictAccess"), "0");
     Find<QPlainTextEdit>(form, "txtRestrictWords").setPlainText("Secret*\nMine\n");
     Click(form, "cmdOK");
@@ -212,15 +243,23 @@ TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
     const QPoint to = list->visualItemRect(list->topLevelItem(0)).center();
     QTest::mousePress(list->viewport(), Qt::LeftButton, {}, from);
     QTest::mouseMove(list->viewport(), to);
+    EXPECT_TRUE(list->viewport()->findChild<QFrame *>()->isVisible()) << "the line that shows where it would go";
     QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, to);
     EXPECT_EQ(RowsOf(form, "lvwDirs"), "c|\nb|\na|\n");
     Owner.ExpectMessage("Do you want to save changes to the current directory structure?", 36, AnswerYes);
     tree->setCurrentItem(Node(form, "tvAlbums", {0, 1}));
     EXPECT_EQ(Column("DBOrder", "SubDir"), "\\\\c|\\\\b|\\\\a|") << "of the node that was left";
     tree->setCurrentItem(Node(form, "tvAlbums", {0}));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    list->setFocus();
+    list->setCurrentItem(list->topLevelItem(2));
+    QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(RowsOf(form, "lvwDirs"), "c|\na|\nb|\n");
     auto *sort = &Find<QComboBox>(form, "cboPreSort");
-    sort->setCurrentIndex(2);
-    Q_EMIT sort->activated(2);
+    sort->setFocus();
+    QTest::keyClick(sort, Qt::Key_Down);
+    EXPECT_EQ(RowsOf(form, "lvwDirs"), "c|\na|\nb|\n") << "a step through the choices sorts nothing";
+    for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) QTest::keyClick(sort->view(), key);
     EXPECT_EQ(RowsOf(form, "lvwDirs"), "a|\nb|\nc|\n");
     EXPECT_EQ(sort->currentText(), "- Sort By -");
     Owner.ExpectMessage("Do you want to save changes to the current directory structure?", 36, AnswerNo);

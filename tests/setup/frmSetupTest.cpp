@@ -1,10 +1,14 @@
 // The setup dialog's form: opening, wizard, lists, Finish and Cancel.
 #include "setup/frmSetup.h"
 
+#include <QAccessible>
+#include <QAction>
 #include <QComboBox>
 #include <QTabBar>
 #include <QTabWidget>
+#include <filesystem>
 
+#include "core/site/RequestGrammar.h"
 #include "core/site/frmSystray.h"
 #include "setup/SetupPages.h"
 #include "setup/rules/UserEditor.h"
@@ -167,6 +171,7 @@ TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
     });
     doubleClick();
     EXPECT_EQ(RowsOf(*form, "lstAlbums"), "Journeys|" + path + "|\n");
+    EXPECT_TRUE(list->topLevelItem(0)->isSelected());
     EXPECT_EQ(RowsOf(*form, "lvwRestricted"), "Journeys|Root Folder|Ann|\n");
     for (const int answer : {AnswerNo, AnswerYes})
         Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, answer);
@@ -211,6 +216,22 @@ TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
     EXPECT_EQ(TextOf(*form, "optDirSortMethod"), "2");
 }
 
+TEST_F(SetupForm, AClickTakesARightAway) {
+    for (const char *folder : {"\\a", "\\b"}) AddRight("Trips", folder, "Ann");
+    const auto form = Open();
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(6);
+    auto *list = &Find<QTreeWidget>(*form, "lvwRestricted");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    Owner.ExpectMessage(
+        "Important Note: By doing this you will make this directory public!\r\n\r\nWould you like to take away access "
+        "from 'Ann' to 'Trips > a' ?",
+        CriticalQuestion, AnswerYes);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->topLevelItem(0)).center());
+    EXPECT_TRUE(list->hasFocus());
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(RowsOf(*form, "lvwRestricted"), "Trips|b|Ann|\n") << "the next key takes no other away";
+}
+
 TEST_F(SetupForm, AWebcamNeedsADevice) {
     const auto form = Open();
     Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(4);
@@ -221,13 +242,77 @@ TEST_F(SetupForm, AWebcamNeedsADevice) {
     EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
 }
 
+TEST_F(SetupForm, ThePortBoxTakesNumbers) {
+    const auto form = Open();
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(7);
+    auto *port = &Find<QComboBox>(*form, "cboListenPort");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    port->setFocus();
+    port->lineEdit()->selectAll();
+    QTest::keyClicks(QApplication::focusWidget(), "8080x");
+    EXPECT_EQ(port->currentText(), "8080x");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(port->currentText(), "8080");
+}
+
+TEST_F(SetupForm, AnAlbumMadeOnTheWayLeavesTheKeysOnFinish) {
+    const auto form = Open();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    Owner.ExpectMessage(
+        "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you create "
+        "one.\r\n\r\nWould you like to create one now?",
+        CriticalQuestion, AnswerYes);
+    WhenAskedMakeTrips();
+    Find<QWidget>(*form, "cmdOK").setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget()->objectName(), "cmdOK");
+    QTest::keyClick(form->focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(SetupForm, AlbumsOfOneNameGoTogether) {
+    for (const char *name : {"Home", "Trips", "Trips"}) MakeAlbum(name);
+    const auto form = Open({true, false});
+    auto *list = &Find<QTreeWidget>(*form, "lstAlbums");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    list->setFocus();
+    list->setCurrentItem(list->topLevelItem(1));
+    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
+    Hands.WhenShown("frmSetupAlbum", [](QWidget &album) { Click(album, "cmdDelete"); });
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(list->topLevelItemCount(), 1);
+    EXPECT_EQ(list->topLevelItem(0)->text(0), "Home");
+}
+
+TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsThatItsFolderIsGone) {
+    std::filesystem::remove(MakeAlbum("Gone"));
+    const std::string folder = MakeAlbum("Home");
+    const auto form = Open({true, false});
+    auto *list = &Find<QTreeWidget>(*form, "lstAlbums");
+    const auto told = [list](int row) {
+        return list->topLevelItem(row)->data(1, Qt::AccessibleDescriptionRole).toString().toStdString();
+    };
+    EXPECT_EQ(told(0), "This directory cannot be found: " + Program.Path("albums/Gone"));
+    EXPECT_EQ(told(1), "");
+    const QList<QAction *> menu = list->actions();
+    EXPECT_FALSE(menu[2]->isEnabled()) << "no row is selected";
+    list->setCurrentItem(list->topLevelItem(1));
+    Owner.ExpectBrowser("file://" + folder);
+    menu[2]->trigger();
+    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
+    menu[1]->trigger();
+    EXPECT_EQ(Column("Albums", "AlbumName"), "Gone|");
+    EXPECT_EQ(list->topLevelItemCount(), 1);
+}
+
 TEST_F(SetupForm, ChecksAskTheCentralService) {
     PlayedService service;
     service.Answer = "127.0.0.1";
     SaveSetting("Setup", "ServiceBase", service.Base());
     SaveSetting("Setup", "AccountName", "ann b");
     const auto form = Open();
-    EXPECT_EQ(TextOf(*form, "lblPublicIP"), "...");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&Find<QLabel>(*form, "lblPublicIP"))->text(QAccessible::Name),
+              "...");
     EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting").text(), ToQt(service.Base() + "?ann%20b"));
     const auto free = Winsock::Create();
     free->SetLocalPort(0);
@@ -253,6 +338,62 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     };
     Click(*form, "cmdCheckFirewall");
     EXPECT_FALSE(form->isVisible()) << "closed while it waits, the check ends without a word";
+}
+
+TEST_F(SetupForm, WithoutAServiceNothingLeadsToIt) {
+    const auto form = Open();
+    for (const char *control : {"lblLinkIP", "lblWhatPortsAre", "chkListOnline", "lblURLOnlineList"}) {
+        EXPECT_FALSE(IsEnabled(*form, control)) << control;
+    }
+    Enter(*form, "txtServiceBase", " service.example/ ");
+    Enter(*form, "txtAccountName", "ann&co");
+    Enter(*form, "txtPublicAddress", "photos.example:8080");
+    for (const char *control : {"lblLinkIP", "lblWhatPortsAre", "chkListOnline", "lblURLOnlineList"}) {
+        EXPECT_TRUE(IsEnabled(*form, control)) << control;
+    }
+    EXPECT_EQ(FromQt(Find<QAbstractButton>(*form, "lblURLRedirecting").text()),
+              "http://service.example?" + EncodeLinkPart("ann&co"));
+    MakeAlbum("Trips");
+    SaveSetupFields(LoadSetupFields(), "/p");
+    EXPECT_EQ(GetSetting("Setup", "PublicAddress", "(none)"), "(none)");
+    Owner.ExpectMessage(
+        "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you "
+        "create one.\r\n\r\nWould you like to create one now?",
+        CriticalQuestion, AnswerNo);
+    Click(*form, "cmdOK");
+    EXPECT_EQ(GetSetting("Setup", "ServiceBase") + " " + GetSetting("Setup", "AccountName") + " " +
+                  GetSetting("Setup", "PublicAddress"),
+              "http://service.example ann&co photos.example:8080");
+}
+
+TEST_F(SetupForm, TheWizardTellsItsStepAndBeginsInTheFirstField) {
+    DeleteSetting("Setup", "RunSetup");
+    const auto form = Open();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    Click(*form, "cmdNext");
+    EXPECT_EQ(TextOf(*form, "lblStep"), "Step 2 of 8 (may be skipped)");
+    EXPECT_EQ(form->focusWidget()->objectName(), "txtServerTitle");
+    QTest::keyClick(form->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(TextOf(*form, "lblStep"), "Step 3 of 8") << "Enter goes on";
+}
+
+TEST_F(SetupForm, EveryControlHasAName) {
+    const auto form = Open();
+    for (QWidget *control : form->findChildren<QWidget *>()) {
+        if (control->focusPolicy() == Qt::NoFocus || control->focusProxy() != nullptr) continue;
+        if (control->window() != form.get()) continue;  // the lists that drop down speak for their boxes
+        const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(control);
+        EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty() && spoken->relations(QAccessible::Label).isEmpty())
+            << control->metaObject()->className() << " " << FromQt(control->objectName());
+    }
+}
+
+TEST_F(SetupForm, HelpAndSmallScreens) {
+    const auto form = Open();
+    Owner.ExpectBalloon("Sample Help", "A description to help you will be displayed here.");
+    Click(*form, "lblHelpSample");
+    form->resize(500, 300);
+    EXPECT_LE(form->height(), 320) << "the tabs scroll";
 }
 
 TEST_F(SetupForm, NothingIsCutInLargeText) {

@@ -5,6 +5,9 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QTreeWidget>
 
 #include "console/Robot.h"
@@ -58,8 +61,16 @@ inline void InEachTextSize(const std::function<void()> &action) {
     QApplication::setFont(before);
 }
 
-/// Fails for every control that shows less than its text.
+/// Fails for every control that shows less than its text, and every slider that shows less than its handle.
 inline void ExpectNothingIsCut(const QWidget &form) {
+    for (const QSlider *slider : form.findChildren<QSlider *>()) {
+        QStyleOptionSlider option;
+        option.initFrom(slider);
+        option.tickPosition = slider->tickPosition();
+        const QRect handle =
+            slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
+        EXPECT_TRUE(slider->rect().top() <= handle.top() && handle.bottom() <= slider->rect().bottom());
+    }
     for (const QWidget *control : form.findChildren<QWidget *>()) {
         const auto *label = qobject_cast<const QLabel *>(control);
         const auto *button = qobject_cast<const QAbstractButton *>(control);

@@ -245,7 +245,14 @@ std::string OfferSmallCopy(const std::string &picturePath) {
     std::int32_t success = 0;
     gPictureEngine->Load(picturePath, 0, success);
     gPictureEngine->Resize(smallCopyWidth, 0, 0, success);
-    gPictureEngine->Save(copyPath, 3, success);
+    const std::string copy = gPictureEngine->Encoded(3);
+    try {
+        WriteFileAtomically(copyPath, copy);
+    } catch (const RunTimeError &) {
+        ShowMessageBox("The smaller copy cannot be saved beside the picture! The picture will be shown as it is.",
+                       FlagCritical);
+        return picturePath;
+    }
     return copyPath;
 }
 

@@ -76,9 +76,9 @@ inline constexpr const char *DriveRootQuestion =
 /// what the field holds
 std::string ChooserStart(const std::string &present, const std::string &myPictures, const std::string &myDocuments);
 
-/// Offers a small copy of a picture above 30720 bytes. @return the path to feature: that of the copy, or the picture's
-/// own
-/// @throws RunTimeError PictureError when the copy can't be made
+/// Offers a small copy of a picture above 30720 bytes. Where the folder takes none, the owner is told. @return the path
+/// to feature: that of the copy, or the picture's own
+/// @throws RunTimeError PictureError when it is no picture that can be read
 std::string OfferSmallCopy(const std::string &picturePath);
 
 }  // namespace pixmora

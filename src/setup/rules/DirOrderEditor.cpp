@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <utility>
 
 #include "core/site/OwnerDialogue.h"
@@ -15,6 +16,7 @@
 #include "store/Catalogue.h"
 #include "store/Globals.h"
 #include "store/Protection.h"
+#include "store/Rows.h"
 
 namespace pixmora {
 
@@ -90,11 +92,9 @@ int DirOrderEditor::MoveBy(int row, int steps) {
     return row;
 }
 
-std::string DirOrderEditor::SortKey(std::string_view choice, const DirOrder &order, const Row &row, int place) const {
-    if (Contains(choice, "Name")) return row.Name;
-    if (Contains(choice, "Original")) return order.Position(StoredName(row.Name), PlaceText(place));
+std::string DirOrderEditor::DateKey(std::string_view choice, const std::string &path) {
     try {
-        const FileFacts facts = GetFileFacts(DirectoryOfKey(key_) + "\\" + row.Name);
+        const FileFacts facts = GetFileFacts(path);
         return MinuteText(Contains(choice, "Created") ? facts.CreationTime : facts.LastWriteTime);
     } catch (const RunTimeError &) {
         return {};  // gone since the list was made
@@ -104,29 +104,41 @@ std::string DirOrderEditor::SortKey(std::string_view choice, const DirOrder &ord
 void DirOrderEditor::PreSort(std::string_view choice) {
     if (choice == PreSortChoices[0] || key_.empty() || IsTreeRoot(key_)) return;
     const DirOrder order(AlbumOfKey(key_));
-    for (int row = 0; row < Count(); ++row) {
-        Row &sorted = rows_[static_cast<std::size_t>(row)];
-        sorted.Sort = SortKey(choice, order, sorted, row + 1);
+    const std::string directory = DirectoryOfKey(key_) + "\\";
+    for (int place = 1; Row & row : rows_) {
+        if (Contains(choice, "Name")) {
+            row.Sort = row.Name;
+        } else if (Contains(choice, "Original")) {
+            row.Sort = order.Position(StoredName(row.Name), PlaceText(place++));
+        } else {
+            row.Sort = DateKey(choice, directory + row.Name);
+        }
     }
     SortRows(Contains(choice, "Desc"));
     orderChanged_ = canSave_ = true;
 }
 
 void DirOrderEditor::Save() {
+    std::map<std::string, std::int64_t> places;  // by the stored path in lower case
+    for (const Row &row : rows_) places[LCase(ProtectionKey(StoredName(row.Name)))] = CLng(row.Sort);
     Transaction transaction(*gDatabase);
     const std::string album = AlbumOfKey(key_);
-    const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Dynaset);
+    ForEachRow("DBOrder", "AlbumName = " + QuotedText(album), [&places](Recordset &stored) {
+        const auto place = places.extract(LCase(TextOrEmpty(stored.Value("SubDir"))));
+        if (!place) return;
+        stored.Edit();
+        stored.Set("SeqPos", place.mapped());
+        stored.Update();
+    });
+    const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Table);
     for (const Row &row : rows_) {
         const std::string stored = ProtectionKey(StoredName(row.Name));
-        order->FindFirst("AlbumName = " + QuotedText(album) + " and SubDir = " + QuotedText(stored));
-        if (order->NoMatch()) {
-            order->AddNew();
-            order->Set("AlbumName", album);
-            order->Set("SubDir", stored);
-        } else {
-            order->Edit();
-        }
-        order->Set("SeqPos", std::int64_t{CLng(row.Sort)});
+        const auto place = places.extract(LCase(stored));
+        if (!place) continue;
+        order->AddNew();
+        order->Set("AlbumName", album);
+        order->Set("SubDir", stored);
+        order->Set("SeqPos", place.mapped());
         order->Update();
     }
     transaction.Commit();

@@ -51,7 +51,7 @@ public:
 private:
     int Count() const { return static_cast<int>(rows_.size()); }
     std::string StoredName(const std::string &name) const;
-    std::string SortKey(std::string_view choice, const DirOrder &order, const Row &row, int place) const;
+    static std::string DateKey(std::string_view choice, const std::string &path);
     void Swap(int upper);
     void SortRows(bool descending);
 

@@ -33,6 +33,11 @@ constexpr HelpText helpTexts[] = {
     {"lblHelpPortSetup", "Port Setup",
      "9 times out of 10 you can leave this value alone. The only time you would need to change it is if your router or "
      "Internet Service Provider blocks port 80 for security reasons."},
+    {"lblHelpPublicAddress", "Public Address",
+     "The address that your website calls itself by, for instance photos.example or photos.example:8080. Give it if "
+     "you "
+     "have a name of your own or if visitors come through another computer. Leave it empty to have the address found "
+     "out by itself."},
     {"lblHelpRedirecting", "Redirecting Address",
      "Having to tell your friends your IP address everytime they want to see your site is very annoying, especially if "
      "your IP changes everytime you connect to the Internet. The redirecting address gives you an address that never "
@@ -44,6 +49,10 @@ constexpr HelpText helpTexts[] = {
     {"lblHelpSample", "Sample Help", "A description to help you will be displayed here."},
     {"lblHelpScheme", "Color Scheme",
      "Choose a color scheme for your website. This will affect only the colors, not the layout, of your website."},
+    {"lblHelpService", "Central Service",
+     "A central service can list your website, check your connection and give you an address that never changes. Enter "
+     "its address and the name of your account there. Without one, leave both empty: your website works all the "
+     "same."},
     {"lblHelpSiteInfo", "Site Information",
      "Give your site a title and description, and enter your name. These will be displayed on your website."},
     {"lblHelpThumbnails", "Thumbnail Size",

@@ -4,12 +4,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/site/ListenRefusal.h"
 #include "core/site/OwnerDialogue.h"
 #include "core/site/clsTimer.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
-#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Settings.h"
 
 namespace pixmora {
@@ -18,6 +19,9 @@ namespace {
 
 constexpr int longestWaitSeconds = 10;  // whole ones: the wait is over when the eleventh is
 constexpr const char *reached = "good";
+constexpr const char *fallbackPort = "8080";
+constexpr const char *inPortSetup = "Please go to Port Setup and";
+
 /// Any number: the socket refuses what is no port.
 int PortOf(const std::string &text) {
     return static_cast<int>(std::clamp(Val(text), -1.0, 1e9));
@@ -32,6 +36,26 @@ void NoteRun() {
 }
 
 }  // namespace
+
+std::string ProposedPort() {
+    const auto socket = Winsock::Create();
+    socket->SetLocalPort(80);
+    try {
+        socket->Listen();
+    } catch (const RunTimeError &error) {
+        if (error.Number() == ErrorNumber::PermissionDenied) return fallbackPort;
+    }
+    return "80";
+}
+
+bool IsPrivateAddress(const std::string &address) {
+    const std::vector<std::string> parts = Split(address, ".");
+    if (parts.size() != 4) return false;
+    const double first = Val(parts[0]);
+    const double second = Val(parts[1]);
+    return first == 10 || (first == 172 && second >= 16 && second <= 31) || (first == 192 && second == 168) ||
+           (first == 169 && second == 254) || (first == 100 && second >= 64 && second <= 127);
+}
 
 PortCheck::PortCheck(PortCheckHands hands)
     : hands_(std::move(hands)), wnskPortCheckListen(Winsock::Create()), wnskPortCheckConnect(Winsock::Create()) {
@@ -71,12 +95,14 @@ void PortCheck::PrepareListener() {
 }
 
 bool PortCheck::Listen() {
+    refusal_.reset();
     try {
+        if (wnskPortCheckListen->LocalPort() == 0) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
         wnskPortCheckListen->Listen();
-        return true;
-    } catch (const RunTimeError &) {
-        return false;
+    } catch (const RunTimeError &error) {
+        refusal_ = error;
     }
+    return !refusal_;
 }
 
 void PortCheck::ConnectAndWait(const std::string &publicAddress) {
@@ -95,7 +121,7 @@ void PortCheck::ConnectAndWait(const std::string &publicAddress) {
 
 PortCheck::Probe PortCheck::Run(const std::string &publicAddress) {
     PrepareListener();
-    if (!Listen()) return Probe::PortInUse;
+    if (!Listen()) return Probe::PortRefused;
     ConnectAndWait(publicAddress);
     return wnskPortCheckListen->Tag.empty() ? Probe::NotReached : Probe::Reached;
 }
@@ -106,12 +132,12 @@ PortCheck::Probe PortCheck::RunWithFallback(const std::string &publicAddress) {
     const bool isBehindRouter = outcome == Probe::NotReached && hands_.PrivateIP() != publicAddress;
     if (isAbandoned_ || outcome == Probe::Reached || isBehindRouter || HasRunBefore()) return outcome;
     NoteRun();
-    hands_.SetListenPort("8080");
+    hands_.SetListenPort(fallbackPort);
     return Run(publicAddress);
 }
 
 std::string PortCheck::AskPublicAddress() const {
-    return hands_.GetWebPage(hands_.ServiceBase + "/clients/firewall.php");
+    return hands_.GetWebPage(hands_.ServiceBase() + "/clients/firewall.php");
 }
 
 void PortCheck::CheckFirewall() {
@@ -120,6 +146,7 @@ void PortCheck::CheckFirewall() {
                        FlagCritical);
         return;
     }
+    if (hands_.ServiceBase().empty()) return CheckHere(inPortSetup);
     hands_.SetBusy(true);
     hands_.SetPublicIP("...");
     const std::string publicAddress = AskPublicAddress();
@@ -128,18 +155,47 @@ void PortCheck::CheckFirewall() {
     const Probe outcome = publicAddress.empty() ? Probe::NotReached : RunWithFallback(publicAddress);
     if (isAbandoned_) return;
     hands_.SetBusy(false);
-    if (outcome == Probe::PortInUse) {
-        TellPortInUse(" Please go to Port Setup and choose another port.");
+    if (outcome == Probe::PortRefused) {
+        TellPortRefused(inPortSetup);
         return;
     }
     TellOutcome(publicAddress, outcome);
     NoteRun();
 }
 
-void PortCheck::TellPortInUse(const char *advice) const {
-    ShowMessageBox("There is another application already listening on port " +
-                       std::to_string(wnskPortCheckListen->LocalPort()) + "!" + advice,
-                   FlagCritical);
+void PortCheck::TellPortRefused(const char *place) const {
+    ShowMessageBox(ListenRefusal(*refusal_, wnskPortCheckListen->LocalPort(), place), FlagCritical);
+}
+
+void PortCheck::CheckHere(const char *place) {
+    PrepareListener();
+    if (!Listen()) return TellPortRefused(place);
+    wnskPortCheckListen->Close();
+    NoteRun();
+    const std::string address = hands_.PrivateIP();
+    if (address.empty() || address.starts_with("127.")) {
+        ShowMessageBox("This computer has no address on a network, so nobody else can reach your website.",
+                       FlagCritical);
+        return;
+    }
+    const std::string port = std::to_string(PortOf(hands_.ListenPort()));
+    const std::string free = "Port " + port + " is free, and this computer may listen on it.\r\n\r\n";
+    const std::string friends =
+        "\r\n\r\nWhether it works can only be seen from outside: ask a friend to try connecting.";
+    if (IsPrivateAddress(address)) {
+        ShowMessageBox(free + "Its address " + address +
+                           " is a private one, which only computers on your own network can reach. To let your friends "
+                           "in, open the page of your router in your browser, look for \"port forwarding\", and "
+                           "forward TCP port " +
+                           port + " to " + address + ". Your friends then need your router's public address." + friends,
+                       FlagInformation);
+    } else {
+        ShowMessageBox(free + "Its address " + address +
+                           " is a public one. If a firewall keeps your friends away, allow incoming TCP connections "
+                           "on port " +
+                           port + "." + friends,
+                       FlagInformation);
+    }
 }
 
 void PortCheck::TellOutcome(const std::string &publicAddress, Probe outcome) const {
@@ -159,14 +215,14 @@ void PortCheck::TellOutcome(const std::string &publicAddress, Probe outcome) con
         if (Asks("Your private IP address is " + privateAddress + ", but your public IP address is " + publicAddress +
                  " ! It appears your computer is on a network behind some sort of router that has not been properly "
                  "configured.\r\n\r\nWould you like to read up on properly configuring your router?")) {
-            OpenInBrowser(hands_.ServiceBase + "/support_config.php");
+            OpenInBrowser(hands_.ServiceBase() + "/support_config.php");
         }
     } else {
         if (Asks("Your private and public IP addresses are the same but your computer did not receive our request. "
                  "This usually indicates your friends will not be able to connect to your website. Your Internet "
                  "Service Provider or firewall may block incoming traffic to certain ports on your computer. Please "
                  "try changing your listening port in Port Setup.\r\n\r\nWould you like to read more on this?")) {
-            OpenInBrowser(hands_.ServiceBase + "/support_noluck.php");
+            OpenInBrowser(hands_.ServiceBase() + "/support_noluck.php");
         }
     }
 }
@@ -177,12 +233,13 @@ void PortCheck::CheckPort() {
                        FlagCritical);
         return;
     }
+    if (hands_.ServiceBase().empty()) return CheckHere("Please");
     hands_.SetBusy(true);
     NoteRun();
     PrepareListener();
     if (!Listen()) {
         hands_.SetBusy(false);
-        TellPortInUse(" Please choose another port.");
+        TellPortRefused("Please");
         return;
     }
     // Unlike in the firewall check, the port is open before the address is asked for.

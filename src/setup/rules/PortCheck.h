@@ -3,8 +3,10 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "platform/runtime/RunTimeError.h"
 #include "platform/sockets/Winsock.h"
 
 namespace pixmora {
@@ -18,12 +20,18 @@ struct PortCheckHands {
     std::function<void(bool)> SetBusy;  ///< the buttons' state and the pointer
     std::function<bool()> IsConnectedToInternet;
     std::function<std::string(const std::string &url)> GetWebPage;
-    std::string ServiceBase;
+    std::function<std::string()> ServiceBase;  ///< empty without a central service
 };
+
+/// The port that a fresh setup proposes: 80, or 8080 where the machine refuses that one to the user.
+std::string ProposedPort();
+
+/// Whether the dotted address is for a network of its own only, not the Internet's (RFC 1918, 3927, 6598).
+bool IsPrivateAddress(const std::string &address);
 
 /// Listens on the port, asks the central service for the public address, and calls that address on the port: a check
 /// passes when its own listener is called. Checks wait for up to 11 s beside the service's answer, with the message
-/// loop going on.
+/// loop going on. Without a service there is nobody to ask: a check then tells what can be known here, at once.
 class PortCheck {
 public:
     explicit PortCheck(PortCheckHands hands);
@@ -39,7 +47,7 @@ public:
     bool IsAbandoned() const { return isAbandoned_; }
 
 private:
-    enum class Probe { Reached, NotReached, PortInUse };
+    enum class Probe { Reached, NotReached, PortRefused };
 
     void PrepareListener();
     bool Listen();
@@ -47,12 +55,14 @@ private:
     Probe Run(const std::string &publicAddress);
     Probe RunWithFallback(const std::string &publicAddress);
     void TellOutcome(const std::string &publicAddress, Probe outcome) const;
-    void TellPortInUse(const char *advice) const;
+    void TellPortRefused(const char *place) const;
+    void CheckHere(const char *place);
     std::string AskPublicAddress() const;
 
     PortCheckHands hands_;
     std::shared_ptr<Winsock> wnskPortCheckListen;
     std::shared_ptr<Winsock> wnskPortCheckConnect;
+    std::optional<RunTimeError> refusal_;  ///< of the last Listen
     bool isAbandoned_ = false;
 };
 

@@ -33,6 +33,8 @@ void RecommendRunOnStart(const SetupHands &hands) {
 bool RemindOfFirewallCheck(const SetupHands &hands) {
     if (!GetSetting("Records", "FirewallCheckWarning").empty()) return true;
     if (!GetSetting("Setup", "RunFirewallCheck").empty()) return true;
+    // Without a service there is nobody to ask whether visitors get through.
+    if (CleanServiceBase(hands.Fields().ServiceBase).empty()) return true;
     SaveSetting("Records", "FirewallCheckWarning", "1");
     if (!Asks("You haven't run the Firewall Check yet! Until you do so, we cannot guarantee your friends will be able "
               "to connect to your website. Do you want to run the firewall check now?\r\n\r\nIf you choose No, you "
@@ -68,6 +70,12 @@ std::vector<std::size_t> CharacterStarts(std::string_view text) {
 }
 
 }  // namespace
+
+std::string StepText(SetupTab tab) {
+    const bool isNeeded = tab == SetupTab::Introduction || tab == SetupTab::Albums;
+    return "Step " + std::to_string(static_cast<int>(tab) + 1) + " of " + std::to_string(SetupTabs) +
+           (isNeeded ? "" : " (may be skipped)");
+}
 
 bool IsFirstRun() {
     return GetSetting("Setup", "RunSetup").empty();

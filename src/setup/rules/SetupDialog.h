@@ -32,6 +32,9 @@ constexpr WizardButtons ButtonsOn(SetupTab tab) {
     return {tab != SetupTab::Introduction, tab != SetupTab::PortSetup};
 }
 
+/// "Step 5 of 8 (may be skipped)"
+std::string StepText(SetupTab tab);
+
 /// Whether setup was never finished; then it is the wizard.
 bool IsFirstRun();
 

@@ -7,6 +7,7 @@
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/runtime/Text.h"
 #include "setup/rules/Autostart.h"
 #include "setup/rules/StripTags.h"
 #include "store/Settings.h"
@@ -33,16 +34,27 @@ void Save(const char *key, const std::string &value) {
     SaveSetting("Setup", key, value);
 }
 
+/// An absent key is the sign of what is not wished.
+void SaveOrRemove(const char *key, const std::string &value) {
+    value.empty() ? DeleteSetting("Setup", key) : Save(key, value);
+}
+
 }  // namespace
 
-SetupFields LoadSetupFields() {
-    const auto stored = [](const char *key, const char *fallback) {
+std::string CleanServiceBase(std::string_view typed) {
+    std::string base = Trim(typed);
+    while (base.ends_with('/')) base.pop_back();
+    return base.empty() || Contains(base, "://") ? base : "http://" + base;
+}
+
+SetupFields LoadSetupFields(const std::string &proposedPort) {
+    const auto stored = [](const char *key, std::string_view fallback) {
         return GetSetting("Setup", key, fallback);
     };
     SetupFields fields{.ServerTitle = stored("ServerTitle", "Life Through My Eyes"),
                        .Author = stored("Author", ""),
                        .RunOnStart = stored("RunOnStart", "0"),
-                       .ListenPort = stored("ListenPort", "80"),
+                       .ListenPort = stored("ListenPort", proposedPort),
                        .Style = stored("Style", "Default"),
                        .FilesPerRow = stored("FilesPerRow", "3"),
                        .FilesPerPage = stored("FilesPerPage", ""),
@@ -52,6 +64,9 @@ SetupFields LoadSetupFields() {
                        .SortMethod = stored("SortMethod", "0"),
                        .SortOrder = stored("SortOrder", "0"),
                        .ListOnline = stored("ListOnline", "0"),
+                       .ServiceBase = stored("ServiceBase", ""),
+                       .AccountName = stored("AccountName", ""),
+                       .PublicAddress = stored("PublicAddress", ""),
                        .Description = ReadProgramFile("sitedesc.txt").value_or(""),
                        .Welcome = ReadProgramFile("welcome.txt").value_or(WelcomeAtStart)};
     if (!fields.FilesPerPage.empty() && Val(fields.FilesPerPage) == 0) fields.FilesPerPage = AllFiles;
@@ -76,6 +91,9 @@ void SaveSetupFields(const SetupFields &fields, const std::string &program) {
     Save("SortMethod", fields.SortMethod);
     Save("SortOrder", fields.SortOrder);
     Save("ListOnline", fields.ListOnline);
+    SaveOrRemove("ServiceBase", CleanServiceBase(fields.ServiceBase));
+    SaveOrRemove("AccountName", Trim(fields.AccountName));
+    SaveOrRemove("PublicAddress", Trim(fields.PublicAddress));
 }
 
 }  // namespace pixmora

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace pixmora {
 
@@ -20,8 +21,11 @@ struct SetupFields {
     std::string SortMethod;    ///< index of the option
     std::string SortOrder;     ///< index of the option
     std::string ListOnline;    ///< "1" or "0"
-    std::string Description;   ///< plain text, lines ending in CR LF
-    std::string Welcome;       ///< HTML, lines ending in CR LF
+    std::string ServiceBase;   ///< of the central service, as typed
+    std::string AccountName;
+    std::string PublicAddress;  ///< what the site calls itself by: host, host:port or URL; empty for what it finds out
+    std::string Description;    ///< plain text, lines ending in CR LF
+    std::string Welcome;        ///< HTML, lines ending in CR LF
 };
 
 /// What the welcome box holds before there is a file.
@@ -30,8 +34,12 @@ inline constexpr const char *WelcomeAtStart = "I hope you enjoy my collection of
 /// No limit, in the page box; stored as 0.
 inline constexpr const char *AllFiles = "All";
 
-/// From the settings and the two text files.
-SetupFields LoadSetupFields();
+/// The base address that a typed text comes to: without blanks around it and separators behind, "http://" in front of a
+/// mere host. Empty for none.
+std::string CleanServiceBase(std::string_view typed);
+
+/// From the settings and the two text files. @param proposedPort where none is stored
+SetupFields LoadSetupFields(const std::string &proposedPort = "80");
 
 /// Writes settings, autostart entry and files, in their fixed order. A port out of range is told to the owner and not
 /// stored. @param program full path of what starts with the session
