@@ -1,18 +1,33 @@
 // The connected end of a Winsock element: its buffers, and the order in which its events come.
 #pragma once
 
-#include <netinet/in.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "platform/runtime/Clock.h"
+#include "platform/sockets/SocketAddress.h"
 #include "platform/sockets/SocketListener.h"
 #include "platform/sockets/Winsock.h"
 
 namespace pixmora {
+
+/// What an element asks of its connection.
+class ElementConnection {
+public:
+    virtual ~ElementConnection() = default;
+    virtual SocketState State() const = 0;
+    /// Only while connected.
+    virtual void Send(std::string_view bytes) = 0;
+    virtual std::size_t BytesWaiting() const = 0;
+    virtual std::string Fetch() = 0;
+    /// See Winsock.
+    virtual std::int32_t PeerIdleTime() = 0;
+    virtual void SetAnswering(bool) {}
+    /// The element's Close. No event comes after it.
+    virtual void Finish() = 0;
+};
 
 /// One connection, from its begin to its end; the element gets a new one for its next.
 ///
@@ -24,26 +39,24 @@ namespace pixmora {
 ///     begin -> Connecting -> Connected -> Closed (Finish)
 ///                  |             |
 ///                  +-------------+------> Error -> Closed (Finish)
-class SocketConnection : public SocketDescriptor {
+class SocketConnection : public SocketDescriptor, public ElementConnection {
 public:
     /// Over a descriptor that was accepted.
     static std::shared_ptr<SocketConnection> Accepted(std::weak_ptr<Winsock> element, int number, Admission admission);
     /// Begins to connect. Every failure is told from the loop.
-    static std::shared_ptr<SocketConnection> Connecting(std::weak_ptr<Winsock> element, const in_addr &address,
-                                                        int port);
+    static std::shared_ptr<SocketConnection> Connecting(std::weak_ptr<Winsock> element, const SocketAddress &peer);
 
     SocketConnection(std::weak_ptr<Winsock> element, int number, SocketState state);
 
-    SocketState State() const { return state_; }
-    /// Only while connected.
-    void Send(std::string_view bytes);
-    std::size_t BytesWaiting() const { return unsent_.size() - unsentStart_; }
-    std::string Fetch();
-    /// See Winsock.
-    std::int32_t PeerIdleTime();
-    void SetAnswering(bool isAnswering);
-    /// The element's Close. No event comes after it.
-    void Finish();
+    SocketState State() const override { return state_; }
+    void Send(std::string_view bytes) override;
+    std::size_t BytesWaiting() const override { return unsent_.size() - unsentStart_; }
+    std::string Fetch() override;
+    std::int32_t PeerIdleTime() override;
+    void SetAnswering(bool isAnswering) override;
+    void Finish() override;
+    /// Fails at the loop's next turn, for a failure met while a caller of the element is on the stack.
+    void FailFromLoop(int number);
     /// Ends the connection and raises the error; only from the loop.
     void Fail(int number, const std::string &description);
 
@@ -73,7 +86,6 @@ private:
     void Read();
     void DropUnsent();
     std::size_t WriteNow(std::string_view bytes);
-    void FailFromLoop(int number);
 
     const std::weak_ptr<Winsock> element_;
     SocketState state_;
