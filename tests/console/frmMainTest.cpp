@@ -85,7 +85,7 @@ TEST_F(frmMainTest, MenusOpenBesideTheirLinksWhileTheSiteRuns) {
     Click(Main, "lblAddressOptions");
     EXPECT_EQ(MenuTexts(),
               "View My Website|Copy Link to Clipboard|Email Link to Someone|IM Link to Someone|Put Link in AIM Away "
-              "Message|");
+              "Message|Show QR Code|");
 }
 
 TEST_F(frmMainTest, WithoutAlbumsTheLinkMakesTheFirst) {
