@@ -14,6 +14,7 @@
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/CentralService.h"
+#include "outside/PortMapping.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
@@ -79,7 +80,9 @@ private:
     bool CheckForNews() {
         view_.ShowStatus("Checking for News and Updates...");
         DoEvents();
-        return CheckCentralService(true) && !view_.Cancelled();
+        if (view_.Cancelled()) return false;
+        check_ = CheckCentralService(true);
+        return check_ != ServiceCheck::CalledOff && !view_.Cancelled();
     }
 
     bool LoadSettings() {
@@ -126,11 +129,12 @@ private:
         if (GetSettingNumber("Setup", "ListOnline", 0) == 1) {
             view_.ShowStatus("Listing Online...");
             view_.AdvanceProgress();
-            SendListing(pictures_, movies_);
+            if (check_ == ServiceCheck::Answered) SendListing(pictures_, movies_);
         }
         gWebServerCommands = std::make_shared<clsWebServerCommands>();
         // Last of all, so that no request can arrive before everything is in place.
         if (!Listen()) return false;
+        OpenRouterPort([this] { return view_.Cancelled(); });
         gDatabase->SetSynchronousFull(false);
         gDatabase->SetLockWait(lockWaitServing);
         SaveSetting("Website", "LastOnline", DateText(Now()));
@@ -200,6 +204,7 @@ private:
     std::vector<std::string> names_;
     std::int32_t pictures_ = 0;
     std::int32_t movies_ = 0;
+    ServiceCheck check_ = ServiceCheck::NoAnswer;
 };
 
 }  // namespace

@@ -41,6 +41,10 @@ std::string FileDisplayName(std::string_view name);
 /// @throws RunTimeError SubscriptOutOfRange for that cookie without "="
 std::string GetCookieUsername(std::string_view head);
 
+/// The last entry of the last "X-Forwarded-For" header, which is the one that the peer itself has written; empty
+/// without that header. The header's name may be in any case.
+std::string GetForwardedAddress(std::string_view head);
+
 /// The text before the first blank, empty without one.
 std::string GetRequestMethod(std::string_view head);
 

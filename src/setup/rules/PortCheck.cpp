@@ -10,6 +10,7 @@
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/sockets/Hosts.h"
 #include "store/Settings.h"
 
 namespace pixmora {
@@ -111,7 +112,7 @@ PortCheck::Probe PortCheck::RunWithFallback(const std::string &publicAddress) {
 }
 
 std::string PortCheck::AskPublicAddress() const {
-    return hands_.GetWebPage(hands_.ServiceBase + "/clients/firewall.php");
+    return HostIn(hands_.GetWebPage(hands_.ServiceBase + "/clients/firewall.php"));
 }
 
 void PortCheck::CheckFirewall() {
