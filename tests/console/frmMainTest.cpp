@@ -38,7 +38,7 @@ protected:
     OwnerActions Actions{
         {[this] { Done += "start "; }, [] {}, [] {},
          [this](const SetupOpening &opening) { Done += opening.AddAlbumOnOpen ? "setup add " : "setup "; },
-         [](const std::string &) {}, [](const std::string &) {},
+         [](const std::string &) {}, [](const std::string &) {}, [](const std::string &) {},
          [this] {
              Done += "end ";
          }}};
