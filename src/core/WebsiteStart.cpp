@@ -134,6 +134,7 @@ private:
         gWebServerCommands = std::make_shared<clsWebServerCommands>();
         // Last of all, so that no request can arrive before everything is in place.
         if (!Listen()) return false;
+        if (IsRouterPortWanted()) view_.ShowStatus("Asking the Router to Open the Port...");
         OpenRouterPort([this] { return view_.Cancelled(); });
         gDatabase->SetSynchronousFull(false);
         gDatabase->SetLockWait(lockWaitServing);

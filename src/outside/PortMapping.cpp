@@ -71,10 +71,14 @@ void SetRouterProtocols(std::function<std::unique_ptr<RouterProtocols>()> make) 
     makeProtocols = make ? std::move(make) : SystemRouterProtocols;
 }
 
+bool IsRouterPortWanted() {
+    return Val(GetSetting("Setup", "PortMapping")) == 1;
+}
+
 void OpenRouterPort(const std::function<bool()> &isCancelled) {
     RouterFacts &facts = gSystray->RouterPort;
     const std::shared_ptr<Router> former = std::exchange(facts, {}).Way;  // it may still be taking a port back
-    if (Val(GetSetting("Setup", "PortMapping")) != 1) return;
+    if (!IsRouterPortWanted()) return;
     facts.Way = former ? former : std::make_shared<Router>(makeProtocols());
     Ask();
     const Tick end = TickAfter(GetTickCount(), startLimit);

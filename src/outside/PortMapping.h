@@ -10,7 +10,10 @@ namespace pixmora {
 /// Puts other protocols in the place of the machine's own, for tests; null puts those back.
 void SetRouterProtocols(std::function<std::unique_ptr<RouterProtocols>()> make);
 
-/// Part of the website's start, for an owner who wants it (PortMapping 1): asks for the listening port, and waits up to
+/// Whether the owner wants the router asked (PortMapping 1).
+bool IsRouterPortWanted();
+
+/// Part of the website's start, for an owner who wants it: asks for the listening port, and waits up to
 /// three seconds for the router's outer address, turning the message loop; what comes later is heeded too. What has
 /// failed is told to the owner. @param isCancelled ends the wait
 void OpenRouterPort(const std::function<bool()> &isCancelled);

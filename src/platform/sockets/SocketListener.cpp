@@ -23,7 +23,7 @@ namespace pixmora {
 namespace {
 
 constexpr int backlog = 512;
-const std::string allOfFour = "0.0.0.0";
+constexpr const char *allOfFour = "0.0.0.0";
 
 /// How long a connection that sends nothing keeps the next one waiting.
 constexpr auto settlingTime = std::chrono::milliseconds(5);
