@@ -79,6 +79,9 @@ public:
                 return QueryCapability(*static_cast<v4l2_capability *>(argument));
             case VIDIOC_ENUM_FMT:
                 return EnumerateFormats(*static_cast<v4l2_fmtdesc *>(argument));
+            case VIDIOC_G_FMT:
+                static_cast<v4l2_format *>(argument)->fmt.pix.pixelformat = camera_->Formats.front().Code;
+                return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
             case VIDIOC_TRY_FMT:
             case VIDIOC_S_FMT:
                 return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
@@ -130,11 +133,13 @@ public:
 
     ClockSetForTest Clock{1000000, MakeDate(2004, 3, 1)};
 
-private:
+protected:
     static int Failed(int error) {
         errno = error;
         return -1;
     }
+
+private:
     bool LetTimeGo(int ms) {
         const int wait = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
         Clock.Advance(std::min(wait, ms));

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <libv4l2.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <QSocketNotifier>
 #include <QTimer>
@@ -59,14 +60,36 @@ private:
     std::function<void(bool)> done_;
 };
 
+/// Keeps what is printed on standard output from those who read it, for its life.
+class SilentOutput {
+public:
+    explicit SilentOutput(int nowhere) : former_(dup(STDOUT_FILENO)) {
+        std::fflush(stdout);
+        dup2(nowhere, STDOUT_FILENO);
+    }
+    ~SilentOutput() {
+        std::fflush(stdout);
+        dup2(former_, STDOUT_FILENO);
+        close(former_);
+    }
+    SilentOutput(const SilentOutput &) = delete;
+    SilentOutput &operator=(const SilentOutput &) = delete;
+
+private:
+    const int former_;
+};
+
 class SystemCalls : public V4l2Calls {
 public:
     /// The library would tell its troubles on standard error, which is the owner's.
-    SystemCalls() { v4l2_log_file = std::fopen("/dev/null", "we"); }
+    SystemCalls() { v4l2_log_file = nowhere_; }
 
     std::vector<std::string> Devices() override { return FindVideoNodes("/dev"); }
 
-    int Open(const std::string &path) override { return v4l2_open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0); }
+    int Open(const std::string &path) override {
+        const SilentOutput silent(fileno(nowhere_));  // its plug-in for multi-planar devices says so each time
+        return v4l2_open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
+    }
 
     int Ioctl(int descriptor, unsigned long request, void *argument) override {
         int result = 0;
@@ -89,6 +112,9 @@ public:
         return v4l2_read(descriptor, buffer, count);
     }
     void Close(int descriptor) override { v4l2_close(descriptor); }
+
+private:
+    std::FILE *const nowhere_ = std::fopen("/dev/null", "we");
 };
 
 }  // namespace
