@@ -15,7 +15,7 @@ std::shared_ptr<TlsConnection> TlsConnection::Connecting(std::weak_ptr<Winsock> 
                                                          int port) {
     auto connection = std::make_shared<TlsConnection>(std::move(element));
     QSslSocket *const socket = connection->socket_.get();
-    connection->Listen();
+    connection->ConnectSignals();
     // From the loop, as it can fail at once.
     QTimer::singleShot(0, socket, [socket, name = QString::fromStdString(host), port] {
         socket->connectToHostEncrypted(name, static_cast<quint16>(port));
@@ -23,7 +23,7 @@ std::shared_ptr<TlsConnection> TlsConnection::Connecting(std::weak_ptr<Winsock> 
     return connection;
 }
 
-void TlsConnection::Listen() {
+void TlsConnection::ConnectSignals() {
     QSslSocket *const socket = socket_.get();
     QObject::connect(socket, &QSslSocket::encrypted, socket, [this] {
         state_ = SocketState::Connected;

@@ -31,7 +31,7 @@ private:
         void operator()(QSslSocket *socket) const { socket->deleteLater(); }  // it may be in the midst of a signal
     };
 
-    void Listen();
+    void ConnectSignals();
     template <class... Parameters, class... Arguments>
     void Raise(std::function<void(Parameters...)> Winsock::*event, const Arguments &...arguments);
 
