@@ -15,6 +15,7 @@
 #include "console/frmHelpBalloon.h"
 #include "console/frmMain.h"
 #include "console/frmMsgBox.h"
+#include "console/frmQrCode.h"
 #include "console/frmStartStatus.h"
 #include "core/WebsiteStop.h"
 #include "core/modMain.h"
@@ -81,6 +82,9 @@ ActionHands Desktop::MakeHands() {
         forms_.ShowSetup(opening);
     };
     hands.CopyText = CopyText;
+    hands.ShowQrCode = [this](const std::string &text) {
+        frmQrCode(text).Run(MainWindowIfUp());
+    };
     hands.OpenFolder = [this](const std::string &path) {
         Open(FromQt(QUrl::fromLocalFile(ToQt(SystemPath(path))).toString(QUrl::FullyEncoded)));
     };

@@ -21,7 +21,7 @@ MenuItem Separator() {
 
 /// Deliberate: two fixed addresses, whatever the machine's own may be.
 std::string VisitorName(const std::string &address) {
-    return address == "192.168.0.1" || address == "127.0.0.1" ? "Me" : address;
+    return address == "192.168.0.1" || address == "127.0.0.1" || address == "::1" ? "Me" : address;
 }
 
 MenuItems VisitItems(const clsVisitor &visitor) {
@@ -45,8 +45,8 @@ MenuItems SystrayMenuItems(bool isWindowShown) {
 }
 
 MenuItems AddressOptsMenuItems() {
-    return {Item("View My Website"), Item("Copy Link to Clipboard"), Item("Email Link to Someone"),
-            Item("IM Link to Someone"), Item("Put Link in AIM Away Message")};
+    return {Item("View My Website"),    Item("Copy Link to Clipboard"),       Item("Email Link to Someone"),
+            Item("IM Link to Someone"), Item("Put Link in AIM Away Message"), Item("Show QR Code")};
 }
 
 MenuItems AlbumMenuItems() {

@@ -6,7 +6,6 @@
 #include "core/WebsiteStop.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
-#include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/CentralService.h"
 #include "platform/files/Files.h"
@@ -61,8 +60,7 @@ void OwnerActions::ShowSetup(bool showAlbumsTab, bool addAlbumOnOpen) const {
 
 void OwnerActions::Statistics() const {
     if (gWebsiteStarted) {
-        OpenInBrowser("http://" + GetLocalIP() + ":" + std::to_string(gSystray->wnskListen->LocalPort()) +
-                      "/ShowAlbum?ShowStats");
+        OpenInBrowser(OwnWebAddress() + "/ShowAlbum?ShowStats");
     } else if (Asks("You must start your website before viewing your statistics.\r\n\r\nWould you like to start it "
                     "now?",
                     FlagYesNo)) {
@@ -96,6 +94,8 @@ void OwnerActions::HandleClick(const std::string &menuName, const std::string &i
         Setup();
     } else if (itemText == "Copy Link to Clipboard") {
         hands_.CopyText(gWebsiteAddress);
+    } else if (itemText == "Show QR Code") {
+        hands_.ShowQrCode(gWebsiteAddress);
     } else if (itemText == "View My Website") {
         OpenInBrowser(gWebsiteAddress);
     } else if (itemText == "Email Link to Someone") {

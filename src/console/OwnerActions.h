@@ -19,6 +19,7 @@ struct ActionHands {
     std::function<void()> ToggleMainWindow;                   ///< shows it or sends it to the tray
     std::function<void(const SetupOpening &)> ShowSetupForm;  ///< modal
     std::function<void(const std::string &)> CopyText;        ///< to the clipboard
+    std::function<void(const std::string &)> ShowQrCode;      ///< of a text; modal
     std::function<void(const std::string &)> OpenFolder;      ///< a path of the program, in the file manager
     std::function<void()> EndProgram;                         ///< doesn't return in the program itself
 };

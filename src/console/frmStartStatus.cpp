@@ -13,6 +13,7 @@
 #include "console/Texts.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
+#include "outside/OutboundRequest.h"
 #include "platform/loop/App.h"
 
 namespace pixmora {
@@ -115,6 +116,7 @@ void frmStartStatus::ShowStopped() {
 
 void frmStartStatus::ClickCancel() {
     cancelled_ = true;
+    EndWebPageRequest();  // which the start may be waiting for
     cmdCancel->setEnabled(false);
     if (cmdCancel->text() != cancelText) done(Accepted);
 }

@@ -25,8 +25,10 @@ int GuardNumber(std::string_view key, int fallback, int highest) {
 }  // namespace
 
 void LoadListenSettings() {
+    const std::string address = ListenAddress();
     gSystray->wnskListen->SetLocalPort(ListenPort());
-    gSystray->wnskListen->SetLocalAddress(ListenAddress());
+    gSystray->wnskListen->SetLocalAddress(address.empty() && ListensOnIPv6() ? Winsock::AllAddresses : address);
+    gSystray->TrustedProxy = GetSetting("Setup", "TrustedProxy");
     gSystray->wnskListen->SetConnectionLimit(GuardNumber("MaxConnections", DefaultMaxConnections, HighestSendIndex));
     gSystray->IdleTimeout = GuardNumber("IdleTimeout", DefaultIdleTimeout, longestIdleTimeout) * 1000;
 }

@@ -7,9 +7,9 @@ namespace pixmora {
 inline constexpr int DefaultMaxConnections = 200;
 inline constexpr int DefaultIdleTimeout = 60;  ///< seconds
 
-/// Reads ListenPort, ListenAddress, MaxConnections and IdleTimeout of section Setup; the listening element and the idle
-/// check go by them from then on. A guard's number below 1, or a text that is none, turns it off. Not while the element
-/// listens. @throws RunTimeError TypeMismatch for the port
+/// Reads ListenPort, ListenAddress, IPv6, TrustedProxy, MaxConnections and IdleTimeout of section Setup; the listening
+/// element, the intake and the idle check go by them from then on. A guard's number below 1, or a text that is none,
+/// turns it off. Not while the element listens. @throws RunTimeError TypeMismatch for the port
 void LoadListenSettings();
 
 /// To be called for each new connection, so that the idle check runs while there are any.

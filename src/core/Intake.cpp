@@ -12,6 +12,8 @@
 #include "core/site/frmSystray.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
+#include "platform/sockets/Hosts.h"
+#include "platform/sockets/SocketAddress.h"
 #include "store/Catalogue.h"
 #include "store/Statistics.h"
 
@@ -40,6 +42,14 @@ void RefreshVisitor(const std::string &ip, std::string_view request) {
     ++gConnectionsSession;
     RecordStat(Stat::Visitors, NoAlbum, 1);
     gVisitors.push_back(newVisitor);
+}
+
+/// A proxy that the owner trusts tells for whom it asks; anybody else could tell anything.
+void HeedProxy(Winsock &socket, const std::string &request) {
+    const std::string &trusted = gSystray->TrustedProxy;
+    if (trusted.empty() || !IsInNetwork(socket.RemoteHostIP(), trusted)) return;
+    const auto visitor = SocketAddress::From(GetForwardedAddress(request), 0);
+    if (visitor) socket.SetRemoteHostIP(visitor->Text());
 }
 
 void AnswerRequest(const Connection &socket, const std::string &method, const std::string &request) {
@@ -77,6 +87,7 @@ void AnswerArrival(const Connection &socket) {
         socket->Close();
         return;
     }
+    HeedProxy(*socket, request);
     RefreshVisitor(socket->RemoteHostIP(), request);
     try {
         AnswerRequest(socket, method, request);

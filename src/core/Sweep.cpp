@@ -6,7 +6,9 @@
 #include "core/site/Globals.h"
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
+#include "outside/Address.h"
 #include "outside/CentralService.h"
+#include "outside/PortMapping.h"
 #include "platform/loop/Memory.h"
 #include "platform/runtime/Numbers.h"
 #include "store/RecordKeeping.h"
@@ -28,6 +30,8 @@ bool IsOlderThan(Tick tick, Tick limit) {
 }  // namespace
 
 void HandleConnectionsTick() {
+    RenewRouterPort();
+    RefreshWebsiteAddress();
     KeepRecord(Record::LastOnline, [] {
         SaveSetting("Website", "LastOnline", DateText(Now()));
         SaveSetting("Website", "Address", gWebsiteAddress);
@@ -43,7 +47,6 @@ void HandleConnectionsTick() {
     // What a power cut could take is thus a minute of counts at most.
     KeepRecord(Record::Checkpoint, [] { gDatabase->Checkpoint(); });
     ReturnFreeMemory();
-    // Last, because it waits for the central service, and the sweep does not.
     if (isReportDue) SendPing();
 }
 

@@ -18,6 +18,7 @@
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
 #include "outside/CentralService.h"
+#include "outside/PortMapping.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
@@ -96,7 +97,9 @@ private:
     bool CheckForNews() {
         view_.ShowStatus("Checking for News and Updates...");
         DoEvents();
-        return CheckCentralService(true) && !view_.Cancelled();
+        if (view_.Cancelled()) return false;
+        check_ = CheckCentralService(true);
+        return check_ != ServiceCheck::CalledOff && !view_.Cancelled();
     }
 
     bool LoadSettings() {
@@ -144,11 +147,13 @@ private:
         if (GetSettingNumber("Setup", "ListOnline", 0) == 1) {
             view_.ShowStatus("Listing Online...");
             view_.AdvanceProgress();
-            SendListing(pictures_, movies_);
+            if (check_ == ServiceCheck::Answered) SendListing(pictures_, movies_);
         }
         gWebServerCommands = std::make_shared<clsWebServerCommands>();
         // Last of all, so that no request can arrive before everything is in place.
         if (!Listen()) return false;
+        if (IsRouterPortWanted()) view_.ShowStatus("Asking the Router to Open the Port...");
+        OpenRouterPort([this] { return view_.Cancelled(); });
         gDatabase->SetSynchronousFull(false);
         gDatabase->SetLockWait(lockWaitServing);
         SaveSetting("Website", "LastOnline", DateText(Now()));
@@ -227,6 +232,7 @@ private:
     std::vector<std::string> unreadable_;  ///< folders of the albums
     std::int32_t pictures_ = 0;
     std::int32_t movies_ = 0;
+    ServiceCheck check_ = ServiceCheck::NoAnswer;
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "core/site/Transfers.h"
 #include "core/site/frmSystray.h"
 #include "outside/Address.h"
+#include "outside/PortMapping.h"
 #include "platform/runtime/RunTimeError.h"
 #include "store/RecordKeeping.h"
 #include "store/Schema.h"
@@ -52,6 +53,7 @@ bool StopWebsite(bool silent) {
     KeepRecord(Record::LastOnline, [] { SaveSetting("Website", "LastOnline", "0"); });
     DropMediaLists();
     RemoveAwayMessage();
+    CloseRouterPort();
     gVisitorsActive = 0;
     StopWebcam();
     CloseTransfers();

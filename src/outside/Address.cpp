@@ -6,9 +6,11 @@
 
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
+#include "core/site/frmSystray.h"
 #include "outside/CentralService.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
+#include "platform/sockets/Hosts.h"
 #include "platform/sockets/LocalAddresses.h"
 #include "store/Settings.h"
 #include "store/clsRegistry.h"
@@ -69,15 +71,37 @@ std::string LinkAnchor(std::string_view address) {
 
 std::string GetLocalIP() {
     std::string address = ListenAddress();
-    if (!address.empty()) return address;
-    return GetLocalIP(HostTableAddresses(), InterfaceAddresses());
+    if (address.empty()) address = DefaultRouteAddress();
+    if (address.empty()) address = GetLocalIP(HostTableAddresses(), InterfaceAddresses());
+    const bool isOfThisMachineAlone = address.empty() || IsLoopback(address);
+    const std::string six = isOfThisMachineAlone && ListensOnIPv6() ? DefaultRouteAddress(IPv6) : std::string();
+    return six.empty() ? address : six;
 }
 
 std::string GetLocalIP(const std::vector<std::string> &hostTable, const std::vector<std::string> &interfaces) {
     if (!hostTable.empty() && (interfaces.empty() || !IsLoopback(hostTable.front()))) return hostTable.front();
-    if (!interfaces.empty()) return interfaces.front();
-    ShowMessageBox("Winsock.dll is not responding.", FlagCritical);
-    return {};
+    return interfaces.empty() ? std::string() : interfaces.front();
+}
+
+std::string OwnWebAddress() {
+    const std::string own = GetLocalIP();
+    return WebAddress(own.empty() ? "127.0.0.1" : own, gSystray->wnskListen->LocalPort());
+}
+
+std::string BestWebsiteAddress() {
+    const std::string wished = WebAddressFrom(GetSetting("Setup", "PublicAddress"), gSystray->wnskListen->LocalPort());
+    if (!wished.empty()) return wished;
+    if (!gSystray->ServiceAddress.empty()) return gSystray->ServiceAddress;
+    return gSystray->RouterPort.Address.empty() ? OwnWebAddress() : gSystray->RouterPort.Address;
+}
+
+void RefreshWebsiteAddress() {
+    const std::string address = BestWebsiteAddress();
+    if (address == gWebsiteAddress) return;
+    gWebsiteAddress = address;
+    RemoveAwayMessage();
+    InstallAwayMessage();
+    WebsiteStatusChanged();
 }
 
 std::string EmailLink(std::string_view address) {

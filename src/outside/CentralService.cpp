@@ -13,6 +13,7 @@
 #include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
+#include "platform/sockets/Hosts.h"
 #include "store/RecordKeeping.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
@@ -24,25 +25,22 @@ namespace {
 constexpr std::string_view latestNews = "LatestNews";
 constexpr int yesNoInformation = FlagYesNo | FlagInformation;
 
-std::string AddressOnListenPort(const std::string &host) {
-    return "http://" + host + ":" + std::to_string(gSystray->wnskListen->LocalPort());
-}
-
-/// Whether the text can be a host at all. A page that some box on the way puts in the place of the answer can't, and
-/// must not become the site's address.
-bool CanBeHost(std::string_view text) {
-    constexpr std::string_view never = "<>\"'\\ \t\r\n";
-    return !text.empty() && text.find_first_of(never) == std::string_view::npos;
-}
-
 void WarnOfDifferentAddresses(const std::string &own, const std::string &seen) {
     if (!GetSetting("Setup", "RunFirewallCheck").empty() || !GetSetting("IgnoreMsg", "DifferentIps").empty()) return;
+    if (!GetSetting("Setup", "PublicAddress").empty()) return;  // who has set it has seen to the network
     const bool ignoreInFuture =
         Asks("We have detected your private IP is " + own + ", but your public IP is " + seen +
              " !\r\n\r\nTherefore, unless you have configured your network for this, you may experience problems "
              "with visitors accessing your site.\r\n\r\nPlease run the Firewall Check in Setup to make sure you "
              "won't encounter any connection problems.\r\n\r\nWould you like to ignore this message in the future?");
     if (ignoreInFuture) SaveSetting("IgnoreMsg", "DifferentIPs", "1");
+}
+
+void TellOfMissingNetwork() {
+    ShowMessageBox(
+        "This computer is not connected to a network at the moment.\r\n\r\nUntil it is, nobody but you can see your "
+        "website.",
+        FlagInformation);
 }
 
 void TellOfExtinction() {
@@ -69,10 +67,12 @@ void TellOfNews(const std::string &stamp) {
     }
 }
 
-/// One word of the service's answer. @return false when it calls the start off
-bool Heed(const std::string &word) {
+/// One word of the service's answer, a line end behind it or not. @return false when it calls the start off
+bool Heed(std::string word) {
+    word.erase(word.find_last_not_of("\r\n") + 1);
     if (word == "OK") {
-        if (const std::string redirecting = RedirectingAddress(); !redirecting.empty()) gWebsiteAddress = redirecting;
+        if (const std::string redirecting = RedirectingAddress(); !redirecting.empty())
+            gSystray->ServiceAddress = redirecting;
     } else if (word == "OldVersionExtinct") {
         TellOfExtinction();
         return false;
@@ -110,30 +110,34 @@ std::string VersionText() {
     return FormatPadded(App::Major, 2) + FormatPadded(App::Minor, 2) + FormatPadded(App::Revision, 4);
 }
 
-bool CheckCentralService(bool startingServer) {
+ServiceCheck CheckCentralService(bool startingServer) {
     const std::string own = GetLocalIP();
-    gWebsiteAddress = AddressOnListenPort(own);
-    if (ServiceBase().empty()) return true;
+    if (own.empty()) TellOfMissingNetwork();
+    gSystray->ServiceAddress.clear();
+    gWebsiteAddress = BestWebsiteAddress();
+    if (ServiceBase().empty()) return ServiceCheck::NoAnswer;
     const std::string answer =
         GetWebPage(ServiceBase() + "/clients/startup.php?&ver=" + VersionText() +
                    "&port=" + GetSetting("Setup", "ListenPort") + "&starting_server=" + (startingServer ? "1" : "0"));
     const std::vector<std::string> words = Split(answer, "|");
-    if (words.empty() || !CanBeHost(words.front())) return true;
-    if (words.front() != own) {
-        WarnOfDifferentAddresses(own, words.front());
-        gWebsiteAddress = AddressOnListenPort(words.front());
+    const std::string seen = words.empty() ? std::string() : HostIn(words.front());
+    if (seen.empty()) return ServiceCheck::NoAnswer;
+    if (seen != own) {
+        WarnOfDifferentAddresses(own, seen);
+        gSystray->ServiceAddress = WebAddress(seen, gSystray->wnskListen->LocalPort());
     }
     bool mayGoOn = true;
     for (std::size_t i = 1; i < words.size(); ++i) mayGoOn &= Heed(words[i]);
-    return mayGoOn;
+    gWebsiteAddress = BestWebsiteAddress();
+    return mayGoOn ? ServiceCheck::Answered : ServiceCheck::CalledOff;
 }
 
 void SendListing(std::int32_t pictures, std::int32_t movies) {
     if (ServiceBase().empty()) return;
     // The service takes the last three keys with their "&" doubled.
-    GetWebPage(ServiceBase() + "/clients/sendserverinfo.php?username=" + EncodedAccountName() + "&site_title=" +
-               EncodeServiceText(gServerTitle) + "&" + "&site_desc=" + EncodeServiceText(gSiteDescription) + "&" +
-               "&picturecount=" + std::to_string(pictures) + "&" + "&moviecount=" + std::to_string(movies));
+    SendWebRequest(ServiceBase() + "/clients/sendserverinfo.php?username=" + EncodedAccountName() + "&site_title=" +
+                   EncodeServiceText(gServerTitle) + "&" + "&site_desc=" + EncodeServiceText(gSiteDescription) + "&" +
+                   "&picturecount=" + std::to_string(pictures) + "&" + "&moviecount=" + std::to_string(movies));
 }
 
 void SendPing() {
@@ -155,8 +159,8 @@ void SendPing() {
     const std::string recent = "&sr=" + std::to_string(gOnlineTimer->Elapsed() / 1000) +
                                "&rv=" + std::to_string(visitors) + "&rt=" + std::to_string(pictures) +
                                "&rd=" + std::to_string(fileClicks) + "&rb=" + std::to_string(kilobytes);
-    GetWebPage(ServiceBase() + "/clients/serverping.php?username=" + EncodedAccountName() + "&ver=" + VersionText() +
-               totals + recent);
+    SendWebRequest(ServiceBase() + "/clients/serverping.php?username=" + EncodedAccountName() +
+                   "&ver=" + VersionText() + totals + recent);
 }
 
 }  // namespace pixmora

@@ -20,16 +20,21 @@ std::string RedirectingAddress(const std::string &serviceBase, const std::string
 /// The version as the service reads it: two digits, two digits, four digits ("01000000").
 std::string VersionText();
 
-/// Sets gWebsiteAddress to the machine's own address and the listening element's port, then asks the service for the
-/// public one and for news, and puts the service's questions to the owner. Waits as GetWebPage does.
-/// @param startingServer whether a website start is under way @return false when the start is to be called off
-bool CheckCentralService(bool startingServer);
+enum class ServiceCheck {
+    NoAnswer,   ///< or there is no service: the site starts without it
+    Answered,   ///< also by news that the owner has seen
+    CalledOff,  ///< this version of the program must not start any more
+};
 
-/// Announces the site to the public listing. Waits as GetWebPage does. @param pictures and @param movies in all albums
+/// Asks the service for the site's public address and for news, puts its questions to the owner, and sets
+/// gWebsiteAddress. Waits as GetWebPage does. @param startingServer whether a website start is under way
+ServiceCheck CheckCentralService(bool startingServer);
+
+/// Announces the site to the public listing, as SendWebRequest does. @param pictures and @param movies in all albums
 void SendListing(std::int32_t pictures, std::int32_t movies);
 
-/// The report of every tenth minute: reads the last hour's figures, deletes what is older, and sends the ping; only
-/// that last step needs the service. Waits as GetWebPage does. @throws RunTimeError for a database error
+/// The report of every tenth minute: reads the last hour's figures, deletes what is older, and sends the ping as
+/// SendWebRequest does; only that last step needs the service. @throws RunTimeError for a database error
 void SendPing();
 
 }  // namespace pixmora

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QPixmap>
 #include <QSlider>
 #include <QVBoxLayout>
 #include <utility>
@@ -16,6 +17,13 @@
 namespace pixmora {
 
 using namespace FormParts;
+
+namespace {
+
+constexpr QSize previewSize(320, 240);
+constexpr int previewMs = 500;
+
+}  // namespace
 
 WebcamHands DesktopWebcamHands() {
     WebcamHands hands;
@@ -30,12 +38,14 @@ WebcamHands DesktopWebcamHands() {
     hands.TestCapture = [] {
         return SaveCaptureFile("", true);
     };
+    hands.TakePreview = TakePreview;
     return hands;
 }
 
 frmSetupWebcam::frmSetupWebcam(QWidget *parent, WebcamHands hands)
     : SetupWindow("frmSetupWebcam", QStringLiteral("Webcam Setup"), parent),
       editor_(std::move(hands)),
+      lblPreview(Label("lblPreview")),
       cboSource(DropDown("cboSource")),
       sldCaptureInterval(Slider("sldCaptureInterval", ShortestCaptureInterval, LongestCaptureInterval)),
       lblCaptureInterval(Label("lblCaptureInterval", QStringLiteral("0m 5s"))),
@@ -48,6 +58,14 @@ frmSetupWebcam::frmSetupWebcam(QWidget *parent, WebcamHands hands)
     sldCaptureInterval->setAccessibleName(QStringLiteral("Capture Interval"));
     sldCaptureInterval->setPageStep(12);
     lblCaptureInterval->setMinimumWidth(lblCaptureInterval->fontMetrics().horizontalAdvance(QStringLiteral("10m 55s")));
+    lblPreview->setAccessibleName(QStringLiteral("What the camera sees"));
+    lblPreview->setAlignment(Qt::AlignCenter);
+    lblPreview->setFixedSize(previewSize);
+    tmrPreview.SetInterval(previewMs);
+    tmrPreview.OnTimer = [this] {
+        tmrPreview.SetEnabled(false);
+        editor_.TakePreview([this](const std::string &bitmap) { ShowPreview(bitmap); });
+    };
     auto *devices = new QHBoxLayout;
     devices->addWidget(cmdDeviceFormat);
     devices->addWidget(cmdDeviceSource);
@@ -55,6 +73,7 @@ frmSetupWebcam::frmSetupWebcam(QWidget *parent, WebcamHands hands)
     auto *source = new QVBoxLayout;
     source->addWidget(cboSource);
     source->addLayout(devices);
+    source->addWidget(lblPreview, 0, Qt::AlignCenter);
     Contents()->addWidget(Captioned("SContainer1", "Capture Source", source, Help("lblHelpSource")));
     auto *interval = new QHBoxLayout;
     interval->addWidget(sldCaptureInterval, 1);
@@ -93,9 +112,27 @@ void frmSetupWebcam::ClickSource() {
     const WebcamHands::Dialogs dialogs = editor_.ChooseSource(cboSource->currentIndex());
     cmdDeviceSource->setEnabled(dialogs.Source);
     cmdDeviceFormat->setEnabled(dialogs.Format);
+    lblPreview->clear();
+    tmrPreview.OnTimer();
+}
+
+void frmSetupWebcam::ShowPreview(const std::string &bitmap) {
+    const QPixmap picture = QPixmap::fromImage(
+        QImage::fromData(reinterpret_cast<const uchar *>(bitmap.data()), static_cast<int>(bitmap.size())));
+    if (picture.isNull()) {
+        lblPreview->setText(QStringLiteral("The camera gives no picture."));
+    } else {
+        const qreal scale = devicePixelRatioF();
+        QPixmap fitted = picture.scaled(lblPreview->size() * scale, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        fitted.setDevicePixelRatio(scale);
+        lblPreview->setPixmap(fitted);
+    }
+    tmrPreview.SetEnabled(true);
 }
 
 void frmSetupWebcam::Accept() {
+    tmrPreview.SetEnabled(false);
+    setEnabled(false);  // the test lets other clicks through
     isUsable_ =
         editor_.Accept(sldCaptureInterval->value(), cboSource->currentIndex(), FromQt(cboSource->currentText()));
     done(Accepted);

@@ -1,6 +1,7 @@
 // The form for the webcam.
 #pragma once
 
+#include "platform/loop/MessageLoop.h"
 #include "setup/SetupWindow.h"
 #include "setup/rules/WebcamEditor.h"
 
@@ -31,10 +32,13 @@ private:
     void ConnectControls();
     void ShowInterval();
     void ClickSource();
+    void ShowPreview(const std::string &bitmap);
     void Accept();
 
     WebcamEditor editor_;
     bool isUsable_ = true;
+    Timer tmrPreview;  ///< from one preview's end to the next one
+    QLabel *lblPreview;
     QComboBox *cboSource;
     QSlider *sldCaptureInterval;
     QLabel *lblCaptureInterval;

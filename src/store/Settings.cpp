@@ -66,11 +66,16 @@ int ListenPort() {
 
 std::string ListenAddress() {
     const std::string address = Trim(GetSetting("Setup", "ListenAddress"));
+    if (address == "0.0.0.0" || address == "::") return {};
     return EqualsIgnoreCase(address, "localhost") ? "127.0.0.1" : address;
 }
 
 bool IsProgramElsewhere() {
     return App::PrevInstance() || Registry::PrevInstance();
+}
+
+bool ListensOnIPv6() {
+    return Val(GetSetting("Setup", "IPv6")) == 1;
 }
 
 void MigrateSettings() {

@@ -25,6 +25,8 @@ std::int32_t GetSettingNumber(std::string_view section, std::string_view key, st
 int ListenPort();
 /// The one address of the machine that the website listens on, dotted; empty for all of them.
 std::string ListenAddress();
+/// Whether it listens on IPv6 beside IPv4, where it listens on all addresses.
+bool ListensOnIPv6();
 
 /// Whether another process of this user has the program's folder or its settings. This one keeps both from here on.
 bool IsProgramElsewhere();

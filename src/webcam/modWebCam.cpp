@@ -3,12 +3,14 @@
 #include "webcam/modWebCam.h"
 
 #include <string>
+#include <utility>
 
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
 #include "core/site/frmSystray.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "store/Settings.h"
@@ -39,17 +41,36 @@ bool RemoveFile(const std::string &path) {
     }
 }
 
-/// Makes the visitors' picture of the device's still. @return false when it can't be read or written
-bool ConvertStill() {
+bool WriteStill(const std::string &path, const std::string &bitmap) {
+    try {
+        WriteFileAtomically(path, bitmap);
+        return true;
+    } catch (const RunTimeError &) {
+        return false;  // a full disk costs the still, not the website
+    }
+}
+
+/// As SaveCaptureFile does, without waiting: calls back when it is known whether there is a new still.
+void BeginCapture(const std::string &path, const std::function<void(bool isSaved)> &done) {
+    if (!RemoveFile(path)) {
+        done(false);
+        return;
+    }
+    TakePreview([path, done](const std::string &bitmap) { done(!bitmap.empty() && WriteStill(path, bitmap)); });
+}
+
+/// Makes the visitors' picture of the device's new still; the former stays where that can't be.
+void UseStill(bool isSaved) {
+    if (!isSaved) return;
+    gLastCaptureTick = GetTickCount();
     try {
         std::int32_t success = 0;
         gPictureEngine->Load(App::HtdocsPath("capture.bmp"), 0, success);
-        if (success == 0) return false;
+        if (success == 0) return;
         gPictureEngine->Resize(gThumbSize, 0, 0, success);
         gPictureEngine->Save(App::HtdocsPath("capture.jpg"), 0, success);
-        return success != 0;
     } catch (const RunTimeError &) {
-        return false;
+        // As a still that didn't come.
     }
 }
 
@@ -88,8 +109,11 @@ bool GetDriverCaps(CaptureDriverCaps &caps) {
 
 bool SaveCaptureFile(std::string_view path, bool isTest) {
     const std::string target = isTest ? App::Path() + "\\testcapture.bmp" : std::string(path);
-    const bool isSaved =
-        RemoveFile(target) && gCaptureDevice && gCaptureDevice->SaveStill(target) && FileExists(target);
+    const auto outcome = std::make_shared<std::optional<bool>>();
+    BeginCapture(target, [outcome](bool isSaved) { *outcome = isSaved; });
+    const Tick end = TickAfter(GetTickCount(), 2 * LongestStillMs);
+    while (!*outcome && gCaptureDevice && TicksBetween(GetTickCount(), end) > 0) WaitUntilTick(end);
+    const bool isSaved = outcome->value_or(false);
     if (!isTest) return isSaved;
     RemoveFile(target);
     if (!isSaved) {
@@ -98,13 +122,20 @@ bool SaveCaptureFile(std::string_view path, bool isTest) {
     return isSaved;
 }
 
+void TakePreview(std::function<void(const std::string &bitmap)> done) {
+    if (gCaptureDevice) {
+        gCaptureDevice->TakeStill(std::move(done));
+    } else {
+        done({});
+    }
+}
+
 void StartWebcam() {
     if (GetSettingNumber("Setup", "WebCam", 0) != 1) return;
     // Nothing ever writes this key: the device chosen in setup is meant for the test there, the site takes the first.
     if (!OpenWebcam(GetSettingNumber("Setup", "WebCamDevice", 0))) return;
     Timer &timer = gSystray->tmrWebCam;
-    timer.Tag = "1";
-    WebcamTick();
+    UseStill(SaveCaptureFile(App::HtdocsPath("capture.bmp"), false));  // there before the first visitor
     timer.Tag = CaptureInterval();
     timer.SetEnabled(true);
 }
@@ -114,7 +145,7 @@ void WebcamTick() {
     countdown = std::to_string(CLng(countdown) - 1);
     if (countdown != "0") return;
     countdown = CaptureInterval();
-    if (SaveCaptureFile(App::HtdocsPath("capture.bmp"), false) && ConvertStill()) gLastCaptureTick = GetTickCount();
+    BeginCapture(App::HtdocsPath("capture.bmp"), UseStill);
 }
 
 void StopWebcam() {

@@ -38,6 +38,7 @@ protected:
                                    (opening.AddAlbumOnOpen ? " add" : ""));
                           },
                           [this](const std::string &text) { Note("copy " + text); },
+                          [this](const std::string &text) { Note("qr " + text); },
                           [this](const std::string &path) { Note("folder " + path); },
                           [this] {
                               Note("end");
@@ -141,6 +142,7 @@ TEST_F(OwnerActionsTest, AnItemsTextIsItsCommand) {
         {SystrayMenu, "Minimize Window", "toggle"},
         {SystrayMenu, "Setup", "setup"},
         {AddressOptsMenu, "Copy Link to Clipboard", "copy http://192.0.2.1:8080"},
+        {AddressOptsMenu, "Show QR Code", "qr http://192.0.2.1:8080"},
         {AlbumMenu, "Add New Album", "setup add"},
         {AlbumMenu, "Edit Album", "setup albums"},
         {AlbumMenu, "Holiday", "folder " + Directory},

@@ -38,7 +38,7 @@ protected:
     OwnerActions Actions{
         {[this] { Done += "start "; }, [] {}, [] {},
          [this](const SetupOpening &opening) { Done += opening.AddAlbumOnOpen ? "setup add " : "setup "; },
-         [](const std::string &) {}, [](const std::string &) {},
+         [](const std::string &) {}, [](const std::string &) {}, [](const std::string &) {},
          [this] {
              Done += "end ";
          }}};
@@ -85,7 +85,7 @@ TEST_F(frmMainTest, MenusOpenBesideTheirLinksWhileTheSiteRuns) {
     Click(Main, "lblAddressOptions");
     EXPECT_EQ(MenuTexts(),
               "View My Website|Copy Link to Clipboard|Email Link to Someone|IM Link to Someone|Put Link in AIM Away "
-              "Message|");
+              "Message|Show QR Code|");
 }
 
 TEST_F(frmMainTest, WithoutAlbumsTheLinkMakesTheFirst) {

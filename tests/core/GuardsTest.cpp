@@ -181,5 +181,44 @@ TEST_F(Guards, ListenAddressIsThisComputersOrTheStartFails) {
     EXPECT_NE(Get("/Blank"), "");
 }
 
+TEST_F(Guards, BothFamiliesAreServedWhereTheOwnerWantsIt) {
+    StartWith({{"IPv6", "1"}});
+    EXPECT_NE(Get("/", "", "127.0.0.2"), "");
+    const auto six = Winsock::Create();
+    six->SetRemoteHost("::1");
+    six->SetRemotePort(Port());
+    six->OnConnect = [&six] {
+        six->SendData("GET / HTTP/1.0\r\n\r\n");
+    };
+    std::string answer;
+    six->OnDataArrival = [&](std::size_t) {
+        answer += six->GetData();
+    };
+    six->Connect();
+    TurnUntil([&] { return answer.find("</html>") != std::string::npos || six->State() == SocketState::Error; });
+    if (six->State() == SocketState::Error) GTEST_SKIP() << "a machine without IPv6";
+    ASSERT_EQ(gVisitors.size(), 2U);
+    EXPECT_EQ(gVisitors[0].IP, "127.0.0.2") << "dotted as ever";
+    EXPECT_EQ(gVisitors[1].IP, "::1");
+}
+
+TEST_F(Guards, OnlyATrustedProxySpeaksForItsVisitors) {
+    StartWith({{"TrustedProxy", "127.0.8.0/24"}});
+    const std::tuple<const char *, const char *, const char *> cases[] = {
+        // peer, head, visitor
+        {"127.0.8.1", "X-Forwarded-For: 192.0.2.66, 192.0.2.1\r\n", "192.0.2.1"},
+        {"127.0.8.2", "x-forwarded-for:192.0.2.66\r\nX-FORWARDED-FOR: ::ffff:192.0.2.2 \r\n", "192.0.2.2"},
+        {"127.0.8.3", "X-Forwarded-For: unknown\r\n", "127.0.8.3"},
+        {"127.0.8.4", "A: b\r\n\r\nX-Forwarded-For: 192.0.2.66\r\n", "127.0.8.4"},
+        {"127.0.9.1", "X-Forwarded-For: 192.0.2.66\r\n", "127.0.9.1"},
+    };
+    for (const auto &[peer, head, visitor] : cases) {
+        gVisitors.clear();
+        Get("/", head, peer);
+        ASSERT_EQ(gVisitors.size(), 1U) << peer;
+        EXPECT_EQ(gVisitors[0].IP, visitor) << peer;
+    }
+}
+
 }  // namespace
 }  // namespace pixmora::test

@@ -23,11 +23,39 @@ TEST(LocalIP, IsTheHostTablesUnlessThatIsLoopback) {
         {"no network at all", {"127.0.1.1"}, {}, "127.0.1.1"},
         {"a name that only a name server knows", {}, {"10.0.0.5"}, "10.0.0.5"},
     };
-    ScriptedOwner owner;
     for (const auto &[name, hostTable, interfaces, address] : cases)
         EXPECT_EQ(GetLocalIP(hostTable, interfaces), address) << name;
-    owner.ExpectMessage("Winsock.dll is not responding.", 16);
     EXPECT_EQ(GetLocalIP({}, {}), "");
+}
+
+using WebsiteAddress = OutsideFixture;
+
+TEST_F(WebsiteAddress, IsTheBestThatIsKnown) {
+    ScriptedOwner owner;
+    gSystray->wnskListen->SetLocalPort(8080);
+    SaveSetting("Setup", "ListenAddress", "192.0.2.7");
+    EXPECT_EQ(BestWebsiteAddress(), "http://192.0.2.7:8080");
+    gSystray->RouterPort.Address = "http://198.51.100.1:8080";
+    EXPECT_EQ(BestWebsiteAddress(), "http://198.51.100.1:8080");
+    gSystray->ServiceAddress = "http://203.0.113.7:8080";
+    EXPECT_EQ(BestWebsiteAddress(), "http://203.0.113.7:8080");
+    const std::pair<const char *, const char *> wishes[] = {
+        {"pictures.example", "http://pictures.example:8080"},
+        {" pictures.example:81 ", "http://pictures.example:81"},
+        {"2001:db8::7", "http://[2001:db8::7]:8080"},
+        {"[2001:db8::7]:81", "http://[2001:db8::7]:81"},
+        {"https://pictures.example/ann", "https://pictures.example/ann"},
+        {"no host", "http://203.0.113.7:8080"},
+        {"https://a\"b.example", "http://203.0.113.7:8080"},
+        {"pictures.example:99999", "http://203.0.113.7:8080"},
+    };
+    for (const auto &[wish, address] : wishes) {
+        SaveSetting("Setup", "PublicAddress", wish);
+        EXPECT_EQ(BestWebsiteAddress(), address) << wish;
+    }
+    gWebsiteAddress = "http://192.0.2.9:8080";
+    RefreshWebsiteAddress();
+    EXPECT_EQ(gWebsiteAddress, "http://203.0.113.7:8080") << "follows the network";
 }
 
 class AwayMessage : public OutsideFixture {

@@ -36,29 +36,31 @@ protected:
         SaveSetting("Setup", "ServiceBase", service.Base());
         SaveSetting("Setup", "RunFirewallCheck", "1");
         SaveSetting("Records", "InstallTime", "2004030112");
+        SaveSetting("Setup", "ListenAddress", own);
         gSystray->wnskListen->SetLocalPort(8080);
     }
 
-    /// A machine without any address tells its owner so at each check.
-    bool Check(bool startingServer = true) {
-        if (own.empty()) owner.ExpectMessage("Winsock.dll is not responding.", FlagCritical);
-        return CheckCentralService(startingServer);
-    }
-    bool CheckWithAnswer(const std::string &answer) {
+    ServiceCheck Check(bool startingServer = true) { return CheckCentralService(startingServer); }
+    ServiceCheck CheckWithAnswer(const std::string &answer) {
         service.Answer = answer;
         return Check();
     }
 
-    const std::string own = GetLocalIP();
+    void WaitForRequests(std::size_t count) {
+        for (int turn = 0; service.Requests.size() < count && turn < 1000; ++turn)
+            WaitUntilTick(TickAfter(GetTickCount(), 5));
+    }
+
+    const std::string own = "192.0.2.7";
     const std::string local = "http://" + own + ":8080";
     ScriptedOwner owner;
 };
 
 TEST_F(CentralService, IsAskedAtTheStart) {
-    EXPECT_TRUE(Check(true));
+    EXPECT_EQ(Check(true), ServiceCheck::NoAnswer);
     SaveSetting("Setup", "ListenPort", "81");
     gSystray->wnskListen->SetLocalPort(81);
-    EXPECT_TRUE(Check(false));
+    EXPECT_EQ(Check(false), ServiceCheck::NoAnswer);
     EXPECT_THAT(service.Requests,
                 ElementsAre("GET /clients/startup.php?&ver=01000000&port=&starting_server=1" + requestEnd,
                             "GET /clients/startup.php?&ver=01000000&port=81&starting_server=0" + requestEnd));
@@ -75,12 +77,18 @@ TEST_F(CentralService, TellsTheAddress) {
         {"account with a blank", own + "|OK", "ann b", service.Base() + "?ann%20b"},
         {"accepted without an account", "203.0.113.7|OK", "", "http://203.0.113.7:8080"},
         {"unknown words", "203.0.113.7|ok|OKAY||Nothing", "ann", "http://203.0.113.7:8080"},
+        {"line ends behind its words", "203.0.113.7\r\n|OK\r\n", "ann", service.Base() + "?ann"},
+        {"an address of IPv6", "2001:db8::7", "", "http://[2001:db8::7]:8080"},
         {"a page of another server", "<html><body>Not Found|OK</body></html>", "ann", local},
+        {"words of another server", "404 Not Found", "ann", local},
+        {"an address that is none", "203.0.113.700", "ann", local},
         {"no address in it", "|OK", "ann", local},
     };
     for (const auto &[name, answer, account, address] : cases) {
         SaveSetting("Setup", "AccountName", account);
-        EXPECT_TRUE(CheckWithAnswer(answer)) << name;
+        const ServiceCheck check = CheckWithAnswer(answer);
+        const bool isAnswer = address != local || answer == own;
+        EXPECT_EQ(check, isAnswer ? ServiceCheck::Answered : ServiceCheck::NoAnswer) << name;
         EXPECT_EQ(gWebsiteAddress, address) << name;
     }
 }
@@ -95,53 +103,54 @@ TEST_F(CentralService, WarnsOfADifferentAddressUntilToldNotTo) {
     DeleteSetting("Setup", "RunFirewallCheck");
     for (const int answer : {AnswerNo, AnswerYes}) {
         owner.ExpectMessage(warning, yesNoCritical, answer);
-        EXPECT_TRUE(CheckWithAnswer("203.0.113.7"));
+        EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7"));
         EXPECT_EQ(gWebsiteAddress, "http://203.0.113.7:8080");
     }
     EXPECT_EQ(GetSetting("IgnoreMsg", "DifferentIps"), "1");
-    EXPECT_TRUE(CheckWithAnswer("203.0.113.7"));
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7"));
 }
 
 TEST_F(CentralService, CallsTheStartOffForAnExtinctVersion) {
     owner.ExpectMessage(extinct, yesNoCritical, AnswerNo);
-    EXPECT_FALSE(CheckWithAnswer("203.0.113.7|OldVersionExtinct"));
+    EXPECT_EQ(ServiceCheck::CalledOff, CheckWithAnswer("203.0.113.7|OldVersionExtinct"));
     owner.ExpectMessage(extinct, yesNoCritical, AnswerYes);
     owner.ExpectBrowser(service.Base() + "/download.php");
     owner.ExpectMessage(newVersion, yesNoInformation, AnswerNo);
-    EXPECT_FALSE(CheckWithAnswer("203.0.113.7|OldVersionExtinct|NewVersionAvailable"));
+    EXPECT_EQ(ServiceCheck::CalledOff, CheckWithAnswer("203.0.113.7|OldVersionExtinct|NewVersionAvailable"));
 }
 
 TEST_F(CentralService, BringsNewsInTheOrderOfItsAnswer) {
-    EXPECT_TRUE(CheckWithAnswer("203.0.113.7|LatestNews2004030112")) << "known when the program was installed";
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|LatestNews2004030112"))
+        << "known when the program was installed";
     const std::string answer = "203.0.113.7|LatestNews2004030200|NewVersionAvailable";
     owner.ExpectMessage(news, yesNoInformation, AnswerNo);
     owner.ExpectMessage(newVersion, yesNoInformation, AnswerNo);
-    EXPECT_TRUE(CheckWithAnswer(answer));
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer(answer));
     EXPECT_EQ(GetSetting("Records", "LatestNewsTime"), "");
 
     owner.ExpectMessage(news, yesNoInformation, AnswerYes);
     owner.ExpectBrowser(service.Base() + "/news.php?ver=2004030200");
     owner.ExpectMessage(newVersion, yesNoInformation, AnswerYes);
     owner.ExpectBrowser(service.Base() + "/whatsnew.php");
-    EXPECT_TRUE(CheckWithAnswer(answer));
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer(answer));
     EXPECT_EQ(GetSetting("Records", "LatestNewsTime"), "2004030200");
 
     for (const char *old : {"2004030200", "2004030112", "2004030111", ""}) {
-        EXPECT_TRUE(CheckWithAnswer("203.0.113.7|LatestNews" + std::string(old))) << old;
+        EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|LatestNews" + std::string(old))) << old;
     }
     owner.ExpectMessage(news, yesNoInformation, AnswerNo);
-    EXPECT_TRUE(CheckWithAnswer("203.0.113.7|The LatestNews2004030201"));
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|The LatestNews2004030201"));
 }
 
 TEST_F(CentralService, CanBeSilentRefusingOrAbsent) {
     service.OnRequest = [this](Winsock &, const std::string &) {
         SetClock();
     };
-    EXPECT_TRUE(Check());
+    EXPECT_EQ(Check(), ServiceCheck::NoAnswer);
     EXPECT_EQ(gWebsiteAddress, local) << "silent";
     clock.reset();
     service.Refuse();
-    EXPECT_TRUE(Check());
+    EXPECT_EQ(Check(), ServiceCheck::NoAnswer);
     EXPECT_EQ(gWebsiteAddress, local) << "refusing";
 }
 
@@ -151,6 +160,7 @@ TEST_F(CentralService, ListsTheSite) {
     gSiteDescription = "A B";
     SendListing(12, 3);
     gSiteDescription.clear();
+    WaitForRequests(1);
     EXPECT_THAT(service.Requests, ElementsAre("GET /clients/sendserverinfo.php?username=ann%20b&site_title=My%20Site&&"
                                               "site_desc=A%20B&&picturecount=12&&moviecount=3" +
                                               requestEnd));
@@ -191,6 +201,8 @@ TEST_F(Ping, ReportsTheSite) {
         gOnlineTimer->StartTimer();
     }
     SendPing();
+    EXPECT_TRUE(service.Requests.empty()) << "nobody waits";
+    WaitForRequests(1);
     EXPECT_THAT(service.Requests,
                 ElementsAre("GET /clients/serverping.php?username=ann&ver=01000000&tr=420&tv=11&tt=13&td=17"
                             "&tb=3000000000&sr=126&rv=1&rt=2&rd=3&rb=4000" +
@@ -201,7 +213,7 @@ TEST_F(Ping, ReportsTheSite) {
     SetClock();
     SendPing();
     SendListing(1, 1);
-    EXPECT_TRUE(Check());
+    EXPECT_EQ(Check(), ServiceCheck::NoAnswer);
     EXPECT_EQ(TakeWaited(), 0);
     EXPECT_EQ(gWebsiteAddress, local);
     EXPECT_EQ(service.Requests.size(), 1U) << "none without a service";

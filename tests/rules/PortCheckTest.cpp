@@ -14,7 +14,7 @@ namespace pixmora {
 namespace {
 
 constexpr const char *own = "127.0.0.1";
-constexpr const char *unreachable = "no address\n";
+const std::string unreachable = "::1";  // as the check listens on IPv4
 
 const std::string reachedText =
     "Congratulations! Your computer has successfully received our request.\r\n\r\nThis usually indicates that your "
@@ -29,10 +29,10 @@ const std::string noServiceText =
     "We can't contact our servers to validate your IP Address!\r\n\r\nIf you are sure you're connected to the "
     "Internet, our servers may be down.\r\n\r\nPlease run the test later. For now, try starting your website and ask "
     "a friend to try connecting.";
-const std::string routerText =
-    "Your private IP address is 127.0.0.1, but your public IP address is 127.0.0.1\n ! It appears your computer is on "
-    "a network behind some sort of router that has not been properly configured.\r\n\r\nWould you like to read up on "
-    "properly configuring your router?";
+const std::string routerText = "Your private IP address is 127.0.0.1, but your public IP address is " + unreachable +
+                               " ! It appears your computer is on a network behind some sort of router that has not "
+                               "been properly configured.\r\n\r\nWould you like to read up on "
+                               "properly configuring your router?";
 
 int FreePort() {
     const auto socket = Winsock::Create();
@@ -107,11 +107,13 @@ TEST_F(PortChecks, SayWhatTheyFind) {
         {"offline", &PortCheck::CheckFirewall, "offline", own, Port::Free,
          [] { return "We cannot detect a connection to the Internet. Please connect before you run this test."; },
          FlagCritical, "", 0, "", false},
+        {"a page in the place of the address", &PortCheck::CheckFirewall, "<html>404 Not Found</html>\n", own,
+         Port::Free, [] { return noServiceText; }, FlagCritical, "", 0, "1", false},
         {"no service", &PortCheck::CheckFirewall, "", own, Port::Free, [] { return noServiceText; }, FlagCritical, "",
          0, "1", false},
-        {"reached", &PortCheck::CheckFirewall, own, own, Port::Free, [] { return reachedText; }, FlagInformation, "", 0,
-         "1", false},
-        {"just under eleven seconds, then the next look", &PortCheck::CheckFirewall, "127.0.0.1\n", own, Port::Free,
+        {"reached", &PortCheck::CheckFirewall, own + std::string("\r\n"), own, Port::Free, [] { return reachedText; },
+         FlagInformation, "", 0, "1", false},
+        {"just under eleven seconds, then the next look", &PortCheck::CheckFirewall, unreachable, own, Port::Free,
          [] { return routerText; }, CriticalQuestion, "support_config", 11000, "1", false},
         {"two waits", &PortCheck::CheckFirewall, unreachable, unreachable, Port::Free, [] { return noLuckText; },
          CriticalQuestion, "support_noluck", 22000, "1", true},

@@ -286,6 +286,9 @@ TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
         return WebcamHands::Dialogs{opened == 1, false};
     };
     hands.TestCapture = Give(delivers);
+    hands.TakePreview = [&opened](const std::function<void(const std::string &)> &show) {
+        show(opened == 0 ? test::BitmapFile(4, 2) : "");
+    };
     SaveSetting("Setup", "WebcamSource", "1");
     const auto accept = [&](const char *source, const char *interval) {
         frmSetupWebcam form(nullptr, hands);
@@ -296,6 +299,7 @@ TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
         EXPECT_FALSE(Find<QAbstractButton>(form, "cmdDeviceSource").isEnabled());
         Enter(form, "sldCaptureInterval", interval);
         const std::string shown = TextOf(form, "lblCaptureInterval");
+        EXPECT_EQ(Find<QLabel>(form, "lblPreview").pixmap().isNull(), opened != 0) << "what the camera sees";
         Click(form, "cmdOK");
         return shown + (form.IsWebcamUsable() ? " usable" : "");
     };
@@ -307,7 +311,9 @@ TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
     EXPECT_EQ(accept("Camera 2", "25"), "2m 5s");
     EXPECT_EQ(GetSetting("Setup", "CaptureInterval") + GetSetting("Setup", "WebcamSource"), "252")
         << "the index stands over the mark of the failed test";
-    EXPECT_EQ(WebcamEditor::FirstSource(2), 0) << "a device that is there no more";
+    SaveSetting("Setup", "WebcamSource", "7");
+    EXPECT_TRUE(WebcamEditor(hands).Enter());
+    EXPECT_EQ(opened, 0) << "in the place of a device that is there no more";
 }
 
 TEST_F(SubForms, NothingIsCutInLargeText) {

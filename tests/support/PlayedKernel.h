@@ -2,9 +2,9 @@
 #pragma once
 
 #include <linux/videodev2.h>
-#include <poll.h>
 #include <sys/mman.h>
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -35,17 +35,16 @@ struct Frame {
 struct Camera {
     std::string Card = "Camera";
     std::uint32_t Capabilities = V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_STREAMING;
-    std::vector<Format> Formats = {{V4L2_PIX_FMT_YUYV, 4, 2}};
+    std::vector<Format> Formats = {{V4L2_PIX_FMT_RGB24, 4, 2}};
     std::deque<Frame> Frames = {};
     std::map<unsigned long, int> Errors = {};  ///< errno by request
-    int PollEvents = POLLIN;                   ///< with a frame
     bool HasVanished = false;
     bool CanMap = true;
     std::size_t FramesGiven = 0;
 };
 
-/// Holds the cameras by their paths and keeps account of what is open, mapped and running. Its clock moves on only in
-/// Poll.
+/// Holds the cameras by their paths and keeps account of what is open, mapped and running. Its clock moves on only
+/// while a frame is awaited.
 class PlayedKernel : public V4l2Calls {
 public:
     std::map<std::string, Camera> Cameras;
@@ -80,6 +79,9 @@ public:
                 return QueryCapability(*static_cast<v4l2_capability *>(argument));
             case VIDIOC_ENUM_FMT:
                 return EnumerateFormats(*static_cast<v4l2_fmtdesc *>(argument));
+            case VIDIOC_G_FMT:
+                static_cast<v4l2_format *>(argument)->fmt.pix.pixelformat = camera_->Formats.front().Code;
+                return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
             case VIDIOC_TRY_FMT:
             case VIDIOC_S_FMT:
                 return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
@@ -114,13 +116,13 @@ public:
     }
     void Unmap(void *, std::size_t length) override { Mapped.erase(Mapped.find(length)); }
 
-    short Poll(int, int ms) override {
-        const int wait = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
-        Clock.Advance(std::min(wait, ms));
-        if (camera_->HasVanished) return POLLERR;
-        if (wait <= ms) return static_cast<short>(camera_->PollEvents);
-        if (!camera_->Frames.empty()) camera_->Frames.front().Delay -= ms;
-        return 0;
+    std::shared_ptr<void> AwaitInput(int, int ms, std::function<void(bool hasInput)> done) override {
+        const auto wait = std::make_shared<bool>();
+        const auto finish = [this, ms, done, weak = std::weak_ptr(wait)] {
+            if (!weak.expired()) done(LetTimeGo(ms));
+        };
+        QMetaObject::invokeMethod(QCoreApplication::instance(), finish, Qt::QueuedConnection);
+        return wait;
     }
     ssize_t Read(int, void *buffer, std::size_t count) override {
         if (camera_->HasVanished) return Failed(ENODEV);
@@ -131,10 +133,17 @@ public:
 
     ClockSetForTest Clock{1000000, MakeDate(2004, 3, 1)};
 
-private:
+protected:
     static int Failed(int error) {
         errno = error;
         return -1;
+    }
+
+private:
+    bool LetTimeGo(int ms) {
+        const int wait = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
+        Clock.Advance(std::min(wait, ms));
+        return wait <= ms || camera_->HasVanished;
     }
     int QueryCapability(v4l2_capability &capability) const {
         std::strcpy(reinterpret_cast<char *>(capability.card), camera_->Card.c_str());
@@ -154,7 +163,7 @@ private:
             if (format.Code != pixels.pixelformat) continue;
             pixels.width = format.Width;
             pixels.height = format.Height;
-            pixels.bytesperline = format.Code == V4L2_PIX_FMT_YUYV ? format.Width * 2 : 0;
+            pixels.bytesperline = format.Code == V4L2_PIX_FMT_RGB24 ? format.Width * 3 : 0;
             pixels.sizeimage = sizeof memory_[0];
             return 0;
         }

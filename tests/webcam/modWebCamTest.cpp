@@ -31,17 +31,21 @@ struct PlayedDevice {
     std::string Still = Bitmap('\x40');  ///< none when empty
     int StillsAsked = 0;
     bool IsConnected = false;
+    bool IsSlow = false;                                  ///< answers only by Done
+    std::function<void(const std::string &bitmap)> Done;  ///< of the still that is awaited
 };
 
 class Connected : public CaptureDevice {
 public:
     explicit Connected(PlayedDevice &device) : device_(device) { device_.IsConnected = true; }
-    ~Connected() override { device_.IsConnected = false; }
-    bool SaveStill(std::string_view path) override {
+    ~Connected() override {
+        device_.IsConnected = false;
+        device_.Done = nullptr;
+    }
+    void TakeStill(std::function<void(const std::string &bitmap)> done) override {
         ++device_.StillsAsked;
-        if (device_.Still.empty()) return false;
-        WriteFileAtomically(path, device_.Still);
-        return true;
+        device_.Done = std::move(done);
+        if (!device_.IsSlow) device_.Done(device_.Still);
     }
 
 private:
@@ -148,12 +152,14 @@ TEST_F(Webcam, ShowsTheNewestStillOrTheFormerWhenACaptureFails) {
     EXPECT_EQ(gLastCaptureTick, 530000);
     const std::string former = Jpeg();
     EXPECT_NE(former, first);
-    for (const char *still : {"", "no picture"}) {
-        drivers.Devices[0].Still = still;
-        TicksToTheNextStill();
-        EXPECT_EQ(Jpeg(), former) << still;
-        EXPECT_EQ(gLastCaptureTick, 530000) << still;
-    }
+    drivers.Devices[0].Still = "";
+    TicksToTheNextStill();
+    EXPECT_EQ(Jpeg(), former);
+    EXPECT_EQ(gLastCaptureTick, 530000);
+    drivers.Devices[0].Still = "no picture";
+    TicksToTheNextStill();
+    EXPECT_EQ(Jpeg(), former);
+    EXPECT_EQ(gLastCaptureTick, 590000) << "the device has given a file";
     // A folder in the bitmap's place can be neither removed nor replaced.
     drivers.Devices[0].Still = Bitmap('\x40');
     std::filesystem::remove(folder.Path("htdocs/capture.bmp"));
@@ -163,6 +169,20 @@ TEST_F(Webcam, ShowsTheNewestStillOrTheFormerWhenACaptureFails) {
     EXPECT_EQ(drivers.Devices[0].StillsAsked, 0);
     EXPECT_EQ(Jpeg(), former);
     EXPECT_TRUE(gSystray->tmrWebCam.Enabled());
+}
+
+TEST_F(Webcam, HoldsNobodyWhileAFrameIsAwaited) {
+    PlayedDevice &device = drivers.Devices[0];
+    StartWebcam();
+    device.IsSlow = true;
+    device.Still = Bitmap('\xC0');
+    EXPECT_EQ(TicksToTheNextStill(), 6);
+    EXPECT_FALSE(FileExists(App::Path() + "\\htdocs\\capture.bmp")) << "so that no former still can pass for it";
+    clock.Advance(900);
+    device.Done(device.Still);
+    EXPECT_EQ(gLastCaptureTick, 530900);
+    EXPECT_EQ(folder.Read("htdocs/capture.bmp"), device.Still);
+    EXPECT_FALSE(SaveCaptureFile("not used", false)) << "a device that never answers";
 }
 
 TEST_F(Webcam, IsTestedWithAStillThatDoesNotStay) {

@@ -257,6 +257,18 @@ std::string GetCookieUsername(std::string_view head) {
     return {};
 }
 
+std::string GetForwardedAddress(std::string_view head) {
+    constexpr std::string_view header = "X-Forwarded-For:";
+    std::string_view entries;
+    for (std::size_t line = 0; line != std::string_view::npos; line = head.find("\r\n")) {
+        head.remove_prefix(line == 0 ? 0 : line + 2);
+        if (head.starts_with("\r\n")) break;
+        if (!EqualsIgnoreCase(head.substr(0, header.size()), header)) continue;
+        entries = head.substr(header.size(), head.find("\r\n") - header.size());
+    }
+    return std::string(TrimWhitespace(entries.substr(entries.rfind(',') + 1)));
+}
+
 std::string GetRequestMethod(std::string_view head) {
     const std::size_t blank = head.find(' ');
     return blank == std::string_view::npos ? std::string() : std::string(head.substr(0, blank));

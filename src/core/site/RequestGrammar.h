@@ -45,6 +45,10 @@ std::optional<std::string> HeaderValue(std::string_view head, std::string_view n
 /// @throws RunTimeError SubscriptOutOfRange for that cookie without "="
 std::string GetCookieUsername(std::string_view head);
 
+/// The last entry of the last "X-Forwarded-For" header, which is the one that the peer itself has written; empty
+/// without that header. The header's name may be in any case.
+std::string GetForwardedAddress(std::string_view head);
+
 /// The text before the first blank, empty without one.
 std::string GetRequestMethod(std::string_view head);
 

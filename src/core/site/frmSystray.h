@@ -4,10 +4,13 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "core/site/Connection.h"
 #include "platform/loop/MessageLoop.h"
+#include "platform/router/Router.h"
+#include "platform/runtime/Clock.h"
 #include "platform/sockets/Winsock.h"
 
 namespace pixmora {
@@ -40,14 +43,29 @@ private:
     std::map<int, Connection> elements_;
 };
 
+/// What is known of the port that the home's router leads here.
+struct RouterFacts {
+    std::shared_ptr<Router> Way;  ///< null where the owner doesn't want it, or the site was never started
+    bool IsAsked = false;         ///< its reply has not come yet
+    Tick AskedTick = 0;
+    std::string AskedFrom;  ///< the machine's address then
+    std::string Address;    ///< the site's, by the router's outer one; empty for none
+    std::string Trouble;    ///< what the owner was told last
+};
+
 struct frmSystray {
     std::shared_ptr<Winsock> wnskListen = Winsock::Create();
     ConnectionArray wnskConnect;
-    std::shared_ptr<Winsock> wnskDownload = Winsock::Create();  ///< the outbound requests' one socket
-    Timer tmrIdle;                                              ///< 1000 ms; enabled only while connections are open
-    std::int32_t IdleTimeout = 0;                               ///< ms; 0: connections may idle for ever
-    Timer tmrConnections;                                       ///< 60000 ms; Tag counts down to the report
-    Timer tmrWebCam;                                            ///< 5000 ms; enabled exactly while the webcam is live
+    std::shared_ptr<Winsock> wnskDownload = Winsock::Create();  ///< of the outbound request that is waited for
+    std::shared_ptr<Winsock> wnskReport = Winsock::Create();    ///< of the one that nobody waits for
+    Timer tmrReport;                                            ///< its limit
+    std::string TrustedProxy;  ///< address or network of those who ask in a visitor's place; empty for none
+    RouterFacts RouterPort;
+    std::string ServiceAddress;    ///< the site's address as the central service has it; empty for none
+    Timer tmrIdle;                 ///< 1000 ms; enabled only while connections are open
+    std::int32_t IdleTimeout = 0;  ///< ms; 0: connections may idle for ever
+    Timer tmrConnections;          ///< 60000 ms; Tag counts down to the report
+    Timer tmrWebCam;               ///< 5000 ms; enabled exactly while the webcam is live
 };
 
 }  // namespace pixmora

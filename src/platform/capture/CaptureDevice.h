@@ -1,10 +1,10 @@
 // Capture devices: what a webcam has to do, whatever stands behind it.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace pixmora {
 
@@ -13,13 +13,17 @@ struct CaptureDescription {
     std::string Version;
 };
 
+/// No still takes longer, in ms.
+inline constexpr int LongestStillMs = 1500;
+
 /// A device that was found and could be set up.
 class CaptureDevice {
 public:
     virtual ~CaptureDevice() = default;
-    /// Takes a picture and writes it as a Windows bitmap that appears whole or not at all; blocks the loop, two seconds
-    /// at most. @return false when the device gave no picture or the file can't be written; a former file stays then
-    virtual bool SaveStill(std::string_view path) = 0;
+    /// Takes a picture by the message loop's events, without holding it, and calls back once with a Windows bitmap's
+    /// bytes; with none when the device gave no picture. The call can come at once. A further still, and the device's
+    /// end, drop one that is under way: its call never comes.
+    virtual void TakeStill(std::function<void(const std::string &bitmap)> done) = 0;
 };
 
 /// The machine's capture devices, by the order in which they are found. @param index from 0
@@ -28,7 +32,7 @@ public:
     virtual ~CaptureDrivers() = default;
     /// None where there is no such device.
     virtual std::optional<CaptureDescription> Describe(int index) = 0;
-    /// Null where there is no such device, or another program uses it, or it has no format that is known here.
+    /// Null where there is no such device, or another program uses it, or it has no format that can be had as RGB.
     virtual std::unique_ptr<CaptureDevice> Connect(int index) = 0;
 };
 

@@ -1,18 +1,21 @@
-// The system calls as they are.
+// The calls of the conversion library, and the loop's watch over a device.
 #include "platform/capture/V4l2Calls.h"
 
 #include <fcntl.h>
-#include <poll.h>
-#include <sys/ioctl.h>
+#include <libv4l2.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <QSocketNotifier>
+#include <QTimer>
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstdio>
 #include <utility>
 
 #include "platform/files/Files.h"
+#include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 
 namespace pixmora {
@@ -27,32 +30,91 @@ bool IsVideoNode(std::string_view name) {
                        [](unsigned char character) { return std::isdigit(character) != 0; });
 }
 
+/// One wait for a device's input.
+class InputWait {
+public:
+    InputWait(int descriptor, int ms, std::function<void(bool)> done)
+        : notifier_(descriptor, QSocketNotifier::Read), done_(std::move(done)) {
+        QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { End(true); });
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { End(false); });
+        timer_.setSingleShot(true);
+        timer_.start(ms);
+    }
+
+    /// It may be in the midst of its own event, and its descriptor may be closed before that is over.
+    static void Drop(InputWait *wait) {
+        wait->notifier_.setEnabled(false);
+        wait->timer_.stop();
+        QTimer::singleShot(0, [wait] { delete wait; });
+    }
+
+private:
+    void End(bool hasInput) {
+        notifier_.setEnabled(false);
+        timer_.stop();
+        RunEventHandler([&] { std::exchange(done_, nullptr)(hasInput); });
+    }
+
+    QSocketNotifier notifier_;
+    QTimer timer_;
+    std::function<void(bool)> done_;
+};
+
+/// Keeps what is printed on standard output from those who read it, for its life.
+class SilentOutput {
+public:
+    explicit SilentOutput(int nowhere) : former_(dup(STDOUT_FILENO)) {
+        std::fflush(stdout);
+        dup2(nowhere, STDOUT_FILENO);
+    }
+    ~SilentOutput() {
+        std::fflush(stdout);
+        dup2(former_, STDOUT_FILENO);
+        close(former_);
+    }
+    SilentOutput(const SilentOutput &) = delete;
+    SilentOutput &operator=(const SilentOutput &) = delete;
+
+private:
+    const int former_;
+};
+
 class SystemCalls : public V4l2Calls {
 public:
+    /// The library would tell its troubles on standard error, which is the owner's.
+    SystemCalls() { v4l2_log_file = nowhere_; }
+
     std::vector<std::string> Devices() override { return FindVideoNodes("/dev"); }
 
-    int Open(const std::string &path) override { return open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC); }
+    int Open(const std::string &path) override {
+        const SilentOutput silent(fileno(nowhere_));  // its plug-in for multi-planar devices says so each time
+        return v4l2_open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
+    }
 
     int Ioctl(int descriptor, unsigned long request, void *argument) override {
         int result = 0;
         do {
-            result = ioctl(descriptor, request, argument);
+            result = v4l2_ioctl(descriptor, request, argument);
         } while (result < 0 && errno == EINTR);
         return result;
     }
 
     void *Map(int descriptor, std::size_t length, off_t offset) override {
-        return mmap(nullptr, length, PROT_READ, MAP_SHARED, descriptor, offset);
+        return v4l2_mmap(nullptr, length, PROT_READ, MAP_SHARED, descriptor, offset);
     }
-    void Unmap(void *start, std::size_t length) override { munmap(start, length); }
+    void Unmap(void *start, std::size_t length) override { v4l2_munmap(start, length); }
 
-    short Poll(int descriptor, int ms) override {
-        pollfd watched{descriptor, POLLIN, 0};
-        return poll(&watched, 1, ms) > 0 ? watched.revents : short{0};
+    std::shared_ptr<void> AwaitInput(int descriptor, int ms, std::function<void(bool hasInput)> done) override {
+        return {new InputWait(descriptor, ms, std::move(done)), InputWait::Drop};
     }
 
-    ssize_t Read(int descriptor, void *buffer, std::size_t count) override { return read(descriptor, buffer, count); }
-    void Close(int descriptor) override { close(descriptor); }
+    ssize_t Read(int descriptor, void *buffer, std::size_t count) override {
+        return v4l2_read(descriptor, buffer, count);
+    }
+    void Close(int descriptor) override { v4l2_close(descriptor); }
+
+private:
+    std::FILE *const nowhere_ = std::fopen("/dev/null", "we");
 };
 
 }  // namespace

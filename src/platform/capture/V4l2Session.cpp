@@ -1,7 +1,6 @@
 // Format, buffers and frames of a video device.
 #include "platform/capture/V4l2Session.h"
 
-#include <poll.h>
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -19,11 +18,10 @@ constexpr std::uint32_t wantedWidth = 640;
 constexpr std::uint32_t wantedHeight = 480;
 constexpr std::uint32_t mostFormats = 64;
 constexpr std::uint32_t buffersWanted = 4;
-constexpr int framesWanted = 8;
-constexpr std::uint32_t largestFrame = LongestFrameSide * LongestFrameSide * 2;
+constexpr std::uint32_t largestFrame = LongestFrameSide * LongestFrameSide * 3;
 
 std::optional<FramePixels> PixelsOf(std::uint32_t code) {
-    if (code == V4L2_PIX_FMT_YUYV) return FramePixels::Yuyv;
+    if (code == V4L2_PIX_FMT_RGB24) return FramePixels::Rgb;
     if (code == V4L2_PIX_FMT_MJPEG || code == V4L2_PIX_FMT_JPEG) return FramePixels::Jpeg;
     return std::nullopt;
 }
@@ -32,7 +30,8 @@ std::int64_t DistanceFromWanted(const v4l2_pix_format &format) {
     return std::abs(std::int64_t{format.width} * format.height - std::int64_t{wantedWidth} * wantedHeight);
 }
 
-/// A size nearer to the wanted one first; of two alike the one that needs no decoding.
+/// A size nearer to the wanted one first; of two alike JPEG, which is as the camera has it, while RGB may have been
+/// made of anything.
 bool IsBetter(const v4l2_pix_format &left, const v4l2_pix_format &right) {
     return std::pair(DistanceFromWanted(left), PixelsOf(left.pixelformat)) <
            std::pair(DistanceFromWanted(right), PixelsOf(right.pixelformat));
@@ -44,29 +43,36 @@ bool IsPossible(const v4l2_pix_format &format) {
 }
 
 FrameFormat FrameFormatOf(const v4l2_pix_format &format) {
-    const std::uint32_t narrowest = format.width * 2;
-    const std::uint32_t evenWidth = format.width & ~1U;  // as Yuyv's pixels come in pairs
-    return {*PixelsOf(format.pixelformat), static_cast<int>(evenWidth), static_cast<int>(format.height),
-            static_cast<int>(std::max(format.bytesperline, narrowest))};
+    return {*PixelsOf(format.pixelformat), static_cast<int>(format.width), static_cast<int>(format.height),
+            static_cast<int>(std::max(format.bytesperline, format.width * 3))};
 }
 
 std::string TextOf(const std::uint8_t *bytes, std::size_t size) {
     return {bytes, std::find(bytes, bytes + size, 0)};
 }
 
-/// Nothing for an attempt that gave no frame, though the next one may.
-using Attempt = std::optional<std::string>;
-
 bool IsTransient(int error) {
     return error == EAGAIN || error == EINTR;
 }
 
-/// Frames that the driver puts into memory which it shares: started by Start, stopped by the destructor.
-class MappedFrames {
+}  // namespace
+
+/// How a device hands its frames over: started by Start, stopped by the destructor.
+class FrameSource {
+public:
+    virtual ~FrameSource() = default;
+    virtual bool Start() { return true; }
+    virtual bool Next(V4l2Session::Attempt &frame) = 0;
+};
+
+namespace {
+
+/// Frames that the driver puts into memory which it shares.
+class MappedFrames : public FrameSource {
 public:
     MappedFrames(V4l2Calls &calls, int descriptor) : calls_(calls), descriptor_(descriptor) {}
 
-    ~MappedFrames() {
+    ~MappedFrames() override {
         Call(VIDIOC_STREAMOFF, &type_);
         for (const auto &[start, length] : buffers_) calls_.Unmap(start, length);
         v4l2_requestbuffers none = Request(0);
@@ -75,7 +81,7 @@ public:
     MappedFrames(const MappedFrames &) = delete;
     MappedFrames &operator=(const MappedFrames &) = delete;
 
-    bool Start() {
+    bool Start() override {
         v4l2_requestbuffers request = Request(buffersWanted);
         if (!Call(VIDIOC_REQBUFS, &request)) return false;
         for (std::uint32_t index = 0; index < request.count; ++index) {
@@ -89,8 +95,7 @@ public:
         return !buffers_.empty() && Call(VIDIOC_STREAMON, &type_);
     }
 
-    /// @return false when there will be no further frame
-    bool Next(Attempt &frame) {
+    bool Next(V4l2Session::Attempt &frame) override {
         v4l2_buffer buffer = Buffer(0);
         if (!Call(VIDIOC_DQBUF, &buffer)) return IsTransient(errno);
         if (buffer.index >= buffers_.size()) return false;
@@ -127,12 +132,12 @@ private:
 };
 
 /// Frames of a device that knows nothing but read.
-class ReadFrames {
+class ReadFrames : public FrameSource {
 public:
     ReadFrames(V4l2Calls &calls, int descriptor, std::size_t size)
         : calls_(calls), descriptor_(descriptor), buffer_(size, '\0') {}
 
-    bool Next(Attempt &frame) {
+    bool Next(V4l2Session::Attempt &frame) override {
         const ssize_t count = calls_.Read(descriptor_, buffer_.data(), buffer_.size());
         if (count < 0) return IsTransient(errno);
         frame = buffer_.substr(0, static_cast<std::size_t>(count));
@@ -154,6 +159,7 @@ V4l2Session::V4l2Session(V4l2Calls &calls, const std::string &path) : calls_(cal
 }
 
 V4l2Session::~V4l2Session() {
+    source_.reset();
     if (descriptor_ >= 0) calls_.Close(descriptor_);
 }
 
@@ -178,13 +184,21 @@ bool V4l2Session::SetFormat() {
     return true;
 }
 
-std::string V4l2Session::TakeFrame(Tick deadline) {
+bool V4l2Session::Start() {
     if ((Capabilities() & V4L2_CAP_STREAMING) == 0) {
-        ReadFrames frames(calls_, descriptor_, imageSize_);
-        return LastFrame(frames, deadline);
+        source_ = std::make_unique<ReadFrames>(calls_, descriptor_, imageSize_);
+    } else {
+        source_ = std::make_unique<MappedFrames>(calls_, descriptor_);
     }
-    MappedFrames frames(calls_, descriptor_);
-    return frames.Start() ? LastFrame(frames, deadline) : std::string();
+    return source_->Start();
+}
+
+bool V4l2Session::Next(Attempt &frame) {
+    return source_->Next(frame);
+}
+
+std::shared_ptr<void> V4l2Session::AwaitInput(int ms, std::function<void(bool hasInput)> done) {
+    return calls_.AwaitInput(descriptor_, ms, std::move(done));
 }
 
 bool V4l2Session::Call(unsigned long request, void *argument) {
@@ -221,23 +235,6 @@ std::optional<v4l2_format> V4l2Session::TryFormat(std::uint32_t code) {
     if (!Call(VIDIOC_TRY_FMT, &format) && errno != ENOTTY) return std::nullopt;
     if (format.fmt.pix.pixelformat != code || !IsPossible(format.fmt.pix)) return std::nullopt;
     return format;
-}
-
-template <typename Source>
-std::string V4l2Session::LastFrame(Source &source, Tick deadline) {
-    std::string last;
-    for (int taken = 0; taken < framesWanted;) {
-        const Tick ms = TicksBetween(GetTickCount(), deadline);
-        if (ms <= 0) break;
-        const short events = calls_.Poll(descriptor_, ms);
-        if (events == 0) continue;
-        Attempt frame;
-        if ((events & POLLIN) == 0 || !source.Next(frame)) break;
-        if (!frame || !IsWholeFrame(frameFormat_, *frame)) continue;
-        last = std::move(*frame);
-        ++taken;
-    }
-    return last;
 }
 
 }  // namespace pixmora

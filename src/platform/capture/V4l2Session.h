@@ -3,12 +3,13 @@
 
 #include <linux/videodev2.h>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/capture/CaptureFrame.h"
 #include "platform/capture/V4l2Calls.h"
-#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 
@@ -18,6 +19,8 @@ struct V4l2Identity {
     std::string Bus;
     bool operator==(const V4l2Identity &) const = default;
 };
+
+class FrameSource;
 
 /// One video device, opened by the constructor and closed by the destructor.
 class V4l2Session {
@@ -33,22 +36,25 @@ public:
     /// Of the driver, as "6.1.0".
     std::string Version() const;
 
-    /// Asks for the known format and the size nearest to 640 by 480. False when there is none or another program uses
-    /// the device.
+    /// Asks for JPEG or RGB in the size nearest to 640 by 480. False when there is none or another program uses the
+    /// device.
     bool SetFormat();
     const FrameFormat &Format() const { return frameFormat_; }
 
-    /// The last whole frame of the first few, as a camera's very first ones are often dark; empty when none came until
-    /// the moment. With the format set.
-    std::string TakeFrame(Tick deadline);
+    /// Lets the device begin, with the format set.
+    bool Start();
+    /// Nothing for an attempt that gave no frame, though the next one may.
+    using Attempt = std::optional<std::string>;
+    /// Fetches a frame that is ready. @return false when there will be no further one
+    bool Next(Attempt &frame);
+    /// See V4l2Calls.
+    std::shared_ptr<void> AwaitInput(int ms, std::function<void(bool hasInput)> done);
 
 private:
     bool Call(unsigned long request, void *argument);
     std::uint32_t Capabilities() const;
     std::optional<v4l2_format> FindFormat();
     std::optional<v4l2_format> TryFormat(std::uint32_t code);
-    template <typename Source>
-    std::string LastFrame(Source &source, Tick deadline);
 
     V4l2Calls &calls_;
     const int descriptor_;
@@ -56,6 +62,7 @@ private:
     bool isCaptureDevice_ = false;
     FrameFormat frameFormat_;
     std::size_t imageSize_ = 0;  ///< the most that a frame takes, in bytes
+    std::unique_ptr<FrameSource> source_;
 };
 
 }  // namespace pixmora

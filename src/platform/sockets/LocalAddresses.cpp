@@ -3,11 +3,13 @@
 
 #include <arpa/inet.h>
 #include <netdb.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <QNetworkInterface>
 
 #include "platform/runtime/Text.h"
+#include "platform/sockets/SocketAddress.h"
 
 namespace pixmora {
 
@@ -42,6 +44,18 @@ std::vector<std::string> HostTableAddresses() {
     }
     endhostent();
     return addresses;
+}
+
+std::string DefaultRouteAddress(IpFamily family) {
+    // Addresses kept for documentation (RFC 5737, RFC 3849): a datagram socket's connect chooses the route and no more.
+    const auto far = SocketAddress::From(family == IPv6 ? "2001:db8::1" : "192.0.2.1", 9);
+    const int number = socket(far->Family(), SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (number < 0) return {};
+    SocketAddress own;
+    const bool hasRoute =
+        connect(number, far->General(), far->Length) == 0 && getsockname(number, own.General(), &own.Length) == 0;
+    close(number);
+    return hasRoute ? own.Text() : std::string();
 }
 
 std::vector<std::string> InterfaceAddresses() {

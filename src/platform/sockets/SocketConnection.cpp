@@ -1,6 +1,7 @@
 #include "platform/sockets/SocketConnection.h"
 
 #include <linux/tcp.h>  // netinet's lacks the counts of bytes
+#include <netinet/in.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
 
@@ -8,7 +9,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <limits>
 #include <utility>
 
 #include "platform/loop/MessageLoop.h"
@@ -50,24 +50,17 @@ std::shared_ptr<SocketConnection> SocketConnection::Accepted(std::weak_ptr<Winso
     return connection;
 }
 
-std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Winsock> element, const in_addr &address,
-                                                               int port) {
-    const int number = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Winsock> element,
+                                                               const SocketAddress &peer) {
+    const int number = socket(peer.Family(), SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     auto connection = std::make_shared<SocketConnection>(std::move(element), number, SocketState::Connecting);
-    sockaddr_in peer{};
-    peer.sin_family = AF_INET;
-    peer.sin_port = htons(static_cast<std::uint16_t>(port));
-    peer.sin_addr = address;
     if (number < 0) {
         connection->FailFromLoop(errno);
-    } else if (port < 0 || port > std::numeric_limits<std::uint16_t>::max()) {
-        connection->FailFromLoop(EINVAL);
-    } else {
-        connection->SetUpSending();
-        const int result = connect(number, reinterpret_cast<const sockaddr *>(&peer), sizeof peer);
-        const bool hasBegun = result == 0 || errno == EINPROGRESS;
-        if (!hasBegun || !connection->Watch(EPOLLOUT)) connection->FailFromLoop(errno);
+        return connection;
     }
+    connection->SetUpSending();
+    const bool hasBegun = connect(number, peer.General(), peer.Length) == 0 || errno == EINPROGRESS;
+    if (!hasBegun || !connection->Watch(EPOLLOUT)) connection->FailFromLoop(errno);
     return connection;
 }
 
@@ -133,7 +126,6 @@ void SocketConnection::Finish() {
     }
 }
 
-/// Fails at the loop's next turn, for a failure met while a caller of the element is on the stack.
 void SocketConnection::FailFromLoop(int number) {
     failure_ = number;
     const auto fail = [weak = weak_from_this()] {

@@ -1,18 +1,36 @@
 // The connected end of a Winsock element: its buffers, and the order in which its events come.
 #pragma once
 
-#include <netinet/in.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "platform/runtime/Clock.h"
+#include "platform/sockets/SocketAddress.h"
 #include "platform/sockets/SocketListener.h"
 #include "platform/sockets/Winsock.h"
 
 namespace pixmora {
+
+/// What an element asks of its connection.
+class ElementConnection {
+public:
+    virtual ~ElementConnection() = default;
+    virtual SocketState State() const = 0;
+    /// Only while connected.
+    virtual void Send(std::string_view bytes) = 0;
+    /// The bytes, and the source's behind them. @return false while another source waits, or where none is taken:
+    /// nothing is sent then
+    virtual bool SendSource(std::string_view, ByteSource) { return false; }
+    virtual std::size_t BytesWaiting() const = 0;
+    virtual std::string Fetch() = 0;
+    /// See Winsock.
+    virtual std::int32_t PeerIdleTime() = 0;
+    virtual void SetAnswering(bool) {}
+    /// The element's Close. No event comes after it.
+    virtual void Finish() = 0;
+};
 
 /// One connection, from its begin to its end; the element gets a new one for its next.
 ///
@@ -24,30 +42,27 @@ namespace pixmora {
 ///     begin -> Connecting -> Connected -> Closed (Finish)
 ///                  |             |
 ///                  +-------------+------> Error -> Closed (Finish)
-class SocketConnection : public SocketDescriptor {
+class SocketConnection : public SocketDescriptor, public ElementConnection {
 public:
     /// Over a descriptor that was accepted.
     static std::shared_ptr<SocketConnection> Accepted(std::weak_ptr<Winsock> element, int number, Admission admission);
     /// Begins to connect. Every failure is told from the loop.
-    static std::shared_ptr<SocketConnection> Connecting(std::weak_ptr<Winsock> element, const in_addr &address,
-                                                        int port);
+    static std::shared_ptr<SocketConnection> Connecting(std::weak_ptr<Winsock> element, const SocketAddress &peer);
 
     SocketConnection(std::weak_ptr<Winsock> element, int number, SocketState state);
 
-    SocketState State() const { return state_; }
-    /// Only while connected.
-    void Send(std::string_view bytes);
-    /// The bytes, and the source's behind them. @return false while another source waits: nothing is sent then
-    bool SendSource(std::string_view bytes, ByteSource source);
-    std::size_t BytesWaiting() const {
+    SocketState State() const override { return state_; }
+    void Send(std::string_view bytes) override;
+    bool SendSource(std::string_view bytes, ByteSource source) override;
+    std::size_t BytesWaiting() const override {
         return unsent_.size() - unsentStart_ + static_cast<std::size_t>(SourceLeft()) + behindSource_.size();
     }
-    std::string Fetch();
-    /// See Winsock.
-    std::int32_t PeerIdleTime();
-    void SetAnswering(bool isAnswering);
-    /// The element's Close. No event comes after it.
-    void Finish();
+    std::string Fetch() override;
+    std::int32_t PeerIdleTime() override;
+    void SetAnswering(bool isAnswering) override;
+    void Finish() override;
+    /// Fails at the loop's next turn, for a failure met while a caller of the element is on the stack.
+    void FailFromLoop(int number);
     /// Ends the connection and raises the error; only from the loop.
     void Fail(int number, const std::string &description);
 
@@ -83,7 +98,6 @@ private:
     void DropBytes();
     void DropUnsent();
     std::size_t WriteNow(std::string_view bytes);
-    void FailFromLoop(int number);
 
     const std::weak_ptr<Winsock> element_;
     SocketState state_;

@@ -1,7 +1,6 @@
 // The listening end of a Winsock element.
 #include "platform/sockets/SocketListener.h"
 
-#include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
@@ -24,12 +23,17 @@ namespace pixmora {
 namespace {
 
 constexpr int backlog = 512;
+constexpr const char *allOfFour = "0.0.0.0";
 
 /// How long a connection that sends nothing keeps the next one waiting.
 constexpr auto settlingTime = std::chrono::milliseconds(5);
 
 /// By their descriptors.
 std::map<int, OfferedConnection> offeredConnections;
+
+int NewSocket(const SocketAddress &own) {
+    return socket(own.Family(), SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+}
 
 [[noreturn]] void ThrowListenError(int error) {
     if (error == EADDRINUSE) throw RunTimeError(ErrorNumber::AddressInUse);
@@ -60,33 +64,39 @@ std::optional<OfferedConnection> TakeOffered(int requestId) {
     return std::move(offered.mapped());
 }
 
-std::string DottedAddress(const in_addr &address) {
-    char text[INET_ADDRSTRLEN] = "";
-    inet_ntop(AF_INET, &address, text, sizeof text);
-    return text;
+std::shared_ptr<Listener> Listener::Make(std::weak_ptr<Winsock> element, std::shared_ptr<Places> places,
+                                         const std::string &address, int port) {
+    std::optional<SocketAddress> own = SocketAddress::From(address.empty() ? allOfFour : address, port);
+    if (!own) ThrowListenError(EADDRNOTAVAIL);
+    int number = NewSocket(*own);
+    if (number < 0 && errno == EAFNOSUPPORT && address == Winsock::AllAddresses) {
+        own = SocketAddress::From(allOfFour, port);  // a system without IPv6
+        number = NewSocket(*own);
+    }
+    auto listener = std::make_shared<Listener>(number, std::move(element), std::move(places));
+    listener->Begin(*own);
+    return listener;
 }
 
-Listener::Listener(std::weak_ptr<Winsock> element, std::shared_ptr<Places> places)
-    : SocketDescriptor(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)),
-      element_(std::move(element)),
-      places_(std::move(places)) {}
+Listener::Listener(int number, std::weak_ptr<Winsock> element, std::shared_ptr<Places> places)
+    : SocketDescriptor(number), element_(std::move(element)), places_(std::move(places)) {}
 
-int Listener::Listen(const std::string &address, int port) {
+void Listener::Begin(const SocketAddress &own) {
     const int on = 1;
-    sockaddr_in own{};
-    socklen_t length = sizeof own;
-    own.sin_family = AF_INET;
-    own.sin_port = htons(static_cast<std::uint16_t>(port));
-    if (!address.empty() && inet_pton(AF_INET, address.c_str(), &own.sin_addr) != 1) ThrowListenError(EADDRNOTAVAIL);
-    auto *const general = reinterpret_cast<sockaddr *>(&own);
+    const int off = 0;
+    // What listens on all of IPv6 is there for IPv4 too, whatever the system's default.
+    if (own.Family() == AF_INET6) setsockopt(Number(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off);
     SetUpSending();
     if (Number() < 0 || setsockopt(Number(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
-        bind(Number(), general, length) != 0 || listen(Number(), backlog) != 0 || !Watch(EPOLLIN) ||
-        getsockname(Number(), general, &length) != 0) {
+        bind(Number(), own.General(), own.Length) != 0 || listen(Number(), backlog) != 0 || !Watch(EPOLLIN)) {
         ThrowListenError(errno);
     }
     places_->OnFree = Resumer();
-    return ntohs(own.sin_port);
+}
+
+int Listener::Port() const {
+    SocketAddress own;
+    return getsockname(Number(), own.General(), &own.Length) == 0 ? own.Port() : 0;
 }
 
 void Listener::OnReady(std::uint32_t) {
@@ -100,11 +110,10 @@ void Listener::OnReady(std::uint32_t) {
         Pause();
         return;
     }
-    sockaddr_in address{};
-    socklen_t length = sizeof address;
-    const int number = accept4(Number(), reinterpret_cast<sockaddr *>(&address), &length, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    SocketAddress peer;
+    const int number = accept4(Number(), peer.General(), &peer.Length, SOCK_NONBLOCK | SOCK_CLOEXEC);
     if (number >= 0) {
-        Offer(*element, number, DottedAddress(address.sin_addr));
+        Offer(*element, number, peer.Text());
     } else if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) {
         Pause();  // above all, the process or the machine is out of descriptors
     }

@@ -1,8 +1,6 @@
 // The listening end of a Winsock element: which connections it offers and when, and the places that they take.
 #pragma once
 
-#include <netinet/in.h>
-
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -10,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/sockets/SocketAddress.h"
 #include "platform/sockets/SocketLoop.h"
 #include "platform/sockets/Winsock.h"
 
@@ -47,23 +46,25 @@ struct OfferedConnection {
 /// Takes the connection over from the handler. @param requestId its descriptor @return nothing when it is not on offer
 std::optional<OfferedConnection> TakeOffered(int requestId);
 
-std::string DottedAddress(const in_addr &address);
-
 /// A listening element's descriptor. Offers one connection at a time: the next stays in the system's queue until this
 /// one is settled, that is, has had its first answer, is closed, or has been silent for some milliseconds. So quick
 /// requests follow each other however many come at once, and each finds the places of those before it free again.
 /// While all places are taken, everybody stays in the queue.
 class Listener : public SocketDescriptor {
 public:
-    Listener(std::weak_ptr<Winsock> element, std::shared_ptr<Places> places);
+    /// @param address as Winsock::SetLocalAddress has it @throws RunTimeError as Winsock::Listen does
+    static std::shared_ptr<Listener> Make(std::weak_ptr<Winsock> element, std::shared_ptr<Places> places,
+                                          const std::string &address, int port);
 
-    /// @param address dotted, empty: all of the machine's @return the port in use @throws RunTimeError as
-    /// Winsock::Listen does
-    int Listen(const std::string &address, int port);
+    Listener(int number, std::weak_ptr<Winsock> element, std::shared_ptr<Places> places);
+
+    /// The port in use.
+    int Port() const;
 
     void OnReady(std::uint32_t events) override;
 
 private:
+    void Begin(const SocketAddress &own);
     bool MayOffer() const { return !isOffering_ && unsettled_.expired() && !places_->AreTaken(); }
     void Offer(const Winsock &element, int number, std::string address);
     std::shared_ptr<void> MakeUnsettled();

@@ -1,10 +1,9 @@
 #include "platform/sockets/Winsock.h"
 
-#include <arpa/inet.h>
-
 #include <QCoreApplication>
 #include <QHostAddress>
 #include <QHostInfo>
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -12,6 +11,7 @@
 #include "platform/sockets/SocketConnection.h"
 #include "platform/sockets/SocketListener.h"
 #include "platform/sockets/SocketLoop.h"
+#include "platform/sockets/TlsConnection.h"
 
 namespace pixmora {
 
@@ -30,12 +30,13 @@ struct Winsock::Implementation {
     int localPort = 0;
     std::string remoteHost;
     int remotePort = 0;
+    bool isSecure = false;
     std::string remoteHostIP;
 
     // At most one of these three.
     std::shared_ptr<Listener> listener;
     std::shared_ptr<const bool> lookup;  ///< a name is being resolved; a result that finds this gone comes too late
-    std::shared_ptr<SocketConnection> connection;
+    std::shared_ptr<ElementConnection> connection;
 
     std::shared_ptr<Places> places;  ///< of an element that listens, did, or was given a limit
 
@@ -44,16 +45,21 @@ struct Winsock::Implementation {
         return *places;
     }
 
-    void ConnectTo(std::weak_ptr<Winsock> element, const in_addr &address) {
-        remoteHostIP = DottedAddress(address);
-        connection = SocketConnection::Connecting(std::move(element), address, remotePort);
+    void ConnectTo(std::weak_ptr<Winsock> element, const SocketAddress &peer) {
+        remoteHostIP = peer.Text();
+        connection = SocketConnection::Connecting(std::move(element), peer);
     }
 
+    /// With the first address found, of IPv4 if there is one.
     void FinishLookup(std::weak_ptr<Winsock> element, const QHostInfo &result) {
         lookup.reset();
-        for (const QHostAddress &found : result.addresses()) {
-            if (found.protocol() != QAbstractSocket::IPv4Protocol) continue;
-            ConnectTo(std::move(element), in_addr{htonl(found.toIPv4Address())});
+        QList<QHostAddress> found = result.addresses();
+        std::ranges::stable_partition(
+            found, [](const QHostAddress &address) { return address.protocol() == QAbstractSocket::IPv4Protocol; });
+        const auto peer =
+            found.isEmpty() ? std::nullopt : SocketAddress::From(found.front().toString().toStdString(), remotePort);
+        if (peer) {
+            ConnectTo(std::move(element), *peer);
             return;
         }
         const auto failed = std::make_shared<SocketConnection>(std::move(element), -1, SocketState::Connecting);
@@ -104,9 +110,9 @@ void Winsock::Listen() {
     if (port < 0 || port > highestPort) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
     RaiseDescriptorLimit();
     implementation_->MadePlaces();
-    auto listener = std::make_shared<Listener>(weak_from_this(), implementation_->places);
-    implementation_->localPort = listener->Listen(implementation_->localAddress, port);
-    implementation_->listener = std::move(listener);
+    implementation_->listener =
+        Listener::Make(weak_from_this(), implementation_->places, implementation_->localAddress, port);
+    implementation_->localPort = implementation_->listener->Port();
 }
 
 void Winsock::Accept(int requestId) {
@@ -129,12 +135,26 @@ void Winsock::SetRemotePort(int port) {
     implementation_->remotePort = port;
 }
 
+void Winsock::SetSecure(bool isSecure) {
+    implementation_->isSecure = isSecure;
+}
+
 void Winsock::Connect() {
     RequireClosed(State());
     implementation_->remoteHostIP.clear();
-    in_addr address{};
-    if (inet_pton(AF_INET, implementation_->remoteHost.c_str(), &address) == 1) {
-        implementation_->ConnectTo(weak_from_this(), address);
+    const int port = implementation_->remotePort;
+    if (port < 0 || port > highestPort) {
+        const auto failed = std::make_shared<SocketConnection>(weak_from_this(), -1, SocketState::Connecting);
+        implementation_->connection = failed;
+        failed->FailFromLoop(EINVAL);
+        return;
+    }
+    if (implementation_->isSecure) {
+        implementation_->connection = TlsConnection::Connecting(weak_from_this(), implementation_->remoteHost, port);
+        return;
+    }
+    if (const auto peer = SocketAddress::From(implementation_->remoteHost, port)) {
+        implementation_->ConnectTo(weak_from_this(), *peer);
         return;
     }
     const auto lookup = std::make_shared<const bool>(true);
@@ -148,6 +168,10 @@ void Winsock::Connect() {
 
 const std::string &Winsock::RemoteHostIP() const {
     return implementation_->remoteHostIP;
+}
+
+void Winsock::SetRemoteHostIP(std::string address) {
+    implementation_->remoteHostIP = std::move(address);
 }
 
 void Winsock::SendData(std::string_view bytes) {

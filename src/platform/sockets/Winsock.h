@@ -1,5 +1,5 @@
 // The Winsock element: one TCP socket with the operations and events of the run time's control, on a non-blocking
-// descriptor watched by the message loop. IPv4 only.
+// descriptor watched by the message loop.
 #pragma once
 
 #include <cstdint>
@@ -63,8 +63,10 @@ public:
     /// Port to listen on, 0 to 65535; after Listen the port in use (which tells what a 0 became).
     int LocalPort() const;
     void SetLocalPort(int port);
-    /// The one address of this machine to listen on, dotted; empty, as at first: all its IPv4 addresses.
+    /// The one address of this machine to listen on; empty, as at first: all its IPv4 addresses; AllAddresses: those of
+    /// both families.
     void SetLocalAddress(std::string address);
+    static constexpr const char *AllAddresses = "::";
     /// How many accepted connections may be open at once, 0 for any number. The next ones stay in the system's queue
     /// until one closes. Takes effect at once, but closes none.
     int ConnectionLimit() const;
@@ -80,11 +82,15 @@ public:
     void SetRemoteHost(std::string host);
     const std::string &RemoteHost() const;
     void SetRemotePort(int port);
+    /// Whether Connect speaks TLS, with a server whose certificate this machine trusts; any other is an error.
+    void SetSecure(bool isSecure);
     /// Name resolution and connecting run on the loop; OnConnect or OnError tells the outcome.
     void Connect();
 
-    /// The peer's dotted address, empty before there is one.
+    /// The peer's address, IPv4's dotted; empty before there is one, and with TLS.
     const std::string &RemoteHostIP() const;
+    /// For a peer that speaks for another.
+    void SetRemoteHostIP(std::string address);
 
     /// Appends to the send buffer and tries to write at once; never blocks. Bytes leave in the order of the calls.
     /// @throws RunTimeError ObjectNotSet when the element isn't connected

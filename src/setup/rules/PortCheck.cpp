@@ -10,7 +10,9 @@
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
+#include "platform/sockets/Hosts.h"
 #include "store/Settings.h"
 
 namespace pixmora {
@@ -137,7 +139,7 @@ PortCheck::Probe PortCheck::RunWithFallback(const std::string &publicAddress) {
 }
 
 std::string PortCheck::AskPublicAddress() const {
-    return hands_.GetWebPage(hands_.ServiceBase() + "/clients/firewall.php");
+    return HostIn(hands_.GetWebPage(hands_.ServiceBase() + "/clients/firewall.php"));
 }
 
 void PortCheck::CheckFirewall() {

@@ -30,7 +30,8 @@ bool WebcamEditor::Enter() const {
         return false;
     }
     hands_.CloseWebcam();
-    return hands_.OpenWebcam(std::max(StoredSource(), 0));
+    const int stored = std::max(StoredSource(), 0);
+    return hands_.OpenWebcam(hands_.GetDriverDescription(stored) ? stored : 0);
 }
 
 int WebcamEditor::CaptureInterval() {

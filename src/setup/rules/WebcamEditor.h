@@ -22,6 +22,8 @@ struct WebcamHands {
     };
     std::function<std::optional<Dialogs>()> GetDriverDialogs;
     std::function<bool()> TestCapture;
+    /// What the connected device sees now, as a bitmap; calls back once, or not at all after CloseWebcam.
+    std::function<void(std::function<void(const std::string &bitmap)> show)> TakePreview;
 };
 
 inline constexpr int ShortestCaptureInterval = 1;  ///< in units of 5 s
@@ -46,6 +48,8 @@ public:
 
     /// Connects the source. @return which of its own dialogs can be opened
     WebcamHands::Dialogs ChooseSource(int source) const;
+
+    void TakePreview(std::function<void(const std::string &bitmap)> show) const { hands_.TakePreview(std::move(show)); }
 
     /// Saves interval and source after a test of the device. @param source index, -1 with no source
     /// @return whether the webcam can stay on

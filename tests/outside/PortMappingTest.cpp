@@ -1,0 +1,126 @@
+// The port that the home's router leads here: what is asked of it, what the owner is told, how long it lasts.
+#include "outside/PortMapping.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+
+#include "OutsideFixture.h"
+#include "outside/Address.h"
+#include "store/Settings.h"
+#include "support/ScriptedOwner.h"
+
+namespace pixmora {
+
+using testing::HasSubstr;
+
+namespace {
+
+/// A router that answers what it is told to, on the asking thread.
+struct PlayedRouter {
+    RouterReply Reply;
+    std::atomic<int> Opened = 0;
+    std::atomic<int> Closed = 0;
+};
+
+class PlayedProtocols : public RouterProtocols {
+public:
+    explicit PlayedProtocols(PlayedRouter &router) : router_(router) {}
+    RouterReply Open(int) override {
+        ++router_.Opened;
+        return router_.Reply;
+    }
+    void Close() override { ++router_.Closed; }
+
+private:
+    PlayedRouter &router_;
+};
+
+}  // namespace
+
+class PortMapping : public OutsideFixture {
+protected:
+    PortMapping() {
+        SaveSetting("Setup", "PortMapping", "1");
+        SaveSetting("Setup", "ListenAddress", "192.0.2.7");
+        gSystray->wnskListen->SetLocalPort(8080);
+        gWebsiteStarted = true;
+        SetRouterProtocols([this] { return std::make_unique<PlayedProtocols>(router); });
+    }
+    ~PortMapping() override {
+        SetRouterProtocols(nullptr);
+        gSystray->RouterPort = {};
+        gWebsiteStarted = false;
+    }
+    void Open() {
+        OpenRouterPort([] { return false; });
+    }
+    template <typename Condition>
+    static void TurnUntil(const Condition &condition) {
+        for (int turn = 0; !condition() && turn < 1000; ++turn) WaitUntilTick(TickAfter(GetTickCount(), 2));
+    }
+
+    PlayedRouter router;
+    ScriptedOwner owner;
+};
+
+TEST_F(PortMapping, GivesTheSiteItsAddressOrTellsWhyNot) {
+    const std::string own = "http://192.0.2.7:8080";
+    const std::tuple<RouterReply, const char *, std::string> cases[] = {
+        {{RouterOutcome::Opened, "203.0.113.9", 8080, ""}, "", "http://203.0.113.9:8080"},
+        {{RouterOutcome::Opened, "203.0.113.9", 40080, ""}, "", "http://203.0.113.9:40080"},
+        {{RouterOutcome::Opened, "100.64.1.2", 8080, ""},
+         "Your router has opened port 8080, but its own address, 100.64.1.2, is a private one: there is another router "
+         "before it, most likely your provider's, and nobody outside can reach your website. Please ask your provider "
+         "for a public address.",
+         own},
+        {{RouterOutcome::Refused, "203.0.113.9", 0, "Action not authorized"},
+         "Your router has refused to open port 8080 (Action not authorized). Please allow it in its settings, or lead "
+         "the port to this computer there.",
+         own},
+        {{RouterOutcome::NoRouter, "", 0, ""},
+         "No router has answered the request to open port 8080. If there is one in your home, please lead the port to "
+         "this computer in its own settings.",
+         own},
+    };
+    for (const auto &[reply, trouble, address] : cases) {
+        router.Reply = reply;
+        if (*trouble != 0) owner.ExpectNotice(trouble);
+        Open();
+        EXPECT_EQ(gWebsiteAddress, address) << trouble;
+        EXPECT_TRUE(owner.IsDone()) << trouble;
+    }
+    SaveSetting("Setup", "PortMapping", "0");
+    const int asked = router.Opened;
+    Open();
+    EXPECT_EQ(router.Opened, asked) << "unless the owner wants it";
+}
+
+TEST_F(PortMapping, IsRenewedAndTakenBack) {
+    router.Reply = {RouterOutcome::Opened, "203.0.113.9", 8080, ""};
+    Open();
+    SetClock();
+    clock->Advance(RouterLease / 2 * 1000 - 1);
+    RenewRouterPort();
+    EXPECT_EQ(router.Opened, 1);
+    clock->Advance(1);
+    router.Reply.OuterAddress = "203.0.113.10";
+    RenewRouterPort();
+    clock.reset();
+    TurnUntil([] { return gWebsiteAddress == "http://203.0.113.10:8080"; });
+    EXPECT_EQ(gWebsiteAddress, "http://203.0.113.10:8080") << "the provider has given another";
+    SaveSetting("Setup", "ListenAddress", "192.0.2.8");
+    RenewRouterPort();
+    TurnUntil([this] { return router.Opened == 3; });
+    EXPECT_EQ(router.Opened, 3) << "the machine has moved";
+
+    CloseRouterPort();
+    TurnUntil([this] { return router.Closed == 1; });
+    EXPECT_EQ(router.Closed, 1);
+    EXPECT_EQ(BestWebsiteAddress(), "http://192.0.2.8:8080");
+    RenewRouterPort();
+    DoEvents();
+    EXPECT_EQ(router.Opened, 3) << "not after a stop";
+}
+
+}  // namespace pixmora

@@ -1,0 +1,218 @@
+#!/usr/bin/env python3
+"""A site behind a home's router, in network namespaces of their own: router_test.py FOLDER_OF_THE_PROGRAMS
+
+The home and the router each have a namespace of a user's own, so neither root nor a network is needed. The router is
+played: NAT-PMP (RFC 6886) and UPnP's gateway device, as far as a mapping of a port needs them. Exit status 77: the system gives no
+such namespaces."""
+import os
+import re
+import socket
+import struct
+import subprocess
+import sys
+import tempfile
+import threading
+import unittest
+from http.server import BaseHTTPRequestHandler, HTTPServer
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../support"))
+from site_under_test import Site, bitmap
+
+ROUTER, HOME = "192.168.77.1", "192.168.77.2"
+PUBLIC, CARRIER = "198.51.100.7", "100.64.3.2"
+SKIPPED = 77
+SERVICE = "urn:schemas-upnp-org:service:WANIPConnection:1"
+DEVICE = "urn:schemas-upnp-org:device:InternetGatewayDevice:1"
+
+
+def run(*words):
+    subprocess.run(words, check=True, stdout=subprocess.DEVNULL)
+
+
+def tell(*words):
+    print(*words, flush=True)
+
+
+# The router.
+
+def serve_nat_pmp(outer, allows):
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as server:
+        server.bind((ROUTER, 5351))
+        while True:
+            request, peer = server.recvfrom(64)
+            if request[1] == 0:
+                server.sendto(struct.pack("!BBHI4s", 0, 128, 0, 1, socket.inet_aton(outer)), peer)
+                continue
+            inner, wanted, lease = struct.unpack("!HHI", request[4:12])
+            tell("nat-pmp", "open" if lease else "close", inner, lease)
+            server.sendto(struct.pack("!BBHIHHI", 0, 128 + request[1], 0 if allows else 2, 1, inner, wanted, lease), peer)
+
+
+def serve_discovery():
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as server:
+        server.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+        server.bind(("", 1900))
+        server.setsockopt(socket.IPPROTO_IP, socket.IP_ADD_MEMBERSHIP, socket.inet_aton("239.255.255.250") + socket.inet_aton(ROUTER))
+        while True:
+            request, peer = server.recvfrom(2048)
+            if not request.startswith(b"M-SEARCH") or DEVICE.encode() not in request:
+                continue
+            answer = "HTTP/1.1 200 OK\r\nCACHE-CONTROL: max-age=120\r\nST: %s\r\nUSN: uuid:1::%s\r\nEXT:\r\nSERVER: played\r\n" \
+                     "LOCATION: http://%s:5000/desc.xml\r\n\r\n" % (DEVICE, DEVICE, ROUTER)
+            server.sendto(answer.encode(), peer)
+
+
+def gateway(outer, allows):
+    description = """<?xml version="1.0"?><root xmlns="urn:schemas-upnp-org:device-1-0"><specVersion><major>1</major><minor>0</minor>
+</specVersion><device><deviceType>%s</deviceType><friendlyName>Played</friendlyName><UDN>uuid:1</UDN><deviceList><device>
+<deviceType>urn:schemas-upnp-org:device:WANDevice:1</deviceType><UDN>uuid:2</UDN><serviceList><service>
+<serviceType>urn:schemas-upnp-org:service:WANCommonInterfaceConfig:1</serviceType><serviceId>urn:upnp-org:serviceId:WANCommonIFC1
+</serviceId><controlURL>/facts</controlURL><eventSubURL>/event</eventSubURL><SCPDURL>/scpd.xml</SCPDURL></service></serviceList>
+<deviceList><device>
+<deviceType>urn:schemas-upnp-org:device:WANConnectionDevice:1</deviceType><UDN>uuid:3</UDN><serviceList><service>
+<serviceType>%s</serviceType><serviceId>urn:upnp-org:serviceId:WANIPConn1</serviceId><controlURL>/control</controlURL>
+<eventSubURL>/event</eventSubURL><SCPDURL>/scpd.xml</SCPDURL></service></serviceList></device></deviceList></device></deviceList>
+</device></root>""" % (DEVICE, SERVICE)
+
+    class Gateway(BaseHTTPRequestHandler):
+        def log_message(self, *_):
+            pass
+
+        def answer(self, status, text):
+            self.send_response(status)
+            self.send_header("Content-Type", "text/xml")
+            self.send_header("Content-Length", str(len(text)))
+            self.end_headers()
+            self.wfile.write(text.encode())
+
+        def do_GET(self):
+            self.answer(200, description)
+
+        def do_POST(self):
+            action = self.headers["SOAPAction"].strip('"').split("#")[1]
+            body = self.rfile.read(int(self.headers["Content-Length"])).decode()
+
+            def value(name):
+                found = re.search("<%s>([^<]*)</%s>" % (name, name), body)
+                return found.group(1) if found else ""
+            results = {"GetStatusInfo": "<NewConnectionStatus>Connected</NewConnectionStatus><NewLastConnectionError>ERROR_NONE"
+                                        "</NewLastConnectionError><NewUptime>9</NewUptime>",
+                       "GetExternalIPAddress": "<NewExternalIPAddress>%s</NewExternalIPAddress>" % outer}
+            error = 0
+            if action == "AddPortMapping":
+                tell("upnp", "open", value("NewInternalPort"), value("NewLeaseDuration"), value("NewInternalClient"))
+                error = 0 if allows == "yes" or value("NewLeaseDuration") == "0" else 725 if allows == "for ever" else 606
+            elif action == "DeletePortMapping":
+                tell("upnp", "close", value("NewExternalPort"))
+            envelope = '<?xml version="1.0"?><s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><s:Body>%s</s:Body></s:Envelope>'
+            if error:
+                self.answer(500, envelope % ("<s:Fault><detail><UPnPError><errorCode>%d</errorCode></UPnPError></detail></s:Fault>" % error))
+            else:
+                self.answer(200, envelope % ('<u:%sResponse xmlns:u="%s">%s</u:%sResponse>'
+                                             % (action, SERVICE, results.get(action, ""), action)))
+    return Gateway
+
+
+def play_router(protocols, outer, allows):
+    """In the router's namespace: waits for its cable, then serves until its standard input ends."""
+    tell("ready")
+    sys.stdin.readline()
+    run("ip", "addr", "add", ROUTER + "/24", "dev", "inner")
+    run("ip", "link", "set", "inner", "up")
+    if "nat-pmp" in protocols:
+        threading.Thread(target=serve_nat_pmp, args=(outer, allows == "yes"), daemon=True).start()
+    if "upnp" in protocols:
+        threading.Thread(target=serve_discovery, daemon=True).start()
+        server = HTTPServer((ROUTER, 5000), gateway(outer, allows))
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+    tell("serving")
+    sys.stdin.read()
+
+
+# The home.
+
+class Router:
+    def __init__(self, protocols, outer=PUBLIC, allows="yes"):
+        self.process = subprocess.Popen(["unshare", "--net", sys.executable, __file__, "--router", protocols, outer, allows],
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.process.stdout.readline()
+        run("ip", "link", "add", "home", "type", "veth", "peer", "name", "inner", "netns", str(self.process.pid))
+        run("ip", "addr", "add", HOME + "/24", "dev", "home")
+        run("ip", "link", "set", "home", "up")
+        run("ip", "route", "add", "default", "via", ROUTER)
+        self.process.stdin.write("\n")
+        self.process.stdin.flush()
+        self.process.stdout.readline()
+
+    def end(self):
+        """What it was asked, in order."""
+        said = self.process.communicate()[0].splitlines()
+        subprocess.run(["ip", "link", "del", "home"], stderr=subprocess.DEVNULL)  # most often it goes with its other end
+        return said
+
+
+class BehindARouter(unittest.TestCase):
+    def serve(self, protocols, outer=PUBLIC, allows="yes"):
+        """Starts and stops a site. Returns (what the router was asked, the site's address, what the owner was told)"""
+        router = Router(protocols, outer, allows)
+        with tempfile.TemporaryDirectory() as pictures:
+            with open(pictures + "/a.bmp", "wb") as file:
+                file.write(bitmap())
+            site = Site(sys.argv[1], settings={"PortMapping": "1"})
+            try:
+                site.add_album("A", pictures)
+                site.start()
+                with open(site.folder + "/config/pixmora/settings.ini", encoding="utf-8") as file:
+                    address = re.search(r"http://[^\"\s]*", file.read()).group(0)
+                self.assertEqual(site.stop(), 0)
+                texts = ["\n".join(router.end()), address, site.error_text()]
+                return [text.replace(str(site.port), "PORT") for text in texts]
+            finally:
+                site.close()
+
+    def test_nat_pmp_opens_the_port_and_takes_it_back(self):
+        asked, address, told = self.serve("nat-pmp")
+        self.assertEqual(asked, "nat-pmp open PORT 3600\nnat-pmp close PORT 0")
+        self.assertEqual((address, told), ("http://%s:PORT" % PUBLIC, ""))
+
+    def test_upnp_opens_the_port_and_takes_it_back(self):
+        asked, address, told = self.serve("upnp")
+        self.assertEqual(asked, "upnp open PORT 3600 %s\nupnp close PORT" % HOME)
+        self.assertEqual((address, told), ("http://%s:PORT" % PUBLIC, ""))
+
+    def test_a_router_that_knows_no_leases_opens_it_for_ever(self):
+        asked, address, told = self.serve("upnp", allows="for ever")
+        self.assertEqual(asked, "upnp open PORT 3600 %s\nupnp open PORT 0 %s\nupnp close PORT" % (HOME, HOME))
+        self.assertEqual((address, told), ("http://%s:PORT" % PUBLIC, ""))
+
+    def assert_trouble(self, protocols, outer, allows, words):
+        _, address, told = self.serve(protocols, outer, allows)
+        self.assertEqual(address, "http://%s:PORT" % HOME)
+        self.assertIn(words, told)
+
+    def test_a_refusal_is_told(self):
+        self.assert_trouble("nat-pmp upnp", PUBLIC, "no", "Your router has refused to open port PORT")
+
+    def test_a_router_of_the_provider_is_told(self):
+        self.assert_trouble("nat-pmp", CARRIER, "yes", CARRIER + ", is a private one")
+
+    def test_a_silent_router_is_told(self):
+        self.assert_trouble("none", PUBLIC, "no", "No router has answered")
+
+
+def main():
+    if sys.argv[1] == "--router":
+        return play_router(*sys.argv[2:])
+    if len(sys.argv) == 3:  # one test, in a namespace of its own
+        run("ip", "link", "set", "lo", "up")
+        return unittest.main(argv=[sys.argv[0], sys.argv[2]], warnings="ignore")
+    namespaces = ["unshare", "--user", "--map-root-user", "--net"]
+    if subprocess.run([*namespaces, "true"], stderr=subprocess.DEVNULL).returncode != 0:
+        sys.exit(SKIPPED)
+    tests = ["BehindARouter." + name for name in dir(BehindARouter) if name.startswith("test_")]
+    running = [subprocess.Popen([*namespaces, sys.executable, __file__, sys.argv[1], test]) for test in tests]
+    sys.exit(max(test.wait() for test in running))
+
+
+if __name__ == "__main__":
+    main()
