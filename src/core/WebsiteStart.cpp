@@ -19,6 +19,7 @@
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "store/Catalogue.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
@@ -97,6 +98,7 @@ private:
         LoadStyleSheet();
         LoadSiteTexts();
         LoadDisplaySettings();
+        LoadMediaTypes();
         StartWebcam();
         LoadRestrictedWords();
         for (SendState &state : gSendStates) state.FileSize = 0;

@@ -11,6 +11,7 @@
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 
 namespace pixmora {
@@ -57,8 +58,8 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
     state.FileNumber = std::move(file);
     // Deliberate: BytesSent stays at what the last transfer of this index left.
     // LastSendTick waits for the first chunk.
-    SendIgnoringErrors(
-        socket, Concat(WriteResponseHead("application/octet-stream", false), "Content-Length: ", size, CrLf, CrLf));
+    SendIgnoringErrors(socket,
+                       Concat(WriteResponseHead(MovieContentType(path), false), "Content-Length: ", size, CrLf, CrLf));
     DoEvents();
 }
 

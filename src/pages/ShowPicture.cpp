@@ -103,9 +103,8 @@ std::string ReadPicture(const std::string &path) {
     }
 }
 
-void SendPicture(const Connection &socket, const clsAlbum &album, const std::string &bytes) {
-    // Deliberate: "image/jpeg" also for a GIF or BMP that goes out as it is.
-    SendIgnoringErrors(socket, Concat(WriteResponseHead("image/jpeg", true), bytes));
+void SendPicture(const Connection &socket, const clsAlbum &album, std::string_view type, const std::string &bytes) {
+    SendIgnoringErrors(socket, Concat(WriteResponseHead(type, true), bytes));
     BookKilobytes(album.Name, bytes.size());
 }
 
@@ -120,7 +119,7 @@ void Deliver(const Connection &socket, const PictureAddress &address, const std:
     }
     gLastConversionTick = GetTickCount();
     DoEvents();
-    SendPicture(socket, *address.Album, *bytes);
+    SendPicture(socket, *address.Album, conversion ? "image/jpeg" : PictureContentType(path), *bytes);
 }
 
 void AnswerHeld(const Connection &socket, const Arguments &args) {

@@ -60,7 +60,7 @@ private:
     }
 
     void ScanFile(const Directory &directory, const DirectoryEntry &entry, const std::string &path) {
-        if (album_.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) {
+        if (album_.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns())) {
             const FileFacts facts = directory.Facts(entry);
             ++pictureCount_;
             pictureSize_ += static_cast<double>(facts.Size);
@@ -71,7 +71,7 @@ private:
             mediaList_->Set("FilePath", (path + "\\" + entry.Name).substr(album_.Directory.size()));
             mediaList_->Update();
         }
-        if (album_.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) {
+        if (album_.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns())) {
             const FileFacts facts = directory.Facts(entry);
             ++movieCount_;
             movieSize_ += static_cast<double>(facts.Size);
