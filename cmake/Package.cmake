@@ -67,6 +67,8 @@ set(CPACK_COMPONENT_DESKTOP_DESCRIPTION
 ${description}This package holds the desktop program, pixmora: a window, a tray icon and
 a setup that leads through the first start.")
 # Up to 1.0.0 one package held all.
+# WebP pictures, by a plug-in that nothing links.
+set(CPACK_DEBIAN_SERVER_PACKAGE_DEPENDS qt6-image-formats-plugins)
 set(CPACK_DEBIAN_SERVER_PACKAGE_REPLACES "pixmora (<< 1.1)")
 set(CPACK_DEBIAN_SERVER_PACKAGE_BREAKS "pixmora (<< 1.1)")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "pixmora-server (= ${PROJECT_VERSION})")

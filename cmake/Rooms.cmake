@@ -60,7 +60,7 @@ function(pixmora_add_room_tests name support)
       target_link_libraries(test_${name} PRIVATE room_${room})
     endif()
   endforeach()
-  add_dependencies(test_${name} movies)  # loaded, not linked
+  add_dependencies(test_${name} movies heif)  # loaded, not linked
   # From where the compiler ran, since ccache can make the names of sources relative to that folder.
   gtest_discover_tests(
     test_${name}

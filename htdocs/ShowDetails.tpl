@@ -19,6 +19,8 @@ img { border: 0; max-width: 100%; height: auto; }
 .file .tdPictureCell { padding: 12px; text-align: center; min-width: 0; max-width: 100%; box-sizing: border-box; overflow-wrap: anywhere; }
 .facts { flex: 0 1 330px; }
 .facts .panel { margin: 0 0 16px; padding: 14px 10px; border: 1px solid var(--line, #D5DBE5); border-radius: 8px; background: var(--side, #F5F7FA); line-height: 1.6; }
+.facts .camera:not(:empty) { margin-top: 12px; }
+.file video { display: block; max-width: 100%; max-height: 75vh; margin: 0 auto 12px; background: #000; }
 .about { padding: 4px 20px 22px; text-align: center; }
 .about p { margin: 4px 0; }
 .about span:empty { display: none; }
@@ -90,6 +92,18 @@ function DescribePictures() {
     image.alt = image.parentNode.textContent.trim();
   });
 }
+// A movie that browsers know plays in the page, from its first frame on. One that this browser can't play keeps its icon.
+function ShowMovie() {
+  var cell = document.getElementById('file'), link = cell.querySelector('a'), icon = cell.querySelector('img');
+  if (!cell.dataset.movie || !link || !icon) return;
+  var video = document.createElement('video');
+  video.controls = video.playsInline = true;
+  video.preload = 'metadata';
+  video.onerror = function () { video.replaceWith(); icon.hidden = false; };
+  video.onloadedmetadata = function () { icon.hidden = !!video.videoWidth; };
+  video.src = link.href + '#t=0.001';
+  cell.insertBefore(video, link);
+}
 // The arrow keys do what the arrows on the page do.
 function Follow(arrow) {
   var image = document.querySelector('.arrows a > img[src$="' + arrow + '"]');
@@ -97,7 +111,7 @@ function Follow(arrow) {
 }
 function Key(event) {
   var arrow = { ArrowLeft: 'previous.gif', ArrowRight: 'next.gif' }[event.key];
-  if (arrow && !event.altKey && !event.ctrlKey && !event.metaKey) Follow(arrow);
+  if (arrow && event.target.tagName != 'VIDEO' && !event.altKey && !event.ctrlKey && !event.metaKey) Follow(arrow);
 }
 // A swipe leads on like the arrows, unless the fingers zoom or move a zoomed page.
 var touch = null;
@@ -116,6 +130,7 @@ function PlainFooter() {
 document.addEventListener('DOMContentLoaded', PlainFooter);
 document.addEventListener('DOMContentLoaded', NameThings);
 document.addEventListener('DOMContentLoaded', DescribePictures);
+document.addEventListener('DOMContentLoaded', ShowMovie);
 document.addEventListener('keydown', Key);
 document.addEventListener('touchstart', TouchStart);
 document.addEventListener('touchend', TouchEnd);
@@ -127,10 +142,11 @@ document.addEventListener('touchend', TouchEnd);
   <div class="arrows">{PREVIOUS_FILE}{NEXT_FILE}</div>
 </div>
 <div class="file">
-  <div class="tdPictureCell">{FILE_REPRESENTATION}</div>
+  <div class="tdPictureCell" id="file" data-movie="{MOVIE_TYPE}">{FILE_REPRESENTATION}</div>
   <div class="facts">
     <div class="panel lblPictureList">
 {DETAILS}
+      <div class="camera">{CAMERA}</div>
     </div>
     <a id="download" href="{FILE_LINK}" target="_top"><img src="ShowGraphic?{DOWNLOAD_IMG}" alt="Download"></a>
   </div>

@@ -1,10 +1,12 @@
 // The Exif reader on any bytes, with words of its own for some tags.
 #include <algorithm>
+#include <cmath>
 
 #include "Fuzz.h"
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/Text.h"
+#include "store/ExifPlace.h"
 #include "store/clsExif.h"
 #include "support/TempFolder.h"
 
@@ -57,5 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     const std::string_view text = TextOf(bytes, size);
     file.Fill(text);
     Check(text, file.Path());
+    const auto place = ReadPlace(file.Path());
+    REQUIRE(!place || (std::abs(place->Latitude) <= 90 && std::abs(place->Longitude) <= 180));
     return 0;
 }

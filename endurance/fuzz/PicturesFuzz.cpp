@@ -47,6 +47,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     static const MemoryFile file;
     file.Fill(TextOf(bytes, size));
     ReadJpegHead(*BinaryFile::OpenForRead(file.Path()));
-    Check(file.Path(), folder.Path("thumb.jpg"));
+    static const std::string named = [] {
+        std::filesystem::create_symlink(file.Path(), folder.Path("picture.webp"));
+        return folder.Path("picture.webp");
+    }();
+    Check(named, folder.Path("thumb.jpg"));
     return 0;
 }

@@ -95,20 +95,20 @@ def picture_seeds():
     yield plain
     yield plain.replace(b"\xff\xc0", b"\xff\xc2", 1)
     yield plain[:2] + b"\xff\xe1" + struct.pack(">H", 2 + len(ORIENTATION)) + ORIENTATION + plain[2:]
-    with open(MEDIA + "/half_transparent.gif", "rb") as file:
-        yield file.read()
+    yield from media_seeds("gif", "webp")
 
 
-def movie_seeds():
+def media_seeds(*endings):
     for name in sorted(os.listdir(MEDIA)):
-        if name.rsplit(".", 1)[1] in ("avi", "mov", "mpg", "mpeg"):
+        if name.rsplit(".", 1)[1] in endings:
             with open(os.path.join(MEDIA, name), "rb") as file:
                 yield file.read()
 
 
 def main(folder):
     seeds = {name: [text.encode("utf-8") for text in texts] for name, texts in TEXTS.items()}
-    seeds.update(Exif=list(exif_seeds()), Pictures=list(picture_seeds()), Movies=list(movie_seeds()))
+    seeds.update(Exif=list(exif_seeds()), Pictures=list(picture_seeds()), Movies=list(media_seeds("avi", "mov", "mpg", "mpeg")),
+                 Heif=list(media_seeds("heic", "avif")))
     for name, inputs in seeds.items():
         os.makedirs(os.path.join(folder, name), exist_ok=True)
         for number, data in enumerate(inputs):

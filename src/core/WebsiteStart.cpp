@@ -26,6 +26,7 @@
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
@@ -118,6 +119,7 @@ private:
         LoadStyleSheet();
         LoadSiteTexts();
         LoadDisplaySettings();
+        LoadMediaTypes();
         StartWebcam();
         LoadRestrictedWords();
         for (const Connection &element : gSystray->wnskConnect.Items()) element->Transfer.FileSize = 0;

@@ -6,11 +6,11 @@
 
 #include "core/site/Globals.h"
 #include "platform/files/Files.h"
-#include "platform/movies/MovieFacts.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/ExifTags.h"
-#include "store/clsExif.h"
+#include "store/Globals.h"
+#include "store/MediaTypes.h"
 
 namespace pixmora {
 
@@ -71,9 +71,8 @@ std::string CameraTimeText(std::string_view text) {
     return Concat(date[1], "/", date[2], "/", date[0], " ", TimeText(numbers[0], numbers[1], numbers[2]));
 }
 
-std::string PictureDetails(const std::string &path) {
-    clsExif exif;
-    exif.ImageFile(path);
+std::string PictureDetails(const clsExif &exif) {
+    const std::string &path = exif.ImageFile();
     const bool hasExif = exif.Status() == clsExif::ReadStatus::Success;
     const FileFacts facts = GetFileFacts(path);
     std::string details = Concat("&nbsp;&nbsp;<b>Picture File</b>", paragraphEnd);
@@ -87,9 +86,8 @@ std::string PictureDetails(const std::string &path) {
     return details;
 }
 
-std::string MovieDetails(const std::string &path) {
+std::string MovieDetails(const std::string &path, const MovieFacts &movie) {
     std::string details = "&nbsp;&nbsp;<b>Movie File</b><br><br>";
-    const MovieFacts movie = ReadMovieFacts(path);
     if (!movie.IsReadable) return details;
     const double seconds = static_cast<double>(movie.LengthMs) / 1000;
     const double rate = seconds > 0 ? static_cast<double>(movie.Frames) / seconds : 0;
@@ -100,6 +98,12 @@ std::string MovieDetails(const std::string &path) {
     AppendFact(details, "Playing Time: ", FormatElapsed(seconds, false, true), lineEnd);
     AppendFact(details, "Frames Per Second: ", FormatFixed(rate, 1), "<br>");
     return details;
+}
+
+std::string_view PlayableType(std::string_view name, const MovieFacts &movie) {
+    if (!gMoreTypes) return {};
+    if (PathMatchSpec(name, "*.mp4;*.m4v;*.webm")) return MovieContentType(name);
+    return PathMatchSpec(name, "*.mov") && movie.IsH264 ? "video/quicktime" : "";
 }
 
 }  // namespace pixmora

@@ -14,6 +14,7 @@
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"
+#include "store/MediaTypes.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
@@ -72,12 +73,16 @@ std::string DirectoryLink(std::string_view album, std::string_view path) {
                   R"("><img src="ShowGraphic?directory.gif" border=0 alt="Directory"></a>)");
 }
 
+/// FilePath LIKE "*.jpg" OR FilePath LIKE "*.gif" ...
+std::string IsPictureCriteria() {
+    return Concat(R"(FilePath LIKE ")", Replace(std::string(PicturePatterns()), ";", R"(" OR FilePath LIKE ")"),
+                  R"(")");
+}
+
 Featured MostPopular() {
-    const auto files = gDatabase->OpenRecordset(
-        "SELECT TOP 1 * FROM PopularFiles "
-        R"(WHERE FilePath LIKE "*.jpg" OR FilePath LIKE "*.gif" OR FilePath LIKE "*.bmp" )"
-        "ORDER BY FileCount DESC, FilePath DESC",
-        RecordsetType::Snapshot);
+    const auto files = gDatabase->OpenRecordset(Concat("SELECT TOP 1 * FROM PopularFiles WHERE ", IsPictureCriteria(),
+                                                       " ORDER BY FileCount DESC, FilePath DESC"),
+                                                RecordsetType::Snapshot);
     if (files->Eof()) return {};
     const std::string album = GetSetting("AlbumIDs", AsText(files->Value("AlbumName")));
     const std::string path = Replace(AsText(files->Value("FilePath")), "%39", "'");

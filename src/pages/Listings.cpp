@@ -56,8 +56,8 @@ std::vector<std::string> ListMediaFiles(const clsAlbum &album, std::string_view 
     const Directory walk(directory);
     for (const DirectoryEntry &entry : walk.Entries()) {
         if (entry.IsDirectory) continue;
-        if (album.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) names.push_back(entry.Name);
-        if (album.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) names.push_back(entry.Name);
+        if (album.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns())) names.push_back(entry.Name);
+        if (album.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns())) names.push_back(entry.Name);
     }
     return names;
 }
@@ -93,9 +93,9 @@ DirContents CountDirContents(std::string_view path) {
     for (const DirectoryEntry &entry : walk.Entries()) {
         if (entry.IsDirectory) {
             if (IsSubDirectory(entry)) ++contents.SubDirs;
-        } else if (PathMatchSpec(entry.Name, PicturePatterns)) {
+        } else if (PathMatchSpec(entry.Name, PicturePatterns())) {
             ++contents.Pictures;
-        } else if (PathMatchSpec(entry.Name, MoviePatterns)) {
+        } else if (PathMatchSpec(entry.Name, MoviePatterns())) {
             ++contents.Movies;
         }
     }

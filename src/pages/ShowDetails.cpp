@@ -7,6 +7,7 @@
 #include "core/site/Globals.h"
 #include "core/site/Visitors.h"
 #include "pages/AlbumAddress.h"
+#include "pages/CameraFacts.h"
 #include "pages/FileDetails.h"
 #include "pages/Listings.h"
 #include "pages/Templates.h"
@@ -45,8 +46,8 @@ struct Neighbours {
 };
 
 bool IsShown(const clsAlbum &album, const std::string &name) {
-    return (album.ShowPictures != 0 && PathMatchSpec(name, PicturePatterns)) ||
-           (album.ShowMovies != 0 && PathMatchSpec(name, MoviePatterns));
+    return (album.ShowPictures != 0 && PathMatchSpec(name, PicturePatterns())) ||
+           (album.ShowMovies != 0 && PathMatchSpec(name, MoviePatterns()));
 }
 
 Neighbours FindNeighbours(const DetailsAddress &address) {
@@ -77,8 +78,12 @@ std::string Arrow(const DetailsAddress &address, std::string_view graphic, const
 std::vector<Filling> PictureFillings(const DetailsAddress &address) {
     const std::string linkPath = LinkPath(address.Path());
     const std::string link = Concat("ShowPicture?", address.Album->ID, "&full&", linkPath);
+    clsExif exif;
+    exif.ImageFile(address.FullPath);
     return {{"{DOWNLOAD_IMG}", "downloadpicture.gif"},
-            {"{DETAILS}", PictureDetails(address.FullPath)},
+            {"{DETAILS}", PictureDetails(exif)},
+            {"{CAMERA}", CameraFacts(exif)},
+            {"{MOVIE_TYPE}", ""},
             {"{FILE_LINK}", link},
             {"{FILE_REPRESENTATION}",
              Concat(R"(<a href=")", link, R"(" target="_top">)", R"(<img src="ShowPicture?)", address.Album->ID,
@@ -89,9 +94,12 @@ std::vector<Filling> PictureFillings(const DetailsAddress &address) {
 std::vector<Filling> MovieFillings(const DetailsAddress &address) {
     // The page has counted the view, so the transfer doesn't.
     const std::string link = Concat("ShowMovie?", address.Album->ID, "&fullnocount&", LinkPath(address.Path()));
+    const MovieFacts facts = ReadMovieFacts(address.FullPath);
     return {
         {"{DOWNLOAD_IMG}", "downloadmovie.gif"},
-        {"{DETAILS}", MovieDetails(address.FullPath)},
+        {"{DETAILS}", MovieDetails(address.FullPath, facts)},
+        {"{CAMERA}", ""},
+        {"{MOVIE_TYPE}", std::string(PlayableType(address.Name(), facts))},
         {"{FILE_LINK}", link},
         {"{FILE_REPRESENTATION}",
          Concat(R"(<a href=")", link, R"(" target="_top">)", R"(<img src="ShowGraphic?movie.gif" border=0><br><br>)",

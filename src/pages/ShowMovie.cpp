@@ -15,6 +15,7 @@
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
+#include "store/MediaTypes.h"
 #include "store/Popularity.h"
 #include "store/Settings.h"
 
@@ -35,22 +36,6 @@ MovieAddress ReadMovieAddress(const Arguments &args) {
 /// The file's path below the album's root, as the popular tables have it.
 std::string PathInAlbum(const clsAlbum &album, const std::string &path) {
     return path.substr(album.Directory.size());
-}
-
-/// With today's types of movies come the players that ask for parts of them.
-bool ServesPlayers() {
-    return Val(GetSetting("Setup", "MoreTypes")) == 1;
-}
-
-std::string_view MovieContentType(std::string_view name) {
-    constexpr std::pair<std::string_view, std::string_view> types[] = {
-        {".mp4", "video/mp4"},       {".m4v", "video/mp4"},  {".webm", "video/webm"}, {".mkv", "video/x-matroska"},
-        {".mov", "video/quicktime"}, {".mpg", "video/mpeg"}, {".mpeg", "video/mpeg"}, {".avi", "video/x-msvideo"},
-    };
-    for (const auto &[ending, type] : types) {
-        if (EqualsIgnoreCase(LastCharacters(name, ending.size()), ending)) return type;
-    }
-    return "application/octet-stream";
 }
 
 /// What goes out of a movie: all of it, or the part that a player asks for.
@@ -103,7 +88,7 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
         SendIgnoringErrors(socket, "Too many connections! Try again later.");
         throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     }
-    const Delivery delivery = ServesPlayers() ? MovieForPlayers(*address, size, socket->Request) : WholeMovie(size);
+    const Delivery delivery = gMoreTypes ? MovieForPlayers(*address, size, socket->Request) : WholeMovie(size);
     socket->Transfer = {.FileNumber = std::move(file),
                         .FilePath = path,
                         .FirstByte = delivery.First,

@@ -99,10 +99,9 @@ std::optional<std::string> Convert(const std::string &path, const Conversion &co
 /// @return the length of the file; 0 for one that can't be read
 std::size_t SendStoredFile(const Connection &socket, const std::string &path, const BrowserCopy &copy) {
     try {
-        // Deliberate: "image/jpeg" also for a GIF or BMP that goes out as it is.
-        return SendFileIgnoringErrors(socket, copy.Head("image/jpeg"), BinaryFile::OpenForRead(path));
+        return SendFileIgnoringErrors(socket, copy.Head(PictureContentType(path)), BinaryFile::OpenForRead(path));
     } catch (const RunTimeError &) {
-        SendIgnoringErrors(socket, WriteResponseHead("image/jpeg", true));
+        SendIgnoringErrors(socket, WriteResponseHead(PictureContentType(path), true));
         return 0;
     }
 }

@@ -5,6 +5,8 @@
 #include <QStandardPaths>
 
 #include "console/Texts.h"
+#include "platform/runtime/Text.h"
+#include "store/MediaTypes.h"
 
 namespace pixmora {
 
@@ -24,7 +26,9 @@ std::string ChoosePicture(QWidget *over, const std::string &start) {
     dialog.setDefaultSuffix(QStringLiteral("jpg"));
     // What is in the last brackets is the filter itself and doesn't show.
     dialog.setOption(QFileDialog::HideNameFilterDetails);
-    const QStringList filters = {QStringLiteral("All Pictures (*.jpg;*.gif;*.bmp) (*.jpg *.gif *.bmp)"),
+    LoadMediaTypes();
+    const std::string patterns(PicturePatterns());
+    const QStringList filters = {ToQt("All Pictures (" + patterns + ") (" + Replace(patterns, ";", " ") + ")"),
                                  QStringLiteral("JPEG Images (*.jpg) (*.jpg)"),
                                  QStringLiteral("GIF Images (*.gif) (*.gif)"),
                                  QStringLiteral("Bitmaps (*.bmp) (*.bmp)"), QStringLiteral("All Files (*.*) (*)")};

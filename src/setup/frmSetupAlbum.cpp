@@ -15,13 +15,25 @@
 #include "core/site/OwnerDialogue.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "setup/FormParts.h"
 #include "setup/PageFrame.h"
 #include "setup/rules/HelpTexts.h"
+#include "store/MediaTypes.h"
 
 namespace pixmora {
 
 using namespace FormParts;
+
+namespace {
+
+/// "Share Pictures (jpg, gif, bmp)", as the setting stands now.
+std::string ShareCaption(std::string_view kind, std::string_view (*patterns)()) {
+    LoadMediaTypes();
+    return Concat("Share ", kind, " (", EndingsText(patterns()), ")");
+}
+
+}  // namespace
 
 frmSetupAlbum::frmSetupAlbum(QWidget *parent, const std::optional<std::string> &editAlbumName, Choosers choosers)
     : SetupWindow("frmSetupAlbum", editAlbumName ? QStringLiteral("Edit Album") : QStringLiteral("Create Album"),
@@ -33,8 +45,8 @@ frmSetupAlbum::frmSetupAlbum(QWidget *parent, const std::optional<std::string> &
       cmdAlbumChangeDir(Button("cmdAlbumChangeDir", "Browse...")),
       txtDescription(TextBox("txtDescription")),
       chkAlbumSubDirs(CheckBox("chkAlbumSubDirs", "Include Subdirectories")),
-      chkAlbumPictures(CheckBox("chkAlbumPictures", "Share Pictures (jpg, gif, bmp)")),
-      chkAlbumMovies(CheckBox("chkAlbumMovies", "Share Movies (avi, mpg, mpeg, mov)")),
+      chkAlbumPictures(CheckBox("chkAlbumPictures", ShareCaption("Pictures", PicturePatterns).c_str())),
+      chkAlbumMovies(CheckBox("chkAlbumMovies", ShareCaption("Movies", MoviePatterns).c_str())),
       optFeaturedImageNone(Option(QStringLiteral("optFeaturedImageNone"), "No Image")),
       optFeaturedImageRandom(Option(QStringLiteral("optFeaturedImageRandom"), "Random Image From Album")),
       optFeaturedImageSpecified(Option(QStringLiteral("optFeaturedImageSpecified"), "Specified Image:")),

@@ -69,7 +69,7 @@ private:
     }
 
     void ScanFile(const Directory &directory, const DirectoryEntry &entry, const std::string &path) {
-        if (album_.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) {
+        if (album_.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns())) {
             const auto facts = FactsOf(directory, entry);
             if (!facts) return;
             ++pictureCount_;
@@ -81,7 +81,7 @@ private:
             mediaList_->Set("FilePath", (path + "\\" + entry.Name).substr(album_.Directory.size()));
             mediaList_->Update();
         }
-        if (album_.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) {
+        if (album_.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns())) {
             const auto facts = FactsOf(directory, entry);
             if (!facts) return;
             ++movieCount_;

@@ -70,6 +70,9 @@ inline constexpr ExifTagName ExifTagNames[] = {
     {41730, "CFAPattern"},
 };
 
+/// Newer than the names; "Tag #42036" to the reader.
+inline constexpr std::int32_t LensModelTag = 42036;
+
 /// The number of a tag, looked up by the compiler: a name that isn't in the table doesn't compile.
 consteval std::int32_t ExifTag(std::string_view name) {
     return std::ranges::find(ExifTagNames, name, &ExifTagName::Name)->Tag;

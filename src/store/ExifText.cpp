@@ -160,6 +160,10 @@ int ExifComponentSize(std::int64_t format) {
     return isKnown ? componentSizes[static_cast<std::size_t>(format)] : 0;
 }
 
+double ExifQuotient(const ExifBytes &data) {
+    return ReadQuotient(data, 0, false).Value();
+}
+
 std::string ExifText(std::int64_t tag, std::int64_t format, std::int64_t components, const ExifBytes &data) {
     if (data.Size() == 0) return {};
     std::string text = TextByFormat(tag, format, components, data);

@@ -18,6 +18,9 @@ extern std::unique_ptr<Database> gDatabase;
 /// The albums of the running website, made anew at each start; an album's number is its 1-based position.
 extern std::vector<AlbumPointer> gAlbums;
 
+/// Whether the site shows the kinds of files of today's cameras and phones too; loaded at website start.
+extern bool gMoreTypes;
+
 /// Patterns of directory names that are protected by their name alone; loaded at website start.
 extern std::vector<std::string> gRestrictedWords;
 

@@ -5,12 +5,12 @@
 #include <cmath>
 #include <iterator>
 
-#include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/ExifBytes.h"
+#include "store/ExifStart.h"
 #include "store/ExifTags.h"
 #include "store/ExifText.h"
 #include "store/IniFile.h"
@@ -55,16 +55,6 @@ std::string ValueOf(const ExifBytes &file, std::int64_t block, std::int64_t entr
     return value;
 }
 
-/// The start of the file; nothing for one that isn't there. @throws RunTimeError
-std::string ReadStart(std::string_view path) {
-    try {
-        return BinaryFile::OpenForRead(path)->Read(bytesRead);
-    } catch (const RunTimeError &error) {
-        if (error.Number() == ErrorNumber::FileNotFound) return {};
-        throw;
-    }
-}
-
 }  // namespace
 
 clsExif::clsExif() : wordsFile_(WordsFile()) {}
@@ -73,6 +63,7 @@ void clsExif::ImageFile(std::string_view path) {
     imageFile_ = path;
     status_ = ReadStatus::Success;
     isLittleEndian_ = false;
+    exposureSeconds_ = 0;
     tags_.clear();
     try {
         Load();
@@ -82,16 +73,14 @@ void clsExif::ImageFile(std::string_view path) {
 }
 
 void clsExif::Load() {
-    const std::string bytes = ReadStart(imageFile_);
+    const std::string bytes = ReadExifStart(imageFile_, bytesRead);
     if (bytes.empty()) return;
-    // The mark counts wherever it stands; the file's own structure is not looked at.
-    const std::size_t mark = bytes.find(std::string_view("Exif\0", 5));
-    if (mark == std::string::npos) {
+    const std::size_t block = ExifBlock(bytes);
+    if (block == std::string::npos) {
         status_ = ReadStatus::NoExif;
         return;
     }
-    const std::size_t block = mark + 6;
-    isLittleEndian_ = bytes.compare(std::min(block, bytes.size()), 2, "II") == 0;
+    isLittleEndian_ = bytes.compare(block, 2, "II") == 0;
     const ExifBytes file(bytes, isLittleEndian_);
     const IniFile words(wordsFile_);
     const auto start = static_cast<std::int64_t>(block);
@@ -118,7 +107,9 @@ double clsExif::ReadDirectory(const ExifBytes &file, std::int64_t block, double 
         entry.Raw = static_cast<std::uint32_t>(file.Unsigned(position + 8, 4));
         const std::string value = ValueOf(file, block, position);
         const std::string text = ExifText(entry.Tag, entry.Format, entry.Components, ExifBytes(value, isLittleEndian_));
+        entry.HasValue = !text.empty();
         entry.Text = InWords(words, entry.Name, text);
+        if (entry.Tag == ExifTag("ExposureTime")) exposureSeconds_ = ExifQuotient(ExifBytes(value, isLittleEndian_));
         if (entry.Tag == tagToFollow) followed = Val(entry.Text);
         tags_.push_back(std::move(entry));
     }
@@ -140,6 +131,11 @@ std::string clsExif::GetTagName(std::int64_t tag) {
 std::string clsExif::GetTagData(std::int32_t tag) const {
     const Tag *found = Find(tag);
     return found == nullptr ? "N/A" : found->Text;
+}
+
+std::string clsExif::Fact(std::int32_t tag) const {
+    const Tag *found = Find(tag);
+    return found == nullptr || !found->HasValue ? std::string() : found->Text;
 }
 
 std::string clsExif::ListInfo() const {

@@ -34,6 +34,10 @@ public:
     static std::string GetTagName(std::int64_t tag);
     /// The tag's text; "N/A" without it.
     std::string GetTagData(std::int32_t tag) const;
+    /// The tag's text; empty when the file has no such tag, or the tag no value.
+    std::string Fact(std::int32_t tag) const;
+    /// 0 when the file doesn't tell.
+    double ExposureSeconds() const { return exposureSeconds_; }
     /// All tags, a line each, or why there are none.
     std::string ListInfo() const;
 
@@ -45,6 +49,7 @@ private:
         std::int64_t Components = 0;
         std::uint32_t Raw = 0;
         std::string Text;
+        bool HasValue = false;  ///< else the text is its words' pattern at most
     };
 
     void Load();
@@ -56,6 +61,7 @@ private:
     std::string wordsFile_;  ///< exif.ini
     ReadStatus status_ = ReadStatus::Success;
     bool isLittleEndian_ = false;
+    double exposureSeconds_ = 0;
     std::vector<Tag> tags_;  ///< in file order; of two entries for one tag the first counts
 };
 

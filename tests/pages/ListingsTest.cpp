@@ -3,6 +3,7 @@
 
 #include "pages/AlbumAddress.h"
 #include "platform/runtime/Text.h"
+#include "store/MediaTypes.h"
 #include "support/PageSite.h"
 
 namespace pixmora::test {
@@ -31,6 +32,30 @@ TEST_F(ListingsTest, ListsWhatTheAlbumShowsInTheDisksOrder) {
     album.ShowMovies = 0;
     EXPECT_EQ(Files(), "Z.gif|a b+&#%'.bmp|b.JPG");
     EXPECT_TRUE(ListMediaFiles(album, album.Directory + "\\nowhere").empty());
+}
+
+TEST_F(ListingsTest, TakesInTodaysKindsWhereTheOwnerWants) {
+    const clsAlbum &album = AddAlbum("A");
+    for (const char *name : {"a.mpeg", "b.JPEG", "c.png", "d.webp", "e.HEIC", "f.avif", "g.MP4", "h.webm", "i.mkv",
+                             "j.m4v", "k.heif", "l.tiff"})
+        AddFile(album, name);
+    EXPECT_EQ(Files(), "a.mpeg");
+    EXPECT_EQ(Get("ShowPicture?1&full&/c.png"), "Not a Valid Picture!");
+    SaveSetting("Setup", "MoreTypes", "1");
+    LoadMediaTypes();
+    EXPECT_EQ(Files(), "a.mpeg|b.JPEG|c.png|d.webp|e.HEIC|f.avif|g.MP4|h.webm|i.mkv|j.m4v|k.heif");
+    const DirContents contents = CountDirContents(album.Directory);
+    EXPECT_EQ(Concat(contents.Pictures, contents.Movies), "65");
+    const std::pair<const char *, const char *> types[] = {
+        {"Picture?1&full&/b.JPEG", "image/jpeg"}, {"Picture?1&full&/c.png", "image/png"},
+        {"Picture?1&full&/d.webp", "image/webp"}, {"Picture?1&full&/e.HEIC", "image/heic"},
+        {"Picture?1&full&/f.avif", "image/avif"}, {"Movie?1&full&/g.MP4", "video/mp4"},
+        {"Movie?1&full&/h.webm", "video/webm"},   {"Movie?1&full&/a.mpeg", "application/octet-stream"}};
+    for (const auto &[address, type] : types) EXPECT_TRUE(Contains(Get(Concat("Show", address)), type)) << address;
+    EXPECT_EQ(Filled(Get("ShowDetails?1&nocount&/g.MP4"), "MOVIE_TYPE"), "video/mp4");
+    SaveSetting("Setup", "MoreTypes", "0");
+    LoadMediaTypes();
+    EXPECT_EQ(Filled(Get("ShowDetails?1&nocount&/g.MP4"), "MOVIE_TYPE"), "");
 }
 
 TEST_F(ListingsTest, SortsSubdirectoriesAsTheOwnerWants) {

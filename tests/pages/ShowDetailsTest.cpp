@@ -56,6 +56,48 @@ TEST_F(ShowDetailsTest, ShowsWhatTheCameraNoted) {
     EXPECT_TRUE(Contains(noSize, "Dimensions: 40 x 20<br>") && Contains(noSize, "Camera Model: N/A<br>"));
 }
 
+TEST_F(ShowDetailsTest, TellsTheCamerasFactsInTheirWords) {
+    const clsAlbum &album = AddAlbum("A");
+    Program.Write("exif.ini", "[ExposureTime]\nFormat=1/@X s\n[FNumber]\nFormat=f/@X\n[Flash]\n16=switched off\n");
+    const auto photograph = [](std::uint32_t numerator, std::uint32_t denominator) {
+        return BlockBuilder(false).File({}, {{33434, 5, 1, 4, {numerator, denominator}},
+                                             {33437, 5, 1, 4, {28, 10}},
+                                             {37385, 3, 1, 2, {16}},
+                                             {37386, 5, 1, 4, {60000}},
+                                             {42036, 2, 9, 0, {}, "50 <mm> &"}});
+    };
+    const std::tuple<std::uint32_t, std::uint32_t, const char *> exposures[] = {
+        {1, 250, "1/250 s"}, {10, 2500, "1/250 s"}, {4, 1, "4 s"}, {1, 2, "0.5 s"}, {25, 10, "2.5 s"}};
+    for (const auto &[numerator, denominator, text] : exposures) {
+        AddFile(album, "a.jpg", photograph(numerator, denominator));
+        EXPECT_EQ(Filled(Get("ShowDetails?1&nocount&/a.jpg"), "CAMERA"),
+                  Concat("&nbsp;&nbsp;Exposure: ", text, "<br>\r\n&nbsp;&nbsp;Aperture: f/2.8<br>\r\n",
+                         "&nbsp;&nbsp;Flash: switched off<br>\r\n&nbsp;&nbsp;Lens: 50 &lt;mm&gt; &amp;<br>\r\n"));
+    }
+    AddFile(album, "b.bmp", BitmapFile(40, 20));
+    EXPECT_EQ(Filled(Get("ShowDetails?1&nocount&/b.bmp"), "CAMERA"), "");
+}
+
+TEST_F(ShowDetailsTest, ShowsThePlaceOnlyWhereTheOwnerWantsIt) {
+    const BlockBuilder builder(true);
+    const auto photograph = [&](const char *side, std::uint32_t degrees) {
+        const std::uint32_t behind = 8 + 2 + 12;
+        return builder.Head() + builder.Directory(8, {{34853, 4, 1, 4, {behind}}}) +
+               builder.Directory(behind, {{1, 2, 2, 0, {}, side},
+                                          {2, 5, 3, 4, {degrees, 1, 30, 1, 90, 10}},
+                                          {3, 2, 2, 0, {}, "E"},
+                                          {4, 5, 3, 4, {16, 1, 2250, 100, 0, 1}}});
+    };
+    const clsAlbum &album = AddAlbum("A");
+    AddFile(album, "a.jpg", photograph("S", 48));
+    AddFile(album, "nowhere.jpg", photograph("N", 148));
+    EXPECT_EQ(Filled(Get("ShowDetails?1&nocount&/a.jpg"), "CAMERA"), "");
+    SaveSetting("Setup", "ShowPlaces", "1");
+    EXPECT_TRUE(Contains(Filled(Get("ShowDetails?1&nocount&/a.jpg"), "CAMERA"),
+                         "?mlat=-48.50250&amp;mlon=16.37500#map=15/-48.50250/16.37500\""));
+    EXPECT_EQ(Filled(Get("ShowDetails?1&nocount&/nowhere.jpg"), "CAMERA"), "");
+}
+
 TEST_F(ShowDetailsTest, ShowsAMovie) {
     const clsAlbum &album = AddAlbum("A");
     const auto sample = std::filesystem::path(__FILE__).parent_path() / "../platform/media/mpeg4.avi";

@@ -13,6 +13,7 @@ struct MovieFacts {
     int Height = 0;           ///< pixels
     std::int64_t Frames = 0;
     std::int64_t LengthMs = 0;
+    bool IsH264 = false;  ///< its pictures; what every browser can play
 };
 
 /// Opens, reads and closes the file (AVI, MPEG, QuickTime and their kin, told by content from a closed list, local file

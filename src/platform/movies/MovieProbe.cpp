@@ -178,6 +178,7 @@ void AddPictureFacts(const Movie &movie, const AVStream &stream, MovieFacts &fac
     facts.Width = stream.codecpar->width;
     facts.Height = stream.codecpar->height;
     facts.HasPicture = facts.Width > 0 && facts.Height > 0;
+    facts.IsH264 = stream.codecpar->codec_id == AV_CODEC_ID_H264;
     if (IsTurned(stream)) std::swap(facts.Width, facts.Height);
     const double seconds = OwnSeconds(stream) > 0 ? OwnSeconds(stream) : Seconds(movie);
     facts.Frames = stream.nb_frames > 0 ? stream.nb_frames : ToWhole(seconds * FrameRate(stream));

@@ -1,6 +1,7 @@
 // The walk over a JPEG file's markers.
 #include "platform/pictures/JpegHead.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -69,6 +70,8 @@ public:
         next_ = end_ = 0;
     }
 
+    std::int64_t Position() const { return offset_ - static_cast<std::int64_t>(end_ - next_); }
+
     /// No JPEG below the limits of size has so many bytes: the rest of a file is not looked at.
     bool IsTired() const { return offset_ > std::int64_t{256} << 20; }
 
@@ -116,17 +119,23 @@ std::optional<int> ReadFirstScan(MarkerReader &reader) {
     return components;
 }
 
-int CountScans(MarkerReader &reader) {
-    int scans = 1;
-    while (scans <= MaximumJpegScans) {
+/// Behind the first.
+void CountScans(MarkerReader &reader, JpegHead &head) {
+    int together = 1;
+    std::int64_t piece = 0;
+    while (head.Scans <= MaximumJpegScans) {
         const int marker = reader.NextMarker();
-        if (reader.IsTired()) return MaximumJpegScans + 1;
+        if (reader.IsTired()) head.Scans = MaximumJpegScans + 1;
         if (marker == EndOfFile || marker == EndOfImage) break;
-        if (marker == StartOfScan) ++scans;
+        if (marker == StartOfScan) {
+            ++head.Scans;
+            together = reader.Position() / JpegPieceSize == piece ? together + 1 : 1;
+            piece = reader.Position() / JpegPieceSize;
+            head.ScansTogether = std::max(head.ScansTogether, together);
+        }
         const int length = reader.SegmentLength();
         if (length > 0) reader.Skip(length);
     }
-    return scans;
 }
 
 }  // namespace
@@ -150,8 +159,10 @@ std::optional<JpegHead> ReadJpegHead(const BinaryFile &file) {
     }
     const std::optional<int> componentsInScan = ReadFirstScan(reader);
     if (!frame || !componentsInScan) return std::nullopt;
-    const bool holdsWholePicture = frame->IsProgressive || *componentsInScan < frame->Components;
-    return JpegHead{holdsWholePicture, holdsWholePicture ? CountScans(reader) : 1};
+    JpegHead head;
+    head.HoldsWholePicture = frame->IsProgressive || *componentsInScan < frame->Components;
+    if (head.HoldsWholePicture) CountScans(reader, head);
+    return head;
 }
 
 }  // namespace pixmora

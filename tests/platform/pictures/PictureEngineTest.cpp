@@ -141,6 +141,30 @@ TEST_F(PictureEngineTest, TellsEachFormatByItsContent) {
     }
 }
 
+TEST_F(PictureEngineTest, TakesTheNewerFormatsWhereTheyAreNamedSo) {
+    for (const char *name : {"red_quarter.heic", "red_quarter.avif", "red_quarter.webp"}) {
+        SCOPED_TRACE(name);
+        const std::string bytes = ReadBinaryFile(Sample(name));
+        EXPECT_FALSE(Load(bytes)) << "as picture.jpg";
+        std::int32_t success = 0;
+        engine.Load(Sample(name), 0, success);
+        ASSERT_NE(success, 0);
+        EXPECT_EQ(QSize(engine.Width(), engine.Height()), QSize(128, 64));
+        Resize(64);
+        const QImage image = Saved();
+        ASSERT_EQ(image.size(), QSize(64, 32));
+        EXPECT_TRUE(IsNear(image.pixel(10, 5), red) && IsNear(image.pixel(50, 5), blue));
+        int pauses = 0;
+        EXPECT_FALSE(engine.Encoded(3, [&] { ++pauses; }).empty());
+        for (const std::size_t length : {std::size_t{0}, std::size_t{9}, bytes.size() / 3, bytes.size() * 2 / 3}) {
+            engine.Load(folder.Write(name, bytes.substr(0, length)), 0, success);
+            if (success != 0) ErrorOf([&] { SaveTo(folder.Path("out")); });
+        }
+        engine.Load(folder.Write(name, Encoded(WithRedQuarter(64, 32), "jpeg")), 0, success);
+        EXPECT_NE(success, 0) << "the content counts";
+    }
+}
+
 TEST_F(PictureEngineTest, KeepsTheProportionsAndThePictureWhenItScales) {
     const std::pair<QSize, QSize> sizes[] = {
         {{640, 480}, {150, 113}}, {{643, 481}, {150, 112}}, {{400, 30}, {4, 1}}, {{40, 30}, {200, 150}}};
@@ -244,6 +268,7 @@ TEST_F(PictureEngineTest, RefusesBeforeItDecodes) {
         {"progressive of 51 megapixels", false, WithJpegSize(progressive, 7150, 7150)},
         {"progressive with 60 scans", true, WithManyScans(progressive, 60)},
         {"progressive with 200 scans", false, WithManyScans(progressive, 200)},
+        {"progressive of 25 megapixels with 60 scans", false, WithJpegSize(WithManyScans(progressive, 60), 5000, 5000)},
         {"a component a scan is held whole too", false,
          WithJpegSize(baseline, 7150, 7150).replace(scan + 4, 1, 1, '\1')},
         {"jpeg without data", false, baseline.substr(0, scan + 14)},
