@@ -17,7 +17,6 @@
 #include "store/Catalogue.h"
 #include "store/MediaTypes.h"
 #include "store/Popularity.h"
-#include "store/Settings.h"
 
 namespace pixmora {
 

@@ -204,8 +204,12 @@ SContainer *Captioned(const char *name, const char *caption, QLayout *content, Q
 QLabel *AddRow(QGridLayout &grid, const char *caption, QWidget *control) {
     auto *label = new QLabel(QString::fromUtf8(caption));
     label->setBuddy(control);
-    // A label's own words are its name; the caption beside it would hide them.
-    if (qobject_cast<QLabel *>(control) == nullptr) control->setAccessibleName(label->text().remove(u':'));
+    const QString words = label->text().remove(u':');
+    if (qobject_cast<QLabel *>(control) != nullptr) {
+        control->setAccessibleDescription(words);  // a name would hide what it reads
+    } else {
+        control->setAccessibleName(words);
+    }
     const int row = grid.rowCount();
     const bool isTall = qobject_cast<QPlainTextEdit *>(control) != nullptr;
     grid.addWidget(label, row, 0, isTall ? Qt::AlignTop : Qt::AlignVCenter);

@@ -326,6 +326,8 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
         FlagInformation);
     Click(*form, "cmdCheckFirewall");
     EXPECT_EQ(TextOf(*form, "lblPublicIP"), "127.0.0.1");
+    const QAccessibleInterface *heard = QAccessible::queryAccessibleInterface(&Find(*form, "lblPublicIP"));
+    EXPECT_EQ(heard->text(QAccessible::Name), QStringLiteral("127.0.0.1"));
     EXPECT_EQ(service.Requests.at(0).substr(0, 36), "GET /clients/firewall.php HTTP/1.0\r\n");
     EXPECT_TRUE(IsEnabled(*form, "cmdCheckFirewall"));
     Owner.ExpectBrowser(service.Base() + "/support_ip.php");
