@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 
 #include "OutsideFixture.h"
-#include "support/Client.h"
 
 namespace pixmora {
 
@@ -13,37 +12,6 @@ using testing::ElementsAre;
 using testing::Ge;
 using testing::IsEmpty;
 using testing::Le;
-
-namespace {
-
-/// A listening socket whose queue is full: what connects to it hears nothing.
-class FullListener {
-public:
-    FullListener() : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in address{};
-        socklen_t length = sizeof address;
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        auto *const general = reinterpret_cast<sockaddr *>(&address);
-        if (bind(listener_, general, length) != 0 || listen(listener_, 0) != 0 ||
-            getsockname(listener_, general, &length) != 0) {
-            throw std::runtime_error("no listening socket");
-        }
-        Port = ntohs(address.sin_port);
-        for (int i = 0; i < 4; ++i) fillers_.emplace_back(Port);
-    }
-    ~FullListener() { close(listener_); }
-    FullListener(const FullListener &) = delete;
-    FullListener &operator=(const FullListener &) = delete;
-
-    int Port = 0;
-
-private:
-    int listener_;
-    std::vector<test::Client> fillers_;
-};
-
-}  // namespace
 
 using OutboundRequest = OutsideFixture;
 
@@ -96,17 +64,6 @@ TEST_F(OutboundRequest, CutsTheHead) {
     EXPECT_THAT(GetTickCount() - start, Le(4000)) << "an answer ends with its connection";
 }
 
-TEST_F(OutboundRequest, WaitsForAConnection) {
-    const FullListener nobody;
-    SetClock();
-    EXPECT_EQ(GetWebPage("http://127.0.0.1:" + std::to_string(nobody.Port) + "/"), "");
-    EXPECT_EQ(TakeWaited(), 15000);
-    service.Refuse();
-    SetClock();
-    EXPECT_EQ(GetWebPage(service.Base() + "/"), "");
-    EXPECT_THAT(TakeWaited(), Le(15000)) << "refused";
-}
-
 TEST_F(OutboundRequest, WaitsForTheFirstByteAndForTheEnd) {
     service.OnRequest = [this](Winsock &, const std::string &) {
         SetClock();
@@ -120,25 +77,6 @@ TEST_F(OutboundRequest, WaitsForTheFirstByteAndForTheEnd) {
     WhenAnswerBegins([this] { SetClock(); });
     EXPECT_EQ(GetWebPage(service.Base() + "/"), "no end");
     EXPECT_THAT(TakeWaited(), AllOf(Ge(1000), Le(5000))) << "never closed";
-}
-
-TEST_F(OutboundRequest, GoesOnWhileSomethingComesUpToAMegabyte) {
-    Timer timer;
-    int pieces = 0;
-    service.OnRequest = [&](Winsock &visitor, const std::string &) {
-        timer.OnTimer = [&] {
-            if (pieces == 5) return visitor.Close();
-            ++pieces;
-            visitor.SendData("piece ");
-        };
-        timer.SetInterval(10);
-        timer.SetEnabled(true);
-    };
-    EXPECT_EQ(GetWebPage(service.Base() + "/"), "piece piece piece piece piece ");
-    service.OnRequest = [](Winsock &visitor, const std::string &) {
-        visitor.SendData("\r\n\r\n" + std::string(3 * LongestAnswer, 'x'));
-    };
-    EXPECT_EQ(GetWebPage(service.Base() + "/").size(), LongestAnswer - 4);
 }
 
 TEST_F(OutboundRequest, EndsAtASecondCall) {
