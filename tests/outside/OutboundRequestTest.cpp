@@ -47,7 +47,6 @@ TEST_F(OutboundRequest, CutsTheHead) {
         {"head alone", "HTTP/1.0 200 OK\r\n\r\n", ""},
         {"bytes of any value", std::string("\r\n\r\n\0\xFF", 6), std::string("\0\xFF", 2)},
     };
-    const Tick start = GetTickCount();
     for (const auto &[name, answer, page] : cases) {
         service.OnRequest = [bytes = answer](Winsock &visitor, const std::string &) {
             visitor.OnSendComplete = [&visitor] {
@@ -61,7 +60,6 @@ TEST_F(OutboundRequest, CutsTheHead) {
         visitor.Close();
     };
     EXPECT_EQ(GetWebPage(service.Base() + "/"), "") << "closed without a word";
-    EXPECT_THAT(GetTickCount() - start, Le(4000)) << "an answer ends with its connection";
 }
 
 TEST_F(OutboundRequest, WaitsForTheFirstByteAndForTheEnd) {
