@@ -89,6 +89,8 @@ TEST_F(Website, StartScansAlbumsAndTidiesTheTables) {
     Program.Write("albums/A/sub/film.mov", "123");
     Program.Write("albums/A/Private pics/three.jpg", "1");
     Program.Write("albums/A/private/four.jpg", "1");
+    Program.Write("albums/A/O'Brien/five.jpg", "1");
+    AddRight("A", "\\O'Brien", "Ann");
     std::filesystem::create_directory_symlink(Program.Path("albums/A"), Program.Path("albums/A/sub/loop"));
     const auto popular = gDatabase->OpenRecordset("PopularFiles", RecordsetType::Dynaset);
     for (const char *path : {"\\one.JPG", "\\gone.jpg"}) {
