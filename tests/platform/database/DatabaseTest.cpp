@@ -173,6 +173,23 @@ TEST_F(DatabaseTest, MakesAScopesChangesTogetherOrNotAtAll) {
     EXPECT_EQ(ErrorOf([&] { database->OpenRecordset("U", RecordsetType::Table); }), ErrorNumber::ItemNotFound);
 }
 
+TEST_F(DatabaseTest, LetsOthersReadAndWriteWhileRecordsetsAreOpen) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Long}});
+    for (int i = 0; i < 3; ++i) Add(*database, i);
+    const auto plain = database->OpenRecordset("T", RecordsetType::Table);
+    const auto ordered = database->OpenRecordset("SELECT * FROM T ORDER BY A", RecordsetType::Snapshot);
+    EXPECT_FALSE(plain->Eof());
+    EXPECT_FALSE(ordered->Eof());
+    RunSql(Path(), "INSERT INTO T VALUES (3)");
+    Add(*database, 4);
+    database->Checkpoint();
+    for (int i = 0; i < 2; ++i) ordered->MoveNext();
+    EXPECT_EQ(AsLong(ordered->Value(0)), 2);
+    for (int i = 0; i < 4; ++i) plain->MoveNext();
+    EXPECT_EQ(AsLong(plain->Value(0)), 4);
+}
+
 TEST_F(DatabaseTest, KeepsTheLogSmall) {
     const auto database = Create();
     database->SetSynchronousFull(false);
