@@ -89,8 +89,6 @@ TEST_F(Website, StartScansAlbumsAndTidiesTheTables) {
     Program.Write("albums/A/sub/film.mov", "123");
     Program.Write("albums/A/Private pics/three.jpg", "1");
     Program.Write("albums/A/private/four.jpg", "1");
-    Program.Write("albums/A/O'Brien/five.jpg", "1");
-    AddRight("A", "\\O'Brien", "Ann");
     std::filesystem::create_directory_symlink(Program.Path("albums/A"), Program.Path("albums/A/sub/loop"));
     const auto popular = gDatabase->OpenRecordset("PopularFiles", RecordsetType::Dynaset);
     for (const char *path : {"\\one.JPG", "\\gone.jpg"}) {
@@ -243,6 +241,23 @@ TEST_F(Website, LogsInWithTheRightWordsOnly) {
                   "Bad Request")
             << name;
     }
+}
+
+TEST_F(Website, ProtectsADirectoryWithAnApostrophe) {
+    AddAlbum("A");
+    Program.Write("albums/A/O'Brien/a.jpg", "1");
+    Program.Write("albums/A/O'Hara/a.jpg", "1");
+    SaveUser({"Ann", "pass", "pass", false}, "");
+    AddRight("A", "\\O'Brien", "Ann");
+    Start();
+    EXPECT_EQ(gAlbums.at(0)->PictureCount, 1) << "the closed directory is not scanned";
+    EXPECT_NE(Get("/ShowAlbumMedia?1&thumbs&1&O'Hara").find("/O'Hara/a.jpg"), std::string::npos);
+    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien").find("/O'Brien/a.jpg"), std::string::npos);
+    EXPECT_NE(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien", "Cookie: ms_username=Ann; a=b\r\n").find("/O'Brien/a.jpg"),
+              std::string::npos);
+    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien", "Cookie: ms_username=A'nn; a=b\r\n"), "Bad Request");
+    Get("/ShowAlbum?1&thumbs&1&O'Hara");
+    EXPECT_EQ(FirstValue("SELECT * FROM PopularDirs", "DirPath"), "\\O%39Hara");
 }
 
 TEST_F(Website, SendsAMovieWholeAndBooksItAtTheEnd) {
