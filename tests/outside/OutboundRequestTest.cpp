@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "OutsideFixture.h"
+#include "support/Client.h"
 
 namespace pixmora {
 
@@ -12,6 +13,37 @@ using testing::ElementsAre;
 using testing::Ge;
 using testing::IsEmpty;
 using testing::Le;
+
+namespace {
+
+/// A listening socket whose queue is full: what connects to it hears nothing.
+class FullListener {
+public:
+    FullListener() : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_in address{};
+        socklen_t length = sizeof address;
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto *const general = reinterpret_cast<sockaddr *>(&address);
+        if (bind(listener_, general, length) != 0 || listen(listener_, 0) != 0 ||
+            getsockname(listener_, general, &length) != 0) {
+            throw std::runtime_error("no listening socket");
+        }
+        Port = ntohs(address.sin_port);
+        for (int i = 0; i < 4; ++i) fillers_.emplace_back(Port);
+    }
+    ~FullListener() { close(listener_); }
+    FullListener(const FullListener &) = delete;
+    FullListener &operator=(const FullListener &) = delete;
+
+    int Port = 0;
+
+private:
+    int listener_;
+    std::vector<test::Client> fillers_;
+};
+
+}  // namespace
 
 using OutboundRequest = OutsideFixture;
 
@@ -47,6 +79,7 @@ TEST_F(OutboundRequest, CutsTheHead) {
         {"head alone", "HTTP/1.0 200 OK\r\n\r\n", ""},
         {"bytes of any value", std::string("\r\n\r\n\0\xFF", 6), std::string("\0\xFF", 2)},
     };
+    const Tick start = GetTickCount();
     for (const auto &[name, answer, page] : cases) {
         service.OnRequest = [bytes = answer](Winsock &visitor, const std::string &) {
             visitor.OnSendComplete = [&visitor] {
@@ -60,6 +93,18 @@ TEST_F(OutboundRequest, CutsTheHead) {
         visitor.Close();
     };
     EXPECT_EQ(GetWebPage(service.Base() + "/"), "") << "closed without a word";
+    EXPECT_THAT(GetTickCount() - start, Le(4000)) << "an answer ends with its connection";
+}
+
+TEST_F(OutboundRequest, WaitsForAConnection) {
+    const FullListener nobody;
+    SetClock();
+    EXPECT_EQ(GetWebPage("http://127.0.0.1:" + std::to_string(nobody.Port) + "/"), "");
+    EXPECT_EQ(TakeWaited(), 15000);
+    service.Refuse();
+    SetClock();
+    EXPECT_EQ(GetWebPage(service.Base() + "/"), "");
+    EXPECT_THAT(TakeWaited(), Le(15000)) << "refused";
 }
 
 TEST_F(OutboundRequest, WaitsForTheFirstByteAndForTheEnd) {
@@ -75,6 +120,25 @@ TEST_F(OutboundRequest, WaitsForTheFirstByteAndForTheEnd) {
     WhenAnswerBegins([this] { SetClock(); });
     EXPECT_EQ(GetWebPage(service.Base() + "/"), "no end");
     EXPECT_THAT(TakeWaited(), AllOf(Ge(1000), Le(5000))) << "never closed";
+}
+
+TEST_F(OutboundRequest, GoesOnWhileSomethingComesUpToAMegabyte) {
+    Timer timer;
+    int pieces = 0;
+    service.OnRequest = [&](Winsock &visitor, const std::string &) {
+        timer.OnTimer = [&] {
+            if (pieces == 5) return visitor.Close();
+            ++pieces;
+            visitor.SendData("piece ");
+        };
+        timer.SetInterval(10);
+        timer.SetEnabled(true);
+    };
+    EXPECT_EQ(GetWebPage(service.Base() + "/"), "piece piece piece piece piece ");
+    service.OnRequest = [](Winsock &visitor, const std::string &) {
+        visitor.SendData("\r\n\r\n" + std::string(3 * LongestAnswer, 'x'));
+    };
+    EXPECT_EQ(GetWebPage(service.Base() + "/").size(), LongestAnswer - 4);
 }
 
 TEST_F(OutboundRequest, EndsAtASecondCall) {

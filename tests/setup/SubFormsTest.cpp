@@ -88,6 +88,21 @@ TEST_F(SubForms, RootsAndFoldersOfNoDiskAreRefused) {
     EXPECT_TRUE(starts.ends_with("|" + folder + "|")) << starts;
 }
 
+TEST_F(SubForms, TheFeaturedPictureIsChosenOrLeft) {
+    const std::string small = Program.Write("small.jpg", "x");
+    {
+        frmSetupAlbum form(nullptr, std::nullopt, Chooses({}));
+        form.show();
+        Click(form, "optFeaturedImageSpecified");
+        EXPECT_TRUE(Find<QAbstractButton>(form, "optFeaturedImageRandom").isChecked()) << "cancelled, with no path";
+    }
+    frmSetupAlbum form(nullptr, std::nullopt, Chooses({}, small));
+    form.show();
+    Click(form, "cmdBrowseFeaturedImage");
+    EXPECT_TRUE(Find<QAbstractButton>(form, "optFeaturedImageSpecified").isChecked());
+    EXPECT_EQ(TextOf(form, "txtFeaturedImagePath"), small);
+}
+
 TEST_F(SubForms, AUserIsAddedAndEdited) {
     {
         frmSetupUsers form(nullptr, "");

@@ -179,6 +179,15 @@ TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
     EXPECT_EQ(RowsOf(*form, "lstAlbums") + Column("Albums", "AlbumName"), "");
 }
 
+TEST_F(SetupForm, AnAlbumMayBeAskedForAtOnce) {
+    frmSetup form({false, true}, Surroundings());
+    Hands.WhenShown("frmSetupAlbum", [&form](QWidget &editor) {
+        Click(editor, "cmdCancel");
+        QTimer::singleShot(0, &form, [&form] { Click(form, "cmdCancel"); });
+    });
+    form.Run();
+}
+
 TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
     const auto form = Open();
     Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(4);
@@ -200,6 +209,16 @@ TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
     Hands.WhenShown("frmSetupDirOrder", [](QWidget &editor) { Click(editor, "cmdOK"); });
     Click(*form, "cmdSetDirOrder");
     EXPECT_EQ(TextOf(*form, "optDirSortMethod"), "2");
+}
+
+TEST_F(SetupForm, AWebcamNeedsADevice) {
+    const auto form = Open();
+    Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(4);
+    Owner.ExpectMessage(
+        "I'm sorry but no capture devices could be found. Please make sure your camera is installed properly.",
+        FlagCritical);
+    Click(*form, "chkWebcam");
+    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
 }
 
 TEST_F(SetupForm, ChecksAskTheCentralService) {
