@@ -100,15 +100,6 @@ TEST_F(OwnerActionsTest, StatisticsArePagesOfTheRunningSite) {
     Actions.Statistics();
 }
 
-TEST_F(OwnerActionsTest, AboutIsAPageOfTheServiceWhereThereIsOne) {
-    Owner.ExpectMessage("Pixmora! Digital Media Software\r\n\r\nVersion: 1.0.0", FlagInformation);
-    Actions.About();
-    SaveSetting("Setup", "ServiceBase", "http://service.example");
-    SaveSetting("Setup", "AccountName", "anna & co");
-    Owner.ExpectBrowser("http://service.example/about.php?ver=01000000&username=anna%20<amp>and<amp>%20co");
-    Actions.About();
-}
-
 TEST_F(OwnerActionsTest, ExitAsksByWhatThereIsToLose) {
     const std::tuple<const char *, bool, int, std::string, int> cases[] = {
         // name, is started, visitors of the session, question, flags

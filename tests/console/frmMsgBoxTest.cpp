@@ -1,10 +1,7 @@
-// The message box, the help balloon and the captioned frame.
+// The message box and the help balloon.
 #include "console/frmMsgBox.h"
 
-#include <QMouseEvent>
-
 #include "console/Robot.h"
-#include "console/SContainer.h"
 #include "console/frmHelpBalloon.h"
 #include "core/site/OwnerDialogue.h"
 #include "support/Client.h"
@@ -57,26 +54,6 @@ TEST(frmMsgBox, KeysAnswer) {
         });
         EXPECT_EQ(box.Ask("?", flags, nullptr), answer) << flags << " " << keys.last();
     }
-}
-
-TEST(frmMsgBox, IsMovedByItsTitleAreaAndAReleaseOutsideTheButtonIsNoAnswer) {
-    frmMsgBox box;
-    Robot robot;
-    robot.WhenShown("frmMsgBox", [](QWidget &form) {
-        const auto drag = [&form](const char *name, const QPoint &from, const QPoint &to) {
-            QTest::mousePress(&Find(form, name), Qt::LeftButton, {}, from);
-            QTest::mouseMove(&Find(form, name), to);
-            QTest::mouseRelease(&Find(form, name), Qt::LeftButton, {}, to);
-        };
-        const QPoint start = form.pos();
-        drag("imgYes", {5, 5}, {-30, -30});
-        EXPECT_EQ(form.pos(), start);
-        drag("imgTitleArea", {40, 10}, {60, 25});
-        EXPECT_NE(form.pos(), start);
-        EXPECT_TRUE(form.isVisible());
-        form.close();  // the desktop's own closing answers as Escape does
-    });
-    EXPECT_EQ(box.Ask("?", question, nullptr), AnswerNo);
 }
 
 TEST(frmMsgBox, ASecondQuestionWaitsForTheFirstAndEachKeepsItsAnswer) {
@@ -137,24 +114,6 @@ TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
     balloon.Show("Title", "abc", true);
     EXPECT_TRUE(balloon.isVisible());
     EXPECT_TRUE(TurnUntil([&balloon] { return !balloon.isVisible(); }, std::chrono::milliseconds(3000)));
-}
-
-TEST(SContainer, HoldsControlsAndHearsItsCaption) {
-    SContainer frame(QStringLiteral("Create Album"));
-    frame.resize(300, 200);
-    QWidget control(&frame);
-    EXPECT_EQ(frame.ControlsContained(), QList<QWidget *>{&control});
-    std::string heard;
-    frame.OnCaptionMouse = [&heard](const QMouseEvent &event) {
-        heard += event.type() == QEvent::MouseButtonPress ? "down " : "up ";
-    };
-    QTest::mouseClick(&frame, Qt::LeftButton, {}, QPoint(25, 5));
-    EXPECT_EQ(heard, "down up ");
-    frame.Alignment = Qt::AlignRight;
-    QTest::mouseClick(&frame, Qt::LeftButton, {}, QPoint(25, 5));
-    EXPECT_EQ(heard, "down up ");
-    frame.SetCaption(QStringLiteral("Edit User"));
-    EXPECT_EQ(frame.accessibleName(), QStringLiteral("Edit User"));
 }
 
 }  // namespace

@@ -29,21 +29,6 @@ protected:
     DirOrderEditor editor;
 };
 
-TEST_F(DirOrder, TheTreeGoesDownTheDirectories) {
-    const std::vector<TreeNode> albums = AlbumNodes();
-    ASSERT_EQ(albums.size(), 1U);
-    EXPECT_EQ(albums[0].Key + albums[0].Text, "Trips:\\Trips:");
-    EXPECT_TRUE(albums[0].HasChildren);
-    const std::vector<TreeNode> children = ChildDirectories(albums[0].Key);
-    ASSERT_EQ(children.size(), 3U);
-    EXPECT_EQ(children[0].Key, "Trips:\\O'Brien");
-    EXPECT_FALSE(children[0].HasChildren);
-    EXPECT_TRUE(children[1].HasChildren);
-    EXPECT_EQ(ChildDirectories(children[1].Key)[1].Key, "Trips:\\a\\deeper");
-    EXPECT_EQ(SubDirOfKey("Trips:\\a\\deeper"), "\\a\\deeper");
-    EXPECT_TRUE(ChildDirectories("Gone:\\").empty());
-}
-
 TEST_F(DirOrder, MovesAreKeptBySavingOnly) {
     editor.Open("Trips:\\");
     EXPECT_EQ(Names(), "O'Brien a b ");

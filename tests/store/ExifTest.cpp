@@ -87,23 +87,6 @@ TEST_F(ExifTest, ListsBothDirectories) {
     EXPECT_EQ(Read(builder.Head() + builder.Directory(8, usual)).GetTagData(42), "0");
 }
 
-TEST_F(ExifTest, SaysWhyThereIsNothing) {
-    std::string text = "as it was";
-    const clsExif plain = Read("\xFF\xD8 no block at all, not even Exif!");
-    EXPECT_EQ(plain.ListInfo(), "File is not in EXIF format.");
-    EXPECT_EQ(plain.GetTagData(272), "N/A");
-    EXPECT_EQ(plain.MetaInfo(272, text), 0u);
-    EXPECT_EQ(text, "as it was");
-    EXPECT_EQ(Read(std::string(4092, ' ') + BlockBuilder(false).File(usual, {})).Status(), clsExif::ReadStatus::NoExif);
-    EXPECT_EQ(Read("").Status(), clsExif::ReadStatus::Success);
-    EXPECT_EQ(Read("").ListInfo(), "");
-    clsExif exif;
-    exif.ImageFile(folder.Path("missing.jpg"));
-    EXPECT_EQ(exif.Status(), clsExif::ReadStatus::Success);
-    exif.ImageFile(folder.Path());
-    EXPECT_EQ(exif.ListInfo(), "Could not open the file.");
-}
-
 TEST_F(ExifTest, PutsValuesIntoWords) {
     folder.Write("exif.ini",
                  "[Flash]\r\n1=fired\r\n[FocalLength]\r\nFormat=@X mm (@X)\r\n[LightSource]\r\n9=sun\r\nFormat=<@X>\r\n"

@@ -30,12 +30,6 @@ TEST_F(PopularityTest, CountsViewsByAlbumAndPath) {
     EXPECT_THROW(CountFileVisit("It's", "\\a.jpg"), RunTimeError);
 }
 
-TEST_F(PopularityTest, CountsOnTheFirstOfTwoEqualRows) {
-    Ask("INSERT INTO PopularFiles VALUES ('Zoo', '\\a.jpg', 5), ('Zoo', '\\a.jpg', 5)");
-    CountFileVisit("Zoo", "\\a.jpg");
-    EXPECT_EQ(Ask("SELECT FileCount FROM PopularFiles"), "6\n5\n");
-}
-
 TEST_F(PopularityTest, DropsFilesThatAreGoneAmongTheMostViewed) {
     folder.Write("Zoo/here.jpg");
     folder.Write("Alps/both.jpg");

@@ -199,20 +199,4 @@ TEST_F(Webcam, IsTestedWithAStillThatDoesNotStay) {
     EXPECT_FALSE(SaveCaptureFile(App::Path() + "\\htdocs\\capture.bmp", false)) << "silent";
 }
 
-TEST_F(Webcam, DescribesItsDevices) {
-    drivers.Devices[1];
-    EXPECT_FALSE(GetDriverDescription(0));
-    ASSERT_TRUE(GetDriverDescription(1));
-    EXPECT_EQ(GetDriverDescription(1)->Name, "Camera 1");
-    CaptureDriverCaps caps{true, true};
-    EXPECT_FALSE(GetDriverCaps(caps)) << "none connected";
-    EXPECT_TRUE(OpenWebcam(1));
-    EXPECT_TRUE(GetDriverCaps(caps));
-    EXPECT_FALSE(caps.fHasDlgVideoFormat || caps.fHasDlgVideoSource);
-    owner.ExpectMessage(notConnected, critical);
-    EXPECT_FALSE(OpenWebcam(0));
-    EXPECT_FALSE(drivers.Devices[1].IsConnected);
-    CloseWebcam();
-}
-
 }  // namespace pixmora

@@ -1,12 +1,8 @@
-// Database files: made, opened, damaged, killed; types of fields; transactions.
+// Database files: made, opened, damaged; types of fields; transactions.
 #include "platform/database/Database.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <variant>
@@ -113,33 +109,6 @@ TEST_F(DatabaseTest, ConvertsValuesToTheFieldsTypeOrRefusesThem) {
     }
 }
 
-TEST_F(DatabaseTest, ChangesTablesWithTheirRows) {
-    const auto database = Create();
-    database->CreateTable("T", {{"A", FieldType::Long}, {"B", FieldType::Text}});
-    Add(*database, 7);
-    database->AppendField("T", {"C", FieldType::Boolean});
-    EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->Value("C"), FieldValue(false));
-    database->DeleteField("T", "b");
-    const auto rows = database->OpenRecordset("T", RecordsetType::Table);
-    EXPECT_EQ(AsLong(rows->Value(0)), 7);
-    EXPECT_EQ(database->Fields("T").back().Name, "C");
-    EXPECT_EQ(ErrorOf([&] { database->DeleteField("T", "B"); }), ErrorNumber::ItemNotFound);
-    EXPECT_EQ(ErrorOf([&] { database->DeleteTable("U"); }), ErrorNumber::ItemNotFound);
-}
-
-TEST_F(DatabaseTest, RefusesFilesThatItCannotUse) {
-    EXPECT_EQ(Complaint(), "unable to open database file");
-    for (const std::string &bytes : {std::string(), std::string(5000, 'x')}) {
-        folder.Write("test.mdb", bytes);
-        EXPECT_EQ(Complaint(), "file is not a database");
-        EXPECT_EQ(ErrorOf([&] { Create(); }), ErrorNumber::DatabaseError);
-        EXPECT_EQ(folder.Read("test.mdb"), bytes);
-    }
-    std::filesystem::remove(Path());
-    folder.MakeFolder("test.mdb");
-    EXPECT_EQ(Complaint(), "unable to open database file");
-}
-
 TEST_F(DatabaseTest, SaysThatAnotherProgramHoldsTheFile) {
     Create()->CreateTable("T", {{"A", FieldType::Long}});
     sqlite3 *other = nullptr;
@@ -148,48 +117,6 @@ TEST_F(DatabaseTest, SaysThatAnotherProgramHoldsTheFile) {
     EXPECT_EQ(Complaint(), "database is locked");
     sqlite3_close(other);
     EXPECT_EQ(Complaint(), "");
-}
-
-TEST_F(DatabaseTest, WaitsForAnotherProgramsLockOnceUntilAChangeGotThrough) {
-    const auto database = Create();
-    database->CreateTable("T", {{"A", FieldType::Long}});
-    database->SetLockWait(100);
-    sqlite3 *other = nullptr;
-    sqlite3_open(Path().c_str(), &other);
-    for (int lock = 0; lock < 2; ++lock) {
-        sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
-        const auto begun = std::chrono::steady_clock::now();
-        EXPECT_EQ(ErrorOf([&] { Transaction transaction(*database); }), ErrorNumber::DatabaseFailure);
-        const auto waited = std::chrono::steady_clock::now() - begun;
-        EXPECT_GE(waited, std::chrono::milliseconds(100));
-        for (int i = 0; i < 20; ++i) {
-            EXPECT_EQ(ErrorOf([&] { Add(*database, i); }), ErrorNumber::DatabaseFailure);
-        }
-        EXPECT_LT(std::chrono::steady_clock::now() - begun - waited, std::chrono::milliseconds(20 * 100 / 2));
-        EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->RecordCount(), lock) << "reading goes on";
-        sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
-        Add(*database, lock);
-    }
-    sqlite3_close(other);
-}
-
-TEST_F(DatabaseTest, AddsToARowThatIsStillTheOne) {
-    const auto database = Create();
-    database->CreateTable("T", {{"A", FieldType::Text}, {"L", FieldType::Long}, {"D", FieldType::Double}});
-    RunSql(Path(), "INSERT INTO T VALUES ('x', 2147483000, 0.5), ('x', 1, 1), ('y', NULL, 2147483647)");
-    const auto rows = database->OpenRecordset("T", RecordsetType::Dynaset);
-    rows->FindFirst("A='Y'");
-    const std::int64_t y = rows->Bookmark();
-    rows->FindFirst("A='x'");
-    const std::int64_t x = rows->Bookmark();
-    EXPECT_TRUE(database->AddTo("t", x, "A='X' AND D < 1", 1, 647));
-    EXPECT_FALSE(database->AddTo("T", x, "A='x'", 1, 1)) << "beyond a Long";
-    EXPECT_FALSE(database->AddTo("T", y, "A='y'", 1, 1)) << "Null";
-    EXPECT_TRUE(database->AddTo("T", y, "A='y'", 2, 1)) << "a Double has room";
-    EXPECT_FALSE(database->AddTo("T", y, "A='x'", 2, 1)) << "another row's criteria";
-    EXPECT_FALSE(database->AddTo("T", 4, "A='x'", 1, 1)) << "no such row";
-    EXPECT_EQ(ErrorOf([&] { database->AddTo("T", x, "A='x'", 3, 1); }), ErrorNumber::ItemNotFound);
-    EXPECT_EQ(RunSql(Path(), "SELECT * FROM T"), "x|2147483647|0.5\nx|1|1.0\ny||2147483648.0\n");
 }
 
 TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
@@ -307,46 +234,6 @@ TEST_F(DatabaseTest, KeepsTheLogSmall) {
     database->CreateTable("T", {{"A", FieldType::Text}});
     for (int i = 0; i < 10000; ++i) Add(*database, std::string(1000, 'a'));
     EXPECT_LT(std::filesystem::file_size(Path() + "-wal"), 20U << 20U);
-}
-
-// A process that writes and tells of each row that it has written is killed at some moment, several times over one
-// file.
-TEST_F(DatabaseTest, LosesNothingWhenItsProcessIsKilled) {
-    Create()->CreateTable("T", {{"A", FieldType::Long}});
-    int next = 0;
-    for (int round = 0; round < 8; ++round) {
-        int ends[2];
-        ASSERT_EQ(pipe(ends), 0);
-        const pid_t child = fork();
-        if (child == 0) {
-            const auto database = Open();
-            database->SetSynchronousFull(round % 2 == 0);
-            for (int i = next;; ++i) {
-                Transaction transaction(*database);
-                Add(*database, i);
-                Add(*database, -i);
-                transaction.Commit();
-                if (write(ends[1], &i, sizeof i) != sizeof i) _exit(1);
-            }
-        }
-        close(ends[1]);
-        int told = -1;
-        int count = 0;
-        for (int i = 0; count < 40 + 25 * round && read(ends[0], &i, sizeof i) == sizeof i; ++count) told = i;
-        kill(child, SIGKILL);
-        for (int i = 0; read(ends[0], &i, sizeof i) == sizeof i; ++count) told = i;
-        close(ends[0]);
-        waitpid(child, nullptr, 0);
-
-        ASSERT_GE(count, 40) << "the writer came to an early end";
-        const auto database = Open();
-        const auto last = database->OpenRecordset("T", RecordsetType::Table)->RecordCount() / 2 - 1;
-        EXPECT_GE(last, told);
-        const auto sum = database->OpenRecordset("SELECT SUM(A) AS s FROM T", RecordsetType::Snapshot);
-        EXPECT_EQ(AsLong(sum->Value("s")), 0) << "a transaction in half";
-        next = static_cast<int>(last) + 1;
-    }
-    EXPECT_EQ(RunSql(Path(), "PRAGMA integrity_check"), "ok\n");
 }
 
 }  // namespace pixmora

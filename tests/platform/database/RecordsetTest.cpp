@@ -124,16 +124,6 @@ TEST_F(RecordsetTest, MovesAlongTheTableToAShareOfIt) {
     EXPECT_EQ(ErrorOf([&] { Open("SELECT * FROM Files")->MoveAlong(0); }), ErrorNumber::InvalidProcedureCall);
 }
 
-TEST_F(RecordsetTest, StopsAtTheEnd) {
-    for (const std::string source : {"Files", "SELECT * FROM Files ORDER BY FilePath"}) {
-        const auto rows = Open(source);
-        EXPECT_EQ(Names(*rows), "abcde");
-        EXPECT_EQ(ErrorOf([&] { rows->MoveNext(); }), ErrorNumber::NoCurrentRecord);
-        EXPECT_EQ(ErrorOf([&] { rows->Value("Views"); }), ErrorNumber::NoCurrentRecord);
-    }
-    EXPECT_TRUE(Open("SELECT * FROM Files WHERE Views=100")->Eof());
-}
-
 TEST_F(RecordsetTest, KeepsItsRowWhenNothingMatches) {
     const auto rows = Open("Files");
     rows->FindFirst("Views=5");
@@ -214,24 +204,6 @@ TEST_F(RecordsetTest, NamesWhatItCannotFindOrChange) {
     const auto statement = Open("SELECT * FROM Files");
     EXPECT_EQ(ErrorOf([&] { statement->Edit(); }), ErrorNumber::DatabaseError);
     EXPECT_EQ(ErrorOf([&] { statement->FindFirst("Views=3"); }), ErrorNumber::InvalidProcedureCall);
-}
-
-TEST_F(RecordsetTest, OutlivesATableThatIsDroppedMeanwhile) {
-    database->CreateTable("Gone", {{"A", FieldType::Long}});
-    const auto ordered = Open("SELECT * FROM Files ORDER BY FilePath DESC", RecordsetType::Snapshot);
-    const auto plain = Open("Files");
-    ordered->MoveNext();
-    plain->MoveNext();
-    database->DeleteTable("Gone");
-    EXPECT_FALSE(database->TableExists("Gone"));
-    EXPECT_EQ(Names(*ordered), "dcba");
-    EXPECT_EQ(Names(*plain), "bcde");
-
-    const auto half = Open("SELECT * FROM Files ORDER BY FilePath DESC", RecordsetType::Snapshot);
-    half->MoveNext();
-    AddFile("New", "\\0.jpg", 1);
-    database->DeleteTable("Files");
-    EXPECT_EQ(Names(*half), "dcba") << "an ordered statement keeps its rows as they were";
 }
 
 }  // namespace pixmora
