@@ -1,9 +1,7 @@
 // What the setup dialogs have in common.
 #include "setup/SetupWindow.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
-#include <QComboBox>
 #include <QPalette>
 #include <QScreen>
 #include <QStyle>
@@ -47,6 +45,8 @@ SetupWindow::SetupWindow(const char *name, const QString &title, QWidget *parent
     setAccessibleName(title);
     setWindowModality(Qt::ApplicationModal);
     setPalette(SkinPalette());
+    // Menus, and the lists that drop down like them, are windows of their own and would take the desktop's.
+    QApplication::setPalette(SkinPalette(), "QMenu");
     setFont(Skin::Font(skinTextPixels));
     contents_->setContentsMargins(14, 12, 14, 12);
     contents_->setSpacing(10);
@@ -57,8 +57,6 @@ void SetupWindow::reject() {
 }
 
 void SetupWindow::FinishLayout() {
-    // The lists that drop down are windows of their own, which would take the desktop's colours.
-    for (const QComboBox *box : findChildren<QComboBox *>()) box->view()->parentWidget()->setPalette(palette());
     const QRect room = QApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameRoom);
     QSize wanted = sizeHint();
     // What is too high for the screen scrolls, and its bar takes room too.

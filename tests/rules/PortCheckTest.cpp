@@ -1,4 +1,5 @@
 // The checks of the port, in all their branches, on this computer's own sockets.
+#include "platform/sockets/Hosts.h"
 #include "setup/rules/PortCheck.h"
 
 #include <unistd.h>

@@ -50,15 +50,6 @@ std::string ProposedPort() {
     return "80";
 }
 
-bool IsPrivateAddress(const std::string &address) {
-    const std::vector<std::string> parts = Split(address, ".");
-    if (parts.size() != 4) return false;
-    const double first = Val(parts[0]);
-    const double second = Val(parts[1]);
-    return first == 10 || (first == 172 && second >= 16 && second <= 31) || (first == 192 && second == 168) ||
-           (first == 169 && second == 254) || (first == 100 && second >= 64 && second <= 127);
-}
-
 PortCheck::PortCheck(PortCheckHands hands)
     : hands_(std::move(hands)), wnskPortCheckListen(Winsock::Create()), wnskPortCheckConnect(Winsock::Create()) {
     Winsock *const listener = wnskPortCheckListen.get();

@@ -26,9 +26,6 @@ struct PortCheckHands {
 /// The port that a fresh setup proposes: 80, or 8080 where the machine refuses that one to the user.
 std::string ProposedPort();
 
-/// Whether the dotted address is for a network of its own only, not the Internet's (RFC 1918, 3927, 6598).
-bool IsPrivateAddress(const std::string &address);
-
 /// Listens on the port, asks the central service for the public address, and calls that address on the port: a check
 /// passes when its own listener is called. Checks wait for up to 11 s beside the service's answer, with the message
 /// loop going on. Without a service there is nobody to ask: a check then tells what can be known here, at once.
