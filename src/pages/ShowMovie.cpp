@@ -49,10 +49,9 @@ Delivery WholeMovie(std::int64_t size) {
             Concat(WriteResponseHead("application/octet-stream", false), "Content-Length: ", size, CrLf, CrLf)};
 }
 
-/// For players that seek. Downloads keep the type that makes a browser save them.
-Delivery MovieForPlayers(const MovieAddress &address, std::int64_t size, std::string_view request) {
-    const std::string_view type =
-        address.Mode.starts_with("full") ? "application/octet-stream" : MovieContentType(address.LinkPath);
+/// For players that seek.
+Delivery MovieForPlayers(std::string_view path, std::int64_t size, std::string_view request) {
+    const std::string_view type = MovieContentType(path);
     const auto range = ReadByteRange(HeaderValue(request, "Range").value_or(""), size);
     const auto head = [&](std::string_view status, std::string_view contentRange, std::int64_t length) {
         return WriteResponseHead(status, type,
@@ -87,7 +86,7 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
         SendIgnoringErrors(socket, "Too many connections! Try again later.");
         throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     }
-    const Delivery delivery = gMoreTypes ? MovieForPlayers(*address, size, socket->Request) : WholeMovie(size);
+    const Delivery delivery = gMoreTypes ? MovieForPlayers(path, size, socket->Request) : WholeMovie(size);
     socket->Transfer = {.FileNumber = std::move(file),
                         .FilePath = path,
                         .FirstByte = delivery.First,

@@ -82,9 +82,7 @@ void SocketConnection::Send(std::string_view bytes) {
 bool SocketConnection::SendSource(std::string_view bytes, ByteSource source) {
     if (SourceLeft() > 0) return false;
     Send(bytes);
-    source_ = std::move(source);
-    sourceSent_ = 0;
-    if (SourceLeft() == 0) EndSource();
+    if (source.Length > 0) source_ = std::move(source);
     Watch(Watched() | Wanted());
     return true;
 }
