@@ -1,6 +1,9 @@
 // pixmorad: the server with no windows, in the foreground.
+#include <unistd.h>
+
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 #include "app/CommandLine.h"
 #include "app/LineDialogue.h"
@@ -12,25 +15,43 @@
 #include "platform/loop/Application.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/loop/ServiceManager.h"
+#include "platform/pictures/QrCode.h"
 
 namespace {
 
 constexpr const char *usage =
-    "usage: pixmorad [--help | --version]\n"
+    "usage: pixmorad [--help | --version | --qr]\n"
     "Starts the website at once and serves it in the foreground until SIGTERM, SIGINT or SIGHUP.\n"
-    "pixmoractl makes its albums and settings.\n";
+    "--qr prints the site's address as a QR code too. pixmoractl makes its albums and settings.\n";
 
 /// The start sequence's status texts as lines on standard output, the site's address behind the last.
 /// A service manager hears the same.
 class LineView : public pixmora::StartView {
 public:
+    explicit LineView(bool showsQrCode) : showsQrCode_(showsQrCode) {}
     void ShowStatus(const std::string &text) override {
         pixmora::PrintLine(stdout, text);
         pixmora::NotifyServiceManager("STATUS=" + text);
     }
     void ShowLive() override {
         pixmora::PrintLine(stdout, pixmora::gWebsiteAddress);
+        if (showsQrCode_) {
+            std::fputs(QrText(pixmora::MakeQrCode(pixmora::gWebsiteAddress), isatty(STDOUT_FILENO) != 0).c_str(),
+                       stdout);
+            std::fflush(stdout);
+        }
         pixmora::NotifyServiceManager("READY=1\nSTATUS=Serving " + pixmora::gWebsiteAddress);
+    }
+
+private:
+    const bool showsQrCode_;
+};
+
+/// The address follows the network, also for the service manager.
+class ServerDialogue : public pixmora::LineDialogue {
+public:
+    void WebsiteStatusChanged() override {
+        if (pixmora::gWebsiteStarted) pixmora::NotifyServiceManager("STATUS=Serving " + pixmora::gWebsiteAddress);
     }
 };
 
@@ -41,12 +62,12 @@ void EndProgram() {
 }
 
 /// @return whether the website is live
-bool Start() {
+bool Start(bool showsQrCode) {
     if (pixmora::BeginProgram("") != pixmora::ProgramStart::Ready) return false;
     pixmora::NoteInstallTime();
     pixmora::LoadSystray();
     pixmora::OnTerminationSignal(EndProgram);
-    LineView view;
+    LineView view(showsQrCode);
     pixmora::RunStartSequence(view);
     return pixmora::gWebsiteStarted;
 }
@@ -56,12 +77,13 @@ bool Start() {
 int main(int argc, char **argv) {
     const pixmora::Application application(argc, argv);
     if (const auto status = pixmora::AnswerQuestion(argc, argv, usage)) return *status;
-    if (argc > 1) return pixmora::RefuseWords(usage);
-    pixmora::LineDialogue dialogue;
+    const bool showsQrCode = argc == 2 && std::string_view(argv[1]) == "--qr";
+    if (argc > 1 && !showsQrCode) return pixmora::RefuseWords(usage);
+    ServerDialogue dialogue;
     pixmora::SetOwnerDialogue(&dialogue);
     int status = 1;
-    pixmora::RunEventHandler([&status] {
-        if (Start()) status = pixmora::RunMessageLoop();
+    pixmora::RunEventHandler([&] {
+        if (Start(showsQrCode)) status = pixmora::RunMessageLoop();
     });
     pixmora::ReleaseProgram();
     return status;

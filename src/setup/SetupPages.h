@@ -63,6 +63,7 @@ struct FirewallPage : ServicePage {
     QLabel *lblPublicIP = FormParts::Label("lblPublicIP", QStringLiteral("..."));
     QLabel *lblPrivateIP = FormParts::Label("lblPrivateIP");
     SkinButton *cmdCheckFirewall = FormParts::Button("cmdCheckFirewall", "Run Test");
+    QCheckBox *chkPortMapping = FormParts::CheckBox("chkPortMapping", "Ask the router to open the port");
 
 private:
     QLayout *MakeAdvice();

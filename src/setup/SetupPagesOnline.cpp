@@ -106,6 +106,7 @@ FirewallPage::FirewallPage() {
     rows->setSpacing(12);
     rows->addLayout(addresses);
     rows->addWidget(cmdCheckFirewall, 0, Qt::AlignLeft);
+    rows->addWidget(chkPortMapping);
     rows->addLayout(MakeAdvice());
     Add(
         Note("This test will make sure people will be able to connect to your website with your current firewall or "

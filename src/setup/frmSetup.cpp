@@ -159,6 +159,7 @@ std::vector<frmSetup::BoundControl> frmSetup::BoundControls() const {
         {online_->txtServiceBase, &SetupFields::ServiceBase},
         {online_->txtAccountName, &SetupFields::AccountName},
         {online_->chkListOnline, &SetupFields::ListOnline},
+        {firewall_->chkPortMapping, &SetupFields::PortMapping},
         {online_->txtPublicAddress, &SetupFields::PublicAddress},
         {port_->cboListenPort, &SetupFields::ListenPort},
     };

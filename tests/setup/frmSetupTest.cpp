@@ -139,7 +139,8 @@ TEST_F(SetupForm, CancelAsksOnlyAfterAChange) {
         Click(*form, "cmdCancel");
         EXPECT_FALSE(form->isVisible());
     }
-    for (const char *control : {"txtAuthor", "sldImageSize", "chkListOnline", "cboListenPort", "txtWelcome"}) {
+    for (const char *control :
+         {"txtAuthor", "sldImageSize", "chkListOnline", "chkPortMapping", "cboListenPort", "txtWelcome"}) {
         const auto form = Open();
         Enter(*form, control, "1");
         Owner.ExpectMessage(discardQuestion, CriticalQuestion, AnswerNo);

@@ -11,7 +11,6 @@
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
-#include "platform/runtime/Text.h"
 #include "platform/sockets/Hosts.h"
 #include "store/Settings.h"
 

@@ -66,6 +66,7 @@ SetupFields LoadSetupFields(const std::string &proposedPort) {
                        .ListOnline = stored("ListOnline", "0"),
                        .ServiceBase = stored("ServiceBase", ""),
                        .AccountName = stored("AccountName", ""),
+                       .PortMapping = stored("PortMapping", "0"),
                        .PublicAddress = stored("PublicAddress", ""),
                        .Description = ReadProgramFile("sitedesc.txt").value_or(""),
                        .Welcome = ReadProgramFile("welcome.txt").value_or(WelcomeAtStart)};
@@ -93,6 +94,7 @@ void SaveSetupFields(const SetupFields &fields, const std::string &program) {
     Save("ListOnline", fields.ListOnline);
     SaveOrRemove("ServiceBase", CleanServiceBase(fields.ServiceBase));
     SaveOrRemove("AccountName", Trim(fields.AccountName));
+    SaveOrRemove("PortMapping", fields.PortMapping == "1" ? fields.PortMapping : std::string());
     SaveOrRemove("PublicAddress", Trim(fields.PublicAddress));
 }
 

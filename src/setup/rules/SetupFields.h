@@ -23,6 +23,7 @@ struct SetupFields {
     std::string ListOnline;    ///< "1" or "0"
     std::string ServiceBase;   ///< of the central service, as typed
     std::string AccountName;
+    std::string PortMapping;    ///< "1" or "0"
     std::string PublicAddress;  ///< what the site calls itself by: host, host:port or URL; empty for what it finds out
     std::string Description;    ///< plain text, lines ending in CR LF
     std::string Welcome;        ///< HTML, lines ending in CR LF
