@@ -4,6 +4,7 @@
 #include "store/Schema.h"
 #include "store/Statistics.h"
 #include "support/FileSizeLimit.h"
+#include "support/PlayedService.h"
 #include "support/RawDatabase.h"
 #include "support/RunningSite.h"
 
@@ -54,6 +55,22 @@ TEST_F(Website, StartIsCancelledAtItsThreePlacesAndNoLater) {
     view.CancelAt = "Loading Albums...";
     RunStartSequence(view);
     EXPECT_TRUE(gWebsiteStarted);
+}
+
+TEST_F(Website, StartListsTheSiteWithAServiceThatAnswersOnly) {
+    PlayedService service;
+    AddAlbum("A");
+    SaveSetting("Setup", "ServiceBase", service.Base());
+    SaveSetting("Setup", "ListOnline", "1");
+    SaveSetting("Setup", "RunFirewallCheck", "1");
+    for (const auto &[answer, requests] : {std::pair("<html>404</html>", 1U), std::pair("127.0.0.1", 2U)}) {
+        service.Answer = answer;
+        service.Requests.clear();
+        EXPECT_EQ(Start().at(4), "Listing Online...");
+        TurnUntil([&] { return service.Requests.size() == 2; }, std::chrono::milliseconds(requests == 2 ? 2000 : 50));
+        EXPECT_EQ(service.Requests.size(), requests) << answer;
+        StopWebsite(true);
+    }
 }
 
 TEST_F(Website, StartTellsOfAPortInUse) {

@@ -142,18 +142,6 @@ TEST_F(CentralService, BringsNewsInTheOrderOfItsAnswer) {
     EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|The LatestNews2004030201"));
 }
 
-TEST_F(CentralService, CanBeSilentRefusingOrAbsent) {
-    service.OnRequest = [this](Winsock &, const std::string &) {
-        SetClock();
-    };
-    EXPECT_EQ(Check(), ServiceCheck::NoAnswer);
-    EXPECT_EQ(gWebsiteAddress, local) << "silent";
-    clock.reset();
-    service.Refuse();
-    EXPECT_EQ(Check(), ServiceCheck::NoAnswer);
-    EXPECT_EQ(gWebsiteAddress, local) << "refusing";
-}
-
 TEST_F(CentralService, ListsTheSite) {
     SaveSetting("Setup", "AccountName", "ann b");
     gServerTitle = "My Site";
