@@ -113,9 +113,9 @@ function Key(event) {
   var arrow = { ArrowLeft: 'previous.gif', ArrowRight: 'next.gif' }[event.key];
   if (arrow && event.target.tagName != 'VIDEO' && !event.altKey && !event.ctrlKey && !event.metaKey) Follow(arrow);
 }
-// A swipe leads on like the arrows, unless the fingers zoom or move a zoomed page.
+// A swipe leads on like the arrows, unless the fingers zoom, move a zoomed page or work a movie's controls.
 var touch = null;
-function TouchStart(event) { touch = event.touches.length == 1 ? event.touches[0] : null; }
+function TouchStart(event) { touch = event.touches.length == 1 && event.target.tagName != 'VIDEO' ? event.touches[0] : null; }
 function TouchEnd(event) {
   if (!touch || (window.visualViewport && visualViewport.scale > 1)) return;
   var x = event.changedTouches[0].clientX - touch.clientX, y = event.changedTouches[0].clientY - touch.clientY;
