@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """How the site comes back, and how it goes on while something is missing: recovery.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
 import contextlib
+import fcntl
+from pathlib import Path
 
 from endurance import *
 from store import AS_ROOT, JPEG_HEAD, THUMBS, Load, ask_thumb, copied, total, total_running
@@ -132,7 +134,41 @@ def short_locks(programs, results):
                     load.answered + 1 <= counted and not said)
 
 
+def settings_locked(programs, results):
+    """Another program that has locked the folder of the settings, over a heartbeat and a start."""
+    seconds = 70
+    with Site(programs) as site:
+        folder = next(Path(site.folder, "config").rglob("settings.ini")).parent
+        descriptor = os.open(folder, os.O_RDONLY)
+        fcntl.flock(descriptor, fcntl.LOCK_EX)
+        waits, begun = [], time.monotonic()
+        while time.monotonic() - begun < seconds:
+            sent = time.monotonic()
+            is_answered = is_page(site.get("/"))
+            waits.append(time.monotonic() - sent if is_answered else 99)
+            time.sleep(0.05)
+        results.add("R3", "settings' folder locked by another program for %d s: the longest wait for an answer" % seconds,
+                    len(waits), "%.0f ms" % (1000 * max(waits)), "<= 250 ms", max(waits) <= 0.25)
+        os.close(descriptor)
+
+
+def locked_at_the_start(programs, results):
+    with contextlib.closing(Site(programs)) as site:
+        with contextlib.closing(sqlite3.connect(site.database, isolation_level=None)) as other:
+            other.execute("BEGIN EXCLUSIVE")
+            with contextlib.suppress(RuntimeError):
+                site.start()
+            status = site.process.wait(30)
+        said = new_lines(site, "")
+        site.start()
+        results.add("D3", "database locked by another program at the start: says so and ends; free again, it starts", 1,
+                    "status %d; %s" % (status, " / ".join(said)), "status 1 and the message",
+                    status == 1 and len(said) == 1 and said[0].startswith("Error loading database!") and is_page(site.get("/")))
+
+
 def lock(programs, results):
+    locked_at_the_start(programs, results)
+    settings_locked(programs, results)
     short_locks(programs, results)
     locked(programs, results)
 
