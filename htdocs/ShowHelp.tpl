@@ -45,7 +45,8 @@ bar opens it.</p>
 <h2><img src="ShowGraphic?movie16.gif" alt="">The slideshow</h2>
 <p>A slideshow plays by itself and starts over after the last file. <img src="ShowGraphic?pause.gif" alt="Pause" align="absmiddle">
 stops it at the picture you see, <img src="ShowGraphic?play.gif" alt="Play" align="absmiddle"> lets it go on, and the arrows go
-one step back or forward. Under &ldquo;Display Time&rdquo; you choose for how many seconds each picture stays.</p>
+one step back or forward. On a keyboard the space bar and the arrow keys do the same, on a phone a swipe leads on. Under
+&ldquo;Display Time&rdquo; you choose for how many seconds each picture stays.</p>
 
 <h2><img src="ShowGraphic?digitalcam16.gif" alt="">Details and downloads</h2>
 <p>Click a picture or movie to see it larger, with its size, its dates and, for many photographs, the camera that took it.
