@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <span>
 
 #include "platform/runtime/Encoding.h"
@@ -31,16 +32,12 @@ constexpr std::span<const LinkToken> serviceTokens(linkTokens, 3);
 // Around two hexadecimal digits: a byte that no browser carries as it is.
 constexpr std::string_view byteMark = "<byte>";
 
-const LinkToken *TokenOf(std::span<const LinkToken> tokens, char character) {
-    const auto found = std::ranges::find(tokens, character, &LinkToken::Character);
-    return found == tokens.end() ? nullptr : &*found;
-}
-
-/// Whether the byte gets lost between link and query: "*" separates, a quote ends the attribute, "<" begins a token,
-/// browsers take line ends and tabs out of addresses and blanks off their end, and replace what isn't UTF-8.
-bool IsLostOnTheWay(char byte, bool isUtf8) {
+/// Whether the byte comes as it is from a link to the decoded query. A "*" separates, a quote ends the attribute, "<"
+/// begins a token; browsers take line ends and tabs out of addresses and blanks off their end, and replace what isn't
+/// UTF-8.
+bool IsCarried(char byte, bool isUtf8) {
     const auto code = static_cast<unsigned char>(byte);
-    return code < ' ' || (code > 0x7F && !isUtf8) || std::string_view("*\"<>").find(byte) != std::string_view::npos;
+    return code > ' ' && (code <= 0x7F || isUtf8) && std::string_view("&+#%*\"<>").find(byte) == std::string_view::npos;
 }
 
 /// Whether a piece of a query is one that social networks and mailing services append to addresses.
@@ -198,12 +195,13 @@ std::string EncodeLinkPart(std::string_view text) {
         text.remove_prefix(1);
     }
     for (const char character : text) {
-        if (const LinkToken *token = TokenOf(linkTokens, character)) {
-            encoded += token->Token;
-        } else if (IsLostOnTheWay(character, isUtf8)) {
-            encoded += ByteToken(character);
+        if (IsCarried(character, isUtf8)) {
+            encoded += character;
+        } else if (character == ' ') {
+            encoded += "%20";
         } else {
-            Append(encoded, character == ' ' ? "%20" : std::string_view(&character, 1));
+            const auto token = std::ranges::find(linkTokens, character, &LinkToken::Character);
+            encoded += token == std::end(linkTokens) ? ByteToken(character) : std::string(token->Token);
         }
     }
     return encoded;
