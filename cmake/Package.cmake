@@ -34,7 +34,8 @@ add_custom_target(packaging ALL DEPENDS ${compressed})
 set(shared ${CMAKE_INSTALL_DATADIR}/pixmora)
 set(icons ${CMAKE_INSTALL_DATADIR}/icons)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/htdocs DESTINATION ${shared} COMPONENT server)
-install(FILES ${PROJECT_SOURCE_DIR}/share/exif.ini DESTINATION ${shared} COMPONENT server)
+install(FILES ${PROJECT_SOURCE_DIR}/share/exif.ini ${PROJECT_SOURCE_DIR}/share/release-1.0.0.sha256
+        DESTINATION ${shared} COMPONENT server)
 install(FILES ${packaging}/pixmorad.service DESTINATION lib/systemd/user COMPONENT server)
 install(FILES ${packaging}/pixmora.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT desktop)
 install(FILES ${packaging}/example.pixmora.pixmora.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo

@@ -8,7 +8,9 @@
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
+#include "store/Protection.h"
 #include "store/Settings.h"
 #include "store/Statistics.h"
 
@@ -57,9 +59,12 @@ void LoadSiteTexts() {
 
 void LoadDisplaySettings() {
     const std::int32_t size = GetSettingNumber("Setup", "ImageSize", 3);
-    gThumbSize = MultiplyLong(size, 50);
-    gSlideshowSize = MultiplyLong(size, 100);
-    gPreviewSize = MultiplyLong(size, 125);
+    const auto times = [size](std::int32_t pixels) {
+        return Naming("Setup, ImageSize", [&] { return MultiplyLong(size, pixels); });
+    };
+    gThumbSize = times(50);
+    gSlideshowSize = times(100);
+    gPreviewSize = times(125);
     const std::int32_t quality = GetSettingNumber("Setup", "ImageQuality", 3);
     if (quality >= 1 && quality <= 5) {
         gThumbQuality = QualityFlag(20 + quality * 10);
@@ -74,7 +79,7 @@ void LoadDisplaySettings() {
 
 void LoadRestrictedWords() {
     std::string words = "Private*|Censored";
-    if (const std::optional<std::string> text = ReadProgramFile("restrictwords.txt")) {
+    if (const std::optional<std::string> text = ReadProgramFile(RestrictedWordsFile)) {
         words = Replace(ReplaceLineEnds(*text, "|"), "||", "|");
     }
     gRestrictedWords = Split(words, "|");

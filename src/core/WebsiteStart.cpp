@@ -1,7 +1,9 @@
 // The website's start.
 #include "core/WebsiteStart.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -18,8 +20,10 @@
 #include "outside/CentralService.h"
 #include "pages/clsWebServerCommands.h"
 #include "platform/files/Files.h"
+#include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Popularity.h"
 #include "store/Schema.h"
@@ -33,6 +37,7 @@ namespace {
 
 constexpr double pauseSeconds = 0.5;
 constexpr int popularDirsPerRow = 5;
+constexpr std::size_t mostFoldersTold = 10;
 /// Visitors wait while the message loop waits for another program's lock. ms
 constexpr int lockWaitServing = 150;
 
@@ -48,7 +53,7 @@ public:
     explicit StartSequence(StartView &view) : view_(view) {}
 
     void Run() {
-        if (HasAlbums() && OpenPort() && CheckForNews() && LoadSettings() && LoadAlbums() && GoOnline()) {
+        if (TakeSteps()) {
             ShowLive();
         } else {
             StopWebsite(false);
@@ -58,6 +63,16 @@ public:
     }
 
 private:
+    bool TakeSteps() {
+        try {
+            return HasAlbums() && OpenPort() && CheckForNews() && LoadSettings() && LoadAlbums() && GoOnline();
+        } catch (const RunTimeError &error) {
+            if (error.Number() != ErrorNumber::DatabaseFailure) throw;
+            ShowMessageBox(DatabaseMessage(), FlagCritical);
+            return false;
+        }
+    }
+
     /// Without any, the owner may set one up; the start ends in any case.
     bool HasAlbums() {
         std::int32_t count = 0;
@@ -96,6 +111,7 @@ private:
         CreateStatsRecent();
         SetFiguresRunning(true);
         gSystray->tmrConnections.SetEnabled(true);
+        outdated_ = App::UpdateShippedFiles();
         LoadStyleSheet();
         LoadSiteTexts();
         LoadDisplaySettings();
@@ -115,7 +131,7 @@ private:
             if (!PathExists(album->Directory) && WantsToFix(name)) return false;
             gAlbums.push_back(album);
             SaveSetting("AlbumIDs", name, std::to_string(number));
-            ScanAlbum(*album);
+            std::ranges::move(ScanAlbum(*album), std::back_inserter(unreadable_));
             pictures_ += album->PictureCount;
             movies_ += album->MovieCount;
         }
@@ -150,6 +166,25 @@ private:
         view_.AdvanceProgress();
         view_.ShowStatus("Your Website is Live!");
         view_.ShowLive();
+        TellUnreadable();
+        TellOutdated();
+    }
+
+    void TellOutdated() const {
+        if (outdated_.empty()) return;
+        ShowNotice("This version brings newer forms of files that you have changed. Yours stay: " +
+                   Join(outdated_, ", ") + ". The newer ones are in " + SystemPath(App::ShippedPath("")) + ".");
+    }
+
+    void TellUnreadable() const {
+        if (unreadable_.empty()) return;
+        std::string text = "Unable to read folders of your albums! What is in them isn't shown:";
+        for (std::size_t i = 0; i < unreadable_.size() && i < mostFoldersTold; ++i) {
+            text += "\r\n" + SystemPath(unreadable_[i]);
+        }
+        if (unreadable_.size() > mostFoldersTold)
+            Append(text, "\r\nand ", unreadable_.size() - mostFoldersTold, " more");
+        ShowNotice(text);
     }
 
     static void ClearSessionFigures() {
@@ -168,7 +203,8 @@ private:
 
     static void TidyTables() {
         TidyPopularFiles(DirectoryOfAlbum);
-        TidyPopularDirs(DirectoryOfAlbum, MultiplyLong(gFilesPerRow, popularDirsPerRow));
+        TidyPopularDirs(DirectoryOfAlbum,
+                        Naming("Setup, FilesPerRow", [] { return MultiplyLong(gFilesPerRow, popularDirsPerRow); }));
         PurgeHourly();
         PurgeDaily();
     }
@@ -187,6 +223,8 @@ private:
 
     StartView &view_;
     std::vector<std::string> names_;
+    std::vector<std::string> outdated_;    ///< files that came with an earlier version
+    std::vector<std::string> unreadable_;  ///< folders of the albums
     std::int32_t pictures_ = 0;
     std::int32_t movies_ = 0;
 };

@@ -30,11 +30,6 @@ std::string SecondCopyMessage(const std::string &commandLine) {
     return commandLine.empty() ? message : message + " To create an album, click on Setup and then Albums.";
 }
 
-std::string DatabaseMessage() {
-    return "Error loading database!\r\n\r\nPlease make sure '" + SystemPath(DatabasePath(CurrentSchemaVersion)) +
-           "' is not in use!";
-}
-
 template <typename Step>
 void IgnoringErrors(const Step &step) {
     try {
@@ -48,7 +43,7 @@ void IgnoringErrors(const Step &step) {
 
 ProgramStart BeginProgram(const std::string &commandLine) {
     MigrateSettings();
-    if (App::PrevInstance()) {
+    if (IsProgramElsewhere()) {
         ShowMessageBox(SecondCopyMessage(commandLine), FlagCritical);
         return ProgramStart::SecondCopy;
     }

@@ -1,11 +1,13 @@
 // Catalogue.h: the scan of an album's files at website start.
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "platform/files/Files.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
+#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
@@ -37,21 +39,28 @@ public:
         album_.DateUpdated = DateText(AddDays(today_, -days_));
     }
 
+    std::vector<std::string> UnreadableFolders() && { return std::move(unreadable_); }
+
 private:
     void ScanDirectory(const std::string &path) {
         CommitRows();
         DoEvents();
         const Directory directory(path);
-        if (!directory.IsReadable()) return;
-        open_.push_back(IdentityOf(GetFileFacts(path)));
+        const std::optional<FileFacts> ownFacts = FactsOf(directory, {".", true});
+        if (!directory.IsReadable() || !ownFacts) {
+            unreadable_.push_back(path);
+            return;
+        }
+        open_.push_back(IdentityOf(*ownFacts));
         const std::string relativePath = RelativePath(path);
         const bool isProtected = IsProtectedDir(album_, LastPathPart(path), relativePath);
         for (const DirectoryEntry &entry : directory.Entries()) {
             if (entry.IsDirectory && entry.Name.starts_with('.')) {
-                NoteAge(directory.Facts(entry).CreationTime);
+                if (const auto facts = FactsOf(directory, entry)) NoteAge(facts->CreationTime);
             } else if (entry.IsDirectory) {
-                const bool isWanted = !isProtected && album_.SubDirectories != 0;
-                if (isWanted && !IsOpen(directory.Facts(entry))) ScanDirectory(path + "\\" + entry.Name);
+                if (isProtected || album_.SubDirectories == 0) continue;
+                const auto facts = FactsOf(directory, entry);
+                if (!facts || !IsOpen(*facts)) ScanDirectory(path + "\\" + entry.Name);
             } else if (!isProtected) {
                 ScanFile(directory, entry, path);
             }
@@ -61,10 +70,11 @@ private:
 
     void ScanFile(const Directory &directory, const DirectoryEntry &entry, const std::string &path) {
         if (album_.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns)) {
-            const FileFacts facts = directory.Facts(entry);
+            const auto facts = FactsOf(directory, entry);
+            if (!facts) return;
             ++pictureCount_;
-            pictureSize_ += static_cast<double>(facts.Size);
-            NoteAge(facts.LastWriteTime);
+            pictureSize_ += static_cast<double>(facts->Size);
+            NoteAge(facts->LastWriteTime);
             if (!rows_) rows_ = std::make_unique<Transaction>(*gDatabase);
             mediaList_->AddNew();
             mediaList_->Set("AlbumName", album_.Name);
@@ -72,10 +82,20 @@ private:
             mediaList_->Update();
         }
         if (album_.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns)) {
-            const FileFacts facts = directory.Facts(entry);
+            const auto facts = FactsOf(directory, entry);
+            if (!facts) return;
             ++movieCount_;
-            movieSize_ += static_cast<double>(facts.Size);
-            NoteAge(facts.LastWriteTime);
+            movieSize_ += static_cast<double>(facts->Size);
+            NoteAge(facts->LastWriteTime);
+        }
+    }
+
+    /// None of what has vanished since it was listed, or can be listed and not looked at.
+    static std::optional<FileFacts> FactsOf(const Directory &directory, const DirectoryEntry &entry) {
+        try {
+            return directory.Facts(entry);
+        } catch (const RunTimeError &) {
+            return std::nullopt;
         }
     }
 
@@ -101,7 +121,8 @@ private:
     const DateTime today_ = Today();
     std::unique_ptr<Recordset> mediaList_;
     std::unique_ptr<Transaction> rows_;  ///< of the files since the loop was last turned
-    std::vector<Identity> open_;         ///< the folders from the root to the present one
+    std::vector<std::string> unreadable_;
+    std::vector<Identity> open_;  ///< the folders from the root to the present one
     std::int32_t pictureCount_ = 0;
     double pictureSize_ = 0;
     std::int32_t movieCount_ = 0;
@@ -111,8 +132,10 @@ private:
 
 }  // namespace
 
-void ScanAlbum(clsAlbum &album) {
-    AlbumScan(album).Run();
+std::vector<std::string> ScanAlbum(clsAlbum &album) {
+    AlbumScan scan(album);
+    scan.Run();
+    return std::move(scan).UnreadableFolders();
 }
 
 }  // namespace pixmora

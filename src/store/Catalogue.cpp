@@ -49,12 +49,12 @@ DirOrder::DirOrder(std::string_view albumName) {
     const auto rows = gDatabase->OpenRecordset(
         "SELECT SubDir, SeqPos FROM DBOrder WHERE AlbumName = " + QuotedText(albumName), RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
-        places_.try_emplace(LCase(TextOrEmpty(rows->Value("SubDir"))), rows->Value("SeqPos"));
+        places_.try_emplace(FoldedText(TextOrEmpty(rows->Value("SubDir"))), rows->Value("SeqPos"));
     }
 }
 
 std::string DirOrder::Position(std::string_view subDir, std::string_view fallback) const {
-    const auto place = places_.find(LCase(ProtectionKey(subDir)));
+    const auto place = places_.find(FoldedText(ProtectionKey(subDir)));
     if (place == places_.end()) return std::string(fallback);
     return FormatPadded(AsLong(place->second), 6);
 }
@@ -73,7 +73,7 @@ AlbumPointer AlbumByNumber(std::int32_t number) {
 }
 
 std::int32_t AlbumNumberByName(std::string_view albumName) {
-    return CLng(GetSetting("AlbumIDs", albumName));
+    return Naming(Concat("AlbumIDs, ", albumName), [&] { return CLng(GetSetting("AlbumIDs", albumName)); });
 }
 
 AlbumPointer LoadAlbum(std::string_view albumName, std::int16_t id) {

@@ -26,7 +26,7 @@ public:
     std::string Position(std::string_view subDir, std::string_view fallback) const;
 
 private:
-    std::unordered_map<std::string, FieldValue> places_;  ///< by the stored path in lower case
+    std::unordered_map<std::string, FieldValue> places_;  ///< by the stored path, folded
 };
 
 /// The subdirectory's place in the owner's order as six digits, or the fallback when it has none.
@@ -46,6 +46,7 @@ AlbumPointer LoadAlbum(std::string_view albumName, std::int16_t id);
 
 /// Makes the album's media table and fills it with its pictures, counts and sizes its files and dates it by the newest.
 /// Turns the message loop once a folder. Files of protected folders are left out.
-void ScanAlbum(clsAlbum &album);
+/// @return the folders that could not be read, which contribute nothing
+std::vector<std::string> ScanAlbum(clsAlbum &album);
 
 }  // namespace pixmora

@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "platform/files/Files.h"
+#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Globals.h"
+#include "store/Settings.h"
 
 namespace pixmora {
 
@@ -45,6 +47,21 @@ std::string RightsStatement(const std::string &albumName, std::span<const std::s
     return "SELECT * FROM PrivateDirs WHERE AlbumName=" + QuotedText(albumName) + " and (" + Join(tests, " or ") + ")";
 }
 
+/// The line of the owner's file that a pattern stands in, from 1; 0 for none.
+std::size_t LineOfPattern(const std::string &pattern) {
+    const std::vector<std::string> lines = Split(ReadProgramFile(RestrictedWordsFile).value_or(""), "\n");
+    const auto line = std::ranges::find_if(lines, [&](const std::string &text) { return Contains(text, pattern); });
+    return line == lines.end() ? 0 : static_cast<std::size_t>(line - lines.begin()) + 1;
+}
+
+bool MatchesPattern(std::string_view name, const std::string &pattern) {
+    try {
+        return Like(name, pattern);
+    } catch (const RunTimeError &error) {
+        throw error.About(Concat(RestrictedWordsFile, ", line ", LineOfPattern(pattern)));  // looked for only now
+    }
+}
+
 }  // namespace
 
 std::string ProtectionKey(std::string_view directory) {
@@ -54,7 +71,7 @@ std::string ProtectionKey(std::string_view directory) {
 bool IsRestrictedName(std::string_view name) {
     if (name.empty()) return false;
     for (const std::string &pattern : gRestrictedWords) {
-        if (Like(name, pattern)) return true;
+        if (MatchesPattern(name, pattern)) return true;
     }
     return false;
 }
@@ -74,12 +91,12 @@ ProtectedAlbums::ProtectedAlbums() {
         gDatabase->OpenRecordset("SELECT AlbumName FROM PrivateDirs WHERE SubDir='\\'", RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         const FieldValue name = rows->Value("AlbumName");
-        if (!IsNull(name)) names_.insert(LCase(AsText(name)));
+        if (!IsNull(name)) names_.insert(FoldedText(AsText(name)));
     }
 }
 
 bool ProtectedAlbums::Contains(const clsAlbum &album) const {
-    return names_.contains(LCase(album.Name)) || IsRestrictedName(LastPathPart(album.Directory));
+    return names_.contains(FoldedText(album.Name)) || IsRestrictedName(LastPathPart(album.Directory));
 }
 
 ViewRight CanViewDir(std::string_view user, const clsAlbum &album, std::string_view directory) {

@@ -13,7 +13,11 @@ namespace pixmora {
 /// has it and no decoding may see it.
 std::string ProtectionKey(std::string_view directory);
 
+/// Where the owner may write the patterns of restricted names, in the program's folder.
+inline constexpr std::string_view RestrictedWordsFile = "restrictwords.txt";
+
 /// Whether a pattern of gRestrictedWords matches; case counts. An empty name never does.
+/// @throws RunTimeError InvalidPattern, naming the pattern's line
 bool IsRestrictedName(std::string_view name);
 
 /// Whether the directory or one above it has a row in PrivateDirs, or else the name is a restricted one.
@@ -28,7 +32,7 @@ public:
     bool Contains(const clsAlbum &album) const;
 
 private:
-    std::unordered_set<std::string> names_;  ///< in lower case, of those whose root has a row
+    std::unordered_set<std::string> names_;  ///< folded, of those whose root has a row
 };
 
 struct ViewRight {

@@ -83,6 +83,8 @@ void DeleteLogOf(const std::string &path) {
 /// Sets gDatabase. False when the file couldn't be opened.
 bool Open(const std::string &path) {
     gDatabase = nullptr;
+    // The engine gives a log the database's own mode.
+    for (const char *file : {"", "-wal", "-shm"}) HideFromOthers(path + file);
     try {
         gDatabase = Database::OpenDatabase(path);
     } catch (const RunTimeError &) {
@@ -196,7 +198,13 @@ std::string DatabasePath(int version) {
     return App::Path() + "\\db_v" + std::to_string(version) + ".mdb";
 }
 
+std::string DatabaseMessage() {
+    return "Error loading database!\r\n\r\nPlease make sure '" + SystemPath(DatabasePath(CurrentSchemaVersion)) +
+           "' is not in use!";
+}
+
 bool OpenOrCreateDatabase() {
+    for (int version = 7; version < CurrentSchemaVersion; ++version) HideFromOthers(DatabasePath(version));
     while (!FileExists(DatabasePath(CurrentSchemaVersion))) {
         if (FileExists(DatabasePath(8))) {
             if (!Upgrade(8, StepFrom8To9)) return false;

@@ -12,9 +12,13 @@ inline constexpr int CurrentSchemaVersion = 9;
 /// The database file of a schema version, in the program's folder.
 std::string DatabasePath(int version);
 
+/// What the owner reads when that file can't be used.
+std::string DatabaseMessage();
+
 /// Opens the version 9 file as gDatabase. Without one a version 8 or 7 file is copied and brought up, else a new file
 /// is made. Each file gets its name when it is finished: cut short, all of it begins anew at the next start. A step
 /// that fails leaves the copy as it was before the step, and that passes as a finished file at the next start.
+/// The files are for their owner's eyes alone.
 /// @return false when a file that is there, or its copy, couldn't be opened; gDatabase is empty then
 /// @throws RunTimeError when copying, making or upgrading fails
 bool OpenOrCreateDatabase();

@@ -5,6 +5,7 @@
 #include "platform/loop/App.h"
 #include "platform/runtime/Encoding.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/clsRegistry.h"
 
@@ -56,7 +57,7 @@ void DeleteSetting(std::string_view section, std::string_view key) {
 }
 
 std::int32_t GetSettingNumber(std::string_view section, std::string_view key, std::int32_t fallback) {
-    return CLng(GetSetting(section, key, std::to_string(fallback)));
+    return Naming(Concat(section, ", ", key), [&] { return CLng(GetSetting(section, key, std::to_string(fallback))); });
 }
 
 int ListenPort() {
@@ -68,7 +69,12 @@ std::string ListenAddress() {
     return EqualsIgnoreCase(address, "localhost") ? "127.0.0.1" : address;
 }
 
+bool IsProgramElsewhere() {
+    return App::PrevInstance() || Registry::PrevInstance();
+}
+
 void MigrateSettings() {
+    HideFromOthers(Registry::FilePath());
     TakeOverFormerSettings();
     RetireSortMethod();
 }

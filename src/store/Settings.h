@@ -18,7 +18,7 @@ void SaveSetting(std::string_view section, std::string_view key, std::string_vie
 void DeleteSetting(std::string_view section, std::string_view key);
 
 /// The setting as a whole number, rounded half to even. @throws RunTimeError TypeMismatch when its text is no number
-/// (an empty one is none), Overflow beyond 32 bits
+/// (an empty one is none), Overflow beyond 32 bits, both naming the setting
 std::int32_t GetSettingNumber(std::string_view section, std::string_view key, std::int32_t fallback);
 
 /// The port of the website, rounded to a whole number. @throws RunTimeError TypeMismatch
@@ -26,7 +26,10 @@ int ListenPort();
 /// The one address of the machine that the website listens on, dotted; empty for all of them.
 std::string ListenAddress();
 
-/// Brings settings of earlier versions to their present place and form; the first thing at program start.
+/// Whether another process of this user has the program's folder or its settings. This one keeps both from here on.
+bool IsProgramElsewhere();
+
+/// Brings settings of earlier versions to their present place, form and readers; the first thing at program start.
 void MigrateSettings();
 
 /// The whole of a text file in the program's folder, without a byte order mark; none when there is no such file.

@@ -71,6 +71,18 @@ TEST_F(Website, StartTellsOfAPortInUse) {
     EXPECT_FALSE(gWebsiteStarted);
 }
 
+TEST_F(Website, StartTellsOfADatabaseThatAnotherProgramHolds) {
+    AddAlbum("A");
+    gDatabase->SetLockWait(1);
+    sqlite3 *other = nullptr;
+    sqlite3_open(SystemPath(DatabasePath(9)).c_str(), &other);
+    sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    Owner.ExpectMessage(DatabaseMessage(), FlagCritical, AnswerOk);
+    EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
+    sqlite3_close(other);
+    EXPECT_EQ(Start().back(), "Your Website is Live!");
+}
+
 TEST_F(Website, StartAsksAboutAnAlbumWhoseFolderIsGone) {
     std::filesystem::remove_all(AddAlbum("A"));
     const std::string question =
@@ -79,6 +91,8 @@ TEST_F(Website, StartAsksAboutAnAlbumWhoseFolderIsGone) {
     Owner.ExpectMessage(question, CriticalQuestion, AnswerYes);
     EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
     Owner.ExpectMessage(question, CriticalQuestion, AnswerNo);
+    Owner.ExpectNotice("Unable to read folders of your albums! What is in them isn't shown:\r\n" +
+                       Program.Path("albums/A"));
     Start();
     EXPECT_TRUE(gWebsiteStarted);
     EXPECT_EQ(gAlbums.at(0)->PictureCount, 0);
@@ -178,9 +192,12 @@ TEST_F(Website, LogsInWithTheRightWordsOnly) {
     EXPECT_EQ(login.substr(0, head.size()), head);
     EXPECT_NE(login.find("ShowAlbum?1&thumbs&1&a<amp>and<amp>b"), std::string::npos);
 
-    const std::string refused = Post("username=Ann&password=wrong&args=1%26thumbs%261");
-    EXPECT_EQ(refused.find("Set-Cookie"), std::string::npos);
-    EXPECT_NE(refused.find("Invalid username or password!"), std::string::npos);
+    EXPECT_NE(Post("username=aNN&password=pass&args=1%26thumbs%261").find("Set-Cookie"), std::string::npos);
+    for (const char *password : {"wrong", "PASS"}) {
+        const std::string refused = Post(Concat("username=Ann&password=", password, "&args=1%26thumbs%261"));
+        EXPECT_EQ(refused.find("Set-Cookie"), std::string::npos);
+        EXPECT_NE(refused.find("Invalid username or password!"), std::string::npos);
+    }
     for (const char *name : {"'", "x' or '1'='1", "Ann' --", "\"", "Ann'/*"}) {
         EXPECT_EQ(Post(std::string("username=") + Replace(name, "=", "") + "&password=x&args=1%26thumbs%261"),
                   "Bad Request")
@@ -343,7 +360,8 @@ TEST_F(Website, GoesOnWhileNothingCanBeSaved) {
     const std::string refused = ": disk I/O error! Your website goes on without.";
     Owner.ExpectNotice("Unable to save what your visitors see and download" + refused);
     Owner.ExpectNotice(
-        "Unable to save the time when your website was last online: Disk full! Your website goes on without.");
+        "Unable to save the time when your website was last online: Disk full (settings.ini)! Your website goes on "
+        "without.");
     Owner.ExpectNotice("Unable to save what your visitors see and download" + refused);
     {
         const FileSizeLimit limit(8);

@@ -167,6 +167,16 @@ TEST_F(SchemaTest, BeginsAnewAfterAStartThatWasCutShort) {
     EXPECT_EQ(FileNames(), (std::vector<std::string>{"db_v9.mdb", "other"}));
 }
 
+TEST_F(SchemaTest, KeepsItsFilesFromOthersEyes) {
+    MakeOldFile(8);
+    ASSERT_TRUE(OpenOrCreateDatabase());
+    for (const char *name : {"db_v8.mdb", "db_v9.mdb", "db_v9.mdb-wal", "db_v9.mdb-shm"}) {
+        const auto others = std::filesystem::perms::group_all | std::filesystem::perms::others_all;
+        EXPECT_EQ(std::filesystem::status(folder.Path(name)).permissions() & others, std::filesystem::perms::none)
+            << name;
+    }
+}
+
 TEST_F(SchemaTest, SaysWhichFilesItCouldNotLoad) {
     folder.Write("db_v9.mdb", "no database");
     EXPECT_FALSE(OpenOrCreateDatabase());

@@ -6,6 +6,7 @@
 
 #include "platform/runtime/RunTimeError.h"
 #include "store/clsRegistry.h"
+#include "support/ErrorOf.h"
 #include "support/ProgramFolder.h"
 
 namespace pixmora {
@@ -64,8 +65,10 @@ TEST_F(SettingsTest, ReadTheTextFilesWhole) {
     EXPECT_FALSE(ReadProgramFile("welcome.txt").has_value());
     folder.Write("welcome.txt", "Hello\r\n\xE9");
     EXPECT_EQ(ReadProgramFile("welcome.txt"), "Hello\r\n\xE9");
-    folder.Write("sitedesc.txt");
-    EXPECT_EQ(ReadProgramFile("sitedesc.txt"), "");
+    folder.MakeFolder("sitedesc.txt");
+    EXPECT_EQ(MessageOf([] { ReadProgramFile("sitedesc.txt"); }), "Path/File access error (sitedesc.txt)");
+    SaveSetting("Setup", "FilesPerRow", "three");
+    EXPECT_EQ(MessageOf([] { GetSettingNumber("Setup", "FilesPerRow", 3); }), "Type mismatch (Setup, FilesPerRow)");
 }
 
 TEST_F(SettingsTest, RegistryHelperWorksOnItsPath) {

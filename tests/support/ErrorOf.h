@@ -16,4 +16,15 @@ ErrorNumber ErrorOf(Call call) {
     return {};
 }
 
+/// What it says; empty when the call ends well.
+template <typename Call>
+std::string MessageOf(Call call) {
+    try {
+        call();
+    } catch (const RunTimeError &error) {
+        return error.Message();
+    }
+    return {};
+}
+
 }  // namespace pixmora

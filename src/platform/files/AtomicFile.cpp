@@ -10,16 +10,15 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 
 namespace {
 
-[[noreturn]] void ThrowSystemError() {
+[[noreturn]] void ThrowSystemError(std::string_view path) {
     const bool isFull = errno == ENOSPC || errno == EDQUOT || errno == EFBIG;
-    throw RunTimeError(isFull ? ErrorNumber::DiskFull : ErrorNumber::PathFileAccessError);
+    throw RunTimeError(isFull ? ErrorNumber::DiskFull : ErrorNumber::PathFileAccessError).About(LastPathPart(path));
 }
 
 std::string WithLinksResolved(const std::string &path) {
@@ -43,13 +42,17 @@ void FlushFolder(const std::string &folder) {
 
 }  // namespace
 
-AtomicFile::AtomicFile(std::string_view path) {
+AtomicFile::AtomicFile(std::string_view path, Readers readers) {
     const bool isName = !path.empty() && path.find('\0') == std::string_view::npos;
-    if (!isName || IsDirectory(path)) throw RunTimeError(ErrorNumber::PathFileAccessError);
+    if (!isName || IsDirectory(path)) throw RunTimeError(ErrorNumber::PathFileAccessError).About(LastPathPart(path));
     target_ = WithLinksResolved(SystemPath(path));
     CreateBeside();
     struct stat present {};
-    if (stat(target_.c_str(), &present) == 0) fchmod(descriptor_, present.st_mode & 07777);
+    if (readers == Readers::OwnerOnly) {
+        fchmod(descriptor_, S_IRUSR | S_IWUSR);
+    } else if (stat(target_.c_str(), &present) == 0) {
+        fchmod(descriptor_, present.st_mode & 07777);
+    }
 }
 
 AtomicFile::~AtomicFile() {
@@ -63,25 +66,25 @@ void AtomicFile::Write(std::string_view bytes) {
         if (written >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno != EINTR) {
-            ThrowSystemError();
+            ThrowSystemError(target_);
         }
     }
 }
 
 void AtomicFile::Commit() {
-    if (fsync(descriptor_) != 0) ThrowSystemError();
+    if (fsync(descriptor_) != 0) ThrowSystemError(target_);
     CommitUnflushed();
     FlushFolder(FolderOf(target_));
 }
 
 void AtomicFile::CommitUnflushed() {
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) ThrowSystemError();
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) ThrowSystemError(target_);
     temporary_.clear();
 }
 
 void RenameFile(std::string_view from, std::string_view to) {
     const std::string target = SystemPath(to);
-    if (std::rename(SystemPath(from).c_str(), target.c_str()) != 0) ThrowSystemError();
+    if (std::rename(SystemPath(from).c_str(), target.c_str()) != 0) ThrowSystemError(target);
     FlushFolder(FolderOf(target));
 }
 
@@ -92,7 +95,7 @@ void AtomicFile::CreateBeside() {
         descriptor_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (descriptor_ < 0 && errno != EEXIST) {
             temporary_.clear();
-            ThrowSystemError();
+            ThrowSystemError(target_);
         }
     }
 }

@@ -4,14 +4,16 @@
 #include <string>
 #include <string_view>
 
+#include "platform/files/Files.h"
+
 namespace pixmora {
 
 /// Bytes go to a new file beside the target, which Commit puts in the target's place; without it nothing has happened.
 /// A link at the target stays one: what it leads to is replaced. Every operation @throws RunTimeError
-/// PathFileAccessError, DiskFull
+/// PathFileAccessError, DiskFull, both with the name of the file
 class AtomicFile {
 public:
-    explicit AtomicFile(std::string_view path);
+    explicit AtomicFile(std::string_view path, Readers readers = Readers::AsBefore);
     ~AtomicFile();
     AtomicFile(const AtomicFile &) = delete;
     AtomicFile &operator=(const AtomicFile &) = delete;

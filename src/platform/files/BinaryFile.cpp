@@ -19,12 +19,13 @@ int OpenRegularFile(std::string_view path, int flags) {
     const int descriptor = open(SystemPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags, 0666);
     if (descriptor < 0) {
         const bool isMissing = errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG || errno == ELOOP;
-        throw RunTimeError(isMissing ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError);
+        throw RunTimeError(isMissing ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError)
+            .About(LastPathPart(path));
     }
     struct stat facts {};
     if (fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) {
         close(descriptor);
-        throw RunTimeError(ErrorNumber::PathFileAccessError);
+        throw RunTimeError(ErrorNumber::PathFileAccessError).About(LastPathPart(path));
     }
     return descriptor;
 }

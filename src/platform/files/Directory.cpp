@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 
 #include "platform/files/FileFacts.h"
@@ -23,9 +24,13 @@ std::optional<bool> IsDirectoryEntry(int directory, const dirent &entry) {
     return S_ISDIR(facts.st_mode);
 }
 
-void ReadEntries(DIR *listing, std::vector<DirectoryEntry> &entries) {
+/// @return whether the listing came to its end
+bool ReadEntries(DIR *listing, std::vector<DirectoryEntry> &entries) {
     const int directory = dirfd(listing);
-    while (const dirent *entry = readdir(listing)) {
+    for (;;) {
+        errno = 0;
+        const dirent *entry = readdir(listing);
+        if (entry == nullptr) return errno == 0;
         const std::string_view name = entry->d_name;
         if (name.find('\\') != std::string_view::npos) continue;
         if (const std::optional<bool> isDirectory = IsDirectoryEntry(directory, *entry))
@@ -46,8 +51,7 @@ Directory::Directory(std::string_view path) {
         if (ofStream >= 0) close(ofStream);
         return;
     }
-    isReadable_ = true;
-    ReadEntries(listing, entries_);
+    isReadable_ = ReadEntries(listing, entries_);
     closedir(listing);
     std::sort(entries_.begin(), entries_.end(),
               [](const DirectoryEntry &left, const DirectoryEntry &right) { return left.Name < right.Name; });

@@ -1,4 +1,5 @@
 // Files.h: writing, copying and deleting files and directories.
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -42,10 +43,15 @@ void CopyTree(const std::string &from, const std::string &to, std::vector<FileFa
 
 }  // namespace
 
-void WriteFileAtomically(std::string_view path, std::string_view bytes) {
-    AtomicFile file(path);
+void WriteFileAtomically(std::string_view path, std::string_view bytes, Readers readers) {
+    AtomicFile file(path, readers);
     file.Write(bytes);
     file.Commit();
+}
+
+void HideFromOthers(std::string_view path) {
+    // A file system without owners refuses, and has nothing to hide from.
+    chmod(SystemPath(path).c_str(), S_IRUSR | S_IWUSR);
 }
 
 void DeleteFile(std::string_view path) {

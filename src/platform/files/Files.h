@@ -81,7 +81,8 @@ std::string FormatFileSize(std::string_view path);
 /// An open file. Closed by its destructor.
 class BinaryFile {
 public:
-    /// Opens for reading. @throws RunTimeError FileNotFound, PathFileAccessError; a directory is refused.
+    /// Opens for reading. @throws RunTimeError FileNotFound, PathFileAccessError, with the file's name; a directory is
+    /// refused
     static std::unique_ptr<BinaryFile> OpenForRead(std::string_view path);
     /// The run time's binary open: as OpenForRead, but a missing file is created empty.
     static std::unique_ptr<BinaryFile> OpenBinary(std::string_view path);
@@ -105,8 +106,12 @@ private:
 
 /// The whole file as bytes, missing ones created empty: the run time's binary open and read.
 std::string ReadBinaryFile(std::string_view path);
+/// Who may read a file that is written: whom the file that it replaces, or else the system, allows; or its owner alone.
+enum class Readers { AsBefore, OwnerOnly };
 /// Replaces the file whole or not at all. @throws RunTimeError PathFileAccessError, DiskFull
-void WriteFileAtomically(std::string_view path, std::string_view bytes);
+void WriteFileAtomically(std::string_view path, std::string_view bytes, Readers readers = Readers::AsBefore);
+/// Leaves a file, where there is one that the system lets us change, to its owner's eyes alone.
+void HideFromOthers(std::string_view path);
 /// @throws RunTimeError FileNotFound, PathFileAccessError
 void DeleteFile(std::string_view path);
 /// Puts the file in the place of what stands at the other path of the same disk; on return the name is on the disk too.

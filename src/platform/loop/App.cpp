@@ -1,8 +1,6 @@
 // The program's folder: where it is, what is shipped for it, and the one process that holds it.
 #include "platform/loop/App.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include <QStandardPaths>
@@ -11,8 +9,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "platform/files/FileLock.h"
 #include "platform/files/Files.h"
-#include "platform/runtime/RunTimeError.h"
 
 namespace pixmora::App {
 
@@ -46,32 +44,9 @@ std::string &KeptPath() {
     return path;
 }
 
-/// The lock on the program's folder, as long as the descriptor is open.
-class FolderLock {
-public:
-    ~FolderLock() { Release(); }
-
-    /// Whether somebody else has the folder. A folder that can't hold a lock is nobody's.
-    bool IsElsewhere(const std::string &folder) {
-        if (descriptor_ >= 0) return false;
-        const std::string file = SystemPath(folder) + "/pixmora.lock";
-        descriptor_ = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-        if (descriptor_ < 0 || flock(descriptor_, LOCK_EX | LOCK_NB) == 0) return false;
-        Release();
-        return true;
-    }
-
-    void Release() {
-        if (descriptor_ >= 0) close(descriptor_);
-        descriptor_ = -1;
-    }
-
-private:
-    int descriptor_ = -1;
-};
-
-FolderLock &Lock() {
-    static FolderLock lock;
+/// On the program's folder.
+FileLock &Lock() {
+    static FileLock lock;
     return lock;
 }
 
@@ -92,27 +67,12 @@ std::string HtdocsPath(std::string_view name) {
     return name.empty() ? folder : folder + "\\" + std::string(name);
 }
 
-void InstallHtdocs() {
-    const std::string installed = HtdocsPath();
-    if (FileExists(installed)) return;
-    const fs::path shipped = ExecutableFolder().parent_path() / "share" / "pixmora";
-    const std::string source = ProgramPath((shipped / "htdocs").string());
-    if (!IsDirectory(source))
-        throw RunTimeError(ErrorNumber::FileNotFound, "The program's htdocs folder is missing: " + SystemPath(source));
-    const std::string words = Path() + "\\exif.ini";
-    if (!FileExists(words)) CopyFile(ProgramPath((shipped / "exif.ini").string()), words);
-
-    // The folder gets its name when it is whole; what an earlier, interrupted copy left is made anew.
-    const std::string partial = Path() + "\\htdocs.part";
-    std::error_code error;
-    fs::remove_all(SystemPath(partial), error);
-    CopyDirectory(source, partial);
-    fs::rename(SystemPath(partial), SystemPath(installed), error);
-    if (error) throw RunTimeError(ErrorNumber::PathFileAccessError);
+std::string ShippedPath(std::string_view name) {
+    return ProgramPath((ExecutableFolder().parent_path() / "share" / "pixmora" / name).string());
 }
 
 bool PrevInstance() {
-    return Lock().IsElsewhere(Path());
+    return !Lock().Take(SystemPath(Path()) + "/pixmora.lock");
 }
 
 }  // namespace pixmora::App

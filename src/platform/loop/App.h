@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace pixmora::App {
 
@@ -21,9 +22,17 @@ void SetPath(std::string path);
 /// The path of a file in the program's htdocs folder; of the folder itself without a name.
 std::string HtdocsPath(std::string_view name = {});
 
+/// The path of a file or folder that came with the program.
+std::string ShippedPath(std::string_view name);
+
 /// Copies the shipped htdocs, and exif.ini with it, into the program's folder when it holds no htdocs. @throws
 /// RunTimeError when the copy fails
 void InstallHtdocs();
+/// Brings those of the files there that the owner has left as they were to the form in which they are shipped now, and
+/// adds new ones. @return those that stay in an older form, because the owner has changed them or the system refuses:
+/// paths below the program's folder, with "/". Of each newer form this is told once.
+/// @throws RunTimeError when the program's folder can't be written
+std::vector<std::string> UpdateShippedFiles();
 
 /// Whether another process of this user has the same program's folder. The first call takes the folder's lock and keeps
 /// it for the life of the process; however a process ends, its lock goes with it.

@@ -8,10 +8,12 @@
 
 #include <QStandardPaths>
 #include <algorithm>
-#include <cerrno>
+#include <chrono>
 #include <functional>
 #include <optional>
+#include <thread>
 
+#include "platform/files/FileLock.h"
 #include "platform/files/Files.h"
 #include "platform/registry/RegistryFile.h"
 #include "platform/runtime/RunTimeError.h"
@@ -41,11 +43,17 @@ struct Memory {
     std::string FilePath;
     std::optional<FileStamp> Stamp;  ///< none before the first read and after each write
     Tree Content;
+    bool HasWaitedInVain = false;  ///< for the lock, the last time
 };
 
 Memory &Kept() {
     static Memory memory;
     return memory;
+}
+
+FileLock &StoreLock() {
+    static FileLock lock;
+    return lock;
 }
 
 /// The tree as the file has it now. A file that is there but can't be read is an error, not an empty tree: the next
@@ -62,13 +70,24 @@ Tree &Current() {
     return memory.Content;
 }
 
-/// Keeps other processes from writing the file, by a lock on its folder.
+constexpr std::chrono::milliseconds longestLockWait(150);  // visitors wait meanwhile
+constexpr std::chrono::milliseconds pauseBetweenTries(5);
+
+/// Keeps other processes from writing the file, by a lock on its folder. A writer of this program has it for a few ms.
+/// Who has it for longer is none, and must not stop the site: the change is made without the lock then, and nobody
+/// waits again until it was free.
 class WriteLock {
 public:
     explicit WriteLock(const std::string &folder)
         : descriptor_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        while (descriptor_ >= 0 && flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
+        bool &hasWaitedInVain = Kept().HasWaitedInVain;
+        const auto end = std::chrono::steady_clock::now() + longestLockWait;
+        while (descriptor_ >= 0 && flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+            hasWaitedInVain |= std::chrono::steady_clock::now() >= end;
+            if (hasWaitedInVain) return;
+            std::this_thread::sleep_for(pauseBetweenTries);
         }
+        hasWaitedInVain = false;
     }
     ~WriteLock() {
         if (descriptor_ >= 0) close(descriptor_);
@@ -90,7 +109,7 @@ void Change(const std::function<void(Tree &)> &change) {
     change(tree);
     // Another process may write as soon as the lock is gone, so the next call reads the file anew.
     Kept().Stamp.reset();
-    WriteFileAtomically(path, WriteTree(tree));
+    WriteFileAtomically(path, WriteTree(tree), Readers::OwnerOnly);
 }
 
 /// The whole path, short root first, without empty parts.
@@ -188,7 +207,7 @@ void DeleteValue(Root root, std::string_view path, std::string_view name) {
         Key *key = tree.Find(WholePath(root, path));
         if (key == nullptr) return;
         std::erase_if(key->Entries,
-                      [&](const Entry &entry) { return entry.IsValue && EqualsIgnoreCase(entry.Name, name); });
+                      [&](const Entry &entry) { return entry.IsValue && CompareTexts(entry.Name, name) == 0; });
     });
 }
 
@@ -202,8 +221,15 @@ std::string FilePath() {
     return path;
 }
 
+bool PrevInstance() {
+    const std::string folder = FilePath().substr(0, FilePath().rfind('/'));
+    MakeDirectory(folder);
+    return !StoreLock().Take(folder + "/settings.lock");
+}
+
 void SetFilePath(std::string_view path) {
-    Kept() = Memory{SystemPath(path), {}, {}};
+    StoreLock().Release();
+    Kept() = Memory{SystemPath(path), {}, {}, {}};
 }
 
 }  // namespace pixmora::Registry

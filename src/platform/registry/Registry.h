@@ -16,8 +16,10 @@ enum class Root { CurrentUser, LocalMachine };
 /// A string, or a double word.
 using Value = std::variant<std::string, std::int64_t>;
 
-/// Key and value names compare without regard to ASCII case; a key's path has its parts separated by "\", and the
-/// spelling of the first writer stays. Every write is on the disk, whole, when the call returns. Another process's
+/// Names of values, an album's among them, compare without regard to case in any language, keys without regard to ASCII
+/// case; a key's path has its parts separated by "\", and the
+/// spelling of the first writer stays. Every write is on the disk, whole and for this user's eyes
+/// only, when the call returns. Another process's
 /// changes are seen at the next call. A damaged line in the file is passed over and kept.
 /// Every call @throws RunTimeError PathFileAccessError for a file that is there and can't be read or written.
 
@@ -38,7 +40,10 @@ void DeleteValue(Root root, std::string_view path, std::string_view name);
 std::string ConfigFolder();
 /// The file behind the tree, in the system's form: pixmora/settings.ini in ConfigFolder.
 std::string FilePath();
-/// Chooses another file, for tests, and forgets what was read. Empty: the usual one again.
+/// Whether another process of this user works on this store. The first call takes its lock and keeps it for the life of
+/// the process. Reading and writing need none.
+bool PrevInstance();
+/// Chooses another file, for tests, forgets what was read and gives up the lock. Empty: the usual one again.
 void SetFilePath(std::string_view path);
 
 }  // namespace pixmora::Registry

@@ -127,7 +127,7 @@ Key &Tree::FindOrAdd(std::string_view path) {
 
 Entry *FindValue(Key &key, std::string_view name) {
     const auto found = std::find_if(key.Entries.begin(), key.Entries.end(), [&](const Entry &entry) {
-        return entry.IsValue && EqualsIgnoreCase(entry.Name, name);
+        return entry.IsValue && CompareTexts(entry.Name, name) == 0;
     });
     return found == key.Entries.end() ? nullptr : &*found;
 }

@@ -45,6 +45,10 @@ RunTimeError::RunTimeError(ErrorNumber number) : RunTimeError(number, MessageOf(
 
 RunTimeError::RunTimeError(ErrorNumber number, std::string message) : number_(number), message_(std::move(message)) {}
 
+RunTimeError RunTimeError::About(std::string_view subject) const {
+    return {number_, message_ + " (" + std::string(subject) + ")"};
+}
+
 bool RunTimeError::IsStorageFailure() const {
     switch (number_) {
         case ErrorNumber::DatabaseFailure:

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <string>
+#include <string_view>
 
 namespace pixmora {
 
@@ -41,6 +42,9 @@ public:
     explicit RunTimeError(ErrorNumber number);
     RunTimeError(ErrorNumber number, std::string message);
 
+    /// The same error with what it is about behind its message: "Type mismatch (Setup, FilesPerRow)".
+    RunTimeError About(std::string_view subject) const;
+
     ErrorNumber Number() const { return number_; }
     const std::string &Message() const { return message_; }
     /// Whether a file or the disk under it refused, which is nobody's mistake and may pass.
@@ -51,5 +55,15 @@ private:
     ErrorNumber number_;
     std::string message_;
 };
+
+/// Calls, and lets an error out with what it is about behind its message.
+template <typename Call>
+auto Naming(std::string_view subject, const Call &call) {
+    try {
+        return call();
+    } catch (const RunTimeError &error) {
+        throw error.About(subject);
+    }
+}
 
 }  // namespace pixmora

@@ -10,13 +10,13 @@
 #include "platform/runtime/Text.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Globals.h"
+#include "store/Protection.h"
 #include "store/Settings.h"
 
 namespace pixmora {
 
 namespace {
 
-constexpr const char *restrictWordsFile = "restrictwords.txt";
 constexpr const char *restrictWordsAtStart = "Private*\r\nCensored\r\n";
 
 }  // namespace
@@ -63,11 +63,11 @@ bool WantsFirstUser() {
 }
 
 std::string LoadRestrictWords() {
-    return ReadProgramFile(restrictWordsFile).value_or(restrictWordsAtStart);
+    return ReadProgramFile(RestrictedWordsFile).value_or(restrictWordsAtStart);
 }
 
 void SaveRestrictWords(std::string_view words) {
-    WriteFileAtomically(App::Path() + "\\" + restrictWordsFile, words);
+    WriteFileAtomically(Concat(App::Path(), "\\", RestrictedWordsFile), words);
 }
 
 }  // namespace pixmora

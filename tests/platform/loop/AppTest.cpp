@@ -42,8 +42,30 @@ TEST_F(AppTest, InstallsHtdocsOnlyWhereThereIsNone) {
     folder.Write("htdocs/Index.tpl", "mine");
     DeleteFile(folder.Path("htdocs/StyleSheet_Default.tpl"));
     App::InstallHtdocs();
+    EXPECT_EQ(App::UpdateShippedFiles(), std::vector<std::string>());
     EXPECT_EQ(folder.Read("htdocs/Index.tpl"), "mine");
     EXPECT_FALSE(FileExists(folder.Path("htdocs/StyleSheet_Default.tpl")));
+}
+
+TEST_F(AppTest, RenewsWhatTheOwnerHasNotChangedAndTellsOnceOfTheRest) {
+    App::SetPath(ProgramPath(folder.Path()));
+    App::InstallHtdocs();
+    const std::string shipped = folder.Read("htdocs/StyleSheet_Default.tpl");
+    const std::string emptySum = "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855";
+    for (const char *name : {"htdocs/StyleSheet_Default.tpl", "htdocs/Index.tpl", "exif.ini"}) {
+        const std::string sums = folder.Read("shipped.sha256");
+        const std::size_t end = sums.find(std::string("  ") + name + "\n");
+        ASSERT_NE(end, std::string::npos) << name;
+        folder.Write("shipped.sha256", sums.substr(0, end - 64) + emptySum + sums.substr(end));
+    }
+    folder.Write("htdocs/StyleSheet_Default.tpl", "");  // as an earlier version had it
+    folder.Write("htdocs/Index.tpl", "mine");
+    DeleteFile(folder.Path("exif.ini"));
+    EXPECT_EQ(App::UpdateShippedFiles(), std::vector<std::string>{"htdocs/Index.tpl"});
+    EXPECT_EQ(folder.Read("htdocs/StyleSheet_Default.tpl"), shipped);
+    EXPECT_EQ(folder.Read("htdocs/Index.tpl"), "mine");
+    EXPECT_FALSE(FileExists(folder.Path("exif.ini")));
+    EXPECT_EQ(App::UpdateShippedFiles(), std::vector<std::string>());
 }
 
 }  // namespace pixmora

@@ -1,10 +1,17 @@
 // The registry: its tree, its file, and what other hands do to that file.
 #include "platform/registry/Registry.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <filesystem>
+
+#include "platform/files/FileLock.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -80,6 +87,31 @@ TEST_F(RegistryTest, SeesWhatOthersWriteAndWritesNothingWhereNothingChanges) {
     folder.MakeFolder("config/settings.ini");
     EXPECT_THROW(GetSetting("App", "Setup", "Style", ""), RunTimeError) << "an unreadable file isn't an empty one";
     EXPECT_THROW(SaveSetting("App", "Setup", "Style", "x"), RunTimeError);
+}
+
+TEST_F(RegistryTest, IsOnePrograms) {
+    EXPECT_FALSE(Registry::PrevInstance());
+    FileLock other;
+    EXPECT_FALSE(other.Take(folder.Path("config/settings.lock")));
+    EXPECT_FALSE(Registry::PrevInstance());
+    Reread();
+    EXPECT_TRUE(other.Take(folder.Path("config/settings.lock")));
+    EXPECT_TRUE(Registry::PrevInstance());
+}
+
+TEST_F(RegistryTest, WaitsForAnothersLockOnceAndNotForEver) {
+    SaveSetting("App", "Setup", "Style", "Default");
+    EXPECT_EQ(std::filesystem::status(folder.Path("config/settings.ini")).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    const int config = open(folder.Path("config").c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(flock(config, LOCK_EX), 0);
+    const auto begun = std::chrono::steady_clock::now();
+    for (const char *style : {"A", "B", "C", "D", "E", "F"}) SaveSetting("App", "Setup", "Style", style);
+    const auto waited = std::chrono::steady_clock::now() - begun;
+    EXPECT_GE(waited, std::chrono::milliseconds(150));
+    EXPECT_LT(waited, std::chrono::milliseconds(3 * 150)) << "six waits were 900 ms";
+    close(config);
+    EXPECT_EQ(GetSetting("App", "Setup", "Style", ""), "F");
 }
 
 TEST_F(RegistryTest, SurvivesHandEditing) {
