@@ -76,9 +76,9 @@ void WaitWhile(const Winsock &socket, Tick limit, const Condition &hasReason) {
     clsTimer timer;
     timer.StartTimer();
     while (hasReason() && IsOpen(socket)) {
-        const Tick elapsed = timer.Elapsed();
-        if (elapsed >= limit) return;
-        WaitUntilTick(TickAfter(GetTickCount(), limit - elapsed));
+        const std::int64_t left = limit - timer.Elapsed();
+        if (left <= 0) return;
+        WaitUntilTick(TickAfter(GetTickCount(), static_cast<Tick>(left)));
     }
 }
 

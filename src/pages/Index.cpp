@@ -32,8 +32,8 @@ struct Featured {
 
 void AddRunTimes(std::vector<Filling> &fillings) {
     constexpr Tick dayAndOne = 86400001;
-    const Tick elapsed = gOnlineTimer->Elapsed();
-    const Tick seconds = elapsed / 1000;
+    const std::int64_t elapsed = gOnlineTimer->Elapsed();
+    const auto seconds = static_cast<double>(elapsed / 1000);
     fillings.push_back({"{SESSION_RUNTIME}", FormatElapsed(seconds, elapsed >= dayAndOne, false)});
     fillings.push_back({"{TOTAL_RUNTIME}", FormatElapsed(gRunningTotal * 60 + seconds, true, false)});
 }

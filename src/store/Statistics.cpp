@@ -126,6 +126,24 @@ Counter MonthlyCounter(Stat kind, const std::string &album, DateTime today) {
             kind == Stat::Bandwidth};
 }
 
+/// When the last hour began, and the tick count behind the present one.
+std::pair<Tick, std::int64_t> LastHour() {
+    return {TickAfter(GetTickCount(), -recentWindow), std::int64_t{GetTickCount()} + 1};
+}
+
+/// Of the rows' ticks, which wrap: the last hour lies between two of them, or, in the hour after the wrap, outside.
+std::string InLastHour() {
+    const auto [begin, end] = LastHour();
+    return "(WhatTime > " + std::to_string(begin) + (begin < end ? " and" : " or") + " WhatTime < " +
+           std::to_string(end) + ")";
+}
+
+std::string BeforeLastHour() {
+    const auto [begin, end] = LastHour();
+    return "WhatTime < " + std::to_string(begin) + (begin < end ? " or" : " and") + " WhatTime > " +
+           std::to_string(end - 1);
+}
+
 void PurgeDaysBefore(const std::string &table, int days) {
     DeleteRows(table, "WhichDay < " + QuotedDate(AddDays(Today(), -days)));
 }
@@ -155,22 +173,15 @@ double ReadStatTotal(Stat kind) {
 }
 
 std::int32_t ReadRecentSum(Stat kind) {
-    const auto sum = gDatabase->OpenRecordset("SELECT SUM(StatValue) as s FROM StatsRecent WHERE WhatTime > " +
-                                                  std::to_string(AddLong(GetTickCount(), -recentWindow)) + " and " +
-                                                  OfKind("WhatStat", kind),
-                                              RecordsetType::Snapshot);
+    const auto sum = gDatabase->OpenRecordset(
+        "SELECT SUM(StatValue) as s FROM StatsRecent WHERE " + InLastHour() + " and " + OfKind("WhatStat", kind),
+        RecordsetType::Snapshot);
     const FieldValue value = sum->Value("s");
     return IsNull(value) ? 0 : RoundToLong(AsDouble(value));
 }
 
 void PurgeRecent() {
-    const auto isOld = [] {
-        return "WhatTime < " + std::to_string(AddLong(GetTickCount(), -recentWindow));
-    };
-    Transaction transaction(*gDatabase);
-    const auto rows = gDatabase->OpenRecordset("StatsRecent", RecordsetType::Dynaset);
-    for (rows->FindFirst(isOld()); !rows->NoMatch(); rows->FindNext(isOld())) rows->Delete();
-    transaction.Commit();
+    DeleteRows("StatsRecent", BeforeLastHour());
 }
 
 void PurgeHourly() {

@@ -28,9 +28,9 @@ void RecordStat(Stat kind, std::string_view albumName, std::int32_t value);
 /// The total of a kind since the database was made, 0 when there was no such event.
 double ReadStatTotal(Stat kind);
 
-/// What the last hour brought of a kind. @throws RunTimeError Overflow in the hour after the tick count's wrap
+/// What the last hour brought of a kind.
 std::int32_t ReadRecentSum(Stat kind);
-/// Drops what is older than an hour from the recent events. @throws RunTimeError Overflow in the hour after the wrap
+/// Drops what is older than an hour from the recent events.
 void PurgeRecent();
 
 /// Drop the rows of days before the day before yesterday, and of more than 15 days ago.

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "platform/loop/MessageLoop.h"
+#include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
 
 namespace pixmora {
@@ -18,16 +19,16 @@ std::string MinutesAndSeconds(std::int64_t seconds) {
 }  // namespace
 
 void clsTimer::StopTimer() {
-    stop_ = GetTickCount();
+    stop_ = Uptime();
 }
 
 void clsTimer::StartTimer() {
-    start_ = GetTickCount();
+    start_ = Uptime();
     stop_ = 0;
 }
 
-Tick clsTimer::Elapsed() const {
-    return TicksBetween(start_, stop_ == 0 ? GetTickCount() : stop_);
+std::int64_t clsTimer::Elapsed() const {
+    return (stop_ == 0 ? Uptime() : stop_) - start_;
 }
 
 std::string clsTimer::TimeFromSecs(double value, bool isMilliseconds, bool isShort) const {

@@ -1,19 +1,18 @@
 // Elapsed time.
 #pragma once
 
+#include <cstdint>
 #include <string>
-
-#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 
-/// A stop watch in ms ticks.
+/// A stop watch in ms.
 class clsTimer {
 public:
     void StopTimer();
     void StartTimer();
-    /// ms from start to stop, or to now while it runs.
-    Tick Elapsed() const;
+    /// ms from start to stop, or to now while it runs: months, if need be.
+    std::int64_t Elapsed() const;
     /// A duration as text: "3:07" when `isShort`; "07:42.25" for ms; else "03:07:42". Part of the timer, though no
     /// window shows one today.
     std::string TimeFromSecs(double value, bool isMilliseconds, bool isShort) const;
@@ -21,8 +20,8 @@ public:
     void Pause(double seconds) const;
 
 private:
-    Tick start_ = 0;
-    Tick stop_ = 0;
+    std::int64_t start_ = 0;
+    std::int64_t stop_ = 0;
 };
 
 }  // namespace pixmora

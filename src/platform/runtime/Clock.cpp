@@ -12,7 +12,7 @@ using std::chrono::milliseconds;
 const auto processStart = std::chrono::steady_clock::now();
 
 struct SetClock {
-    Tick tick;
+    std::int64_t uptime;
     std::chrono::local_time<milliseconds> now;
 };
 
@@ -24,10 +24,13 @@ std::uint32_t Unsigned(Tick tick) {
 
 }  // namespace
 
+std::int64_t Uptime() {
+    if (setClock) return setClock->uptime;
+    return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - processStart).count();
+}
+
 Tick GetTickCount() {
-    if (setClock) return setClock->tick;
-    const auto elapsed = std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - processStart);
-    return static_cast<Tick>(elapsed.count());
+    return static_cast<Tick>(Uptime());
 }
 
 Tick TicksBetween(Tick from, Tick to) {
@@ -61,7 +64,7 @@ ClockSetForTest::~ClockSetForTest() {
 }
 
 void ClockSetForTest::Advance(std::int32_t ms) {
-    setClock->tick = TickAfter(setClock->tick, ms);
+    setClock->uptime += ms;
     setClock->now += milliseconds(ms);
 }
 
@@ -75,9 +78,9 @@ bool IsClockSet() {
 
 void MoveSetClockTo(Tick tick) {
     if (!setClock) return;
-    const std::int32_t ms = TicksBetween(setClock->tick, tick);
+    const std::int32_t ms = TicksBetween(GetTickCount(), tick);
     if (ms <= 0) return;  // the moment is past
-    setClock->tick = tick;
+    setClock->uptime += ms;
     setClock->now += milliseconds(ms);
 }
 

@@ -15,6 +15,8 @@ using Tick = std::int32_t;
 using DateTime = std::chrono::local_seconds;
 
 Tick GetTickCount();
+/// The same count for what may outlast it: it never wraps.
+std::int64_t Uptime();
 /// From one tick to another, right across the wrap for spans up to 24.9 days either way. @return ms, negative when `to`
 /// is the earlier one
 Tick TicksBetween(Tick from, Tick to);

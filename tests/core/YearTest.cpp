@@ -1,0 +1,101 @@
+// A site that runs on and on: the minutes around the wraps of the tick count, or as many as PIXMORA_MINUTES says, with
+// the figures printed: 525600 of them are a year.
+#include <sys/resource.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "core/Sweep.h"
+#include "platform/runtime/Text.h"
+#include "store/Schema.h"
+#include "store/Statistics.h"
+#include "support/RawDatabase.h"
+#include "support/RunningSite.h"
+
+namespace pixmora::test {
+namespace {
+
+class Year : public RunningSite {
+protected:
+    Year() {
+        AddAlbum("A");
+        Program.Write("albums/A/a.jpg", "no picture");
+        SaveSetting("Setup", "ConversionSpacing", "0");
+    }
+
+    /// A minute, in each fifth of which somebody comes.
+    void RunMinute() {
+        Clock.Advance(60000);
+        ++minutes_;
+        if (minutes_ % 5 == 0) {
+            const std::string visitor = Concat("127.0.0.", 1 + minutes_ / 5 % 200);
+            EXPECT_NE(Get("/Index", "", visitor).find("</html>"), std::string::npos) << minutes_;
+            EXPECT_EQ(Get("/ShowPicture?1&full&/a.jpg", "", visitor), Head("image/jpeg") + "\r\nno picture")
+                << minutes_;
+            ++visits_;
+        }
+        HandleConnectionsTick();
+        EXPECT_LE(gVisitorsActive, 3) << minutes_ << ": idle ones leave after ten minutes";
+    }
+
+    /// What the tables say of the minutes so far.
+    void CheckTables() {
+        EXPECT_EQ(ReadStatTotal(Stat::RunningTime), minutes_);
+        EXPECT_EQ(ReadStatTotal(Stat::Visitors), visits_);
+        EXPECT_EQ(ReadStatTotal(Stat::Thumbs), visits_);
+        if (minutes_ >= 60) {
+            EXPECT_EQ(ReadRecentSum(Stat::Thumbs), 12) << "an hour's";
+        }
+        // Three rows a visit, one a minute, and the ticks that wait for the next purge.
+        EXPECT_LE(std::stoi(RunSql(SystemPath(DatabasePath(9)), "SELECT count(*) FROM StatsRecent")),
+                  70 * (60 + 4 * 12) / 60);
+    }
+
+    static std::size_t Descriptors() {
+        const std::filesystem::directory_iterator entries("/proc/self/fd");
+        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+    }
+    static long ResidentKilobytes() {
+        long size = 0;
+        long resident = 0;
+        std::ifstream("/proc/self/statm") >> size >> resident;
+        return resident * 4;
+    }
+
+    int minutes_ = 0;
+    int visits_ = 0;
+};
+
+TEST_F(Year, PassesTheWrapsOfTheTickCount) {
+    constexpr std::int32_t half = std::numeric_limits<std::int32_t>::max();  // ms, 24.9 days
+    constexpr std::int32_t hour = 3600000;
+    Clock.Advance(half - hour - 1000000);
+    Start();
+    for (int wrap = 0; wrap < 2; ++wrap) {
+        for (int minute = 0; minute < 130; ++minute) RunMinute();
+        CheckTables();
+        const std::int64_t online = wrap * std::int64_t{half} + 130 * 60000;
+        EXPECT_NEAR(static_cast<double>(gOnlineTimer->Elapsed()), static_cast<double>(online), 1000);
+        Clock.Advance(half - 130 * 60000);
+    }
+}
+
+TEST_F(Year, PassesWithoutATrace) {
+    const char *minutes = std::getenv("PIXMORA_MINUTES");
+    if (minutes == nullptr) GTEST_SKIP() << "PIXMORA_MINUTES=525600 runs a year";
+    Start();
+    for (int minute = 0; minute < 2000; ++minute) RunMinute();
+    const long resident = ResidentKilobytes();
+    const std::size_t descriptors = Descriptors();
+    while (minutes_ < std::atoi(minutes) && !HasFailure()) RunMinute();
+    CheckTables();
+    EXPECT_EQ(Descriptors(), descriptors);
+    EXPECT_LE(ResidentKilobytes() - resident, 5120);
+    std::printf("%d minutes, %d visits: %+ld kB resident of %ld, %zu descriptors, database of %ju bytes\n", minutes_,
+                visits_, ResidentKilobytes() - resident, resident, Descriptors(),
+                std::filesystem::file_size(SystemPath(DatabasePath(9))));
+}
+
+}  // namespace
+}  // namespace pixmora::test
