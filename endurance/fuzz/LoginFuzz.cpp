@@ -25,7 +25,7 @@ void CheckStatement(const LoginForm &form) {
     const std::string both = form.Username + form.Password;
     REQUIRE(statement.has_value() == HoldsNone(both, std::string_view("'\0", 2)));
     if (!statement) return;
-    REQUIRE(statement->Where.Sql == R"("Username" COLLATE NOCASE = ? AND "Password" COLLATE NOCASE = ? )");
+    REQUIRE(statement->Where.Sql == R"("Username" COLLATE TEXTS = ? AND "Password" COLLATE TEXTS = ? )");
     REQUIRE(statement->Where.Literals == (std::vector<FieldValue>{form.Username, form.Password}));
 }
 

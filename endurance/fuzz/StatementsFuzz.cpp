@@ -94,14 +94,14 @@ void CheckLiteral(const std::string &text) {
     const auto condition = ResultOf([&] { return TranslateCriteria(inQuotes); });
     REQUIRE(condition.has_value() == !Contains(text, std::string_view("\0", 1)));
     if (!condition) return;
-    REQUIRE(condition->Sql == R"("Username" COLLATE NOCASE = ? OR "Username" COLLATE NOCASE = ? )");
+    REQUIRE(condition->Sql == R"("Username" COLLATE TEXTS = ? OR "Username" COLLATE TEXTS = ? )");
     REQUIRE(condition->Literals == (std::vector<FieldValue>{Replace(text, "\"", ""), "x"}));
 
     const auto quoted = ResultOf([&] { return QuotedText(text); });
     REQUIRE(quoted.has_value() == !Contains(text, "'"));
     if (!quoted) return;
     const bool isUser =
-        EqualsIgnoreCase(text, "ann") || EqualsIgnoreCase(text, "bob") || EqualsIgnoreCase(text, "o%34brien");
+        CompareTexts(text, "ann") == 0 || CompareTexts(text, "bob") == 0 || CompareTexts(text, "o%34brien") == 0;
     REQUIRE(CountOf("SELECT * FROM Users WHERE Username=" + *quoted) == (isUser ? 1 : 0));
     // "*" is the one wildcard of this language.
     if (!HoldsNone(text, "[?#") || std::ranges::any_of(text, [](char c) { return static_cast<signed char>(c) < 0; }))

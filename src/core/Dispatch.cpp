@@ -49,12 +49,15 @@ std::shared_ptr<const clsWebServerCommands> Pages() {
 
 bool IsLogin(std::string_view username, std::string_view password) {
     // Either quote character would break the statement or change it: a login with one fails before there is any.
-    if (Contains(username, "\"") || Contains(password, "\"")) throw RunTimeError(ErrorNumber::SyntaxError);
-    return !gDatabase
-                ->OpenRecordset("SELECT * FROM Users WHERE Username=" + QuotedText(username) +
-                                    " and Password=" + QuotedText(password),
-                                RecordsetType::Snapshot)
-                ->Eof();
+    constexpr std::string_view forbidden("'\"\0", 3);
+    const bool isForbidden = Concat(username, password).find_first_of(forbidden) != std::string::npos;
+    if (isForbidden) throw RunTimeError(ErrorNumber::SyntaxError);
+    const auto users = gDatabase->OpenRecordset("SELECT Password FROM Users WHERE Username=" + QuotedText(username),
+                                                RecordsetType::Snapshot);
+    for (; !users->Eof(); users->MoveNext()) {
+        if (users->Value("Password") == FieldValue(std::string(password))) return true;
+    }
+    return false;
 }
 
 }  // namespace

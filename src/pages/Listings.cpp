@@ -77,7 +77,7 @@ std::vector<SubDirectory> ListSubDirs(const clsAlbum &album, std::string_view di
         rows.push_back({SortKey(places, directory, entry.Name, *lastWrite), {entry.Name, isNew}});
     }
     std::ranges::stable_sort(rows, [](const Row &left, const Row &right) {
-        const int order = CompareIgnoreCase(left.Key, right.Key);
+        const int order = CompareTexts(left.Key, right.Key);
         return gSortOrder == 0 ? order < 0 : order > 0;
     });
 

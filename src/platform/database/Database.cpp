@@ -106,6 +106,23 @@ bool Database::AddTo(std::string_view table, std::int64_t row, std::string_view 
     return sqlite3_changes(engine_->Handle()) > 0;
 }
 
+void Database::BackUp(std::string_view path) const {
+    const DatabaseEngine copy(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    HideFromOthers(path);
+    sqlite3_backup *backup = sqlite3_backup_init(copy.Handle(), "main", engine_->Handle(), "main");
+    if (backup == nullptr) copy.RaiseLastError();
+    sqlite3_backup_step(backup, -1);
+    if (sqlite3_backup_finish(backup) != SQLITE_OK) copy.RaiseLastError();
+}
+
+std::vector<std::string> Database::Faults() const {
+    PreparedStatement statement(*engine_, "PRAGMA integrity_check");
+    std::vector<std::string> faults;
+    while (statement.Step()) faults.push_back(AsText(statement.Column(0)));
+    if (faults == std::vector<std::string>{"ok"}) faults.clear();
+    return faults;
+}
+
 void Database::SetSynchronousFull(bool full) {
     engine_->Execute(full ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL");
     // What was written before must reach the disk too.

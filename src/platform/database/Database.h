@@ -73,8 +73,8 @@ public:
     void AppendField(std::string_view table, const Field &field);
     void DeleteField(std::string_view table, std::string_view field);
 
-    /// Opens a table by name, or a SELECT statement (StatementTranslator.h has its form). Texts compare and sort
-    /// without regard to ASCII case. A Snapshot and a statement refuse changes.
+    /// Opens a table by name, or a SELECT statement (StatementTranslator.h has its form). Texts compare and sort as
+    /// CompareTexts (Text.h) has it. A Snapshot and a statement refuse changes.
     /// @throws RunTimeError SyntaxError, ItemNotFound, DatabaseError
     std::unique_ptr<Recordset> OpenRecordset(std::string_view source, RecordsetType type);
 
@@ -84,6 +84,11 @@ public:
     /// overflow
     /// @throws RunTimeError ItemNotFound, SyntaxError
     bool AddTo(std::string_view table, std::int64_t row, std::string_view criteria, int ordinal, std::int32_t value);
+
+    /// Copies the whole database as it stands now into a file that isn't there yet, while anybody reads and writes it.
+    void BackUp(std::string_view path) const;
+    /// What the engine finds wrong with the file, a line each.
+    std::vector<std::string> Faults() const;
 
     /// With Full every committed change has reached the disk; otherwise a power cut may take what came since the last
     /// checkpoint (a crash of the program takes nothing in either case).

@@ -36,6 +36,13 @@ bool IsOfTheFile(int result) {
     }
 }
 
+int CompareForEngine(void *, int leftSize, const void *left, int rightSize, const void *right) {
+    const auto text = [](const void *bytes, int size) {
+        return std::string_view(static_cast<const char *>(bytes), static_cast<std::size_t>(size));
+    };
+    return CompareTexts(text(left, leftSize), text(right, rightSize));
+}
+
 }  // namespace
 
 TableDefinition::TableDefinition(std::string name, std::vector<Field> fields)
@@ -60,6 +67,8 @@ DatabaseEngine::DatabaseEngine(std::string_view path, int flags) {
         throw error;
     }
     sqlite3_busy_handler(handle_, WaitForLock, this);
+    // The name stands in this connection's statements alone and not in the file, which any tool can read.
+    sqlite3_create_collation(handle_, "TEXTS", SQLITE_UTF8, nullptr, CompareForEngine);
     // Without this a misspelt field in double quotes would pass as a text.
     sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     // Without this each new pattern of a LIKE has its statement prepared anew.

@@ -153,7 +153,7 @@ private:
         return terms;
     }
 
-    static std::string Name(std::string_view name) { return QuotedIdentifier(name) + " COLLATE NOCASE"; }
+    static std::string Name(std::string_view name) { return QuotedIdentifier(name) + " COLLATE TEXTS"; }
 
     TranslatedCondition Condition() {
         TranslatedCondition condition;

@@ -21,7 +21,7 @@
 
 namespace pixmora {
 
-/// A condition, with one "?" for each literal in order. Texts compare without regard to ASCII case.
+/// A condition, with one "?" for each literal in order. Texts compare as CompareTexts (Text.h) has it.
 struct TranslatedCondition {
     std::string Sql;
     std::vector<FieldValue> Literals;  ///< int64 or text; a date in its ISO form

@@ -1,4 +1,5 @@
-// Pure functions of text. A text is a byte string: one char a byte, whatever the encoding; case means ASCII case.
+// Pure functions of text. A text is a byte string: one char a byte, whatever the encoding; case means ASCII case unless
+// a function says otherwise.
 #pragma once
 
 #include <concepts>
@@ -52,6 +53,12 @@ std::string_view TrimWhitespace(std::string_view text);
 
 std::string LCase(std::string_view text);
 std::string UCase(std::string_view text);
+
+/// Order of two texts as people read them: without regard to case in any language, a letter with an accent behind the
+/// bare one and before the next. @return less than 0, 0 (for texts that differ in case alone) or greater
+int CompareTexts(std::string_view left, std::string_view right);
+/// The same for two texts exactly when CompareTexts finds no difference.
+std::string FoldedText(std::string_view text);
 
 /// Less, equal or greater than 0, without regard to ASCII case.
 int CompareIgnoreCase(std::string_view left, std::string_view right);

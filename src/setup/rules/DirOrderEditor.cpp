@@ -61,7 +61,7 @@ void DirOrderEditor::Open(std::string_view key) {
 
 void DirOrderEditor::SortRows(bool descending) {
     std::ranges::stable_sort(rows_, [descending](const Row &left, const Row &right) {
-        const int order = CompareIgnoreCase(left.Sort, right.Sort);
+        const int order = CompareTexts(left.Sort, right.Sort);
         return descending ? order > 0 : order < 0;
     });
     for (int row = 0; row < Count(); ++row) rows_[static_cast<std::size_t>(row)].Sort = PlaceText(row + 1);

@@ -46,7 +46,7 @@ std::optional<UserRefusal> ValidateUser(const UserFields &fields, std::string_vi
     // Deliberate: a name changed in its case alone meets its own entry here and is refused.
     const bool isTaken =
         fields.Username != editUserName && std::ranges::any_of(GetUserNames(), [&fields](const std::string &name) {
-            return EqualsIgnoreCase(name, fields.Username);
+            return CompareTexts(name, fields.Username) == 0;
         });
     using enum UserRefusal::Field;
     if (isTaken) return UserRefusal{"Username already exists!", Username};

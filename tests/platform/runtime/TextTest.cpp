@@ -18,6 +18,27 @@ TEST(Text, FoldsAsciiCaseAndLeavesOtherBytesAlone) {
     EXPECT_GT(CompareIgnoreCase("\xC3", "z"), 0) << "bytes compare unsigned";
 }
 
+TEST(Texts, CompareAsPeopleReadThem) {
+    const std::string ordered[] = {"",       "Apfel", "\xC3\x84pfel", "apfel\xC3\xA4",    "Bahn",
+                                   "bahn 2", "zoo",   "\xC3\x9Fig",   "\xCE\x91\xCE\xB2", "\xD0\x96\xD0\xB0"};
+    for (const std::string &left : ordered) {
+        for (const std::string &right : ordered) {
+            const int order = CompareTexts(left, right);
+            EXPECT_EQ(order < 0, &left < &right) << left << " " << right;
+            EXPECT_EQ(order == 0, &left == &right) << left << " " << right;
+            EXPECT_EQ(order == 0, FoldedText(left) == FoldedText(right)) << left << " " << right;
+        }
+    }
+    const std::pair<const char *, const char *> same[] = {
+        {"Bob", "bOB"}, {"\xC3\x84NNE", "\xC3\xA4nne"}, {"\xCE\x91", "\xCE\xB1"}, {"\xD0\x96", "\xD0\xB6"}};
+    for (const auto &[left, right] : same) {
+        EXPECT_EQ(CompareTexts(left, right), 0) << left;
+        EXPECT_EQ(FoldedText(left), FoldedText(right)) << left;
+    }
+    EXPECT_NE(CompareTexts("\xE4", "\xC3\xA4"), 0) << "bytes that are no UTF-8 are no letter of it";
+    EXPECT_NE(FoldedText("\xE4"), FoldedText("\xC3\xA4"));
+}
+
 TEST(LikePattern, Matches) {
     const std::tuple<const char *, const char *, const char *, bool> cases[] = {
         // name, text, pattern, fits
