@@ -1,4 +1,4 @@
-// pixmoractl: the owner's settings and tables from a shell, while the website is stopped.
+// pixmoractl: the owner's settings and tables from a shell.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/LineDialogue.h"
+#include "app/SiteReports.h"
 #include "core/site/Globals.h"
 #include "core/site/OwnerDialogue.h"
 #include "platform/files/Files.h"
@@ -36,7 +37,8 @@ constexpr const char *usage =
     "       pixmoractl album list | album add NAME DIRECTORY [--description TEXT] [--no-pictures] [--no-movies]\n"
     "                  [--no-subdirs] [--featured none|random|FILE] | album remove NAME\n"
     "       pixmoractl user list | user add NAME PASSWORD [--admin] | user remove NAME\n"
-    "       pixmoractl protect ALBUM SUBDIR USER | unprotect ALBUM SUBDIR USER     (SUBDIR is \"\\\" or \"\\a\\b\")\n";
+    "       pixmoractl protect ALBUM SUBDIR USER | unprotect ALBUM SUBDIR USER     (SUBDIR is \"\\\" or \"\\a\\b\")\n"
+    "       pixmoractl backup FILE | check | stats [--csv]\n";
 
 int Refuse(const std::string &message) {
     pixmora::ShowMessageBox(message, pixmora::FlagCritical);
@@ -51,14 +53,14 @@ int ShowUsage() {
 bool HasAlbum(const std::string &name) {
     std::int32_t count = 0;
     for (const std::string &album : pixmora::GetAlbumNames(count)) {
-        if (pixmora::EqualsIgnoreCase(album, name)) return true;
+        if (pixmora::CompareTexts(album, name) == 0) return true;
     }
     return false;
 }
 
 bool HasUser(const std::string &name) {
     for (const std::string &user : pixmora::GetUserNames()) {
-        if (pixmora::EqualsIgnoreCase(user, name)) return true;
+        if (pixmora::CompareTexts(user, name) == 0) return true;
     }
     return false;
 }
@@ -137,6 +139,7 @@ int AddAlbum(const Words &words) {
     if (!fields->FeaturedImagePath.empty()) {
         if (!pixmora::FileExists(fields->FeaturedImagePath))
             return Refuse("There is no file '" + fields->FeaturedImagePath + "'.");
+        pixmora::gPictureEngine = std::make_unique<pixmora::PictureEngine>();
         fields->FeaturedImagePath = pixmora::OfferSmallCopy(fields->FeaturedImagePath);
     }
     AlbumEditor().Save(*fields);
@@ -199,6 +202,41 @@ int Unprotect(const Words &words) {
     return statusDone;
 }
 
+int BackUp(const Words &words) {
+    const std::string database = pixmora::DatabasePath(pixmora::CurrentSchemaVersion);
+    const std::string target = pixmora::ProgramPath(AbsolutePath(words[0]));
+    if (pixmora::IsDirectory(target)) return Refuse("'" + words[0] + "' is a directory.");
+    if (pixmora::FileExists(target)) {
+        const pixmora::FileFacts present = pixmora::GetFileFacts(target);
+        const pixmora::FileFacts own = pixmora::GetFileFacts(database);
+        if (present.Device == own.Device && present.Inode == own.Inode) {
+            return Refuse("'" + words[0] + "' is the database itself.");
+        }
+    }
+    const std::string unfinished = target + ".part";
+    if (pixmora::FileExists(unfinished)) pixmora::DeleteFile(unfinished);
+    try {
+        pixmora::gDatabase->BackUp(unfinished);
+        pixmora::RenameFile(unfinished, target);
+    } catch (const pixmora::RunTimeError &) {
+        if (pixmora::FileExists(unfinished)) pixmora::DeleteFile(unfinished);
+        throw;
+    }
+    return statusDone;
+}
+
+int Check(const Words &) {
+    const std::vector<std::string> faults = pixmora::SiteFaults();
+    for (const std::string &fault : faults) std::printf("%s\n", fault.c_str());
+    return faults.empty() ? statusDone : statusRefused;
+}
+
+int ShowStats(const Words &words) {
+    if (!words.empty() && words[0] != "--csv") return ShowUsage();
+    std::fputs(pixmora::StatsText(!words.empty()).c_str(), stdout);
+    return statusDone;
+}
+
 enum class Needs { Settings, Tables, TablesToChange };
 
 struct Command {
@@ -223,17 +261,19 @@ const std::vector<Command> commands = {
     {{"user", "remove"}, 1, 1, Needs::TablesToChange, RemoveUser},
     {{"protect"}, 3, 3, Needs::TablesToChange, Protect},
     {{"unprotect"}, 3, 3, Needs::TablesToChange, Unprotect},
+    {{"backup"}, 1, 1, Needs::Tables, BackUp},
+    {{"check"}, 0, 0, Needs::Settings, Check},
+    {{"stats"}, 0, 1, Needs::Tables, ShowStats},
 };
 
 int RunCommand(const Command &command, const Words &words) {
-    if (command.What == Needs::TablesToChange && pixmora::App::PrevInstance()) {
+    pixmora::MigrateSettings();
+    if (command.What == Needs::TablesToChange && pixmora::IsProgramElsewhere()) {
         return Refuse(pixmora::App::Title + " is already running! Stop it before you change its albums or users.");
     }
     if (command.What != Needs::Settings && !pixmora::OpenOrCreateDatabase()) {
-        return Refuse("Error loading database!\n\nPlease make sure '" +
-                      pixmora::SystemPath(pixmora::DatabasePath(pixmora::CurrentSchemaVersion)) + "' is not in use!");
+        return Refuse(pixmora::DatabaseMessage());
     }
-    pixmora::gPictureEngine = std::make_unique<pixmora::PictureEngine>();
     const int status = command.Run(words);
     pixmora::gDatabase.reset();
     return status;
