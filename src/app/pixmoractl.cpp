@@ -218,9 +218,9 @@ int BackUp(const Words &words) {
     try {
         pixmora::gDatabase->BackUp(unfinished);
         pixmora::RenameFile(unfinished, target);
-    } catch (const pixmora::RunTimeError &) {
+    } catch (const pixmora::RunTimeError &error) {
         if (pixmora::FileExists(unfinished)) pixmora::DeleteFile(unfinished);
-        throw;
+        throw error.About(words[0]);
     }
     return statusDone;
 }

@@ -31,6 +31,10 @@ bool IsAscii(char c) {
     return static_cast<signed char>(c) >= 0;
 }
 
+char LowerOf(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 bool IsAscii(std::string_view text) {
     return std::ranges::all_of(text, [](char c) { return IsAscii(c); });
 }
@@ -46,16 +50,17 @@ int CompareFolded(std::string_view left, std::string_view right) {
 }  // namespace
 
 int CompareTexts(std::string_view left, std::string_view right) {
-    // Most texts differ, or end, before any other letter.
+    // Most texts are the same or differ before any other letter, and a search compares thousands.
     const std::size_t shorter = std::min(left.size(), right.size());
-    std::size_t i = 0;
+    std::size_t i = static_cast<std::size_t>(std::mismatch(left.begin(), left.begin() + shorter, right.begin()).first -
+                                             left.begin());
     while (i < shorter && IsAscii(left[i]) && IsAscii(right[i])) {
-        const int difference = CompareIgnoreCase(left.substr(i, 1), right.substr(i, 1));
-        if (difference != 0) return difference;
+        if (const int difference = LowerOf(left[i]) - LowerOf(right[i]); difference != 0) return difference;
         ++i;
     }
     const bool isOver = i == shorter && IsAscii(left.substr(i)) && IsAscii(right.substr(i));
-    return isOver ? CompareIgnoreCase(left.substr(i), right.substr(i)) : CompareFolded(left, right);
+    if (!isOver) return CompareFolded(left, right);
+    return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
 }
 
 std::string FoldedText(std::string_view text) {
