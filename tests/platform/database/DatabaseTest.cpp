@@ -209,6 +209,7 @@ TEST_F(DatabaseTest, ReportsDamageWhereItIsMet) {
     }
     const auto database = Open();
     EXPECT_TRUE(database->OpenRecordset("U", RecordsetType::Table)->Eof());
+    EXPECT_FALSE(database->Faults().empty());
     const auto rows = database->OpenRecordset("T", RecordsetType::Table);
     EXPECT_EQ(ErrorOf([&] { rows->Eof(); }), ErrorNumber::DatabaseFailure);
 }
@@ -246,6 +247,31 @@ TEST_F(DatabaseTest, MakesAScopesChangesTogetherOrNotAtAll) {
     EXPECT_EQ(ErrorOf([&] { database->OpenRecordset("U", RecordsetType::Table); }), ErrorNumber::ItemNotFound);
 }
 
+TEST_F(DatabaseTest, ShowsAReadScopeOneStateOfTheFile) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Long}});
+    const auto count = [&] {
+        return database->OpenRecordset("T", RecordsetType::Table)->RecordCount();
+    };
+    {
+        const ReadScope outer(*database);
+        EXPECT_EQ(count(), 0);
+        RunSql(Path(), "INSERT INTO T VALUES (10)");
+        const ReadScope inner(*database);
+        EXPECT_EQ(count(), 0);
+    }
+    EXPECT_EQ(count(), 1);
+    // The scopes have left nothing behind that a change would meet.
+    Transaction transaction(*database);
+    Add(*database, 11);
+    {
+        const ReadScope within(*database);
+        EXPECT_EQ(count(), 2);
+    }
+    transaction.Commit();
+    EXPECT_EQ(RunSql(Path(), "SELECT count(*) FROM T"), "2\n");
+}
+
 TEST_F(DatabaseTest, LetsOthersReadAndWriteWhileRecordsetsAreOpen) {
     const auto database = Create();
     database->CreateTable("T", {{"A", FieldType::Long}});
@@ -261,6 +287,18 @@ TEST_F(DatabaseTest, LetsOthersReadAndWriteWhileRecordsetsAreOpen) {
     EXPECT_EQ(AsLong(ordered->Value(0)), 2);
     for (int i = 0; i < 4; ++i) plain->MoveNext();
     EXPECT_EQ(AsLong(plain->Value(0)), 4);
+}
+
+TEST_F(DatabaseTest, IsCopiedWhileItIsInUse) {
+    const auto database = Create();
+    database->CreateTable("T", {{"A", FieldType::Long}});
+    Add(*database, 1);
+    const Transaction transaction(*database);
+    const auto reader = Open();
+    reader->BackUp(ProgramPath(folder.Path("copy.mdb")));
+    EXPECT_EQ(RunSql(folder.Path("copy.mdb"), "SELECT A FROM T"), "1\n");
+    EXPECT_TRUE(Database::OpenDatabase(ProgramPath(folder.Path("copy.mdb")))->Faults().empty());
+    EXPECT_THROW(reader->BackUp(ProgramPath(folder.Path("none/copy.mdb"))), RunTimeError);
 }
 
 TEST_F(DatabaseTest, KeepsTheLogSmall) {
