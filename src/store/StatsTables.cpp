@@ -22,7 +22,7 @@ double NumberOrZero(const FieldValue &value) {
 /// A table's figures over all albums, by one or two of its fields, in one question.
 /// @param keyOf makes the key of a row, whose first columns are the fields; rows that lack one are left out
 template <typename Key, typename KeyOf>
-std::map<Key, Figures> SumsBy(const std::vector<std::string_view> &fields, std::string_view table, KeyOf keyOf) {
+std::map<Key, StatsFigures> SumsBy(const std::vector<std::string_view> &fields, std::string_view table, KeyOf keyOf) {
     std::string columns;
     for (const std::string_view field : fields) Append(columns, columns.empty() ? "" : ", ", field);
     const auto rows = gDatabase->OpenRecordset(
@@ -30,26 +30,26 @@ std::map<Key, Figures> SumsBy(const std::vector<std::string_view> &fields, std::
                "FROM ", table, " GROUP BY ", columns),
         RecordsetType::Snapshot);
     const auto count = static_cast<int>(fields.size());
-    std::map<Key, Figures> sums;
+    std::map<Key, StatsFigures> sums;
     for (; !rows->Eof(); rows->MoveNext()) {
         if (IsNull(rows->Value(0)) || IsNull(rows->Value(count - 1))) continue;
         const auto figure = [&](int place) {
             return NumberOrZero(rows->Value(count + place));
         };
-        sums[keyOf(*rows)] += Figures{figure(0), figure(1), figure(2), figure(3)};
+        sums[keyOf(*rows)] += StatsFigures{figure(0), figure(1), figure(2), figure(3)};
     }
     return sums;
 }
 
 template <typename Key>
-Figures At(const std::map<Key, Figures> &sums, const Key &key) {
+StatsFigures At(const std::map<Key, StatsFigures> &sums, const Key &key) {
     const auto found = sums.find(key);
-    return found == sums.end() ? Figures() : found->second;
+    return found == sums.end() ? StatsFigures() : found->second;
 }
 
-using DailySums = std::map<DateTime, Figures>;
-using HourlySums = std::map<std::pair<DateTime, std::int64_t>, Figures>;
-using MonthlySums = std::map<std::pair<std::int64_t, std::int64_t>, Figures>;
+using DailySums = std::map<DateTime, StatsFigures>;
+using HourlySums = std::map<std::pair<DateTime, std::int64_t>, StatsFigures>;
+using MonthlySums = std::map<std::pair<std::int64_t, std::int64_t>, StatsFigures>;
 
 DailySums ReadDailySums() {
     return SumsBy<DailySums::key_type>({"WhichDay"}, "StatsDaily",
@@ -70,11 +70,11 @@ MonthlySums ReadMonthlySums() {
 
 StatsTable Summary(DateTime today, const DailySums &days, const MonthlySums &months) {
     const auto since = [&](int count) {
-        Figures sum;
+        StatsFigures sum;
         for (auto day = days.upper_bound(AddDays(today, -count)); day != days.end(); ++day) sum += day->second;
         return sum;
     };
-    Figures overall;
+    StatsFigures overall;
     for (const auto &[month, figures] : months) overall += figures;
     return {"Stats Summary",
             "Timespan",
@@ -123,7 +123,7 @@ StatsTable Monthly(DateTime today, const MonthlySums &months) {
 
 }  // namespace
 
-Figures &Figures::operator+=(const Figures &other) {
+StatsFigures &StatsFigures::operator+=(const StatsFigures &other) {
     Visitors += other.Visitors;
     Thumbs += other.Thumbs;
     Downloads += other.Downloads;
@@ -131,7 +131,7 @@ Figures &Figures::operator+=(const Figures &other) {
     return *this;
 }
 
-std::vector<std::string> FigureTexts(const Figures &figures) {
+std::vector<std::string> FigureTexts(const StatsFigures &figures) {
     return {NumberText(figures.Visitors), NumberText(figures.Thumbs), NumberText(figures.Downloads),
             FormatByteSize(figures.Bandwidth * 1024)};
 }

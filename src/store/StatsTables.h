@@ -7,18 +7,18 @@
 namespace pixmora {
 
 /// What one or more of the statistics' rows say.
-struct Figures {
+struct StatsFigures {
     double Visitors = 0;
     double Thumbs = 0;
     double Downloads = 0;
     double Bandwidth = 0;  ///< kilobytes
 
-    Figures &operator+=(const Figures &other);
+    StatsFigures &operator+=(const StatsFigures &other);
 };
 
 struct StatsRow {
     std::string Label;
-    Figures Counts;
+    StatsFigures Counts;
 };
 
 struct StatsTable {
@@ -30,7 +30,7 @@ struct StatsTable {
 /// The headings of the figures.
 inline constexpr const char *StatsColumns[] = {"Visitors", "Thumbnails", "File Clicks", "Bandwidth"};
 /// The figures as texts in the order of the columns.
-std::vector<std::string> FigureTexts(const Figures &figures);
+std::vector<std::string> FigureTexts(const StatsFigures &figures);
 
 /// "Stats Summary", "Last 24 Hours", "Daily Stats" and "Monthly Stats" as of now.
 std::vector<StatsTable> ReadStatsTables();

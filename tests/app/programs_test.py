@@ -16,7 +16,7 @@ PROGRAMS = sys.argv.pop(1)
 
 # Words, exit status, standard output, the end of standard error. {folder} stands for the test's own.
 COMMANDS = [
-    ("", 2, "", "(SUBDIR is \"\\\" or \"\\a\\b\")\n"),
+    ("", 2, "", "       pixmoractl backup FILE | check | stats [--csv]\n"),
     ("nonsense", 2, "", None),
     ("get Setup", 2, "", None),
     ("set Setup Author", 2, "", None),
@@ -52,6 +52,16 @@ COMMANDS = [
     ("unprotect Trips \\sub Bob", 1, "", "'Bob' has no right to '\\sub' in the album 'Trips'.\n"),
     ("user remove Carl", 1, "", "There is no user named 'Carl'.\n"),
     ("user remove Bob", 0, "", ""),
+    ("user add \u00c4NNE secret", 0, "", ""),
+    ("user add \u00e4nne secret", 1, "", "Username already exists!\n"),
+    ("check", 0, "", ""),
+    ("set Setup FilesPerRow three", 0, "", ""),
+    ("check", 1, "Type mismatch (Setup, FilesPerRow)\n", ""),
+    ("backup {folder}/copy.mdb", 0, "", ""),
+    ("backup {folder}/copy.mdb", 0, "", ""),
+    ("backup {folder}", 1, "", "'{folder}' is a directory.\n"),
+    ("backup {folder}/none/copy.mdb", 1, "", "unable to open database file ({folder}/none/copy.mdb)\n"),
+    ("stats --tsv", 2, "", None),
     ("album remove trips", 0, "", ""),
     ("album list", 0, "", ""),
 ]

@@ -116,9 +116,13 @@ void Database::BackUp(std::string_view path) const {
 }
 
 std::vector<std::string> Database::Faults() const {
-    PreparedStatement statement(*engine_, "PRAGMA integrity_check");
     std::vector<std::string> faults;
-    while (statement.Step()) faults.push_back(AsText(statement.Column(0)));
+    try {
+        PreparedStatement statement(*engine_, "PRAGMA integrity_check");
+        while (statement.Step()) faults.push_back(AsText(statement.Column(0)));
+    } catch (const RunTimeError &error) {
+        faults.push_back(error.Message());  // too much is wrong to go on
+    }
     if (faults == std::vector<std::string>{"ok"}) faults.clear();
     return faults;
 }
