@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "console/AccessibleMenus.h"
 #include "console/Texts.h"
 #include "console/clsXPMenu.h"
 #include "console/frmHelpBalloon.h"
@@ -24,6 +25,7 @@
 #include "platform/loop/App.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/RunTimeError.h"
+#include "store/Schema.h"
 #include "store/Settings.h"
 
 namespace pixmora {
@@ -47,6 +49,28 @@ std::string WithScheme(const std::string &address) {
     return hasScheme ? address : "http://" + address;
 }
 
+/// What an error has left of a site serves nobody.
+void CloseSite() {
+    if (!gSystray) return;
+    for (Timer *timer : {&gSystray->tmrConnections, &gSystray->tmrIdle, &gSystray->tmrWebCam}) timer->SetEnabled(false);
+    gSystray->wnskListen->Close();
+    for (int index = gSystray->wnskConnect.UBound(); index > 0; --index) gSystray->wnskConnect.Unload(index);
+}
+
+/// The database library's own words say nothing to an owner.
+std::string OwnersMessage(const RunTimeError &error) {
+    switch (error.Number()) {
+        case ErrorNumber::DatabaseError:
+        case ErrorNumber::DatabaseFailure:
+        case ErrorNumber::SyntaxError:
+        case ErrorNumber::ItemNotFound:
+            return "Error in database!\r\n\r\nPlease make sure '" + SystemPath(DatabasePath(CurrentSchemaVersion)) +
+                   "' is not damaged, not in use, and not on a full disk!";
+        default:
+            return error.Message();
+    }
+}
+
 }  // namespace
 
 Desktop::Desktop(SetupForms forms)
@@ -57,6 +81,7 @@ Desktop::Desktop(SetupForms forms)
 Desktop::Desktop(SetupForms forms, Shell shell)
     : forms_(std::move(forms)), shell_(std::move(shell)), actions_(MakeHands()) {
     SetOwnerDialogue(this);
+    ShowMenusToAssistiveTechnology();
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(ProgramIcon());
 }
@@ -152,8 +177,10 @@ void Desktop::ShowMainWindow() {
         hands.Unloaded = [this] {
             HandleUnloaded();
         };
-        hands.ShowTrayMenu = [this](const QPoint &place) {
-            ShowTrayMenu(place);
+        hands.ShowTrayMenu = [this](const QRect &button) {
+            const auto menu = MakeTrayMenu();
+            menu->ShowMenu(MenuPlaceAt(button, {menu->GetWidth(), menu->GetHeight()},
+                                       ScreenAt(button.center()).availableGeometry()));
         };
         main_ = std::make_unique<frmMain>(actions_, std::move(hands));
     }
@@ -186,11 +213,15 @@ void Desktop::LoadTray() {
     tray_.TrayAdd(App::Title, QGuiApplication::windowIcon());
 }
 
-void Desktop::ShowTrayMenu(const QPoint &pointer) const {
-    if (QApplication::activeModalWidget() != nullptr) return;
-    const auto menu = clsXPMenu::Create(
+std::shared_ptr<clsXPMenu> Desktop::MakeTrayMenu() const {
+    return clsXPMenu::Create(
         SystrayMenu, SystrayMenuItems(IsMainWindowShown()),
         [this](const std::string &menuName, const std::string &itemText) { actions_.HandleClick(menuName, itemText); });
+}
+
+void Desktop::ShowTrayMenu(const QPoint &pointer) const {
+    if (QApplication::activeModalWidget() != nullptr) return;
+    const auto menu = MakeTrayMenu();
     const QScreen &screen = ScreenAt(pointer);
     menu->ShowMenu(
         TrayMenuPlace(pointer, {menu->GetWidth(), menu->GetHeight()}, screen.geometry(), screen.availableGeometry()));
@@ -206,7 +237,9 @@ bool Desktop::ShowUnhandledError(const RunTimeError &error) {
     tray_.IgnoreTrayEvents = true;
     std::fprintf(stderr, "%s\n", error.what());
     std::fflush(stderr);
-    ShowMessageBox(error.Message(), FlagCritical);
+    SetFiguresRunning(false);
+    CloseSite();
+    ShowMessageBox(OwnersMessage(error), FlagCritical);
     return true;
 }
 

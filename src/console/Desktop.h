@@ -17,6 +17,7 @@ class frmHelpBalloon;
 class frmMain;
 class frmMsgBox;
 class RunTimeError;
+class clsXPMenu;
 
 /// What the program asks of the desktop that it runs on; tests put their own in its place.
 struct Shell {
@@ -41,7 +42,8 @@ public:
 
     /// Stops the website without a question and ends the program.
     void EndWithoutQuestion();
-    /// Shows an error that no handler caught, on standard error too. @return false when another one is being shown
+    /// Closes what is left of the site, and shows an error that no handler caught, in its own words on standard error.
+    /// @return false when another one is being shown
     bool ShowUnhandledError(const RunTimeError &error);
 
     int ShowMessageBox(const std::string &text, int flags) override;
@@ -57,11 +59,12 @@ public:
     bool IsMainWindowShown() const { return !main_ || MainWindowIfUp() != nullptr; }
     /// Shows the main window or sends it to the tray.
     void ToggleMainWindow();
-    /// The tray's menu, unless a dialog is open. @param pointer on the screen
+    /// The tray's menu at a pointer on the screen, unless a dialog is open.
     void ShowTrayMenu(const QPoint &pointer) const;
 
 private:
     ActionHands MakeHands();
+    std::shared_ptr<clsXPMenu> MakeTrayMenu() const;
     void LoadTray();
     void ShowMainWindow();
     void HandleUnloaded();

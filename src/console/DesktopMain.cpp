@@ -9,6 +9,7 @@
 #include "core/site/Globals.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
+#include "platform/runtime/Numbers.h"
 #include "store/Settings.h"
 
 namespace pixmora {
@@ -16,6 +17,11 @@ namespace pixmora {
 namespace {
 
 constexpr Tick waitMs = 100;
+
+/// An emptied setting is the sign of a first run as an absent one is.
+double RunSetup() {
+    return Val(GetSetting("Setup", "RunSetup"));
+}
 
 }  // namespace
 
@@ -29,7 +35,7 @@ bool Desktop::Main(const std::string &commandLine) {
     splash.Show();
     while (MainWindowIfUp() == nullptr) WaitUntilTick(TickAfter(GetTickCount(), waitMs));
     StartByMode(commandLine);
-    if (GetSettingNumber("Setup", "RunSetup", 0) <= 0) GreetFirstTime();
+    if (RunSetup() <= 0) GreetFirstTime();
     return true;
 }
 
@@ -48,7 +54,8 @@ void Desktop::GreetFirstTime() {
         "setup process.\r\n\r\nClick OK to continue!",
         FlagInformation);
     forms_.ShowSetup({});
-    if (GetSettingNumber("Setup", "RunSetup", 0) != 1 || GetSettingNumber("Records", "CreatedAlbum", 0) != 1) return;
+    WebsiteStatusChanged();
+    if (RunSetup() != 1 || Val(GetSetting("Records", "CreatedAlbum")) != 1) return;
     const bool startsNow = Asks(
         "In order for your pictures and movies to appear online, you must start your "
         "website.\r\n\r\nWould you like to do that now?\r\n\r\nIn the future you can do this yourself by "

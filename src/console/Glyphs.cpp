@@ -135,6 +135,7 @@ void PaintBody(QPainter &painter) {
     painter.drawPath(Lines({{{22, 8}, {42, 8}, {47, 16}, {17, 16}, {22, 8}}}));
     painter.setBrush(blue);
     painter.drawRoundedRect(QRectF(2, 13, 60, 44), 11, 11);
+    painter.setPen(Qt::NoPen);
     painter.setBrush(Skin::Amber);
     painter.drawEllipse(QPointF(52, 22), 4, 4);
 }
@@ -184,13 +185,14 @@ void PaintSign(QPainter &painter, Sign sign, const QRectF &square) {
     painter.restore();
 }
 
-void PaintMark(QPainter &painter, const QRectF &square) {
+void PaintMark(QPainter &painter, const QRectF &square, const QColor &rim) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(square.topLeft());
     painter.scale(square.width() / markGrid, square.height() / markGrid);
-    painter.setPen(Qt::NoPen);
+    painter.setPen(rim.isValid() ? QPen(rim, 3) : QPen(Qt::NoPen));
     PaintBody(painter);
+    painter.setPen(Qt::NoPen);
     PaintLens(painter);
     painter.restore();
 }

@@ -38,8 +38,8 @@ void PaintGlyph(QPainter &painter, Glyph glyph, const QRectF &square, const QCol
 enum class Sign { Information, Critical };
 void PaintSign(QPainter &painter, Sign sign, const QRectF &square);
 
-/// The program's mark, a camera with a landscape in its lens.
-void PaintMark(QPainter &painter, const QRectF &square);
+/// The program's mark, a camera with a landscape in its lens. @param rim around it, where it stands on its own blue
+void PaintMark(QPainter &painter, const QRectF &square, const QColor &rim = {});
 
 /// The mark at all the sizes that desktops ask for.
 QIcon ProgramIcon();

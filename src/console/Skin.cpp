@@ -1,10 +1,14 @@
 // The look that all windows of the program share: colours, fonts, surfaces.
 #include "console/Skin.h"
 
+#include <QFontInfo>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QStringList>
+#include <algorithm>
+#include <cmath>
 
 namespace pixmora::Skin {
 
@@ -20,7 +24,20 @@ QRectF FrameOf(const QRectF &outer) {
 
 }  // namespace
 
+double TextScale() {
+    constexpr double usualPoints = 9;
+    return std::clamp(QFontInfo(QGuiApplication::font()).pointSizeF() / usualPoints, 0.8, 3.0);
+}
+
+int Scaled(int length) {
+    return static_cast<int>(std::lround(length * TextScale()));
+}
+
 QFont Font(int pixels, bool bold) {
+    return PictureFont(Scaled(pixels), bold);
+}
+
+QFont PictureFont(int pixels, bool bold) {
     QFont font;
     font.setFamilies({QStringLiteral("Tahoma"), QStringLiteral("Segoe UI"), QStringLiteral("Noto Sans"),
                       QStringLiteral("DejaVu Sans")});

@@ -27,8 +27,14 @@ inline constexpr QColor Blue{43, 108, 212};
 inline constexpr QColor Green{46, 148, 85};
 inline constexpr QColor Red{200, 60, 52};
 
-/// @param pixels height, in units that the desktop's scaling multiplies
+/// How large the desktop wants its text, beside the nine points that the skin's lengths are made for.
+double TextScale();
+/// A length of the skin at the desktop's size of text. Lengths are in units that the desktop's scaling multiplies.
+int Scaled(int length);
+/// @param pixels height, before the desktop's size of text
 QFont Font(int pixels, bool bold = false);
+/// The same font whatever the desktop's size of text, for pictures.
+QFont PictureFont(int pixels, bool bold = false);
 
 /// A label of plain text.
 QLabel *Label(const QString &text, int pixels, const QColor &colour, bool bold = false);

@@ -46,7 +46,7 @@ QColor InState(const QColor &fill, bool isPressed, bool isOver) {
 }
 
 int ContentWidth(const SkinButton::Face &face, const QFontMetrics &metrics) {
-    const int picture = face.Picture == Glyph::None ? 0 : glyphSide + gap;
+    const int picture = face.Picture == Glyph::None ? 0 : Skin::Scaled(glyphSide) + gap;
     return picture + metrics.horizontalAdvance(face.Text);
 }
 
@@ -100,12 +100,13 @@ void SkinButton::PaintFace(QPainter &painter, const Face &face) const {
     painter.setBrush(gradient);
     painter.drawRoundedRect(frame, corner, corner);
 
-    QRectF content(0, 0, ContentWidth(face, fontMetrics()), glyphSide);
+    const int side = Skin::Scaled(glyphSide);
+    QRectF content(0, 0, ContentWidth(face, fontMetrics()), side);
     content.moveCenter(QRectF(rect()).center());
     if (isDown()) content.translate(0, 1);
     if (face.Picture != Glyph::None) {
-        PaintGlyph(painter, face.Picture, QRectF(content.topLeft(), QSizeF(glyphSide, glyphSide)), ink);
-        content.setLeft(content.left() + glyphSide + gap);
+        PaintGlyph(painter, face.Picture, QRectF(content.topLeft(), QSizeF(side, side)), ink);
+        content.setLeft(content.left() + side + gap);
     }
     painter.setPen(ink);
     painter.setFont(font());
@@ -114,7 +115,7 @@ void SkinButton::PaintFace(QPainter &painter, const Face &face) const {
 }
 
 QSize SkinButton::sizeHint() const {
-    return {ContentWidth(face_, fontMetrics()) + 2 * sideSpace, buttonHeight};
+    return {ContentWidth(face_, fontMetrics()) + 2 * sideSpace, Skin::Scaled(buttonHeight)};
 }
 
 void SkinButton::paintEvent(QPaintEvent *) {
@@ -129,6 +130,10 @@ TitleButton::TitleButton(const char *name, Glyph glyph, const QString &purpose)
     setFixedSize(sizeHint());
 }
 
+QSize TitleButton::sizeHint() const {
+    return QSize(28, 24) * Skin::TextScale();
+}
+
 void TitleButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -137,7 +142,7 @@ void TitleButton::paintEvent(QPaintEvent *) {
         painter.setBrush(isDown() ? QColor(0, 0, 0, 60) : QColor(255, 255, 255, 45));
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
     }
-    constexpr double side = 14;
+    const double side = 14 * Skin::TextScale();
     QRectF square(0, 0, side, side);
     square.moveCenter(QRectF(rect()).center());
     PaintGlyph(painter, glyph_, square, Skin::HeaderInk);

@@ -51,7 +51,7 @@ private:
 class TitleButton : public PaintedButton {
 public:
     TitleButton(const char *name, Glyph glyph, const QString &purpose);
-    QSize sizeHint() const override { return {28, 24}; }
+    QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

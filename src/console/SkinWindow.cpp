@@ -25,6 +25,14 @@ namespace {
 constexpr int mainTitleHeight = 66;
 constexpr int boxTitleHeight = 34;
 
+QPointF Scaled(const QPointF &place) {
+    return place * Skin::TextScale();
+}
+
+QRectF Scaled(const QRectF &area) {
+    return {Scaled(area.topLeft()), area.size() * Skin::TextScale()};
+}
+
 void DrawLine(QPainter &painter, const QPointF &baseline, const QString &text, const QFont &font,
               const QColor &colour) {
     painter.setFont(font);
@@ -36,9 +44,9 @@ void DrawLine(QPainter &painter, const QPointF &baseline, const QString &text, c
 
 TitleArea::TitleArea(const QString &title, Size size, QWidget *parent) : QWidget(parent), title_(title), size_(size) {
     setObjectName(QStringLiteral("imgTitleArea"));
-    setFixedHeight(size == Size::Main ? mainTitleHeight : boxTitleHeight);
+    setFixedHeight(Skin::Scaled(size == Size::Main ? mainTitleHeight : boxTitleHeight));
     auto *buttons = new QHBoxLayout(this);
-    buttons->setContentsMargins(0, 0, 8, size == Size::Main ? 28 : 3);
+    buttons->setContentsMargins(0, 0, 8, size == Size::Main ? Skin::Scaled(28) : 3);
     buttons->setSpacing(2);
     buttons->addStretch();
 }
@@ -49,16 +57,16 @@ void TitleArea::paintEvent(QPaintEvent *) {
     if (size_ == Size::Main) {
         PaintMainTitle(painter);
     } else {
-        PaintMark(painter, QRectF(9, 6, 19, 19));
-        DrawLine(painter, {35, 20}, title_, Skin::Font(12, true), Skin::HeaderInk);
+        PaintMark(painter, Scaled({9, 6, 19, 19}), Skin::HeaderInk);
+        DrawLine(painter, Scaled({35, 20}), title_, Skin::Font(12, true), Skin::HeaderInk);
     }
 }
 
 void TitleArea::PaintMainTitle(QPainter &painter) const {
     const qsizetype split = title_.indexOf('!') + 1;
-    PaintMark(painter, QRectF(14, 9, 45, 45));
-    DrawLine(painter, {70, 33}, title_.left(split), Skin::Font(23, true), Skin::HeaderInk);
-    DrawLine(painter, {71, 51}, title_.mid(split).trimmed(), Skin::Font(12), Skin::HeaderSoftInk);
+    PaintMark(painter, Scaled({14, 9, 45, 45}), Skin::HeaderInk);
+    DrawLine(painter, Scaled({70, 33}), title_.left(split), Skin::Font(23, true), Skin::HeaderInk);
+    DrawLine(painter, Scaled({71, 51}), title_.mid(split).trimmed(), Skin::Font(12), Skin::HeaderSoftInk);
 }
 
 void TitleArea::mousePressEvent(QMouseEvent *event) {

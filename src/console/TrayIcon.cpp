@@ -7,6 +7,7 @@
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
+#include <utility>
 
 #include "console/Texts.h"
 #include "platform/loop/MessageLoop.h"
@@ -21,15 +22,26 @@ constexpr int textLength = 256;
 constexpr int balloonMs = 10000;
 
 /// The toolkit's icon in an embedding tray is a window of its own, which a modal dialog blocks as any other unless it
-/// belongs to the dialog. So it is given to each dialog that would block it.
+/// belongs to the dialog. So it is given to each dialog that would block it. The program's every event passes here,
+/// because the window comes with the tray, maybe late.
 class Unblocker : public QObject {
+public:
+    Unblocker() { qApp->installEventFilter(this); }
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override {
-        const QWidget *dialog = QApplication::activeModalWidget();
-        if (event->type() == QEvent::WindowBlocked && dialog != nullptr) {
+        if (event->type() != QEvent::WindowBlocked || !IsTrayWindow(watched)) return false;
+        if (const QWidget *dialog = QApplication::activeModalWidget()) {
             static_cast<QWindow *>(watched)->setTransientParent(dialog->windowHandle());
         }
         return false;
+    }
+
+private:
+    static bool IsTrayWindow(const QObject *window) {
+        return std::ranges::any_of(QApplication::topLevelWidgets(), [window](const QWidget *form) {
+            return form->windowHandle() == window && form->inherits("QSystemTrayIconSys");
+        });
     }
 };
 
@@ -45,21 +57,18 @@ QPoint TrayMenuPlace(const QPoint &pointer, const QSize &menu, const QRect &scre
     return {std::max(x, screen.left()), y};
 }
 
+QPoint MenuPlaceAt(const QRect &button, const QSize &menu, const QRect &available) {
+    const bool hasRoomBelow = button.bottom() + menu.height() <= available.bottom();
+    return {button.left(), hasRoomBelow ? button.bottom() + 1 : button.top() - menu.height()};
+}
+
 void TrayIcon::TrayAdd(const std::string &tip, const QIcon &icon) {
     icon_ = std::make_unique<QSystemTrayIcon>();
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated,
                      [this](QSystemTrayIcon::ActivationReason reason) { HandleActivation(reason); });
     TrayModify(tip, icon);
-    icon_->show();
-    KeepFromBlocking();
-}
-
-void TrayIcon::KeepFromBlocking() {
     unblocker_ = std::make_unique<Unblocker>();
-    for (const QWidget *form : QApplication::topLevelWidgets()) {
-        if (!form->inherits("QSystemTrayIconSys") || form->windowHandle() == nullptr) continue;
-        form->windowHandle()->installEventFilter(unblocker_.get());
-    }
+    icon_->show();
 }
 
 void TrayIcon::TrayModify(const std::string &tip, const QIcon &icon) {
@@ -82,12 +91,23 @@ void TrayIcon::TrayBalloon(const std::string &title, const std::string &text, in
                        balloonMs);
 }
 
-void TrayIcon::HandleActivation(QSystemTrayIcon::ActivationReason reason) const {
+/// Trays without double clicks report each click as an activation; the two of a double click are one. They are known by
+/// keeping the icon's place to themselves.
+bool TrayIcon::IsDoubleClick(QSystemTrayIcon::ActivationReason reason) {
+    if (reason != QSystemTrayIcon::Trigger || !icon_ || !icon_->geometry().isEmpty()) {
+        return reason == QSystemTrayIcon::DoubleClick;
+    }
+    const std::optional<Tick> former = std::exchange(lastClick_, GetTickCount());
+    if (former && TicksBetween(*former, *lastClick_) < QApplication::doubleClickInterval()) {
+        lastClick_.reset();
+        return false;
+    }
+    return true;
+}
+
+void TrayIcon::HandleActivation(QSystemTrayIcon::ActivationReason reason) {
     if (IgnoreTrayEvents) return;
-    // Trays without double clicks report an activation only. They are known by keeping the icon's place to themselves.
-    const bool isDoubleClick = reason == QSystemTrayIcon::DoubleClick ||
-                               (reason == QSystemTrayIcon::Trigger && icon_ && icon_->geometry().isEmpty());
-    if (isDoubleClick && OnDoubleClick) RunEventHandler(OnDoubleClick);
+    if (IsDoubleClick(reason) && OnDoubleClick) RunEventHandler(OnDoubleClick);
     if (reason == QSystemTrayIcon::Context && OnRightButton) RunEventHandler(OnRightButton);
 }
 

@@ -31,6 +31,7 @@ constexpr int arrowSpace = 8;
 constexpr int arrowSide = 9;
 constexpr int iconLeft = 6;
 constexpr int iconSide = 16;
+constexpr int longestText = 400;  // what is longer ends in "..."
 
 constexpr QColor paper(249, 248, 247);
 constexpr QColor column(216, 216, 209);
@@ -70,28 +71,26 @@ QFontMetrics Metrics() {
     return QFontMetrics(Skin::Font(textPixels));
 }
 
-void DrawArrow(QPainter &painter, const QRectF &row) {
-    const double middle = row.center().y();
-    const double right = row.right() - arrowSpace;
-    QPainterPath arrow;
-    arrow.moveTo(right - 4, middle - 4);
-    arrow.lineTo(right, middle);
-    arrow.lineTo(right - 4, middle + 4);
+/// @param along from the arrow's foot to its tip @param across from the middle of the foot to an end
+void DrawArrow(QPainter &painter, const QPointF &tip, const QPointF &along, const QPointF &across) {
+    QPainterPath arrow(tip);
+    arrow.lineTo(tip - along - across);
+    arrow.lineTo(tip - along + across);
     arrow.closeSubpath();
     painter.fillPath(arrow, Qt::black);
 }
 
 }  // namespace
 
-clsXPMenu::clsXPMenu(std::string name, ClickHandler onClick, clsXPMenu *parent)
+clsXPMenu::clsXPMenu(std::string name, ClickHandler onClick, const std::shared_ptr<clsXPMenu> &parent)
     : name_(std::move(name)), onClick_(std::move(onClick)), parent_(parent), itemHeight_(Metrics().height()) {}
 
 std::shared_ptr<clsXPMenu> clsXPMenu::Create(const std::string &name, const MenuItems &items,
-                                             const ClickHandler &onClick, clsXPMenu *parent) {
+                                             const ClickHandler &onClick, const std::shared_ptr<clsXPMenu> &parent) {
     std::shared_ptr<clsXPMenu> menu(new clsXPMenu(name, onClick, parent));
     for (const MenuItem &item : items) {
         menu->AddItem(item.Text,
-                      item.SubItems.empty() ? nullptr : Create(item.SubMenuName, item.SubItems, onClick, menu.get()));
+                      item.SubItems.empty() ? nullptr : Create(item.SubMenuName, item.SubItems, onClick, menu));
     }
     return menu;
 }
@@ -102,7 +101,8 @@ clsXPMenu::~clsXPMenu() {
 }
 
 void clsXPMenu::AddItem(const std::string &text, std::shared_ptr<clsXPMenu> subMenu) {
-    const int width = Metrics().horizontalAdvance(ToQt(text)) + textSpace + (subMenu ? arrowSpace + arrowSide : 0);
+    const int width = std::min(Metrics().horizontalAdvance(ToQt(text)), Skin::Scaled(longestText)) + textSpace +
+                      (subMenu ? arrowSpace + arrowSide : 0);
     itemWidth_ = std::max(itemWidth_, width);
     items_.push_back({text, std::move(subMenu)});
 }
@@ -149,13 +149,20 @@ bool clsXPMenu::IsTextItem(int number) const {
     return item != nullptr && !item->IsSeparator() && !item->SubMenu;
 }
 
-int clsXPMenu::NextItem(int step) const {
-    int number = std::max(hilight_, 0);
+int clsXPMenu::NextItem(int number, int step) const {
     for (int tries = 0; tries < Count(); ++tries) {
         number += step;
         if (number < 1) number = Count();
         if (number > Count()) number = 1;
         if (!ItemAt(number)->IsSeparator()) return number;
+    }
+    return 0;
+}
+
+int clsXPMenu::NextItem(QChar letter) const {
+    for (int i = 1; i <= Count(); ++i) {
+        const int number = (hilight_ + i - 1) % Count() + 1;
+        if (ToQt(GetItemText(number)).startsWith(letter, Qt::CaseInsensitive)) return number;
     }
     return 0;
 }
@@ -188,18 +195,30 @@ void clsXPMenu::DrawItem(QPainter &painter, int number) const {
                Skin::HeaderBottom);
     painter.setFont(Skin::Font(textPixels));
     painter.setPen(Qt::black);
-    painter.drawText(row.adjusted(textLeft, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, ToQt(item.Text));
-    if (item.SubMenu) DrawArrow(painter, row);
+    painter.drawText(row.adjusted(textLeft, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                     Metrics().elidedText(ToQt(item.Text), Qt::ElideRight, Skin::Scaled(longestText)));
+    if (item.SubMenu) DrawArrow(painter, QPointF(row.right() - arrowSpace, icon.center().y()), {4, 0}, {0, 4});
+}
+
+void clsXPMenu::DrawBand(QPainter &painter, const QRectF &band, bool isUpper) {
+    painter.setPen(QPen(border, 1));
+    painter.setBrush(paper);
+    painter.drawRect(band.adjusted(0.5, 0.5, -0.5, -0.5));
+    const double way = isUpper ? -4 : 4;
+    painter.setRenderHint(QPainter::Antialiasing);
+    DrawArrow(painter, band.center() + QPointF(0, way / 2), {0, way}, {4, 0});
+    painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 void clsXPMenu::ShowMenu(const QPoint &corner) {
     if (isVisible_) return;
-    if (parent_ == nullptr) KillAllMenus();
+    const std::shared_ptr<clsXPMenu> parent = Parent();
+    if (!parent) KillAllMenus();
     isVisible_ = true;
     hilight_ = 0;
     focusAtOpening_ = QGuiApplication::focusWindow();
     if (!window_) window_ = new frmXPMenu;
-    QWindow *owner = parent_ != nullptr && parent_->window_ ? parent_->window_->windowHandle() : focusAtOpening_.data();
+    QWindow *owner = parent && parent->window_ ? parent->window_->windowHandle() : focusAtOpening_.data();
     window_->Show(shared_from_this(), corner, owner);
 }
 
@@ -214,20 +233,25 @@ void clsXPMenu::setHilightedItem(int number) {
     if (!window_) return;
     window_->update();
     if (ItemAt(number) == nullptr) return;
+    window_->Reveal(ItemRect(number));
     window_->AnnounceItem(number);
     if (ItemAt(number)->SubMenu) OpenSubMenuOf(number);
+}
+
+void clsXPMenu::GoInto() {
+    const Item *item = ItemAt(hilight_);
+    if (item == nullptr || !item->SubMenu) return;
+    if (!popup_) OpenSubMenuOf(hilight_);  // it was closed by a key
+    popup_->setHilightedItem(popup_->NextItem(0, 1));
 }
 
 void clsXPMenu::OpenSubMenuOf(int number) {
     popup_ = ItemAt(number)->SubMenu;
     const QRect own = window_->geometry();
-    const QRect screen = window_->screen()->geometry();
     constexpr int overlap = 3;
     int x = own.right() - overlap;
-    if (x + popup_->GetWidth() > screen.right()) x = own.left() - popup_->GetWidth() + overlap;
-    int y = own.top() + ItemRect(number).top() - edge;
-    y = std::max(screen.top(), std::min(y, screen.bottom() - popup_->GetHeight()));
-    popup_->ShowMenu({x, y});
+    if (x + popup_->GetWidth() > window_->screen()->geometry().right()) x = own.left() - popup_->GetWidth() + overlap;
+    popup_->ShowMenu({x, window_->PlaceOfRow(ItemRect(number)).y() - edge});
 }
 
 void clsXPMenu::ClickItem(int number) {
@@ -242,7 +266,6 @@ void clsXPMenu::ClickItem(int number) {
 void clsXPMenu::KillPopupMenus() {
     if (!popup_) return;
     const std::shared_ptr<clsXPMenu> popup = std::exchange(popup_, nullptr);
-    popup->KillPopupMenus();
     popup->UnloadMenu();
 }
 
@@ -251,21 +274,23 @@ void clsXPMenu::KillAllMenus() {
         auto *menuWindow = dynamic_cast<frmXPMenu *>(form);
         if (menuWindow == nullptr || !menuWindow->XPMenuClass) continue;
         const std::shared_ptr<clsXPMenu> menu = menuWindow->XPMenuClass;
-        menu->KillPopupMenus();
         menu->UnloadMenu();
     }
 }
 
 void clsXPMenu::UnloadMenu() {
     if (!isVisible_) return;
+    KillPopupMenus();
     isVisible_ = false;
-    if (parent_ != nullptr && parent_->popup_.get() == this) parent_->popup_ = nullptr;
+    if (const std::shared_ptr<clsXPMenu> parent = Parent(); parent && parent->popup_.get() == this) {
+        parent->popup_ = nullptr;
+    }
     if (window_) window_->Unload();
 }
 
 clsXPMenu *clsXPMenu::MenuAt(const QPoint &place) {
     clsXPMenu *menu = this;
-    while (menu->parent_ != nullptr) menu = menu->parent_;
+    while (const std::shared_ptr<clsXPMenu> parent = menu->Parent()) menu = parent.get();
     clsXPMenu *found = nullptr;
     for (; menu != nullptr; menu = menu->OpenSubMenu()) {
         if (menu->window_ && menu->window_->geometry().contains(place)) found = menu;
@@ -273,8 +298,8 @@ clsXPMenu *clsXPMenu::MenuAt(const QPoint &place) {
     return found;
 }
 
-QPoint clsXPMenu::MapFromScreen(const QPoint &place) const {
-    return window_ ? place - window_->geometry().topLeft() : place;
+int clsXPMenu::ItemUnder(const QPoint &place) const {
+    return window_ ? GetHilightedItem(window_->HeightInMenu(place)) : 0;
 }
 
 bool clsXPMenu::HasLostFocus() const {

@@ -9,9 +9,11 @@
 
 #include "console/MenuItems.h"
 
+class QChar;
 class QPainter;
 class QPoint;
 class QRect;
+class QRectF;
 class QWindow;
 
 namespace pixmora {
@@ -26,26 +28,34 @@ public:
 
     /// @param onClick runs under the event guard
     static std::shared_ptr<clsXPMenu> Create(const std::string &name, const MenuItems &items,
-                                             const ClickHandler &onClick, clsXPMenu *parent = nullptr);
+                                             const ClickHandler &onClick,
+                                             const std::shared_ptr<clsXPMenu> &parent = nullptr);
     ~clsXPMenu();
 
     /// An empty text is a separator. @param subMenu opened by the item, or none
     void AddItem(const std::string &text, std::shared_ptr<clsXPMenu> subMenu = nullptr);
 
-    /// Shows the menu with its corner there, on the screen. Every other menu closes, but for the parent.
+    /// Shows the menu with its corner there, or as near as the screen lets it. Every other menu closes, but for the
+    /// parents.
     void ShowMenu(const QPoint &corner);
     void MoveMenu(const QPoint &corner);  ///< part of every menu, although none of ours moves
     int GetHeight() const;
     int GetWidth() const;
     void DrawMenu(QPainter &painter) const;
+    /// An end of the window behind which the menu goes on.
+    static void DrawBand(QPainter &painter, const QRectF &band, bool isUpper);
 
     /// The number, from 1, of the item at that height; 0 on a separator or outside.
     int GetHilightedItem(int y) const;
-    /// Closes an open submenu of another item and opens this one's. @param number 0: no item
+    /// Brings the item in sight, closes an open submenu of another item and opens this one's. @param number 0: no item
     void setHilightedItem(int number);
     int GetHilightNum() const { return hilight_; }
-    /// The next item that isn't a separator, round the ends. @param step 1 or -1
-    int NextItem(int step) const;
+    /// The next item behind the number that isn't a separator, round the ends. @param step 1 or -1
+    int NextItem(int number, int step) const;
+    /// The next item that begins with the letter, in either case, round the end; 0: none.
+    int NextItem(QChar letter) const;
+    /// Into the submenu of the item at hand, if it has one.
+    void GoInto();
 
     int Count() const { return static_cast<int>(items_.size()); }
     /// Empty for a number beyond the count.
@@ -57,20 +67,21 @@ public:
     /// Whether a submenu is open.
     bool PopupShown() const { return popup_ != nullptr; }
     clsXPMenu *OpenSubMenu() const { return popup_.get(); }
-    clsXPMenu *Parent() const { return parent_; }
+    std::shared_ptr<clsXPMenu> Parent() const { return parent_.lock(); }
 
     /// What a click on the item does; nothing for a separator and an item with a submenu.
     void ClickItem(int number);
 
     void KillPopupMenus();
     static void KillAllMenus();
+    /// With the submenus that are open.
     void UnloadMenu();
 
     /// The menu of this chain, from the top one to the last submenu, whose window is at that place on the screen.
     clsXPMenu *MenuAt(const QPoint &place);
-    /// The place in the menu of a place on the screen.
-    QPoint MapFromScreen(const QPoint &place) const;
-    /// In the menu.
+    /// The number of its item at that place on the screen; 0 where there is none.
+    int ItemUnder(const QPoint &place) const;
+    /// In the whole menu, of which the window may show a part.
     QRect ItemRect(int number) const;
     /// Whether the keys go to something else than when the menu opened.
     bool HasLostFocus() const;
@@ -82,7 +93,7 @@ private:
         bool IsSeparator() const { return Text.empty(); }
     };
 
-    clsXPMenu(std::string name, ClickHandler onClick, clsXPMenu *parent);
+    clsXPMenu(std::string name, ClickHandler onClick, const std::shared_ptr<clsXPMenu> &parent);
     const Item *ItemAt(int number) const;
     int RowHeight(const Item &item) const;
     void DrawItem(QPainter &painter, int number) const;
@@ -90,7 +101,7 @@ private:
 
     std::string name_;
     ClickHandler onClick_;
-    clsXPMenu *parent_;
+    std::weak_ptr<clsXPMenu> parent_;
     std::vector<Item> items_;
     int itemHeight_ = 0;  ///< of the text alone
     int itemWidth_ = 0;   ///< of the widest item

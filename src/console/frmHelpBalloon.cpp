@@ -118,19 +118,19 @@ void frmHelpBalloon::Show(const std::string &title, const std::string &text, boo
     if (text.empty()) return;  // its time is over at once
     lblHelpBalloonTitle->setText(ToQt(title));
     lblHelpBalloonDesc->setText(MessageText(text));
-    lblHelpBalloonDesc->setFixedWidth(textWidth);
-    lblHelpBalloonDesc->setFixedHeight(lblHelpBalloonDesc->heightForWidth(textWidth));
+    const int width = Skin::Scaled(textWidth);
+    lblHelpBalloonDesc->setFixedSize(width, lblHelpBalloonDesc->heightForWidth(width));
     lblOnlineSupport->setVisible(hasSupport);
     setAccessibleName(lblHelpBalloonTitle->text());
     setAccessibleDescription(lblHelpBalloonDesc->text());
     adjustSize();
     const QPoint pointer = QCursor::pos();
     move(BalloonPlace(pointer, size(), ScreenAt(pointer).geometry()));
-    // A modal dialog blocks every window but those that belong to it.
+    // A modal dialog blocks every window but those that belong to it, and some desktops place it only beside its owner.
     winId();
-    if (const QWidget *dialog = QApplication::activeModalWidget()) {
-        windowHandle()->setTransientParent(dialog->windowHandle());
-    }
+    dialog_ = QApplication::activeModalWidget();
+    if (!dialog_) dialog_ = QApplication::activeWindow();
+    if (dialog_) windowHandle()->setTransientParent(dialog_->windowHandle());
     show();
     qApp->installEventFilter(this);
     tmrClose.SetInterval(BalloonTime(ToQt(text)));
@@ -138,8 +138,21 @@ void frmHelpBalloon::Show(const std::string &title, const std::string &text, boo
 }
 
 bool frmHelpBalloon::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::KeyPress) hide();
-    return QWidget::eventFilter(watched, event);
+    const auto *widget = qobject_cast<QWidget *>(watched);
+    switch (event->type()) {
+        case QEvent::KeyPress:
+            hide();
+            // Escape was meant for the balloon, not for the dialog below.
+            return static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
+        case QEvent::Show:
+            if (widget != nullptr && widget->isWindow() && widget->isModal()) hide();
+            return false;
+        case QEvent::Hide:
+            if (widget != nullptr && widget == dialog_) hide();
+            return false;
+        default:
+            return false;
+    }
 }
 
 void frmHelpBalloon::hideEvent(QHideEvent *) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QPointer>
 #include <QRect>
 #include <QWidget>
 #include <functional>
@@ -19,7 +20,8 @@ int BalloonTime(const QString &text);
 /// Beside the pointer, on its left where there is no room on its right; never off the screen.
 QPoint BalloonPlace(const QPoint &pointer, const QSize &balloon, const QRect &screen);
 
-/// One instance; a new text takes the place of the old one. It goes with its time, at any key, or by its exit image.
+/// One instance; a new text takes the place of the old one. It goes with its time, at any key, by its exit image, with
+/// the dialog that it was shown over, and under a dialog that opens on top.
 class frmHelpBalloon : public QWidget {
 public:
     /// @param openSupport what a click on the link to the online support does
@@ -37,6 +39,7 @@ private:
     QLabel *lblHelpBalloonTitle;
     QLabel *lblHelpBalloonDesc;
     QPushButton *lblOnlineSupport;
+    QPointer<QWidget> dialog_;  ///< or window that it was shown over
     Timer tmrClose;
 };
 

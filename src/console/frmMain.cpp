@@ -39,12 +39,16 @@ protected:
     }
 };
 
-/// Laid over the start button while the website runs, so that it reads Stop. It shows the button's own three states.
+/// Laid over the whole of the start button while the website runs, so that it reads Stop. It shows the button's own
+/// three states.
 class StopImage : public QWidget {
 public:
-    explicit StopImage(SkinButton *button) : QWidget(button), button_(button) {
+    explicit StopImage(SkinButton *button) : button_(button) {
         setObjectName(QStringLiteral("imgStopServer"));
         setAttribute(Qt::WA_TransparentForMouseEvents);
+        auto *whole = new QVBoxLayout(button);
+        whole->setContentsMargins(0, 0, 0, 0);
+        whole->addWidget(this);
     }
 
 protected:
@@ -88,8 +92,9 @@ frmMain::frmMain(const OwnerActions &actions, MainWindowHands hands)
     };
     tmrTray.SetInterval(trayMs);
     tmrTray.OnTimer = [this] {
-        ShowTrayButton();
+        LookForTray();
     };
+    cmdStartStop->setFocus();
 }
 
 QWidget *frmMain::MakeAddress() {
@@ -99,7 +104,7 @@ QWidget *frmMain::MakeAddress() {
     grid->setVerticalSpacing(2);
     lblAddress = new LinkLabel("lblAddress", QStringLiteral("http://IP"), QStringLiteral("My Website's Address"));
     lblAddress->setFont(Skin::Font(15));
-    lblAddress->setMaximumWidth(longestAddress);
+    lblAddress->setMaximumWidth(Skin::Scaled(longestAddress));
     lblAddressOptions =
         new LinkLabel("lblAddressOptions", QStringLiteral("Options"), QStringLiteral("What to do with the address"));
     grid->addWidget(Skin::Label(QStringLiteral("My Website's Address:"), 12, Skin::SoftInk), 0, 0);
@@ -134,8 +139,8 @@ frmMain::FigureLabels frmMain::AddFigureRow(QGridLayout &grid, const char *title
     const FigureLabels labels{MakeFigure(sessionName, start, meaning + QStringLiteral(", Session")),
                               MakeFigure(totalName, totalStart, meaning + QStringLiteral(", Total"))};
     grid.addWidget(Skin::Label(Caption(title), 12, Skin::SoftInk), row, 0);
-    grid.addWidget(labels.Session, row, 1);
-    grid.addWidget(labels.Total, row, 2);
+    grid.addWidget(labels.Session, row, 1, Qt::AlignRight);
+    grid.addWidget(labels.Total, row, 2, Qt::AlignRight);
     return labels;
 }
 
@@ -145,8 +150,8 @@ QWidget *frmMain::MakeStatistics() {
     grid->setContentsMargins(12, 9, 12, 11);
     grid->setVerticalSpacing(5);
     for (const int column : {0, 1, 2}) grid->setColumnStretch(column, 1);
-    grid->addWidget(Skin::Label(QStringLiteral("Session:"), 12, Skin::HeaderBottom, true), 0, 1);
-    grid->addWidget(Skin::Label(QStringLiteral("Total:"), 12, Skin::HeaderBottom, true), 0, 2);
+    grid->addWidget(Skin::Label(QStringLiteral("Session:"), 12, Skin::HeaderBottom, true), 0, 1, Qt::AlignRight);
+    grid->addWidget(Skin::Label(QStringLiteral("Total:"), 12, Skin::HeaderBottom, true), 0, 2, Qt::AlignRight);
     runningTime_ =
         AddFigureRow(*grid, "Running Time:", "lblStatRunningTimeSession", "lblStatRunningTimeTotal", "0h 0m", "0d 0h");
     connections_ = AddFigureRow(*grid, "Visitors:", "lblStatConnectionsSession", "lblStatConnectionsTotal", "0", "0");
@@ -199,18 +204,14 @@ void frmMain::ConnectControls() {
     OnClick(cmdStatistics, [this] { actions_.Statistics(); });
     OnClick(cmdAbout, [this] { actions_.About(); });
     OnClick(cmdExit, [this] { actions_.Exit(); });
-    OnClick(cmdMenu, [this] { hands_.ShowTrayMenu(cmdMenu->mapToGlobal(cmdMenu->rect().bottomLeft())); });
+    OnClick(cmdMenu, [this] { hands_.ShowTrayMenu({cmdMenu->mapToGlobal(QPoint()), cmdMenu->size()}); });
     OnClick(imgMin, [this] { Unload(); });
 }
 
 void frmMain::Load() {
     ShowTrayButton();
     UpdateStatus();
-    if (gWebsiteStarted) {
-        ShowFigures();
-    } else {
-        SetFigures(ReadStoredFigures());
-    }
+    ShowFigures();
     if (!std::exchange(isPlaced_, true)) PlaceOver(*this, nullptr);  // later it stays where the owner has it
     showNormal();
     raise();
@@ -224,7 +225,6 @@ void frmMain::Unload() {
     if (hands_.HasTray()) {
         hide();
         tmrStats.SetEnabled(false);
-        tmrTray.SetEnabled(false);
     } else {
         showMinimized();
     }
@@ -233,7 +233,6 @@ void frmMain::Unload() {
 
 void frmMain::UpdateStatus() {
     const MainStatus status = ReadMainStatus();
-    imgStopServer->resize(cmdStartStop->size());
     imgStopServer->setVisible(status.IsStarted);
     cmdStartStop->setAccessibleName(status.IsStarted ? QStringLiteral("Stop Website") : cmdStartStop->text());
     lblVersion->setText(ToQt(status.Version));
@@ -242,13 +241,16 @@ void frmMain::UpdateStatus() {
     lblAddress->setText(ToQt(status.Address));
     lblAddress->setToolTip(status.IsStarted ? lblAddress->text() : QString());
     lblAddress->SetLook(status.IsStarted ? liveAddress : offlineAddress);
-    lblSeeActive->SetLook(status.IsStarted ? activeLink : idleLink);
-    lblAddressOptions->SetLook(status.IsStarted ? activeLink : idleLink);
+    for (LinkLabel *link : {lblSeeActive, lblAddressOptions}) {
+        link->SetLook(status.IsStarted ? activeLink : idleLink);
+        link->setToolTip(status.IsStarted ? QString() : QStringLiteral("Start your website first."));
+    }
     lblStatActiveSession->setText(QString::number(gVisitorsActive));
+    SetFiguresRunning(status.IsStarted);
 }
 
 void frmMain::ShowFigures() {
-    SetFigures(ReadRunningFigures());
+    SetFigures(gWebsiteStarted ? ReadRunningFigures() : ReadStoredFigures());
 }
 
 void frmMain::SetFiguresRunning(bool running) {
@@ -283,14 +285,21 @@ void frmMain::ShowMenuAt(const LinkLabel &link, const char *name, const MenuItem
             actions.HandleClick(menuName, itemText);
         });
     QPoint corner = link.mapToGlobal(QPoint(link.width(), 0));
-    const QRect room = screen()->availableGeometry();
-    if (corner.x() + menu->GetWidth() > room.right() + 1) corner.rx() -= link.width() + menu->GetWidth();
-    corner.setY(std::max(room.top(), std::min(corner.y(), room.bottom() + 1 - menu->GetHeight())));
+    const int right = screen()->availableGeometry().right();
+    if (corner.x() + menu->GetWidth() > right + 1) corner.rx() -= link.width() + menu->GetWidth();
     menu->ShowMenu(corner);
 }
 
-void frmMain::ShowTrayButton() {
-    cmdMenu->setVisible(!hands_.HasTray());
+bool frmMain::ShowTrayButton() {
+    const bool hasTray = hands_.HasTray();
+    cmdMenu->setVisible(!hasTray);
+    imgMin->setToolTip(hasTray ? QStringLiteral("Go to tray") : imgMin->accessibleName());
+    return hasTray;
+}
+
+void frmMain::LookForTray() {
+    const bool isOutOfReach = !ShowTrayButton() && isHidden();
+    if (std::exchange(wasOutOfReach_, isOutOfReach) && isOutOfReach) Load();
 }
 
 }  // namespace pixmora

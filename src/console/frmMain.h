@@ -18,9 +18,9 @@ namespace pixmora {
 
 /// What the main window needs of the desktop around it. All must be set.
 struct MainWindowHands {
-    std::function<bool()> HasTray;   ///< asked anew each time: a desktop's tray may come late
-    std::function<void()> Unloaded;  ///< the window has gone to the tray
-    std::function<void(const QPoint &place)> ShowTrayMenu;
+    std::function<bool()> HasTray;                          ///< asked anew each time: a desktop's tray may come late
+    std::function<void()> Unloaded;                         ///< the window has gone to the tray
+    std::function<void(const QRect &button)> ShowTrayMenu;  ///< at the button, on the screen
 };
 
 /// Shows the state of the site and its figures, and passes the owner's clicks on. Loaded and unloaded any number of
@@ -37,9 +37,12 @@ public:
 
     /// Draws everything that depends on the state anew.
     void UpdateStatus();
-    /// Draws the running figures: what tmrStats does each second.
+    /// Draws the figures, the running ones while the website runs: what tmrStats does each second.
     void ShowFigures();
     void SetFiguresRunning(bool running);
+    /// What tmrTray does: the tray's menu has its own button while there is no tray; and a window that went to a tray
+    /// comes back when the tray is missing twice running, as nothing else could bring it.
+    void LookForTray();
 
     void reject() override {}  ///< Escape means nothing here
 
@@ -64,7 +67,8 @@ private:
     void SetFigures(const MainFigures &figures);
     void ClickAddress() const;
     void ShowMenuAt(const LinkLabel &link, const char *name, const MenuItems &items) const;
-    void ShowTrayButton();
+    /// @return whether there is a tray
+    bool ShowTrayButton();
 
     const OwnerActions &actions_;
     MainWindowHands hands_;
@@ -89,8 +93,9 @@ private:
     TitleButton *cmdMenu;
     TitleButton *imgMin;
     Timer tmrStats;
-    Timer tmrTray;  ///< looks whether the desktop's tray has come or gone
+    Timer tmrTray;  ///< 2000 ms; looks whether the desktop's tray has come or gone
     bool isPlaced_ = false;
+    bool wasOutOfReach_ = false;  ///< hidden, without a tray, when last looked
 };
 
 }  // namespace pixmora

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -27,10 +28,8 @@ constexpr const char *answerTag = "Tag";
 
 SkinButton *MakeButton(const char *name, const char *text, int answer, SkinButton::Tone tone) {
     auto *button = new SkinButton(name, {QLatin1String(text), Glyph::None, tone});
-    button->setFixedWidth(buttonWidth);
+    button->setFixedWidth(Skin::Scaled(buttonWidth));
     button->setProperty(answerTag, answer);
-    // Enter and Space have their fixed meaning here, so no button may hold the keys.
-    button->setFocusPolicy(Qt::NoFocus);
     return button;
 }
 
@@ -43,6 +42,7 @@ public:
     void SetSign(Sign sign) {
         sign_ = sign;
         setObjectName(sign == Sign::Critical ? QStringLiteral("imgCritical") : QStringLiteral("imgInfo"));
+        setAccessibleName(sign == Sign::Critical ? QStringLiteral("Warning") : QStringLiteral("Information"));
         update();
     }
 
@@ -89,8 +89,9 @@ frmMsgBox::frmMsgBox()
 void frmMsgBox::SetUp(const std::string &text, int flags) {
     const bool isQuestion = (flags & FlagYesNo) != 0;
     lblMessage->setText(MessageText(text));
-    const QRect lines = QFontMetrics(lblMessage->font())
-                            .boundingRect(QRect(0, 0, messageWidth, 4000), Qt::TextWordWrap, lblMessage->text());
+    const QRect lines =
+        QFontMetrics(lblMessage->font())
+            .boundingRect(QRect(0, 0, Skin::Scaled(messageWidth), 4000), Qt::TextWordWrap, lblMessage->text());
     lblMessage->setFixedSize(std::max(lines.width() + 4, 200), std::max(lines.height() + 4, sign_->height()));
     imgOk->setVisible(!isQuestion);
     imgYes->setVisible(isQuestion);
@@ -114,9 +115,12 @@ int frmMsgBox::Ask(const std::string &text, int flags, const QWidget *over) {
     });
     SetUp(text, flags);
     PlaceOver(*this, over);
+    winId();
+    windowHandle()->setTransientParent(over != nullptr ? over->windowHandle() : nullptr);
     show();
     raise();
     activateWindow();
+    FirstButton().setFocus();
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
     loop.exec(QEventLoop::DialogExec);
@@ -134,10 +138,14 @@ void frmMsgBox::CloseByOwner() {
 
 void frmMsgBox::keyPressEvent(QKeyEvent *event) {
     if (IsEnter(*event) || event->key() == Qt::Key_Space) {
-        (imgOk->isVisible() ? imgOk : imgYes)->click();
+        FirstButton().click();
     } else {
         SkinWindow::keyPressEvent(event);
     }
+}
+
+SkinButton &frmMsgBox::FirstButton() const {
+    return imgOk->isVisible() ? *imgOk : *imgYes;
 }
 
 }  // namespace pixmora

@@ -8,8 +8,8 @@ class QLabel;
 
 namespace pixmora {
 
-/// One instance serves all questions, one after the other. Enter and Space press OK, else Yes; Escape presses OK, else
-/// No.
+/// One instance serves all questions, one after the other. Enter and Space press OK, else Yes, which has the focus at
+/// first, or the button that Tab or an arrow has gone to; Escape presses OK, else No.
 class frmMsgBox : public SkinWindow {
 public:
     frmMsgBox();
@@ -26,6 +26,8 @@ protected:
 private:
     class SignView;
 
+    /// The one of Enter and Space.
+    SkinButton &FirstButton() const;
     void Answer(const SkinButton &button);
     void SetUp(const std::string &text, int flags);
 

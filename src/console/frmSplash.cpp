@@ -48,9 +48,9 @@ void PaintTitle(QPainter &painter) {
     const qsizetype split = title.indexOf(QLatin1Char('!')) + 1;
     PaintMark(painter, QRectF(34, 30, 84, 84));
     painter.setPen(Qt::white);
-    painter.setFont(Skin::Font(40, true));
+    painter.setFont(Skin::PictureFont(40, true));
     painter.drawText(QPointF(136, 78), title.left(split));
-    painter.setFont(Skin::Font(16));
+    painter.setFont(Skin::PictureFont(16));
     painter.drawText(QPointF(139, 104), title.mid(split).trimmed());
 }
 

@@ -42,7 +42,7 @@ frmStartStatus::frmStartStatus()
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
     lblStatus->setFont(Skin::Font(13));
     lblStatus->setAlignment(Qt::AlignCenter);
-    lblStatus->setFixedSize(statusWidth, 28);
+    lblStatus->setFixedSize(Skin::Scaled(statusWidth), Skin::Scaled(28));
     prg->setObjectName(QStringLiteral("prg"));
     prg->setAccessibleName(QStringLiteral("Progress of the website's start"));
     prg->setRange(0, progressSteps);
@@ -54,7 +54,7 @@ frmStartStatus::frmStartStatus()
     buttons->setSpacing(10);
     buttons->addStretch();
     for (SkinButton *button : {cmdViewSite, cmdCancel}) {
-        button->setMinimumWidth(buttonWidth);
+        button->setMinimumWidth(Skin::Scaled(buttonWidth));
         buttons->addWidget(button);
     }
     buttons->addStretch();
@@ -109,6 +109,7 @@ void frmStartStatus::ShowLive() {
 }
 
 void frmStartStatus::ShowStopped() {
+    prg->setValue(0);
     OfferClose();
     cmdCancel->setFocus();
 }

@@ -8,6 +8,7 @@
 
 #include "console/Robot.h"
 #include "console/RunMode.h"
+#include "console/TrayIcon.h"
 #include "console/clsXPMenu.h"
 #include "core/WebsiteStop.h"
 #include "core/modMain.h"
@@ -62,11 +63,14 @@ protected:
     void Note(const std::string &what) { Done += what + "|"; }
     void AddAlbum() {
         ASSERT_TRUE(OpenOrCreateDatabase());
+        SaveAlbum();
+        gDatabase.reset();
+    }
+    void SaveAlbum() {
         AlbumFields fields;
         fields.Name = "Holiday";
         fields.Directory = Folder.MakeFolder("albums/Holiday");
         AlbumEditor().Save(fields);
-        gDatabase.reset();
     }
     /// Steps that every start goes through first.
     void ClickSplash() {
@@ -172,10 +176,12 @@ TEST_F(DesktopTest, ADirectoryComesBeforeEverythingThatShows) {
 
 TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
     for (const bool makesAlbum : {false, true}) {
-        SaveSetting("Setup", "RunSetup", makesAlbum ? "-1" : "0");
-        WhileSetupIsOpen = [makesAlbum] {
+        SaveSetting("Setup", "RunSetup", makesAlbum ? "-1" : "");
+        WhileSetupIsOpen = [this, makesAlbum] {
             SaveSetting("Setup", "RunSetup", "1");
-            if (makesAlbum) SaveSetting("Records", "CreatedAlbum", "1");
+            if (!makesAlbum) return;
+            SaveSetting("Records", "CreatedAlbum", "1");
+            SaveAlbum();
         };
         MakeDesktop();
         Done.clear();
@@ -184,6 +190,7 @@ TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
         if (makesAlbum) Hands.WhenAsked(startNow, "imgNo");
         EXPECT_TRUE(Program->Main(""));
         EXPECT_EQ(Done, "splash|setup|");
+        EXPECT_EQ(TextOf(*ShownWindow("frmMain"), "lblStatAlbums"), makesAlbum ? "1" : "0");
         EXPECT_TRUE(Hands.IsDone()) << makesAlbum;
     }
 }
@@ -217,15 +224,34 @@ TEST_F(DesktopTest, OpensAddressesAndFoldersAndSaysWhenNothingDoes) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("http://192.0.2.7:80"));
 }
 
-TEST_F(DesktopTest, AnUnhandledErrorIsShownOnce) {
+TEST_F(DesktopTest, AnUnhandledErrorIsShownOnceWithTheSiteClosedAndNotInTheDatabasesWords) {
+    AddAlbum();
+    ClickSplash();
+    CloseStartWindow();
+    EXPECT_TRUE(Program->Main("start"));
     Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
-        EXPECT_EQ(TextOf(box, "lblMessage"), "Type mismatch");
+        EXPECT_TRUE(TextOf(box, "lblMessage").starts_with("Error in database!"));
+        EXPECT_EQ(gSystray->wnskListen->State(), SocketState::Closed);
         EXPECT_FALSE(Program->ShowUnhandledError(RunTimeError(ErrorNumber::Overflow)));
         Click(box, "imgOk");
     });
     testing::internal::CaptureStderr();
-    EXPECT_TRUE(Program->ShowUnhandledError(RunTimeError(ErrorNumber::TypeMismatch)));
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("Type mismatch\n"), std::string::npos);
+    EXPECT_TRUE(Program->ShowUnhandledError({ErrorNumber::DatabaseError, "no such table: Albums"}));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("no such table: Albums\n"), std::string::npos);
+}
+
+TEST(TrayIcon, TakesTheTwoClicksOfATrayWithoutDoubleClicksForOne) {
+    const ClockSetForTest clock(1000000, MakeDate(2004, 3, 1));
+    TrayIcon tray;
+    int doubleClicks = 0;
+    tray.OnDoubleClick = [&doubleClicks] {
+        ++doubleClicks;
+    };
+    tray.TrayAdd("Tip", {});
+    for (int clicks = 0; clicks < 2; ++clicks) tray.HandleActivation(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(doubleClicks, 1);
+    tray.HandleActivation(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(doubleClicks, 2);
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 // The popup menus: geometry, pointer, keys, and how they end.
 #include "console/clsXPMenu.h"
 
+#include <QAccessible>
 #include <QPushButton>
+#include <QScreen>
 
+#include "console/AccessibleMenus.h"
 #include "console/Robot.h"
 #include "console/TrayIcon.h"
 #include "console/frmXPMenu.h"
@@ -127,9 +130,48 @@ TEST_F(clsXPMenuTest, KeysWalkTheItemsAndTheSubmenus) {
     Press(*again, {Qt::Key_Down, Qt::Key_Space});
     EXPECT_EQ(Clicked(), "Menu:First ");
     const auto last = Show();
-    Press(*last, {Qt::Key_Down, Qt::Key_Escape});
-    EXPECT_EQ(OpenMenus(), 0);
+    Press(*last, {Qt::Key_End, Qt::Key_Escape});
+    EXPECT_EQ(OpenMenus(), 0) << "Escape in a menu whose submenu is open closes both";
     EXPECT_EQ(Clicked(), "");
+}
+
+TEST_F(clsXPMenuTest, StaysOnTheScreenAndScrollsToWhatIsBeyond) {
+    MenuItems albums = {{std::string(300, 'w'), {}, {}}};
+    for (int i = 1; i < 60; ++i) albums.push_back({(i == 40 ? "Zermatt " : "Album ") + std::to_string(i), {}, {}});
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    for (const QPoint &corner : {QPoint(-300, -50), room.bottomRight()}) {
+        const auto menu = Show(albums, corner);
+        const frmXPMenu &window = *WindowOf(*menu);
+        EXPECT_TRUE(room.contains(window.geometry())) << window.x() << " " << window.y() << " " << window.width();
+        EXPECT_LT(menu->GetWidth(), room.width());
+        Press(*menu, {Qt::Key_End});
+        EXPECT_EQ(menu->GetHilightNum(), 60);
+        const QRect last(window.PlaceOfRow(menu->ItemRect(60)), menu->ItemRect(60).size());
+        EXPECT_TRUE(window.geometry().contains(last));
+        EXPECT_EQ(menu->ItemUnder(last.center()), 60);
+        EXPECT_EQ(menu->ItemUnder(window.geometry().topLeft() + QPoint(9, 3)), 0) << "the band that scrolls back";
+        Press(*menu, {Qt::Key_Z});
+        EXPECT_EQ(menu->GetHilightNum(), 41);
+        Press(*menu, {Qt::Key_Q, Qt::Key_Home});
+        EXPECT_EQ(menu->GetHilightNum(), 1);
+        EXPECT_EQ(window.PlaceOfRow(menu->ItemRect(1)).y(), window.y() + menu->ItemRect(1).y());
+    }
+    EXPECT_EQ(MenuPlaceAt({100, 100, 28, 24}, {200, 150}, {0, 0, 1000, 800}), QPoint(100, 124))
+        << "clear of its button";
+    EXPECT_EQ(MenuPlaceAt({100, 700, 28, 24}, {200, 150}, {0, 0, 1000, 800}), QPoint(100, 550));
+}
+
+TEST_F(clsXPMenuTest, IsAmongTheWindowsOfAssistiveTechnology) {
+    ShowMenusToAssistiveTechnology();
+    QAccessibleInterface *program = QAccessible::queryAccessibleInterface(qApp);
+    const auto menu = Show();
+    QAccessibleInterface *window = QAccessible::queryAccessibleInterface(WindowOf(*menu));
+    const int index = program->indexOfChild(window);
+    ASSERT_GE(index, 0);
+    EXPECT_EQ(program->child(index), window);
+    EXPECT_LT(index, program->childCount());
+    menu->UnloadMenu();
+    EXPECT_EQ(program->indexOfChild(window), -1);
 }
 
 TEST_F(clsXPMenuTest, EndsWithTheNextMenuAPressOutsideOrTheFocusGoneElsewhere) {

@@ -36,20 +36,26 @@ TEST(frmMsgBox, TheFlagsChooseButtonsAndIcon) {
 }
 
 TEST(frmMsgBox, KeysAnswer) {
-    const std::tuple<int, Qt::Key, int> cases[] = {{0, Qt::Key_Escape, AnswerOk},
-                                                   {question, Qt::Key_Enter, AnswerYes},
-                                                   {question, Qt::Key_Space, AnswerYes},
-                                                   {question, Qt::Key_Escape, AnswerNo}};
+    const std::tuple<int, QList<Qt::Key>, int> cases[] = {
+        {0, {Qt::Key_Escape}, AnswerOk},
+        {0, {Qt::Key_Space}, AnswerOk},
+        {question, {Qt::Key_A, Qt::Key_Enter}, AnswerYes},
+        {question, {Qt::Key_Space}, AnswerYes},
+        {question, {Qt::Key_Tab, Qt::Key_Return}, AnswerNo},
+        {question, {Qt::Key_Right, Qt::Key_Space}, AnswerNo},
+        {question, {Qt::Key_Tab, Qt::Key_Left, Qt::Key_Enter}, AnswerYes},
+        {question, {Qt::Key_Escape}, AnswerNo}};
     frmMsgBox box;
-    for (const auto &[flags, key, answer] : cases) {
+    for (const auto &[flags, keys, answer] : cases) {
         Robot robot;
-        robot.WhenShown("frmMsgBox", [key = key](QWidget &form) {
-            QTest::keyClick(&form, Qt::Key_Tab);  // the keys keep their meaning
-            QTest::keyClick(&form, Qt::Key_A);
-            EXPECT_TRUE(form.isVisible());
-            QTest::keyClick(&form, key);
+        robot.WhenShown("frmMsgBox", [&keys = keys](QWidget &form) {
+            ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+            for (const Qt::Key key : keys) {
+                ASSERT_NE(QApplication::focusWidget(), nullptr) << "no button tells its focus";
+                QTest::keyClick(QApplication::focusWidget(), key);
+            }
         });
-        EXPECT_EQ(box.Ask("?", flags, nullptr), answer) << flags << " " << key;
+        EXPECT_EQ(box.Ask("?", flags, nullptr), answer) << flags << " " << keys.last();
     }
 }
 
@@ -98,15 +104,28 @@ TEST(frmHelpBalloon, StandsBesideThePointerOnTheScreen) {
 TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
     int opened = 0;
     frmHelpBalloon balloon([&opened] { ++opened; });
-    QWidget dialog;
-    dialog.setWindowModality(Qt::ApplicationModal);
+    QDialog dialog;
+    dialog.setModal(true);
     dialog.show();
     const std::string text(200, 'x');
     balloon.Show("Title", text, true);
     Click(balloon, "lblOnlineSupport");
     EXPECT_EQ(opened, 1);
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_FALSE(balloon.isVisible());
+    EXPECT_TRUE(dialog.isVisible()) << "Escape was meant for the balloon";
+    balloon.Show("Title", text, true);
+    QDialog above;
+    above.setModal(true);
+    above.show();
+    EXPECT_FALSE(balloon.isVisible()) << "it lay dead over the box that opens";
+    above.hide();
+    balloon.Show("Title", text, true);
     QTest::keyClick(&dialog, Qt::Key_A);
     EXPECT_FALSE(balloon.isVisible());
+    balloon.Show("Title", text, true);
+    dialog.hide();
+    EXPECT_FALSE(balloon.isVisible()) << "it belongs to its dialog";
     balloon.Show("Another", text, false);
     EXPECT_EQ(TextOf(balloon, "lblHelpBalloonTitle"), "Another");
     EXPECT_FALSE(Find(balloon, "lblOnlineSupport").isVisible());

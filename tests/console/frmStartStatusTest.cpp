@@ -52,7 +52,7 @@ TEST_F(frmStartStatusTest, ShowsTheStartAndOffersTheSite) {
     EXPECT_TRUE(gWebsiteStarted);
 }
 
-TEST_F(frmStartStatusTest, ClosesByItselfFiveSecondsAfterASuccess) {
+TEST_F(frmStartStatusTest, ClosesByItselfAfterASuccess) {
     AddAlbum("Holiday");
     Hands.When(
         "live", [] { return HasEnded("Your Website is Live!"); },
@@ -64,6 +64,22 @@ TEST_F(frmStartStatusTest, ClosesByItselfFiveSecondsAfterASuccess) {
         });
     RunWindow();
     EXPECT_TRUE(gWebsiteStarted);
+}
+
+TEST_F(frmStartStatusTest, AStartThatFailsHalfWayLeavesAnEmptyBar) {
+    std::filesystem::remove(AddAlbum("Holiday"));
+    Owner.ExpectMessage(
+        "Your album 'Holiday' cannot be found! The directory which contains its files has been moved or deleted."
+        "\r\n\r\nWould you like to stop your website and fix your album in Setup?",
+        CriticalQuestion, AnswerYes);
+    Hands.When(
+        "stopped", [] { return HasEnded("Pixmora! Stopped!"); },
+        [] {
+            EXPECT_EQ(Find<QProgressBar>(*ShownWindow("frmStartStatus"), "prg").value(), 0);
+            Click(*ShownWindow("frmStartStatus"), "cmdCancel");
+        });
+    RunWindow();
+    EXPECT_FALSE(gWebsiteStarted);
 }
 
 TEST_F(frmStartStatusTest, ACancelBeforeTheStartIsHeeded) {
