@@ -4,13 +4,10 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
-#include <QFontInfo>
 #include <QPalette>
 #include <QScreen>
 #include <QStyle>
 #include <QVBoxLayout>
-#include <algorithm>
-#include <cmath>
 
 #include "console/Skin.h"
 #include "platform/loop/MessageLoop.h"
@@ -41,18 +38,6 @@ QPalette SkinPalette() {
     return colours;
 }
 
-/// Of the desktop's text over the skin's.
-double TextScale() {
-    return std::max(1.0, QFontInfo(QApplication::font()).pixelSize() / static_cast<double>(skinTextPixels));
-}
-
-void ScaleText(QWidget &widget, double scale) {
-    QFont font = widget.font();
-    const int pixels = font.pixelSize() > 0 ? font.pixelSize() : skinTextPixels;
-    font.setPixelSize(static_cast<int>(std::lround(pixels * scale)));
-    widget.setFont(font);
-}
-
 }  // namespace
 
 SetupWindow::SetupWindow(const char *name, const QString &title, QWidget *parent)
@@ -72,13 +57,6 @@ void SetupWindow::reject() {
 }
 
 void SetupWindow::FinishLayout() {
-    if (const double scale = TextScale(); scale > 1) {
-        // Each control before its surroundings, so that none is scaled twice through its parent's font.
-        QList<QWidget *> controls = findChildren<QWidget *>();
-        std::reverse(controls.begin(), controls.end());
-        for (QWidget *control : controls) ScaleText(*control, scale);
-        ScaleText(*this, scale);
-    }
     // The lists that drop down are windows of their own, which would take the desktop's colours.
     for (const QComboBox *box : findChildren<QComboBox *>()) box->view()->parentWidget()->setPalette(palette());
     const QRect room = QApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameRoom);

@@ -19,7 +19,7 @@ protected:
     virtual void CloseByOwner() = 0;
 
     QVBoxLayout *Contents() const { return contents_; }
-    /// To be called when all controls are in their places: fonts, and the size to begin with.
+    /// To be called when all controls are in their places: the size to begin with.
     void FinishLayout();
 
 private:
