@@ -1,4 +1,5 @@
 // Tests of a movie's transfer from its request to its last chunk.
+#include "store/MediaTypes.h"
 #include "support/PageSite.h"
 
 namespace pixmora::test {
@@ -30,6 +31,7 @@ TEST_F(ShowMovieTest, SendsPlayersThePartThatTheyAskForWithItsType) {
     };
     EXPECT_EQ(Body(ask("preview", "4000-")), movie) << "without the setting";
     SaveSetting("Setup", "MoreTypes", "1");
+    LoadMediaTypes();
     const std::string lines = "\r\nPragma: no-cache\r\nAccept-Ranges: bytes\r\n";
     const std::string part = ask("preview", "4000-");
     EXPECT_TRUE(part.starts_with("HTTP/1.0 206 Partial Content\r\n"));
