@@ -121,6 +121,16 @@ TEST_F(SetupDialog, PortsOutOfRangeAreNotStored) {
     }
 }
 
+TEST_F(SetupDialog, APublicAddressThatIsNoneIsNotStored) {
+    fields.PublicAddress = "photos.example:8080";
+    SaveSetupFields(fields, "/p");
+    fields.PublicAddress = "my <photos>";
+    Owner.ExpectMessage(
+        "Invalid Public Address! Enter a host, host:port or web address. Reverting to original value...", FlagCritical);
+    SaveSetupFields(fields, "/p");
+    EXPECT_EQ(Stored("PublicAddress"), "photos.example:8080");
+}
+
 TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
     Owner.ExpectMessage(
         "You haven't configured your website yet!\r\n\r\nCancelling Setup is not recommended.\r\n\r\nAre you sure you "

@@ -8,6 +8,7 @@
 #include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/Text.h"
+#include "platform/sockets/Hosts.h"
 #include "setup/rules/Autostart.h"
 #include "setup/rules/StripTags.h"
 #include "store/Settings.h"
@@ -37,6 +38,15 @@ void Save(const char *key, const std::string &value) {
 /// An absent key is the sign of what is not wished.
 void SaveOrRemove(const char *key, const std::string &value) {
     value.empty() ? DeleteSetting("Setup", key) : Save(key, value);
+}
+
+void SavePublicAddress(const std::string &address) {
+    if (!address.empty() && WebAddressFrom(address, 80).empty()) {
+        ShowMessageBox("Invalid Public Address! Enter a host, host:port or web address. Reverting to original value...",
+                       FlagCritical);
+    } else {
+        SaveOrRemove("PublicAddress", address);
+    }
 }
 
 }  // namespace
@@ -95,7 +105,7 @@ void SaveSetupFields(const SetupFields &fields, const std::string &program) {
     SaveOrRemove("ServiceBase", CleanServiceBase(fields.ServiceBase));
     SaveOrRemove("AccountName", Trim(fields.AccountName));
     SaveOrRemove("PortMapping", fields.PortMapping == "1" ? fields.PortMapping : std::string());
-    SaveOrRemove("PublicAddress", Trim(fields.PublicAddress));
+    SavePublicAddress(Trim(fields.PublicAddress));
 }
 
 }  // namespace pixmora

@@ -42,8 +42,8 @@ std::string CleanServiceBase(std::string_view typed);
 /// From the settings and the two text files. @param proposedPort where none is stored
 SetupFields LoadSetupFields(const std::string &proposedPort = "80");
 
-/// Writes settings, autostart entry and files, in their fixed order. A port out of range is told to the owner and not
-/// stored. @param program full path of what starts with the session
+/// Writes settings, autostart entry and files, in their fixed order. A port out of range and a public
+/// address that is none are told to the owner and not stored. @param program full path of what starts with the session
 void SaveSetupFields(const SetupFields &fields, const std::string &program);
 
 }  // namespace pixmora
