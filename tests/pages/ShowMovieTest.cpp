@@ -43,6 +43,8 @@ TEST_F(ShowMovieTest, SendsPlayersThePartThatTheyAskForWithItsType) {
     const std::string beyond = ask("preview", "5000-");
     EXPECT_TRUE(beyond.starts_with("HTTP/1.0 416 Range Not Satisfiable\r\n"));
     EXPECT_TRUE(beyond.ends_with(lines + "Content-Range: bytes */5000\r\nContent-Length: 0\r\n\r\n"));
+    DeleteSetting("Setup", "MoreTypes");
+    LoadMediaTypes();
 }
 
 }  // namespace
