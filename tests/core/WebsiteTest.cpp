@@ -28,6 +28,14 @@ TEST_F(Website, StartShowsItsStepsAndListensLast) {
     EXPECT_EQ(gThumbSize, 150);
     EXPECT_EQ(gPreviewSize, 375);
     EXPECT_EQ(gThumbQuality, 50 * 4096);
+    EXPECT_EQ(gFilesPerPage, 12);
+    EXPECT_EQ(gFilesPerRow, 3);
+    StopWebsite(true);
+    SaveSetting("Setup", "ImageQuality", "5");
+    SaveSetting("Setup", "Style", "Gone");
+    Start();
+    EXPECT_EQ(gThumbQuality, 70 * 4096);
+    EXPECT_FALSE(gStyleSheet.empty()) << "the style that there always is";
     EXPECT_EQ(Owner.FiguresRunning(), true);
 }
 
