@@ -1,5 +1,5 @@
 // The conversions of a picture request, beside other ways to make the same picture in one process. The pictures are the
-// JPEG files of the folder that PIXMORA_BENCH_PHOTOS names.
+// files of the folder that PIXMORA_BENCH_PHOTOS names.
 #include "platform/pictures/PictureEngine.h"
 
 #include <benchmark/benchmark.h>
@@ -58,16 +58,14 @@ void RegisterPicture(const std::filesystem::path &file) {
         const WantedPicture wanted = mode.Wanted;
         Register(name + "ours", [path, wanted] { return ConvertByEngine(engine, path, wanted); });
         Register(name + "libvips", [path, wanted] { return VipsThumbnail(path, wanted); });
-        Register(name + "bare", [path, wanted] { return BareJpeg(path, wanted); });
+        if (file.extension() == ".jpg") Register(name + "bare", [path, wanted] { return BareJpeg(path, wanted); });
     }
 }
 
 bool RegisterPictures() {
     const char *folder = std::getenv("PIXMORA_BENCH_PHOTOS");
     if (folder == nullptr) return false;
-    for (const auto &entry : std::filesystem::directory_iterator(folder)) {
-        if (entry.path().extension() == ".jpg") RegisterPicture(entry.path());
-    }
+    for (const auto &entry : std::filesystem::directory_iterator(folder)) RegisterPicture(entry.path());
     return true;
 }
 

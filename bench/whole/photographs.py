@@ -17,6 +17,16 @@ def draw(folder, top):
                    check=True)
 
 
+def as_phones_store(jpeg, folder):
+    """The picture in today's formats; a HEIC as cameras make it, with a small picture inside, and one without."""
+    os.makedirs(folder)
+    for name, options in {"small_inside": ["-t", "512"], "alone": []}.items():
+        subprocess.run(["heif-enc", "-q", "50", *options, jpeg, "-o", os.path.join(folder, "photo_%s.heic" % name)],
+                       stdout=subprocess.DEVNULL, check=True)
+    for ending in ("png", "webp"):
+        subprocess.run(["convert", jpeg, os.path.join(folder, "photo_%s.%s" % (ending, ending))], check=True)
+
+
 class Photographs:
     """A flat folder with one large and some small JPEG files, in `folder`."""
 
@@ -35,6 +45,8 @@ class Photographs:
         for number, path in enumerate(chosen):
             shutil.copy(path, os.path.join(self.folder, "photo%d.jpg" % number))
         self.large = "photo0"
+        self.newer = os.path.join(folder, "newer")
+        as_phones_store(self.path(self.large), self.newer)
         self.small = ["photo%d" % number for number in range(1, len(chosen))]
         self.sizes = {"photo%d" % number: sizes[path] for number, path in enumerate(chosen)}
 

@@ -34,6 +34,19 @@ def by_server(server, target, count):
     return (server.processor_seconds() - before) / count
 
 
+def newer_formats(programs, folder):
+    """Rows of a table: the large picture's thumbnail from each file of the folder."""
+    results = run_benchmarks(os.path.join(programs, "bench_platform"), pattern="^photo.*thumb",
+                             environment={"PIXMORA_BENCH_PHOTOS": folder, "VIPS_CONCURRENCY": "1"})
+    rows = {}
+    for file in sorted(os.listdir(folder)):
+        name = os.path.splitext(file)[0]
+        row = {who: results["%s/thumb/%s" % (name, who)]["processor"] for who in ("ours", "libvips")}
+        row["ImageMagick"] = image_magick(os.path.join(folder, file), *MODES["thumb"])
+        rows[file] = row
+    return rows
+
+
 def measure_servers(site, peer, photographs, times):
     for name in [photographs.large, *photographs.small]:
         count = 5 if name == photographs.large else 10
@@ -87,3 +100,11 @@ def report(page, programs, folder, photographs):
               for ours, peer in [("ours", "libvips"), ("ours", "ImageMagick"), WITH_SERVER]
               if means[group, mode, ours] >= means[group, mode, peer]]
     page.wanted("ahead of every peer", not behind, "; ".join(behind) or "ahead everywhere")
+    newer = newer_formats(programs, photographs.newer)
+    page.table(["The large picture's thumbnail", "ours", "libvips", "ImageMagick"],
+               [[file, *("%.1f" % (1e3 * row[who]) for who in ("ours", "libvips", "ImageMagick"))]
+                for file, row in newer.items()])
+    heic = {file: row for file, row in newer.items() if file.endswith(".heic")}
+    page.wanted("HEIC: ahead of libvips and ImageMagick",
+                all(row["ours"] < min(row["libvips"], row["ImageMagick"]) for row in heic.values()),
+                ", ".join("%s %.1f ms" % (file, 1e3 * row["ours"]) for file, row in heic.items()))
