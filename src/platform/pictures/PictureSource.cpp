@@ -4,11 +4,13 @@
 #include <QColorSpace>
 #include <QIODevice>
 #include <QImageReader>
+#include <QTransform>
 #include <cmath>
 #include <optional>
 
 #include "platform/files/Files.h"
 #include "platform/pictures/HeifPicture.h"
+#include "platform/pictures/JpegDecoder.h"
 #include "platform/pictures/JpegHead.h"
 #include "platform/runtime/Text.h"
 
@@ -113,8 +115,8 @@ public:
         };
         if (format_ == "webp") return RunAside(read, pause);
         device_.Pause = pause;
-        if (format_ == "jpeg") AskForFraction(IsTurned() ? wanted.transposed() : wanted);
-        return read();
+        const QImage picture = format_ == "jpeg" ? DecodeUpright(wanted) : QImage();
+        return picture.isNull() ? read() : picture;
     }
 
 private:
@@ -127,17 +129,36 @@ private:
 
     bool IsTurned() const { return reader_.transformation().testFlag(QImageIOHandler::TransformationRotate90); }
 
-    /// Decodes an eighth, a quarter or a half of each side when that leaves at least twice the size wanted, of which
-    /// averaging then makes a clean picture. The eighth is the decoder's cheapest; other eighths are slower than they
-    /// save.
-    void AskForFraction(QSize wanted) {
+    /// An eighth, a quarter or a half of each side where that leaves at least twice the size wanted, of which averaging
+    /// then makes a clean picture. The eighth is the decoder's cheapest; other eighths are slower than they save.
+    int EighthsFor(QSize wanted) const {
         for (const int eighths : {1, 2, 4}) {
-            // Rounded down: a pixel more and the reader would take the next fraction up.
-            const QSize fraction(size_.width() * eighths / 8, size_.height() * eighths / 8);
-            if (fraction.width() < 2 * wanted.width() || fraction.height() < 2 * wanted.height()) continue;
-            reader_.setScaledSize(fraction);
-            return;
+            const QSize fraction = Fraction(eighths);
+            if (fraction.width() >= 2 * wanted.width() && fraction.height() >= 2 * wanted.height()) return eighths;
         }
+        return 8;
+    }
+
+    /// Rounded down: a pixel more and the reader would take the next fraction up.
+    QSize Fraction(int eighths) const { return {size_.width() * eighths / 8, size_.height() * eighths / 8}; }
+
+    /// Null for what the reader has to look at: printers' colours.
+    QImage DecodeUpright(QSize wanted) {
+        const QSize asStored = IsTurned() ? wanted.transposed() : wanted;
+        const auto turns = reader_.transformation();
+        const qint64 readersPlace = device_.pos();
+        device_.seek(0);
+        const int eighths = EighthsFor(asStored);
+        QImage image = DecodeJpeg(device_, static_cast<unsigned>(eighths));
+        device_.seek(readersPlace);
+        if (image.isNull()) {
+            reader_.setScaledSize(Fraction(eighths));
+            return {};
+        }
+        image = Scaled(image, asStored);
+        image = image.mirrored(turns.testFlag(QImageIOHandler::TransformationMirror),
+                               turns.testFlag(QImageIOHandler::TransformationFlip));
+        return IsTurned() ? image.transformed(QTransform().rotate(90)) : image;
     }
 
     PictureFile device_;
