@@ -37,6 +37,14 @@ name=$(basename "$folder" | tr -d "\\\\/:*?\"'<>|")
 if ! "$ctl" album list | cut -f 2 | grep -Fqx -- "$folder"; then
   "$ctl" album add "$name" "$folder" --description "Shared by run.sh"
 fi
+# What a site of today wants; what has been set on this one stays.
+while read -r key value; do
+  [ -n "$("$ctl" get Setup "$key")" ] && continue
+  "$ctl" set Setup "$key" "$value"
+  echo "pixmoractl set Setup $key $value"
+done <<<"MoreTypes 1
+BrowserCache 60
+ConversionSpacing 20"
 if [ "$program" = pixmora ]; then
   "$ctl" set Setup RunSetup 1 # the album is there, so there is no first run to be led through
   exec build/release/bin/pixmora start
