@@ -126,9 +126,9 @@ std::string ReasonOf(int upnpCode) {
 class SystemProtocols : public RouterProtocols {
 public:
     RouterReply Open(int port) override {
-        const RouterReply byNatPmp = OpenByNatPmp(port);
+        RouterReply byNatPmp = OpenByNatPmp(port);
         if (byNatPmp.Outcome == RouterOutcome::Opened) return byNatPmp;
-        const RouterReply byUpnp = OpenByUpnp(port);
+        RouterReply byUpnp = OpenByUpnp(port);
         return byUpnp.Outcome == RouterOutcome::NoRouter ? byNatPmp : byUpnp;
     }
 

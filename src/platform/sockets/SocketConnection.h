@@ -22,7 +22,7 @@ public:
     virtual void Send(std::string_view bytes) = 0;
     /// The bytes, and the source's behind them. @return false while another source waits, or where none is taken:
     /// nothing is sent then
-    virtual bool SendSource(std::string_view, ByteSource) { return false; }
+    virtual bool SendSource(std::string_view bytes, ByteSource source) = 0;
     virtual std::size_t BytesWaiting() const = 0;
     virtual std::string Fetch() = 0;
     /// See Winsock.

@@ -56,6 +56,11 @@ void TlsConnection::Send(std::string_view bytes) {
     socket_->write(bytes.data(), static_cast<qint64>(bytes.size()));
 }
 
+/// Requests have no files to send.
+bool TlsConnection::SendSource(std::string_view /*bytes*/, ByteSource /*source*/) {
+    return false;
+}
+
 std::size_t TlsConnection::BytesWaiting() const {
     return static_cast<std::size_t>(socket_->encryptedBytesToWrite() + socket_->bytesToWrite());
 }

@@ -21,6 +21,7 @@ public:
 
     SocketState State() const override { return state_; }
     void Send(std::string_view bytes) override;
+    bool SendSource(std::string_view bytes, ByteSource source) override;
     std::size_t BytesWaiting() const override;
     std::string Fetch() override;
     std::int32_t PeerIdleTime() override { return 0; }
