@@ -11,7 +11,9 @@ struct QrCode {
     int Size = 0;            ///< modules of a side, without the light margin; 0 for a text that is too long
     std::vector<bool> Dark;  ///< row by row
 
-    bool IsDark(int x, int y) const { return Dark[static_cast<std::size_t>(y * Size + x)]; }
+    bool IsDark(int x, int y) const {
+        return Dark[static_cast<std::size_t>(y) * static_cast<std::size_t>(Size) + static_cast<std::size_t>(x)];
+    }
 };
 
 /// Light modules that have to be around a code.
