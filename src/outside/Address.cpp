@@ -89,7 +89,7 @@ std::string OwnWebAddress() {
 }
 
 std::string BestWebsiteAddress() {
-    const std::string wished = WebAddressFrom(GetSetting("Setup", "PublicAddress"), gSystray->wnskListen->LocalPort());
+    std::string wished = WebAddressFrom(GetSetting("Setup", "PublicAddress"), gSystray->wnskListen->LocalPort());
     if (!wished.empty()) return wished;
     if (!gSystray->ServiceAddress.empty()) return gSystray->ServiceAddress;
     return gSystray->RouterPort.Address.empty() ? OwnWebAddress() : gSystray->RouterPort.Address;

@@ -70,8 +70,8 @@ private:
     /// A frame with its end is the better one, since without it nobody can tell what is missing.
     std::string Bitmap() const {
         for (const auto *frames : {&whole_, &unended_}) {
-            for (auto frame = frames->rbegin(); frame != frames->rend(); ++frame) {
-                std::string bitmap = FrameToBitmap(session_.Format(), *frame);
+            for (std::size_t left = frames->size(); left > 0; --left) {
+                std::string bitmap = FrameToBitmap(session_.Format(), frames->at(left - 1));
                 if (!bitmap.empty()) return bitmap;
             }
         }
@@ -98,9 +98,8 @@ public:
         still_ = std::make_unique<Still>(calls_, path_);
         const auto finish = [this, done](const std::string &bitmap) {
             const auto copy = done;  // what follows ends this function's own life
-            const std::string bytes = bitmap;
             still_.reset();
-            copy(bytes);
+            copy(bitmap);
         };
         if (!still_->Start(identity_, finish)) finish({});
     }

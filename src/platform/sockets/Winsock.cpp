@@ -54,8 +54,9 @@ struct Winsock::Implementation {
     void FinishLookup(std::weak_ptr<Winsock> element, const QHostInfo &result) {
         lookup.reset();
         QList<QHostAddress> found = result.addresses();
-        std::ranges::stable_partition(
-            found, [](const QHostAddress &address) { return address.protocol() == QAbstractSocket::IPv4Protocol; });
+        std::stable_partition(found.begin(), found.end(), [](const QHostAddress &address) {
+            return address.protocol() == QAbstractSocket::IPv4Protocol;
+        });
         const auto peer =
             found.isEmpty() ? std::nullopt : SocketAddress::From(found.front().toString().toStdString(), remotePort);
         if (peer) {
