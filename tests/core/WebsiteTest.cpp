@@ -196,6 +196,7 @@ TEST_F(Website, AStopLeavesNothingOpenAndAStartBeginsAnew) {
     EXPECT_TRUE(IsOpen("m.avi"));
     StopWebsite(true);
     EXPECT_FALSE(IsOpen("m.avi"));
+    EXPECT_EQ(gVisitorsActive, 0);
     EXPECT_FALSE(gSystray->tmrConnections.Enabled());
     EXPECT_EQ(gSystray->wnskListen->State(), SocketState::Closed);
     EXPECT_EQ(gConnectionsTotal, 1) << "shown while the site is stopped";
