@@ -69,6 +69,8 @@ a setup that leads through the first start.")
 # Up to 1.0.0 one package held all.
 # WebP pictures, by a plug-in that nothing links.
 set(CPACK_DEBIAN_SERVER_PACKAGE_DEPENDS qt6-image-formats-plugins)
+# Whom to trust, where the central service is asked over TLS.
+set(CPACK_DEBIAN_SERVER_PACKAGE_RECOMMENDS ca-certificates)
 set(CPACK_DEBIAN_SERVER_PACKAGE_REPLACES "pixmora (<< 1.1)")
 set(CPACK_DEBIAN_SERVER_PACKAGE_BREAKS "pixmora (<< 1.1)")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "pixmora-server (= ${PROJECT_VERSION})")
