@@ -25,7 +25,7 @@ set(documents ${CMAKE_INSTALL_DATAROOTDIR}/doc)
 set(components server desktop)
 set(packages pixmora-server pixmora)
 foreach(component package IN ZIP_LISTS components packages)
-  pixmora_install_compressed(${component} ${packaging}/debian/changelog ${documents}/${package} changelog)
+  pixmora_install_compressed(${component} ${packaging}/debian/changelog ${documents}/${package} changelog.Debian)
   install(FILES ${packaging}/debian/copyright DESTINATION ${documents}/${package} COMPONENT ${component})
 endforeach()
 get_property(compressed GLOBAL PROPERTY PIXMORA_COMPRESSED)
@@ -66,14 +66,16 @@ set(CPACK_COMPONENT_DESKTOP_DESCRIPTION
     "small website for your pictures and movies
 ${description}This package holds the desktop program, pixmora: a window, a tray icon and
 a setup that leads through the first start.")
-# Up to 1.0.0 one package held all.
 # WebP pictures, by a plug-in that nothing links.
 set(CPACK_DEBIAN_SERVER_PACKAGE_DEPENDS qt6-image-formats-plugins)
 # Whom to trust, where the central service is asked over TLS.
 set(CPACK_DEBIAN_SERVER_PACKAGE_RECOMMENDS ca-certificates)
-set(CPACK_DEBIAN_SERVER_PACKAGE_REPLACES "pixmora (<< 1.1)")
-set(CPACK_DEBIAN_SERVER_PACKAGE_BREAKS "pixmora (<< 1.1)")
-set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "pixmora-server (= ${PROJECT_VERSION})")
+# The first release was one package.
+set(CPACK_DEBIAN_PACKAGE_RELEASE 2)
+set(version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
+set(CPACK_DEBIAN_SERVER_PACKAGE_REPLACES "pixmora (<< 1.0.0-2)")
+set(CPACK_DEBIAN_SERVER_PACKAGE_BREAKS "pixmora (<< 1.0.0-2)")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "pixmora-server (= ${version})")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
