@@ -62,6 +62,27 @@ std::string MakeFooter() {
                   "</b></a></font>");
 }
 
+std::string BrowserScript() {
+    return Replace(R"(<script language="javascript">
+sBrowser = "IE"; sBrowserVer = 6;
+function mMouseOver(tdID) {
+   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
+       var tdbox = document.all("pic_" + tdID);
+       if (tdbox != null) tdbox.style.border = "solid #2254B1 1px"
+   }
+}
+
+function mMouseOut(tdID) {
+   if(sBrowser == "IE" && sBrowserVer >= 5.5) {
+       var tdbox = document.all("pic_" + tdID);
+       if (tdbox != null) tdbox.style.border = "solid white 1px"
+   }
+}
+</script>
+)",
+                   "\n", CrLf);
+}
+
 std::string EscapeForScript(std::string_view text) {
     return Replace(std::string(text), "'", "\\'");
 }

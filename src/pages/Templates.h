@@ -27,6 +27,10 @@ std::size_t SendPage(const Connection &socket, std::string_view text, const std:
 /// the template has opened.
 std::string MakeFooter();
 
+/// The block of script that gives the picture cells their hover frame, for the templates of owners who want it; no page
+/// calls it.
+std::string BrowserScript();
+
 /// For use inside a quoted script string: every "'" as "\'".
 std::string EscapeForScript(std::string_view text);
 
