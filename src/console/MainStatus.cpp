@@ -51,7 +51,8 @@ MainStatus ReadMainStatus() {
 
 MainFigures ReadRunningFigures() {
     const std::int64_t elapsed = gOnlineTimer->Elapsed();
-    const auto seconds = static_cast<double>(elapsed / 1000);
+    const std::int64_t whole = elapsed / 1000;
+    const auto seconds = static_cast<double>(whole);
     return {std::to_string(gVisitorsActive),
             {FormatElapsed(seconds, elapsed > dayMs, false), std::to_string(gConnectionsSession),
              std::to_string(gThumbsSession), std::to_string(gDownloadsSession),

@@ -34,7 +34,8 @@ struct Featured {
 void AddRunTimes(std::vector<Filling> &fillings) {
     constexpr Tick dayAndOne = 86400001;
     const std::int64_t elapsed = gOnlineTimer->Elapsed();
-    const auto seconds = static_cast<double>(elapsed / 1000);
+    const std::int64_t whole = elapsed / 1000;
+    const auto seconds = static_cast<double>(whole);
     fillings.push_back({"{SESSION_RUNTIME}", FormatElapsed(seconds, elapsed >= dayAndOne, false)});
     fillings.push_back({"{TOTAL_RUNTIME}", FormatElapsed(gRunningTotal * 60 + seconds, true, false)});
 }

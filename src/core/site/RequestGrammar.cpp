@@ -138,8 +138,8 @@ std::size_t FindHeader(std::string_view head, std::string_view name) {
     const auto isSame = [](unsigned char a, unsigned char b) {
         return std::tolower(a) == std::tolower(b);
     };
-    const auto found = std::ranges::search(head, name, isSame);
-    return found.empty() ? std::string_view::npos : static_cast<std::size_t>(found.begin() - head.begin());
+    const auto found = std::search(head.begin(), head.end(), name.begin(), name.end(), isSame);
+    return found == head.end() ? std::string_view::npos : static_cast<std::size_t>(found - head.begin());
 }
 
 const std::string &Piece(const Arguments &pieces, std::size_t index) {

@@ -130,7 +130,10 @@ std::string Repeated(std::string_view bytes, int times) {
 
 class V4l2Library : public testing::Test {
 protected:
-    ~V4l2Library() override { kernel = nullptr; }
+    ~V4l2Library() override {
+        DoEvents();  // what has waited for input goes with the loop's next turn
+        kernel = nullptr;
+    }
 
     /// The still of a device that has one format, 32 by 16 pixels.
     static QImage Take(PlayedKernel &played, std::uint32_t format, const std::string &frame) {
