@@ -37,6 +37,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/htdocs DESTINATION ${shared} COMPONENT s
 install(FILES ${PROJECT_SOURCE_DIR}/share/exif.ini ${PROJECT_SOURCE_DIR}/share/release-1.0.0.sha256
         DESTINATION ${shared} COMPONENT server)
 install(FILES ${packaging}/pixmorad.service DESTINATION lib/systemd/user COMPONENT server)
+install(FILES ${packaging}/nginx/pixmora.conf DESTINATION ${documents}/pixmora-server/examples COMPONENT server)
 install(FILES ${packaging}/pixmora.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT desktop)
 install(FILES ${packaging}/example.pixmora.pixmora.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
         COMPONENT desktop)

@@ -16,10 +16,11 @@ class Load:
     body_bytes: int
 
 
-def ab(server, target, count):
-    """@param server with `address` and `processor_seconds`"""
+def ab(server, target, count, options=()):
+    """@param server with `address` and `processor_seconds` @param options ab's own"""
     before = server.processor_seconds()
-    output, seconds, own = run_measured(["ab", "-q", "-r", "-c", str(CONNECTIONS), "-n", str(count), server.address(target)])
+    command = ["ab", "-q", "-r", "-c", str(CONNECTIONS), "-n", str(count), *options, server.address(target)]
+    output, seconds, own = run_measured(command)
     used = server.processor_seconds() - before
     complete = int(re.search(r"Complete requests:\s+(\d+)", output)[1])
     if complete != count or "Non-2xx" in output:

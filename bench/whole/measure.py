@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Measures everything and writes one page: measure.py PROGRAMS PAGE [--photos FOLDER] [--only PART ...]
 
-PROGRAMS is the folder of the built programs, PAGE the Markdown file. Parts: pictures, pages, movies, start, statistics,
-memory, functions. Exit status 1 when a wanted figure was not met.
+PROGRAMS is the folder of the built programs, PAGE the Markdown file. Parts: pictures, pages, movies, scale, start,
+statistics, memory, functions. Exit status 1 when a wanted figure was not met.
 """
 import argparse
 import os
@@ -18,6 +18,7 @@ import memory
 import movies
 import pages
 import pictures
+import scale
 import stores
 from photographs import Photographs
 from report import Report
@@ -28,6 +29,7 @@ def parts_of(page, programs, photographs, folder_of):
         "pictures": lambda: pictures.report(page, programs, folder_of("pictures"), photographs),
         "pages": lambda: pages.report(page, programs, folder_of("pages"), photographs),
         "movies": lambda: movies.report(page, programs, folder_of("movies")),
+        "scale": lambda: scale.report(page, programs, folder_of("scale"), photographs),
         "start": lambda: stores.report_scan(page, programs),
         "statistics": lambda: stores.report_events(page, programs),
         "memory": lambda: memory.report(page, programs, folder_of("memory"), photographs),

@@ -1,4 +1,5 @@
 """The photographs that are converted: the caller's, or drawn ones where there are none."""
+import functools
 import os
 import shutil
 import subprocess
@@ -45,10 +46,15 @@ class Photographs:
         for number, path in enumerate(chosen):
             shutil.copy(path, os.path.join(self.folder, "photo%d.jpg" % number))
         self.large = "photo0"
-        self.newer = os.path.join(folder, "newer")
-        as_phones_store(self.path(self.large), self.newer)
         self.small = ["photo%d" % number for number in range(1, len(chosen))]
         self.sizes = {"photo%d" % number: sizes[path] for number, path in enumerate(chosen)}
+
+    @functools.cached_property
+    def newer(self):
+        """The folder of the large picture in today's formats."""
+        folder = os.path.join(os.path.dirname(self.folder), "newer")
+        as_phones_store(self.path(self.large), folder)
+        return folder
 
     def path(self, name):
         return os.path.join(self.folder, name + ".jpg")
