@@ -26,8 +26,8 @@ int GuardNumber(std::string_view key, int fallback, int highest) {
 
 void LoadListenSettings() {
     const std::string address = ListenAddress();
-    gSystray->wnskListen->SetLocalPort(ListenPort());
-    gSystray->wnskListen->SetLocalAddress(address.empty() && ListensOnIPv6() ? Winsock::AllAddresses : address);
+    gSystray->wnskListen->LocalPort = ListenPort();
+    gSystray->wnskListen->LocalAddress = address.empty() && ListensOnIPv6() ? Winsock::AllAddresses : address;
     gSystray->TrustedProxy = GetSetting("Setup", "TrustedProxy");
     gSystray->wnskListen->SetConnectionLimit(GuardNumber("MaxConnections", DefaultMaxConnections, HighestSendIndex));
     gSystray->IdleTimeout = GuardNumber("IdleTimeout", DefaultIdleTimeout, longestIdleTimeout) * 1000;

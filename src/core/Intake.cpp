@@ -47,9 +47,9 @@ void RefreshVisitor(const std::string &ip, std::string_view request) {
 /// A proxy that the owner trusts tells for whom it asks; anybody else could tell anything.
 void HeedProxy(Winsock &socket, const std::string &request) {
     const std::string &trusted = gSystray->TrustedProxy;
-    if (trusted.empty() || !IsInNetwork(socket.RemoteHostIP(), trusted)) return;
+    if (trusted.empty() || !IsInNetwork(socket.RemoteHostIP, trusted)) return;
     const auto visitor = SocketAddress::From(GetForwardedAddress(request), 0);
-    if (visitor) socket.SetRemoteHostIP(visitor->Text());
+    if (visitor) socket.RemoteHostIP = visitor->Text();
 }
 
 void AnswerRequest(const Connection &socket, const std::string &method, const std::string &request) {
@@ -88,7 +88,7 @@ void AnswerArrival(const Connection &socket) {
         return;
     }
     HeedProxy(*socket, request);
-    RefreshVisitor(socket->RemoteHostIP(), request);
+    RefreshVisitor(socket->RemoteHostIP, request);
     try {
         AnswerRequest(socket, method, request);
     } catch (const RunTimeError &) {

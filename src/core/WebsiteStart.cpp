@@ -222,7 +222,7 @@ private:
             return true;
         } catch (const RunTimeError &error) {
             ShowMessageBox(
-                ListenRefusal(error, gSystray->wnskListen->LocalPort(), "Please go to Port Setup in Setup and"),
+                ListenRefusal(error, gSystray->wnskListen->LocalPort, "Please go to Port Setup in Setup and"),
                 FlagCritical);
             return false;
         }

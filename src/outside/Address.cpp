@@ -85,11 +85,11 @@ std::string GetLocalIP(const std::vector<std::string> &hostTable, const std::vec
 
 std::string OwnWebAddress() {
     const std::string own = GetLocalIP();
-    return WebAddress(own.empty() ? "127.0.0.1" : own, gSystray->wnskListen->LocalPort());
+    return WebAddress(own.empty() ? "127.0.0.1" : own, gSystray->wnskListen->LocalPort);
 }
 
 std::string BestWebsiteAddress() {
-    std::string wished = WebAddressFrom(GetSetting("Setup", "PublicAddress"), gSystray->wnskListen->LocalPort());
+    std::string wished = WebAddressFrom(GetSetting("Setup", "PublicAddress"), gSystray->wnskListen->LocalPort);
     if (!wished.empty()) return wished;
     if (!gSystray->ServiceAddress.empty()) return gSystray->ServiceAddress;
     return gSystray->RouterPort.Address.empty() ? OwnWebAddress() : gSystray->RouterPort.Address;

@@ -124,7 +124,7 @@ ServiceCheck CheckCentralService(bool startingServer) {
     if (seen.empty()) return ServiceCheck::NoAnswer;
     if (seen != own) {
         WarnOfDifferentAddresses(own, seen);
-        gSystray->ServiceAddress = WebAddress(seen, gSystray->wnskListen->LocalPort());
+        gSystray->ServiceAddress = WebAddress(seen, gSystray->wnskListen->LocalPort);
     }
     bool mayGoOn = true;
     for (std::size_t i = 1; i < words.size(); ++i) mayGoOn &= Heed(words[i]);

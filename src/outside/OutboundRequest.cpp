@@ -112,15 +112,15 @@ std::shared_ptr<Winsock> ConnectAnew(std::shared_ptr<Winsock> &place, const Addr
     socket->OnError = [weak](int, const std::string &) {
         weak.lock()->Close();
     };
-    socket->SetRemoteHost(address.Host);
-    socket->SetRemotePort(address.Port);
-    socket->SetSecure(address.IsSecure);
+    socket->RemoteHost = address.Host;
+    socket->RemotePort = address.Port;
+    socket->IsSecure = address.IsSecure;
     socket->Connect();
     return socket;
 }
 
 void SendRequest(Winsock &socket, const std::string &path) {
-    socket.SendData("GET " + path + " HTTP/1.0\r\nHost: " + socket.RemoteHost() + "\r\n\r\n");
+    socket.SendData("GET " + path + " HTTP/1.0\r\nHost: " + socket.RemoteHost + "\r\n\r\n");
 }
 
 void ReceiveAnswer(const Winsock &socket, Tick deadline) {

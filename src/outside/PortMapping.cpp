@@ -24,7 +24,7 @@ constexpr Tick renewAfter = RouterLease / 2 * 1000;
 std::function<std::unique_ptr<RouterProtocols>()> makeProtocols = SystemRouterProtocols;
 
 std::string Port() {
-    return std::to_string(gSystray->wnskListen->LocalPort());
+    return std::to_string(gSystray->wnskListen->LocalPort);
 }
 
 /// What the owner has to know of a reply; empty when all is well.
@@ -62,7 +62,7 @@ void Ask() {
     facts.IsAsked = true;
     facts.AskedTick = GetTickCount();
     facts.AskedFrom = GetLocalIP();
-    facts.Way->Open(gSystray->wnskListen->LocalPort(), HeedReply);
+    facts.Way->Open(gSystray->wnskListen->LocalPort, HeedReply);
 }
 
 }  // namespace

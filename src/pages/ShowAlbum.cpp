@@ -51,7 +51,7 @@ void CountVisit(const Connection &socket, const Visit &visit) {
     if (IsProtectedDir(album, visit.Directory.LastName, directory) &&
         !CanViewDir(socket->Tag, album, directory).IsGiven)
         return;
-    if (AddDownloadCookie(socket->RemoteHostIP(), album.ID, directory)) CountDirVisit(album.Name, directory);
+    if (AddDownloadCookie(socket->RemoteHostIP, album.ID, directory)) CountDirVisit(album.Name, directory);
 }
 
 }  // namespace

@@ -117,7 +117,7 @@ std::string DirectoryOf(const DetailsAddress &address) {
 void CountView(const Connection &socket, const DetailsAddress &address) {
     const clsAlbum &album = *address.Album;
     if (IsProtectedDir(album, address.Name(), DirectoryOf(address))) return;
-    if (!AddDownloadCookie(socket->RemoteHostIP(), album.ID, address.FullPath)) return;
+    if (!AddDownloadCookie(socket->RemoteHostIP, album.ID, address.FullPath)) return;
     CountFileVisit(album.Name, address.Path());
     ++gDownloadsSession;
     RecordStat(Stat::Downloads, album.Name, 1);

@@ -76,7 +76,7 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
     const AlbumPointer album = AlbumByNumber(address->Album);
     const std::string path = VisitorFilePath(album->Directory, address->LinkPath);
     if (path.empty()) throw RunTimeError(ErrorNumber::FileNotFound);
-    if (address->Mode == "full" && AddDownloadCookie(socket->RemoteHostIP(), address->Album, path))
+    if (address->Mode == "full" && AddDownloadCookie(socket->RemoteHostIP, address->Album, path))
         CountFileVisit(album->Name, PathInAlbum(*album, path));
     const std::int64_t size = FileLength(path);
     std::shared_ptr<BinaryFile> file = BinaryFile::OpenForRead(path);

@@ -144,7 +144,7 @@ TEST_F(DesktopTest, StartLeavesOnlyTheIconServesDuringADialogAndEndsWhenToldTo) 
     EXPECT_FALSE(Program->IsMainWindowShown());
     EXPECT_EQ(Done, "splash|");
 
-    Hands.WhenShown("frmMsgBox", [port = gSystray->wnskListen->LocalPort()](QWidget &box) {
+    Hands.WhenShown("frmMsgBox", [port = gSystray->wnskListen->LocalPort](QWidget &box) {
         const std::string page = Fetch(port, "GET / HTTP/1.0\r\n\r\n");
         EXPECT_TRUE(page.starts_with("HTTP/1.0 200 OK"));
         QTest::keyClick(&box, Qt::Key_Space);

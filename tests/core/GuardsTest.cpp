@@ -174,8 +174,8 @@ TEST_F(Guards, ListenAddressIsThisComputersOrTheStartFails) {
     EXPECT_EQ(Start().back(), "Your Website is Live!");
     EXPECT_EQ(gWebsiteAddress, "http://127.0.0.1:" + GetSetting("Setup", "ListenPort"));
     const auto outside = Winsock::Create();
-    outside->SetRemoteHost("127.0.0.2");
-    outside->SetRemotePort(Port());
+    outside->RemoteHost = "127.0.0.2";
+    outside->RemotePort = Port();
     outside->Connect();
     EXPECT_TRUE(TurnUntil([&outside] { return outside->State() == SocketState::Error; }));
     EXPECT_NE(Get("/Blank"), "");
@@ -185,8 +185,8 @@ TEST_F(Guards, BothFamiliesAreServedWhereTheOwnerWantsIt) {
     StartWith({{"IPv6", "1"}});
     EXPECT_NE(Get("/", "", "127.0.0.2"), "");
     const auto six = Winsock::Create();
-    six->SetRemoteHost("::1");
-    six->SetRemotePort(Port());
+    six->RemoteHost = "::1";
+    six->RemotePort = Port();
     six->OnConnect = [&six] {
         six->SendData("GET / HTTP/1.0\r\n\r\n");
     };

@@ -84,9 +84,9 @@ TEST_F(Website, StartListsTheSiteWithAServiceThatAnswersOnly) {
 TEST_F(Website, StartTellsOfAPortInUse) {
     AddAlbum("A");
     const auto other = Winsock::Create();
-    other->SetLocalPort(0);
+    other->LocalPort = 0;
     other->Listen();
-    const std::string port = std::to_string(other->LocalPort());
+    const std::string port = std::to_string(other->LocalPort);
     SaveSetting("Setup", "ListenPort", port);
     Owner.ExpectMessage("There is another application already listening on port " + port +
                             "! Please go to Port Setup in Setup and choose another port.",

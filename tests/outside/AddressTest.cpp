@@ -32,7 +32,7 @@ using WebsiteAddress = OutsideFixture;
 
 TEST_F(WebsiteAddress, IsTheBestThatIsKnown) {
     ScriptedOwner owner;
-    gSystray->wnskListen->SetLocalPort(8080);
+    gSystray->wnskListen->LocalPort = 8080;
     SaveSetting("Setup", "ListenAddress", "192.0.2.7");
     EXPECT_EQ(BestWebsiteAddress(), "http://192.0.2.7:8080");
     gSystray->RouterPort.Address = "http://198.51.100.1:8080";

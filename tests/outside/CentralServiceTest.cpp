@@ -37,7 +37,7 @@ protected:
         SaveSetting("Setup", "RunFirewallCheck", "1");
         SaveSetting("Records", "InstallTime", "2004030112");
         SaveSetting("Setup", "ListenAddress", own);
-        gSystray->wnskListen->SetLocalPort(8080);
+        gSystray->wnskListen->LocalPort = 8080;
     }
 
     ServiceCheck Check(bool startingServer = true) { return CheckCentralService(startingServer); }
@@ -59,7 +59,7 @@ protected:
 TEST_F(CentralService, IsAskedAtTheStart) {
     EXPECT_EQ(Check(true), ServiceCheck::NoAnswer);
     SaveSetting("Setup", "ListenPort", "81");
-    gSystray->wnskListen->SetLocalPort(81);
+    gSystray->wnskListen->LocalPort = 81;
     EXPECT_EQ(Check(false), ServiceCheck::NoAnswer);
     EXPECT_THAT(service.Requests,
                 ElementsAre("GET /clients/startup.php?&ver=01000000&port=&starting_server=1" + requestEnd,

@@ -43,7 +43,7 @@ protected:
     PortMapping() {
         SaveSetting("Setup", "PortMapping", "1");
         SaveSetting("Setup", "ListenAddress", "192.0.2.7");
-        gSystray->wnskListen->SetLocalPort(8080);
+        gSystray->wnskListen->LocalPort = 8080;
         gWebsiteStarted = true;
         SetRouterProtocols([this] { return std::make_unique<PlayedProtocols>(router); });
     }

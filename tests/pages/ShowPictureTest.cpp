@@ -107,7 +107,7 @@ TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
         held->Accept(requestId);
     };
     listener->Listen();
-    Client visitor(listener->LocalPort());
+    Client visitor(listener->LocalPort);
     ASSERT_TRUE(TurnUntil([&] { return held->State() == SocketState::Connected; }));
     Timer arrival;
     bool hasCome = false;
@@ -142,8 +142,8 @@ TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
             connections.back()->Accept(requestId);
         };
         listener->Listen();
-        Client first(listener->LocalPort());
-        Client visitor(listener->LocalPort());
+        Client first(listener->LocalPort);
+        Client visitor(listener->LocalPort);
         ASSERT_TRUE(TurnUntil([&] { return connections.size() == 2; }));
         const Connection outer = connections[0];
         const Connection inner = connections[1];

@@ -37,9 +37,9 @@ const std::string routerText = "Your private IP address is 127.0.0.1, but your p
 
 int FreePort() {
     const auto socket = Winsock::Create();
-    socket->SetLocalPort(0);
+    socket->LocalPort = 0;
     socket->Listen();
-    const int port = socket->LocalPort();
+    const int port = socket->LocalPort;
     socket->Close();
     return port;
 }
@@ -69,7 +69,7 @@ protected:
     /// Another program's socket on the port under test.
     std::shared_ptr<Winsock> Occupy() const {
         auto socket = Winsock::Create();
-        socket->SetLocalPort(std::stoi(port));
+        socket->LocalPort = std::stoi(port);
         socket->Listen();
         return socket;
     }

@@ -316,9 +316,9 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
               "...");
     EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting").text(), ToQt(service.Base() + "?ann%20b"));
     const auto free = Winsock::Create();
-    free->SetLocalPort(0);
+    free->LocalPort = 0;
     free->Listen();
-    Enter(*form, "cboListenPort", std::to_string(free->LocalPort()));
+    Enter(*form, "cboListenPort", std::to_string(free->LocalPort));
     free->Close();
     Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(3);
     Owner.ExpectMessage(

@@ -14,7 +14,7 @@ namespace pixmora {
 class PlayedService {
 public:
     PlayedService() {
-        listener_->SetLocalPort(0);
+        listener_->LocalPort = 0;
         listener_->OnConnectionRequest = [this](int requestId) {
             TakeConnection(requestId);
         };
@@ -25,7 +25,7 @@ public:
     PlayedService &operator=(const PlayedService &) = delete;
 
     /// "http://127.0.0.1:port"
-    std::string Base() const { return "http://127.0.0.1:" + std::to_string(listener_->LocalPort()); }
+    std::string Base() const { return "http://127.0.0.1:" + std::to_string(listener_->LocalPort); }
     /// The whole requests, in their order.
     std::vector<std::string> Requests;
     /// Sent as the body of each answer.

@@ -59,7 +59,7 @@ protected:
         RunStartSequence(view_);
         return view_.Texts;
     }
-    int Port() const { return gSystray->wnskListen->LocalPort(); }
+    int Port() const { return gSystray->wnskListen->LocalPort; }
 
     std::string Get(const std::string &target, const std::string &headers = "",
                     const std::string &from = "127.0.0.1") const {

@@ -52,7 +52,7 @@ std::optional<OfferedConnection> TakeOffered(int requestId);
 /// While all places are taken, everybody stays in the queue.
 class Listener : public SocketDescriptor {
 public:
-    /// @param address as Winsock::SetLocalAddress has it @throws RunTimeError as Winsock::Listen does
+    /// @param address as Winsock::LocalAddress has it @throws RunTimeError as Winsock::Listen does
     static std::shared_ptr<Listener> Make(std::weak_ptr<Winsock> element, std::shared_ptr<Places> places,
                                           const std::string &address, int port);
 

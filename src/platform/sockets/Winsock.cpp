@@ -26,13 +26,6 @@ void RequireClosed(SocketState state) {
 }  // namespace
 
 struct Winsock::Implementation {
-    std::string localAddress;
-    int localPort = 0;
-    std::string remoteHost;
-    int remotePort = 0;
-    bool isSecure = false;
-    std::string remoteHostIP;
-
     // At most one of these three.
     std::shared_ptr<Listener> listener;
     std::shared_ptr<const bool> lookup;  ///< a name is being resolved; a result that finds this gone comes too late
@@ -45,25 +38,23 @@ struct Winsock::Implementation {
         return *places;
     }
 
-    void ConnectTo(std::weak_ptr<Winsock> element, const SocketAddress &peer) {
-        remoteHostIP = peer.Text();
-        connection = SocketConnection::Connecting(std::move(element), peer);
+    void ConnectTo(Winsock &element, const SocketAddress &peer) {
+        element.RemoteHostIP = peer.Text();
+        connection = SocketConnection::Connecting(element.weak_from_this(), peer);
     }
 
     /// With the first address found, of IPv4 if there is one.
-    void FinishLookup(std::weak_ptr<Winsock> element, const QHostInfo &result) {
+    void FinishLookup(Winsock &element, const QHostInfo &result) {
         lookup.reset();
         QList<QHostAddress> found = result.addresses();
         std::stable_partition(found.begin(), found.end(), [](const QHostAddress &address) {
             return address.protocol() == QAbstractSocket::IPv4Protocol;
         });
-        const auto peer =
-            found.isEmpty() ? std::nullopt : SocketAddress::From(found.front().toString().toStdString(), remotePort);
-        if (peer) {
-            ConnectTo(std::move(element), *peer);
-            return;
-        }
-        const auto failed = std::make_shared<SocketConnection>(std::move(element), -1, SocketState::Connecting);
+        const auto peer = found.isEmpty()
+                              ? std::nullopt
+                              : SocketAddress::From(found.front().toString().toStdString(), element.RemotePort);
+        if (peer) return ConnectTo(element, *peer);
+        const auto failed = std::make_shared<SocketConnection>(element.weak_from_this(), -1, SocketState::Connecting);
         connection = failed;
         failed->Fail(EHOSTUNREACH, "Host not found");
     }
@@ -85,18 +76,6 @@ SocketState Winsock::State() const {
     return implementation_->connection ? implementation_->connection->State() : SocketState::Closed;
 }
 
-int Winsock::LocalPort() const {
-    return implementation_->localPort;
-}
-
-void Winsock::SetLocalPort(int port) {
-    implementation_->localPort = port;
-}
-
-void Winsock::SetLocalAddress(std::string address) {
-    implementation_->localAddress = std::move(address);
-}
-
 int Winsock::ConnectionLimit() const {
     return implementation_->places ? implementation_->places->Limit() : 0;
 }
@@ -107,72 +86,42 @@ void Winsock::SetConnectionLimit(int limit) {
 
 void Winsock::Listen() {
     RequireClosed(State());
-    const int port = implementation_->localPort;
-    if (port < 0 || port > highestPort) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+    if (LocalPort < 0 || LocalPort > highestPort) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
     RaiseDescriptorLimit();
     implementation_->MadePlaces();
-    implementation_->listener =
-        Listener::Make(weak_from_this(), implementation_->places, implementation_->localAddress, port);
-    implementation_->localPort = implementation_->listener->Port();
+    implementation_->listener = Listener::Make(weak_from_this(), implementation_->places, LocalAddress, LocalPort);
+    LocalPort = implementation_->listener->Port();
 }
 
 void Winsock::Accept(int requestId) {
     RequireClosed(State());
     auto offered = TakeOffered(requestId);
     if (!offered) return;
-    implementation_->remoteHostIP = std::move(offered->PeerAddress);
+    RemoteHostIP = std::move(offered->PeerAddress);
     implementation_->connection = SocketConnection::Accepted(weak_from_this(), requestId, std::move(offered->Admitted));
-}
-
-void Winsock::SetRemoteHost(std::string host) {
-    implementation_->remoteHost = std::move(host);
-}
-
-const std::string &Winsock::RemoteHost() const {
-    return implementation_->remoteHost;
-}
-
-void Winsock::SetRemotePort(int port) {
-    implementation_->remotePort = port;
-}
-
-void Winsock::SetSecure(bool isSecure) {
-    implementation_->isSecure = isSecure;
 }
 
 void Winsock::Connect() {
     RequireClosed(State());
-    implementation_->remoteHostIP.clear();
-    const int port = implementation_->remotePort;
-    if (port < 0 || port > highestPort) {
+    RemoteHostIP.clear();
+    if (RemotePort < 0 || RemotePort > highestPort) {
         const auto failed = std::make_shared<SocketConnection>(weak_from_this(), -1, SocketState::Connecting);
         implementation_->connection = failed;
         failed->FailFromLoop(EINVAL);
         return;
     }
-    if (implementation_->isSecure) {
-        implementation_->connection = TlsConnection::Connecting(weak_from_this(), implementation_->remoteHost, port);
+    if (IsSecure) {
+        implementation_->connection = TlsConnection::Connecting(weak_from_this(), RemoteHost, RemotePort);
         return;
     }
-    if (const auto peer = SocketAddress::From(implementation_->remoteHost, port)) {
-        implementation_->ConnectTo(weak_from_this(), *peer);
-        return;
-    }
+    if (const auto peer = SocketAddress::From(RemoteHost, RemotePort)) return implementation_->ConnectTo(*this, *peer);
     const auto lookup = std::make_shared<const bool>(true);
     implementation_->lookup = lookup;
     const auto finish = [element = weak_from_this(), current = std::weak_ptr(lookup)](const QHostInfo &result) {
         const auto self = element.lock();
-        if (self && !current.expired()) self->implementation_->FinishLookup(self, result);
+        if (self && !current.expired()) self->implementation_->FinishLookup(*self, result);
     };
-    QHostInfo::lookupHost(QString::fromStdString(implementation_->remoteHost), QCoreApplication::instance(), finish);
-}
-
-const std::string &Winsock::RemoteHostIP() const {
-    return implementation_->remoteHostIP;
-}
-
-void Winsock::SetRemoteHostIP(std::string address) {
-    implementation_->remoteHostIP = std::move(address);
+    QHostInfo::lookupHost(QString::fromStdString(RemoteHost), QCoreApplication::instance(), finish);
 }
 
 void Winsock::SendData(std::string_view bytes) {

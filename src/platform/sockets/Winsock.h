@@ -41,6 +41,20 @@ public:
     int Index = 0;    ///< place in a control array, for the owner
     std::string Tag;  ///< free text of the owner
 
+    /// Port to listen on, 0 to 65535; after Listen the port in use (which tells what a 0 became).
+    int LocalPort = 0;
+    /// The one address of this machine to listen on; empty: all its IPv4 addresses; AllAddresses: those of both
+    /// families.
+    std::string LocalAddress;
+    static constexpr const char *AllAddresses = "::";
+    std::string RemoteHost;  ///< address or name to connect to
+    int RemotePort = 0;
+    /// Whether Connect speaks TLS, with a server whose certificate this machine trusts; any other is an error.
+    bool IsSecure = false;
+    /// The peer's address, IPv4's dotted; empty before there is one, and with TLS. To be replaced for a peer that
+    /// speaks for another.
+    std::string RemoteHostIP;
+
     /// A connection waits to be accepted; `requestId` is its descriptor. One that no element accepts in the handler is
     /// closed.
     std::function<void(int requestId)> OnConnectionRequest;
@@ -60,13 +74,6 @@ public:
 
     SocketState State() const;
 
-    /// Port to listen on, 0 to 65535; after Listen the port in use (which tells what a 0 became).
-    int LocalPort() const;
-    void SetLocalPort(int port);
-    /// The one address of this machine to listen on; empty, as at first: all its IPv4 addresses; AllAddresses: those of
-    /// both families.
-    void SetLocalAddress(std::string address);
-    static constexpr const char *AllAddresses = "::";
     /// How many accepted connections may be open at once, 0 for any number. The next ones stay in the system's queue
     /// until one closes. Takes effect at once, but closes none.
     int ConnectionLimit() const;
@@ -79,18 +86,8 @@ public:
     /// Takes a pending connection. @param requestId from OnConnectionRequest. On failure the state stays Closed.
     void Accept(int requestId);
 
-    void SetRemoteHost(std::string host);
-    const std::string &RemoteHost() const;
-    void SetRemotePort(int port);
-    /// Whether Connect speaks TLS, with a server whose certificate this machine trusts; any other is an error.
-    void SetSecure(bool isSecure);
     /// Name resolution and connecting run on the loop; OnConnect or OnError tells the outcome.
     void Connect();
-
-    /// The peer's address, IPv4's dotted; empty before there is one, and with TLS.
-    const std::string &RemoteHostIP() const;
-    /// For a peer that speaks for another.
-    void SetRemoteHostIP(std::string address);
 
     /// Appends to the send buffer and tries to write at once; never blocks. Bytes leave in the order of the calls.
     /// @throws RunTimeError ObjectNotSet when the element isn't connected

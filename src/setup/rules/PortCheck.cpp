@@ -40,7 +40,7 @@ void NoteRun() {
 
 std::string ProposedPort() {
     const auto socket = Winsock::Create();
-    socket->SetLocalPort(80);
+    socket->LocalPort = 80;
     try {
         socket->Listen();
     } catch (const RunTimeError &error) {
@@ -82,14 +82,14 @@ void PortCheck::Abandon() {
 
 void PortCheck::PrepareListener() {
     wnskPortCheckListen->Close();
-    wnskPortCheckListen->SetLocalPort(PortOf(hands_.ListenPort()));
+    wnskPortCheckListen->LocalPort = PortOf(hands_.ListenPort());
     wnskPortCheckListen->Tag.clear();
 }
 
 bool PortCheck::Listen() {
     refusal_.reset();
     try {
-        if (wnskPortCheckListen->LocalPort() == 0) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+        if (wnskPortCheckListen->LocalPort == 0) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
         wnskPortCheckListen->Listen();
     } catch (const RunTimeError &error) {
         refusal_ = error;
@@ -99,8 +99,8 @@ bool PortCheck::Listen() {
 
 void PortCheck::ConnectAndWait(const std::string &publicAddress) {
     wnskPortCheckConnect->Close();
-    wnskPortCheckConnect->SetRemoteHost(publicAddress);
-    wnskPortCheckConnect->SetRemotePort(PortOf(hands_.ListenPort()));
+    wnskPortCheckConnect->RemoteHost = publicAddress;
+    wnskPortCheckConnect->RemotePort = PortOf(hands_.ListenPort());
     wnskPortCheckConnect->Connect();
     clsTimer timer;
     timer.StartTimer();
@@ -156,7 +156,7 @@ void PortCheck::CheckFirewall() {
 }
 
 void PortCheck::TellPortRefused(const char *place) const {
-    ShowMessageBox(ListenRefusal(*refusal_, wnskPortCheckListen->LocalPort(), place), FlagCritical);
+    ShowMessageBox(ListenRefusal(*refusal_, wnskPortCheckListen->LocalPort, place), FlagCritical);
 }
 
 void PortCheck::CheckHere(const char *place) {

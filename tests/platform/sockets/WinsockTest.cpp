@@ -73,7 +73,7 @@ public:
         Listening->Listen();
     }
 
-    int Port() const { return Listening->LocalPort(); }
+    int Port() const { return Listening->LocalPort; }
     void Log(const char *event) {
         if (Events.size() < 10) Events.emplace_back(event);
     }
@@ -161,8 +161,8 @@ TEST(WinsockConnect, TellsFailuresFromTheLoop) {
         element->OnError = [&](int number, const std::string &) {
             error = number;
         };
-        element->SetRemoteHost(host);
-        element->SetRemotePort(port);
+        element->RemoteHost = host;
+        element->RemotePort = port;
         element->Connect();
         EXPECT_EQ(error, 0);
         EXPECT_TRUE(TurnUntil([&] { return error != 0; }));
@@ -244,7 +244,7 @@ TEST(WinsockSend, HoldsABigAnswerForAStalledReaderWhileOthersAreServed) {
     stalled.Send("big");
     stalled.HalfClose();
     EXPECT_TRUE(TurnUntil([&] { return !server.Events.empty(); }));
-    EXPECT_EQ(server.Elements[0]->RemoteHostIP(), "127.0.0.2");
+    EXPECT_EQ(server.Elements[0]->RemoteHostIP, "127.0.0.2");
     EXPECT_GT(server.Elements[0]->BytesWaiting(), answer.size() / 2);
 
     const double before = test::ProcessorSeconds();
@@ -347,20 +347,20 @@ TEST(WinsockEvents, SurviveThatTheirHandlerDropsTheElement) {
             accepted->Accept(requestId);
         };
         listening->Listen();
-        Client client(listening->LocalPort());
+        Client client(listening->LocalPort);
         ASSERT_TRUE(TurnUntil([&] { return accepted != nullptr; }));
         raise(client);
         expectDrop(event);
     }
     Element connecting = Winsock::Create();
     connecting->OnConnect = drop(connecting);
-    connecting->SetRemoteHost("127.0.0.1");
-    connecting->SetRemotePort(listening->LocalPort());
+    connecting->RemoteHost = "127.0.0.1";
+    connecting->RemotePort = listening->LocalPort;
     connecting->Connect();
     expectDrop("Connect");
 
     listening->OnConnectionRequest = drop(listening);
-    Client last(listening->LocalPort());
+    Client last(listening->LocalPort);
     expectDrop("ConnectionRequest");
 }
 
@@ -416,7 +416,7 @@ TEST(WinsockListen, KeepsWhatIsBeyondItsLimitInTheQueue) {
     EXPECT_TRUE(accepts(6)) << "a vanished client's place";
     const int port = server.Port();
     server.Listening->Close();
-    server.Listening->SetLocalPort(port);
+    server.Listening->LocalPort = port;
     server.Listening->Listen();
     Client later(port);
     EXPECT_TRUE(accepts(6)) << "connections from before count too";
