@@ -13,19 +13,19 @@
 namespace pixmora {
 
 /// The one open database, from program start until ShutDownProgram.
-extern std::unique_ptr<Database> gDatabase;
+inline std::unique_ptr<Database> gDatabase;
 
 /// The albums of the running website, made anew at each start; an album's number is its 1-based position.
-extern std::vector<AlbumPointer> gAlbums;
+inline std::vector<AlbumPointer> gAlbums;
 
 /// Whether the site shows the kinds of files of today's cameras and phones too; loaded at website start.
-extern bool gMoreTypes;
+inline bool gMoreTypes = false;
 
 /// Patterns of directory names that are protected by their name alone; loaded at website start.
-extern std::vector<std::string> gRestrictedWords;
+inline std::vector<std::string> gRestrictedWords;
 
 /// Where the rows of the statistics' counters were found last, by table and criteria. A row is asked each time whether
 /// it still is the one.
-extern std::unordered_map<std::string, std::int64_t> gCounterRows;
+inline std::unordered_map<std::string, std::int64_t> gCounterRows;
 
 }  // namespace pixmora

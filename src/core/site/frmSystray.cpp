@@ -1,7 +1,11 @@
-// The hidden form's array of connections.
+// The hidden form and its array of connections.
 #include "core/site/frmSystray.h"
 
+#include "core/site/Globals.h"
+
 namespace pixmora {
+
+std::unique_ptr<frmSystray> gSystray;
 
 ConnectionArray::ConnectionArray() {
     elements_.emplace(0, VisitorSocket::Create());
