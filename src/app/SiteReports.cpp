@@ -82,12 +82,8 @@ void CheckPatterns(std::vector<std::string> &faults) {
 }
 
 bool CanBeRead(const std::string &folder) {
-    try {
-        const Directory directory(folder);
-        return directory.IsReadable() && directory.Facts({".", true}).IsDirectory;
-    } catch (const RunTimeError &) {
-        return false;
-    }
+    const Directory directory(folder);
+    return directory.IsReadable() && directory.Facts({".", true});
 }
 
 void CheckAlbums(std::vector<std::string> &faults) {

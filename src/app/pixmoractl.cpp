@@ -207,11 +207,8 @@ int BackUp(const Words &words) {
     const std::string target = pixmora::ProgramPath(AbsolutePath(words[0]));
     if (pixmora::IsDirectory(target)) return Refuse("'" + words[0] + "' is a directory.");
     if (pixmora::FileExists(target)) {
-        const pixmora::FileFacts present = pixmora::GetFileFacts(target);
-        const pixmora::FileFacts own = pixmora::GetFileFacts(database);
-        if (present.Device == own.Device && present.Inode == own.Inode) {
+        if (pixmora::GetFileFacts(target).IsSame(pixmora::GetFileFacts(database)))
             return Refuse("'" + words[0] + "' is the database itself.");
-        }
     }
     const std::string unfinished = target + ".part";
     if (pixmora::FileExists(unfinished)) pixmora::DeleteFile(unfinished);

@@ -9,7 +9,6 @@
 #include "core/site/RequestGrammar.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
-#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/MediaTypes.h"
@@ -40,15 +39,6 @@ bool IsSubDirectory(const DirectoryEntry &entry) {
     return entry.IsDirectory && !entry.Name.starts_with('.');
 }
 
-/// None for a directory that has vanished since the walk began.
-std::optional<DateTime> LastWriteTime(const Directory &walk, const DirectoryEntry &entry) {
-    try {
-        return walk.Facts(entry).LastWriteTime;
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
-}
-
 }  // namespace
 
 std::vector<std::string> ListMediaFiles(const clsAlbum &album, std::string_view directory) {
@@ -71,10 +61,10 @@ std::vector<SubDirectory> ListSubDirs(const clsAlbum &album, std::string_view di
     const Directory walk(album.Directory + std::string(directory));
     for (const DirectoryEntry &entry : walk.Entries()) {
         if (!IsSubDirectory(entry)) continue;
-        const std::optional<DateTime> lastWrite = LastWriteTime(walk, entry);
-        if (!lastWrite) continue;
-        const bool isNew = DateDiffDays(*lastWrite, Now()) < newForDays;
-        rows.push_back({SortKey(places, directory, entry.Name, *lastWrite), {entry.Name, isNew}});
+        const std::optional<FileFacts> facts = walk.Facts(entry);
+        if (!facts) continue;
+        const bool isNew = DateDiffDays(facts->LastWriteTime, Now()) < newForDays;
+        rows.push_back({SortKey(places, directory, entry.Name, facts->LastWriteTime), {entry.Name, isNew}});
     }
     std::ranges::stable_sort(rows, [](const Row &left, const Row &right) {
         const int order = CompareTexts(left.Key, right.Key);

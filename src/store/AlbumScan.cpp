@@ -7,7 +7,6 @@
 #include "platform/files/Files.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Clock.h"
-#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 #include "store/Globals.h"
@@ -18,8 +17,6 @@
 namespace pixmora {
 
 namespace {
-
-using Identity = std::pair<std::uint64_t, std::uint64_t>;
 
 class AlbumScan {
 public:
@@ -46,20 +43,20 @@ private:
         CommitRows();
         DoEvents();
         const Directory directory(path);
-        const std::optional<FileFacts> ownFacts = FactsOf(directory, {".", true});
+        const std::optional<FileFacts> ownFacts = directory.Facts({".", true});
         if (!directory.IsReadable() || !ownFacts) {
             unreadable_.push_back(path);
             return;
         }
-        open_.push_back(IdentityOf(*ownFacts));
+        open_.push_back(*ownFacts);
         const std::string relativePath = RelativePath(path);
         const bool isProtected = IsProtectedDir(album_, LastPathPart(path), relativePath);
         for (const DirectoryEntry &entry : directory.Entries()) {
             if (entry.IsDirectory && entry.Name.starts_with('.')) {
-                if (const auto facts = FactsOf(directory, entry)) NoteAge(facts->CreationTime);
+                if (const auto facts = directory.Facts(entry)) NoteAge(facts->CreationTime);
             } else if (entry.IsDirectory) {
                 if (isProtected || album_.SubDirectories == 0) continue;
-                const auto facts = FactsOf(directory, entry);
+                const auto facts = directory.Facts(entry);
                 if (!facts || !IsOpen(*facts)) ScanDirectory(path + "\\" + entry.Name);
             } else if (!isProtected) {
                 ScanFile(directory, entry, path);
@@ -70,7 +67,7 @@ private:
 
     void ScanFile(const Directory &directory, const DirectoryEntry &entry, const std::string &path) {
         if (album_.ShowPictures != 0 && PathMatchSpec(entry.Name, PicturePatterns())) {
-            const auto facts = FactsOf(directory, entry);
+            const auto facts = directory.Facts(entry);
             if (!facts) return;
             ++pictureCount_;
             pictureSize_ += static_cast<double>(facts->Size);
@@ -82,20 +79,11 @@ private:
             mediaList_->Update();
         }
         if (album_.ShowMovies != 0 && PathMatchSpec(entry.Name, MoviePatterns())) {
-            const auto facts = FactsOf(directory, entry);
+            const auto facts = directory.Facts(entry);
             if (!facts) return;
             ++movieCount_;
             movieSize_ += static_cast<double>(facts->Size);
             NoteAge(facts->LastWriteTime);
-        }
-    }
-
-    /// None of what has vanished since it was listed, or can be listed and not looked at.
-    static std::optional<FileFacts> FactsOf(const Directory &directory, const DirectoryEntry &entry) {
-        try {
-            return directory.Facts(entry);
-        } catch (const RunTimeError &) {
-            return std::nullopt;
         }
     }
 
@@ -112,17 +100,17 @@ private:
 
     void NoteAge(DateTime date) { days_ = std::min(days_, DateDiffDays(date, today_)); }
 
-    static Identity IdentityOf(const FileFacts &facts) { return {facts.Device, facts.Inode}; }
-
     /// Whether the folder is one of those being scanned: a link to a folder above itself would never end.
-    bool IsOpen(const FileFacts &facts) const { return std::ranges::find(open_, IdentityOf(facts)) != open_.end(); }
+    bool IsOpen(const FileFacts &facts) const {
+        return std::ranges::any_of(open_, [&](const FileFacts &folder) { return folder.IsSame(facts); });
+    }
 
     clsAlbum &album_;
     const DateTime today_ = Today();
     std::unique_ptr<Recordset> mediaList_;
     std::unique_ptr<Transaction> rows_;  ///< of the files since the loop was last turned
     std::vector<std::string> unreadable_;
-    std::vector<Identity> open_;  ///< the folders from the root to the present one
+    std::vector<FileFacts> open_;  ///< the folders from the root to the present one
     std::int32_t pictureCount_ = 0;
     double pictureSize_ = 0;
     std::int32_t movieCount_ = 0;

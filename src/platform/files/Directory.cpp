@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <optional>
 
 #include "platform/files/FileFacts.h"
 #include "platform/files/Files.h"
@@ -61,7 +60,7 @@ Directory::~Directory() {
     if (descriptor_ >= 0) close(descriptor_);
 }
 
-FileFacts Directory::Facts(const DirectoryEntry &entry) const {
+std::optional<FileFacts> Directory::Facts(const DirectoryEntry &entry) const {
     return FactsAt(descriptor_, entry.Name);
 }
 

@@ -14,10 +14,6 @@ namespace pixmora {
 
 namespace {
 
-bool IsSame(const FileFacts &left, const FileFacts &right) {
-    return left.Device == right.Device && left.Inode == right.Inode;
-}
-
 /// @param entered the directories that the walk stands in, and the target: none is entered again, so that neither a
 /// link to a directory above nor a target inside the source makes the copy endless
 void CopyTree(const std::string &from, const std::string &to, std::vector<FileFacts> &entered) {
@@ -32,8 +28,8 @@ void CopyTree(const std::string &from, const std::string &to, std::vector<FileFa
             if (!FileExists(target)) CopyFile(source, target);
             continue;
         }
-        const FileFacts facts = directory.Facts(entry);
-        if (std::any_of(entered.begin(), entered.end(), [&](const FileFacts &one) { return IsSame(one, facts); }))
+        const FileFacts facts = GetFileFacts(source);
+        if (std::any_of(entered.begin(), entered.end(), [&](const FileFacts &one) { return one.IsSame(facts); }))
             continue;
         entered.push_back(facts);
         CopyTree(source, target, entered);

@@ -8,7 +8,7 @@
 namespace pixmora {
 
 /// @param directory an open directory's descriptor, or AT_FDCWD @param name in the system's form, without NUL
-/// @throws RunTimeError FileNotFound
-FileFacts FactsAt(int directory, const std::string &name);
+/// @return none when there is no such file
+std::optional<FileFacts> FactsAt(int directory, const std::string &name);
 
 }  // namespace pixmora

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,9 @@ struct FileFacts {
     DateTime LastWriteTime;    ///< local
     std::uint64_t Device = 0;  ///< with Inode the identity, so that a walk sees a loop of links
     std::uint64_t Inode = 0;
+
+    /// Whether both are of the one file or directory.
+    bool IsSame(const FileFacts &other) const { return Device == other.Device && Inode == other.Inode; }
 };
 
 /// One directory opened for a walk: its entries, "." and ".." among them, in byte-wise name order. Entries whose name
@@ -61,9 +65,9 @@ public:
 
     bool IsReadable() const { return isReadable_; }
     const std::vector<DirectoryEntry> &Entries() const { return entries_; }
-    /// Facts of one of the entries; the listing itself asks for none, which is what makes it cheap.
-    /// @throws RunTimeError FileNotFound when it has vanished meanwhile
-    FileFacts Facts(const DirectoryEntry &entry) const;
+    /// Facts of one of the entries, none when it has vanished meanwhile or can be listed and not looked at; the listing
+    /// itself asks for none, which is what makes it cheap.
+    std::optional<FileFacts> Facts(const DirectoryEntry &entry) const;
 
 private:
     int descriptor_ = -1;

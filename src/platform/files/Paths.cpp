@@ -82,10 +82,9 @@ bool HasBadFileChars(std::string_view name) {
     return name.find_first_of("\\/:*?\"'<>|") != std::string_view::npos;
 }
 
-FileFacts FactsAt(int directory, const std::string &name) {
+std::optional<FileFacts> FactsAt(int directory, const std::string &name) {
     struct statx facts {};
-    if (statx(directory, name.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &facts) != 0)
-        throw RunTimeError(ErrorNumber::FileNotFound);
+    if (statx(directory, name.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &facts) != 0) return std::nullopt;
     FileFacts result;
     result.IsDirectory = S_ISDIR(facts.stx_mode);
     result.Size = static_cast<std::int64_t>(facts.stx_size);
@@ -98,8 +97,9 @@ FileFacts FactsAt(int directory, const std::string &name) {
 }
 
 FileFacts GetFileFacts(std::string_view path) {
-    if (HasNul(path)) throw RunTimeError(ErrorNumber::FileNotFound);
-    return FactsAt(AT_FDCWD, SystemPath(path));
+    const auto facts = HasNul(path) ? std::nullopt : FactsAt(AT_FDCWD, SystemPath(path));
+    if (!facts) throw RunTimeError(ErrorNumber::FileNotFound);
+    return *facts;
 }
 
 std::int64_t FileLength(std::string_view path) {
