@@ -78,7 +78,7 @@ void Database::AppendField(std::string_view table, const Field &field) {
 
 void Database::DeleteField(std::string_view table, std::string_view field) {
     const TablePointer definition = engine_->Table(table);
-    const std::string name = definition->Fields[definition->PlaceOf(field)].Name;
+    const std::string name = definition->Fields[PlaceOf(definition->Fields, field)].Name;
     engine_->ChangeSchema("ALTER TABLE " + QuotedIdentifier(definition->Name) + " DROP COLUMN " +
                           QuotedIdentifier(name));
 }

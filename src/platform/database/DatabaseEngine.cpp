@@ -51,11 +51,11 @@ TableDefinition::TableDefinition(std::string name, std::vector<Field> fields)
     Head += From;
 }
 
-std::size_t TableDefinition::PlaceOf(std::string_view field) const {
+std::size_t PlaceOf(const std::vector<Field> &fields, std::string_view name) {
     const auto place =
-        std::ranges::find_if(Fields, [&](const Field &each) { return EqualsIgnoreCase(each.Name, field); });
-    if (place == Fields.end()) throw RunTimeError(ErrorNumber::ItemNotFound);
-    return static_cast<std::size_t>(place - Fields.begin());
+        std::ranges::find_if(fields, [&](const Field &field) { return EqualsIgnoreCase(field.Name, name); });
+    if (place == fields.end()) throw RunTimeError(ErrorNumber::ItemNotFound);
+    return static_cast<std::size_t>(place - fields.begin());
 }
 
 DatabaseEngine::DatabaseEngine(std::string_view path, int flags) {
@@ -222,6 +222,11 @@ FieldValue PreparedStatement::Column(int column) const {
     const auto *bytes = static_cast<const char *>(sqlite3_column_blob(handle_, column));
     if (bytes == nullptr) return std::string();
     return std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(handle_, column)));
+}
+
+void PreparedStatement::ReadColumns(int first, std::size_t count, std::vector<FieldValue> &values) const {
+    values.resize(count);
+    for (FieldValue &value : values) value = Column(first++);
 }
 
 }  // namespace pixmora

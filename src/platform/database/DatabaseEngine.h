@@ -16,6 +16,9 @@
 
 namespace pixmora {
 
+/// A field's place among others by its name, without regard to case, from 0. @throws RunTimeError ItemNotFound
+std::size_t PlaceOf(const std::vector<Field> &fields, std::string_view name);
+
 struct TableDefinition {
     /// @param name as the file spells it
     TableDefinition(std::string name, std::vector<Field> fields);
@@ -24,9 +27,6 @@ struct TableDefinition {
     std::vector<Field> Fields;
     std::string From;  ///< " FROM table"
     std::string Head;  ///< "SELECT rowid, field, ... FROM table"
-
-    /// The field's place without regard to case, from 0. @throws RunTimeError ItemNotFound
-    std::size_t PlaceOf(std::string_view field) const;
 };
 using TablePointer = std::shared_ptr<const TableDefinition>;
 
@@ -118,6 +118,8 @@ public:
     bool Step();
     /// A column of the present row as stored, from 0.
     FieldValue Column(int column) const;
+    /// So many columns from the first one on.
+    void ReadColumns(int first, std::size_t count, std::vector<FieldValue> &values) const;
     std::int64_t WholeColumn(int column) const { return sqlite3_column_int64(handle_, column); }
 
 private:

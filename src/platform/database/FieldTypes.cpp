@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
+#include <utility>
 
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -16,12 +16,10 @@ namespace {
 constexpr std::array<std::string_view, 6> declarations = {"TEXT", "LONG",  "SMALLINT", "BOOLEAN NOT NULL DEFAULT 0",
                                                           "DATE", "DOUBLE"};
 
+/// @throws RunTimeError Overflow
 template <typename Whole>
-FieldValue WholeNumber(const FieldValue &value) {
-    const std::int64_t number = AsLong(value);
-    if (number < std::numeric_limits<Whole>::min() || number > std::numeric_limits<Whole>::max()) {
-        throw RunTimeError(ErrorNumber::Overflow);
-    }
+FieldValue InRangeOf(std::int64_t number) {
+    if (!std::in_range<Whole>(number)) throw RunTimeError(ErrorNumber::Overflow);
     return number;
 }
 
@@ -41,23 +39,20 @@ FieldType TypeOfDeclaration(std::string_view declaration) {
 }
 
 FieldValue StoredValue(FieldType type, const FieldValue &value) {
-    if (type == FieldType::Boolean) return std::int64_t{!IsNull(value) && AsBoolean(value)};
-    if (IsNull(value)) return value;
+    const FieldValue read = ReadValue(type, value);
+    if (IsNull(read)) return read;
     switch (type) {
-        case FieldType::Text:
-            return AsText(value);
         case FieldType::Long:
-            return WholeNumber<std::int32_t>(value);
+            return InRangeOf<std::int32_t>(AsLong(read));
         case FieldType::Integer:
-            return WholeNumber<std::int16_t>(value);
-        case FieldType::Date:
-            return IsoDate(AsDate(value));
-        case FieldType::Double:
-            return AsDouble(value);
+            return InRangeOf<std::int16_t>(AsLong(read));
         case FieldType::Boolean:
-            break;
+            return AsLong(read);
+        case FieldType::Date:
+            return IsoDate(AsDate(read));
+        default:
+            return read;
     }
-    return value;
 }
 
 FieldValue ReadValue(FieldType type, const FieldValue &stored) {

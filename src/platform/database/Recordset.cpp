@@ -6,7 +6,6 @@
 #include "platform/database/FieldTypes.h"
 #include "platform/database/RecordsetRows.h"
 #include "platform/runtime/RunTimeError.h"
-#include "platform/runtime/Text.h"
 
 namespace pixmora {
 
@@ -75,43 +74,30 @@ struct Recordset::Implementation {
         }
     }
 
-    std::size_t ColumnCount() const { return Table ? Table->Fields().size() : Statement->Columns().size(); }
-    const std::string &NameOf(std::size_t place) const {
-        return Table ? Table->Fields()[place].Name : Statement->Columns()[place].Name;
-    }
-    std::optional<FieldType> TypeOf(std::size_t place) const {
-        return Table ? Table->Fields()[place].Type : Statement->Columns()[place].Type;
-    }
+    const std::vector<Field> &Fields() const { return Table ? Table->Fields() : Statement->Fields(); }
 
-    std::size_t ColumnNamed(std::string_view name) const {
-        for (std::size_t place = 0; place < ColumnCount(); ++place) {
-            if (EqualsIgnoreCase(NameOf(place), name)) return place;
-        }
-        throw RunTimeError(ErrorNumber::ItemNotFound);
-    }
-
-    std::size_t ColumnAt(int ordinal) const {
+    std::size_t PlaceAt(int ordinal) const {
         const auto place = static_cast<std::size_t>(ordinal);
-        if (ordinal < 0 || place >= ColumnCount()) throw RunTimeError(ErrorNumber::ItemNotFound);
+        if (ordinal < 0 || place >= Fields().size()) throw RunTimeError(ErrorNumber::ItemNotFound);
         return place;
     }
 
     FieldValue ValueAt(std::size_t place) {
-        const std::optional<FieldType> type = TypeOf(place);
-        if (What != Pending::Nothing && Changes[place]) return ReadValue(*type, *Changes[place]);
-        if (What == Pending::NewRow) return ReadValue(*type, Null{});
+        const FieldType type = Fields()[place].Type;
+        if (What != Pending::Nothing && Changes[place]) return ReadValue(type, *Changes[place]);
+        if (What == Pending::NewRow) return ReadValue(type, Null{});
         RequireRow();
-        return type ? ReadValue(*type, Current.Values[place]) : Current.Values[place];
+        return ReadValue(type, Current.Values[place]);
     }
 
     void SetAt(std::size_t place, const FieldValue &value) {
         if (What == Pending::Nothing) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
-        Changes[place] = StoredValue(*TypeOf(place), value);
+        Changes[place] = StoredValue(Fields()[place].Type, value);
     }
 
     void BeginPending(Pending what) {
         What = what;
-        Changes.assign(ColumnCount(), std::nullopt);
+        Changes.assign(Fields().size(), std::nullopt);
     }
 
     void WriteChanges() {
@@ -184,11 +170,11 @@ std::int64_t Recordset::Bookmark() const {
 }
 
 FieldValue Recordset::Value(std::string_view field) const {
-    return Open().ValueAt(Open().ColumnNamed(field));
+    return Open().ValueAt(PlaceOf(Open().Fields(), field));
 }
 
 FieldValue Recordset::Value(int ordinal) const {
-    return Open().ValueAt(Open().ColumnAt(ordinal));
+    return Open().ValueAt(Open().PlaceAt(ordinal));
 }
 
 void Recordset::AddNew() {
@@ -205,11 +191,11 @@ void Recordset::Edit() {
 }
 
 void Recordset::Set(std::string_view field, const FieldValue &value) {
-    Open().SetAt(Open().ColumnNamed(field), value);
+    Open().SetAt(PlaceOf(Open().Fields(), field), value);
 }
 
 void Recordset::Set(int ordinal, const FieldValue &value) {
-    Open().SetAt(Open().ColumnAt(ordinal), value);
+    Open().SetAt(Open().PlaceAt(ordinal), value);
 }
 
 void Recordset::Update() {

@@ -17,10 +17,7 @@ std::int64_t TableRows::Count() const {
 bool TableRows::FetchOne(PreparedStatement &statement, Row &row) const {
     if (!statement.Step()) return false;
     row.Id = statement.WholeColumn(0);
-    row.Values.resize(Fields().size());
-    for (std::size_t place = 0; place < row.Values.size(); ++place) {
-        row.Values[place] = statement.Column(static_cast<int>(place) + 1);
-    }
+    statement.ReadColumns(1, Fields().size(), row.Values);
     return true;
 }
 
@@ -94,7 +91,7 @@ StatementRows::StatementRows(DatabaseEngine &engine, const SelectStatement &sele
     const TablePointer table = engine.Table(select.Table);
     std::string items;
     const auto addItem = [&](const std::string &name, const Field &field, bool isSum) {
-        columns_.push_back({name, isSum ? std::optional<FieldType>() : field.Type});
+        fields_.push_back({name, isSum ? FieldType::Double : field.Type});
         const std::string column = QuotedIdentifier(field.Name);
         items += (items.empty() ? "" : ", ") + (isSum ? "SUM(" + column + ")" : column);
     };
@@ -102,7 +99,7 @@ StatementRows::StatementRows(DatabaseEngine &engine, const SelectStatement &sele
         for (const Field &field : table->Fields) addItem(field.Name, field, false);
     }
     for (const SelectItem &item : select.Items) {
-        addItem(item.Name, table->Fields[table->PlaceOf(item.Field)], item.IsSum);
+        addItem(item.Name, table->Fields[PlaceOf(table->Fields, item.Field)], item.IsSum);
     }
     unordered_ = "SELECT " + items + table->From;
     if (!select.Where.Sql.empty()) unordered_ += " WHERE " + select.Where.Sql;
@@ -134,10 +131,7 @@ bool StatementRows::Step(Row &row) {
         statement_.reset();
         return false;
     }
-    row.Values.resize(columns_.size());
-    for (std::size_t place = 0; place < columns_.size(); ++place) {
-        row.Values[place] = statement_->Column(static_cast<int>(place));
-    }
+    statement_->ReadColumns(0, fields_.size(), row.Values);
     return true;
 }
 

@@ -48,11 +48,6 @@ private:
     TablePointer table_;
 };
 
-struct Column {
-    std::string Name;               ///< what the recordset calls it
-    std::optional<FieldType> Type;  ///< of the field; none for a sum
-};
-
 /// What a SELECT statement brings, from its first row to its last.
 class StatementRows : public OpenReader {
 public:
@@ -62,7 +57,8 @@ public:
     StatementRows(const StatementRows &) = delete;
     StatementRows &operator=(const StatementRows &) = delete;
 
-    const std::vector<Column> &Columns() const { return columns_; }
+    /// What the recordset calls them. A sum is a Double.
+    const std::vector<Field> &Fields() const { return fields_; }
     std::int64_t Count() const;
     bool FetchNext(Row &row);
     void ReadToEnd() override;
@@ -71,7 +67,7 @@ private:
     bool Step(Row &row);
 
     DatabaseEngine &engine_;
-    std::vector<Column> columns_;
+    std::vector<Field> fields_;
     std::string unordered_;  ///< the SQL without its order
     std::vector<FieldValue> literals_;
     std::optional<PreparedStatement> statement_;  ///< open while rows may follow
