@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 #include <random>
+#include <utility>
 
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -14,54 +15,27 @@ namespace pixmora {
 
 namespace {
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-std::size_t CountDigits(std::string_view text, std::size_t start) {
-    std::size_t end = start;
-    while (end < text.size() && IsDigit(text[end])) ++end;
-    return end - start;
-}
-
-/// A decimal number's place at the head of a text: sign, digits with a point, exponent.
+/// The decimal number at a text's head: sign, digits with a point, exponent.
 struct NumberHead {
-    std::size_t Length = 0;    ///< 0 when the text begins with no number
-    std::size_t Exponent = 0;  ///< position of the "e", or 0
+    std::size_t Length = 0;       ///< 0 when the text begins with no number
+    std::optional<double> Value;  ///< none beyond a Double; 0 for what is too small for one
 };
 
-NumberHead FindNumber(std::string_view text) {
-    std::size_t end = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
-    const std::size_t whole = CountDigits(text, end);
-    end += whole;
-    std::size_t fraction = 0;
-    if (end < text.size() && text[end] == '.') {
-        fraction = CountDigits(text, end + 1);
-        if (whole + fraction > 0) end += 1 + fraction;
-    }
-    if (whole + fraction == 0) return {};
-
-    NumberHead head{end, 0};
-    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-        std::size_t digits = end + 1;
-        if (digits < text.size() && (text[digits] == '+' || text[digits] == '-')) ++digits;
-        if (const std::size_t count = CountDigits(text, digits); count > 0) head = {digits + count, end};
-    }
-    return head;
-}
-
-/// The value of a number that FindNumber found. Beyond a Double: none when too large, 0 when too small.
-std::optional<double> ValueOf(std::string_view text, NumberHead head) {
-    std::string_view number = text.substr(0, head.Length);
-    if (number.front() == '+') number.remove_prefix(1);
+NumberHead ReadNumber(std::string_view text) {
+    const std::size_t sign = text.starts_with('+') || text.starts_with('-') ? 1 : 0;
+    // The library's reader knows no "+", and takes words for infinity.
+    const bool isNumber = text.substr(sign, 1).find_first_of(".0123456789") == 0;
+    if (!isNumber) return {};
+    const char *const begin = text.data() + (text.front() == '+' ? 1 : 0);
     double value = 0;
-    const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
-    if (result.ec != std::errc::result_out_of_range) return value;
-
-    const bool isTiny =
-        head.Exponent > 0 ? text[head.Exponent + 1] == '-' : number.find_first_of("123456789") > number.find('.');
-    if (isTiny) return 0.0;
-    return std::nullopt;
+    const auto [end, error] = std::from_chars(begin, text.data() + text.size(), value);
+    if (error == std::errc::invalid_argument) return {};
+    const std::string_view number = text.substr(0, static_cast<std::size_t>(end - text.data()));
+    if (error == std::errc()) return {number.size(), value};
+    const std::size_t exponent = number.find_first_of("eE");
+    const bool isTiny = exponent != std::string_view::npos ? number[exponent + 1] == '-'
+                                                           : number.find_first_of("123456789") > number.find('.');
+    return {number.size(), isTiny ? std::optional(0.0) : std::nullopt};
 }
 
 bool HasHexadecimalPrefix(std::string_view text) {
@@ -87,8 +61,7 @@ std::int16_t CInt(std::string_view text) {
         return static_cast<std::int16_t>(bits);
     }
     const std::int32_t value = CLng(text);
-    if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
-        throw RunTimeError(ErrorNumber::Overflow);
+    if (!std::in_range<std::int16_t>(value)) throw RunTimeError(ErrorNumber::Overflow);
     return static_cast<std::int16_t>(value);
 }
 
@@ -99,11 +72,10 @@ std::int32_t CLng(std::string_view text) {
 double CDbl(std::string_view text) {
     const std::string trimmed = Trim(text);
     if (HasHexadecimalPrefix(trimmed)) return static_cast<std::int32_t>(HexadecimalBits(trimmed));
-    const NumberHead head = FindNumber(trimmed);
+    const NumberHead head = ReadNumber(trimmed);
     if (head.Length == 0 || head.Length != trimmed.size()) throw RunTimeError(ErrorNumber::TypeMismatch);
-    const std::optional<double> value = ValueOf(trimmed, head);
-    if (!value) throw RunTimeError(ErrorNumber::Overflow);
-    return *value;
+    if (!head.Value) throw RunTimeError(ErrorNumber::Overflow);
+    return *head.Value;
 }
 
 std::int32_t RoundToLong(double value) {
@@ -125,11 +97,11 @@ bool IsNumeric(std::string_view text) {
 
 double Val(std::string_view text) {
     const std::string packed = Replace(std::string(text), " ", "");
-    const NumberHead head = FindNumber(packed);
+    const NumberHead head = ReadNumber(packed);
     if (head.Length == 0) return 0;
     const double limit =
         packed.front() == '-' ? std::numeric_limits<double>::lowest() : std::numeric_limits<double>::max();
-    return ValueOf(packed, head).value_or(limit);
+    return head.Value.value_or(limit);
 }
 
 std::int32_t AddLong(std::int32_t left, std::int32_t right) {
