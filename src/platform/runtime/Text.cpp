@@ -7,16 +7,8 @@ namespace pixmora {
 
 namespace {
 
-// The C library's case functions depend on the locale, and they must not change the bytes of UTF-8.
-char LowerOf(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 char UpperOf(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-int OrderOf(char c) {
-    return static_cast<unsigned char>(LowerOf(c));
 }
 
 }  // namespace
@@ -87,17 +79,8 @@ std::string UCase(std::string_view text) {
     return result;
 }
 
-int CompareIgnoreCase(std::string_view left, std::string_view right) {
-    const std::size_t shorter = std::min(left.size(), right.size());
-    for (std::size_t i = 0; i < shorter; ++i) {
-        if (const int difference = OrderOf(left[i]) - OrderOf(right[i]); difference != 0) return difference;
-    }
-    if (left.size() == right.size()) return 0;
-    return left.size() < right.size() ? -1 : 1;
-}
-
 bool EqualsIgnoreCase(std::string_view left, std::string_view right) {
-    return left.size() == right.size() && CompareIgnoreCase(left, right) == 0;
+    return std::ranges::equal(left, right, {}, LowerOf, LowerOf);
 }
 
 bool Contains(std::string_view text, std::string_view part) {

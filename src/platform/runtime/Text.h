@@ -51,6 +51,10 @@ std::string Trim(std::string_view text);
 /// Without blanks, tabs and line ends at both ends; a part of the text that was given, not a copy.
 std::string_view TrimWhitespace(std::string_view text);
 
+/// The C library's case functions depend on the locale, and they must not change the bytes of UTF-8.
+constexpr char LowerOf(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 std::string LCase(std::string_view text);
 std::string UCase(std::string_view text);
 
@@ -60,8 +64,7 @@ int CompareTexts(std::string_view left, std::string_view right);
 /// The same for two texts exactly when CompareTexts finds no difference.
 std::string FoldedText(std::string_view text);
 
-/// Less, equal or greater than 0, without regard to ASCII case.
-int CompareIgnoreCase(std::string_view left, std::string_view right);
+/// Without regard to ASCII case.
 bool EqualsIgnoreCase(std::string_view left, std::string_view right);
 
 bool Contains(std::string_view text, std::string_view part);

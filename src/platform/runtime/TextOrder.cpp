@@ -31,10 +31,6 @@ bool IsAscii(char c) {
     return static_cast<signed char>(c) >= 0;
 }
 
-char LowerOf(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool IsAscii(std::string_view text) {
     return std::ranges::all_of(text, [](char c) { return IsAscii(c); });
 }

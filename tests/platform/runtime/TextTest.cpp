@@ -12,10 +12,6 @@ TEST(Text, FoldsAsciiCaseAndLeavesOtherBytesAlone) {
     EXPECT_EQ(UCase("àz{`"), "àZ{`");
     EXPECT_TRUE(EqualsIgnoreCase("Webcam", "WebCam"));
     EXPECT_FALSE(EqualsIgnoreCase("Webcam", "Webcams"));
-    EXPECT_LT(CompareIgnoreCase("a", "B"), 0);
-    EXPECT_GT(CompareIgnoreCase("b", "A"), 0);
-    EXPECT_LT(CompareIgnoreCase("a", "AB"), 0);
-    EXPECT_GT(CompareIgnoreCase("\xC3", "z"), 0) << "bytes compare unsigned";
 }
 
 TEST(Texts, CompareAsPeopleReadThem) {
