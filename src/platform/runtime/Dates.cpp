@@ -1,7 +1,8 @@
 // Clock.h: calendar arithmetic and the texts of dates. Nothing here reads the clock.
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <ctime>
-#include <optional>
 
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Numbers.h"
@@ -43,78 +44,54 @@ std::string MinutesAndSeconds(DateTime date) {
     return ":" + FormatPadded(MinuteOf(date), 2) + ":" + FormatPadded(SecondOf(date), 2);
 }
 
-/// Takes a date's text from its front, piece by piece.
-class DateScanner {
-public:
-    explicit DateScanner(std::string_view text) : rest_(text) {}
-
-    bool AtEnd() const { return rest_.empty(); }
-
-    bool Take(std::string_view piece) {
-        if (!rest_.starts_with(piece)) return false;
-        rest_.remove_prefix(piece.size());
-        return true;
-    }
-
-    /// 1 to `longest` digits
-    std::optional<int> Number(std::size_t longest) {
-        int value = 0;
-        std::size_t count = 0;
-        for (; count < longest && count < rest_.size() && rest_[count] >= '0' && rest_[count] <= '9'; ++count) {
-            value = value * 10 + (rest_[count] - '0');
-        }
-        if (count == 0) return std::nullopt;
-        rest_.remove_prefix(count);
-        return value;
-    }
-
-private:
-    std::string_view rest_;
-};
-
-[[noreturn]] void Refuse() {
-    throw RunTimeError(ErrorNumber::TypeMismatch);
+void Require(bool isRight) {
+    if (!isRight) throw RunTimeError(ErrorNumber::TypeMismatch);
 }
 
-int Required(std::optional<int> number) {
-    if (!number) Refuse();
-    return *number;
+/// Takes the piece from the front of the rest, if it is there.
+bool Take(std::string_view &rest, std::string_view piece) {
+    const bool isThere = rest.starts_with(piece);
+    if (isThere) rest.remove_prefix(piece.size());
+    return isThere;
+}
+
+/// Takes 1 to `longest` digits.
+int TakeNumber(std::string_view &rest, std::size_t longest) {
+    const std::string_view digits = rest.substr(0, std::min(rest.find_first_not_of("0123456789"), longest));
+    int value = 0;
+    Require(std::from_chars(digits.data(), digits.data() + digits.size(), value).ec == std::errc());
+    rest.remove_prefix(digits.size());
+    return value;
 }
 
 /// "2004-03-01" or "3/1/2004"
-DateTime ReadDay(DateScanner &scanner) {
-    const int first = Required(scanner.Number(4));
-    const bool isIso = scanner.Take("-");
-    if (!isIso && !scanner.Take("/")) Refuse();
-    const int second = Required(scanner.Number(2));
-    if (!scanner.Take(isIso ? "-" : "/")) Refuse();
-    const int third = Required(scanner.Number(4));
-
-    const auto date =
-        isIso ? std::chrono::year_month_day{std::chrono::year{first}, std::chrono::month{static_cast<unsigned>(second)},
-                                            std::chrono::day{static_cast<unsigned>(third)}}
-              : std::chrono::year_month_day{std::chrono::year{third}, std::chrono::month{static_cast<unsigned>(first)},
-                                            std::chrono::day{static_cast<unsigned>(second)}};
-    // Below 100 a year would be a guess at the century.
-    if (!date.ok() || date.year() < std::chrono::year{100}) Refuse();
+DateTime TakeDay(std::string_view &rest) {
+    const int first = TakeNumber(rest, 4);
+    const bool isIso = Take(rest, "-");
+    Require(isIso || Take(rest, "/"));
+    const int second = TakeNumber(rest, 2);
+    Require(Take(rest, isIso ? "-" : "/"));
+    const int third = TakeNumber(rest, 4);
+    const auto [year, month, day] = isIso ? std::array{first, second, third} : std::array{third, first, second};
+    const std::chrono::year_month_day date{std::chrono::year{year}, std::chrono::month{static_cast<unsigned>(month)},
+                                           std::chrono::day{static_cast<unsigned>(day)}};
+    Require(date.ok() && year >= 100);  // below 100 a year would be a guess at the century
     return std::chrono::local_days{date};
 }
 
 /// "16:05:06" or "4:05:06 PM"
-seconds ReadTime(DateScanner &scanner) {
-    int hour = Required(scanner.Number(2));
-    if (!scanner.Take(":")) Refuse();
-    const int minute = Required(scanner.Number(2));
-    if (!scanner.Take(":")) Refuse();
-    const int second = Required(scanner.Number(2));
-
-    const bool isMorning = scanner.Take(" AM");
-    const bool isAfternoon = !isMorning && scanner.Take(" PM");
-    if (isMorning || isAfternoon) {
-        if (hour < 1 || hour > 12) Refuse();
+seconds TakeTime(std::string_view &rest) {
+    int hour = TakeNumber(rest, 2);
+    Require(Take(rest, ":"));
+    const int minute = TakeNumber(rest, 2);
+    Require(Take(rest, ":"));
+    const int second = TakeNumber(rest, 2);
+    const bool isAfternoon = Take(rest, " PM");
+    if (isAfternoon || Take(rest, " AM")) {
+        Require(hour >= 1 && hour <= 12);
         hour = hour % 12 + (isAfternoon ? 12 : 0);
     }
-    if (hour > 23 || minute > 59 || second > 59) Refuse();
+    Require(hour <= 23 && minute <= 59 && second <= 59);
     return hours{hour} + minutes{minute} + seconds{second};
 }
 
@@ -188,10 +165,9 @@ std::string IsoDate(DateTime date) {
 }
 
 DateTime ParseDate(std::string_view text) {
-    DateScanner scanner(text);
-    DateTime date = ReadDay(scanner);
-    if (scanner.Take(" ")) date += ReadTime(scanner);
-    if (!scanner.AtEnd()) Refuse();
+    DateTime date = TakeDay(text);
+    if (Take(text, " ")) date += TakeTime(text);
+    Require(text.empty());
     return date;
 }
 
