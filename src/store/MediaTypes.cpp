@@ -51,9 +51,7 @@ std::string_view MoviePatterns() {
 }
 
 bool IsPictureName(std::string_view name) {
-    const std::string ending = LCase(LastCharacters(name, 3));
-    return ending == "jpg" || ending == "gif" || ending == "bmp" ||
-           (gMoreTypes && PathMatchSpec(name, PicturePatterns()));
+    return PathMatchSpec(name, "*jpg;*gif;*bmp") || (gMoreTypes && PathMatchSpec(name, PicturePatterns()));
 }
 
 std::string_view PictureContentType(std::string_view name) {

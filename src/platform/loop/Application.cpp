@@ -25,12 +25,7 @@ sigset_t TerminationSignals() {
 
 }  // namespace
 
-struct Application::Implementation {
-    Implementation(int &argc, char **argv) : application(argc, argv) {}
-    QCoreApplication application;
-};
-
-Application::Application(int &argc, char **argv) : implementation_(std::make_unique<Implementation>(argc, argv)) {
+Application::Application(int &argc, char **argv) : application_(std::make_unique<QCoreApplication>(argc, argv)) {
     IgnoreHarmlessSignals();
 }
 

@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 
+class QCoreApplication;
+
 namespace pixmora {
 
 /// Keeps what is no reason to end from ending the process: a file at the size that the system allows (a full disk), and
@@ -19,8 +21,7 @@ public:
     Application &operator=(const Application &) = delete;
 
 private:
-    struct Implementation;
-    std::unique_ptr<Implementation> implementation_;
+    std::unique_ptr<QCoreApplication> application_;
 };
 
 /// Holds SIGTERM, SIGINT and SIGHUP back for OnTerminationSignal, which does this too. Threads inherit it.

@@ -104,24 +104,9 @@ void SetUnhandledErrorHandler(std::function<void(const RunTimeError &)> handler)
     unhandledErrorHandler = std::move(handler);
 }
 
-struct Timer::Implementation {
-    QTimer timer;
-    int interval = 0;
-    bool isEnabled = false;
-
-    /// An interval of 0 never ticks, enabled or not.
-    void Restart() {
-        if (isEnabled && interval > 0) {
-            timer.start(interval);
-        } else {
-            timer.stop();
-        }
-    }
-};
-
-Timer::Timer() : implementation_(std::make_unique<Implementation>()) {
-    implementation_->timer.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&implementation_->timer, &QTimer::timeout, [this] {
+Timer::Timer() : timer_(std::make_unique<QTimer>()) {
+    timer_->setTimerType(Qt::PreciseTimer);
+    QObject::connect(timer_.get(), &QTimer::timeout, [this] {
         const auto handler = OnTimer;  // a copy: the handler may destroy this timer
         if (handler) RunEventHandler(handler);
     });
@@ -129,22 +114,22 @@ Timer::Timer() : implementation_(std::make_unique<Implementation>()) {
 
 Timer::~Timer() = default;
 
-int Timer::Interval() const {
-    return implementation_->interval;
-}
-
 void Timer::SetInterval(int ms) {
-    implementation_->interval = ms;
-    implementation_->Restart();
-}
-
-bool Timer::Enabled() const {
-    return implementation_->isEnabled;
+    interval_ = ms;
+    Restart();
 }
 
 void Timer::SetEnabled(bool enabled) {
-    implementation_->isEnabled = enabled;
-    implementation_->Restart();
+    isEnabled_ = enabled;
+    Restart();
+}
+
+void Timer::Restart() {
+    if (isEnabled_ && interval_ > 0) {
+        timer_->start(interval_);
+    } else {
+        timer_->stop();
+    }
 }
 
 }  // namespace pixmora

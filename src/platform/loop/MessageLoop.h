@@ -8,6 +8,8 @@
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
 
+class QTimer;
+
 namespace pixmora {
 
 /// Runs the pending events and comes back; sixteen turns deep on the stack it comes back at once, as the turns below
@@ -50,15 +52,19 @@ public:
     std::string Tag;                ///< free text of the owner
     std::function<void()> OnTimer;  ///< runs under the event guard; may run inside another handler's DoEvents
 
-    int Interval() const;  ///< ms
+    int Interval() const { return interval_; }  ///< ms
+    /// With an interval of 0 it never ticks, enabled or not.
     void SetInterval(int ms);
-    bool Enabled() const;
+    bool Enabled() const { return isEnabled_; }
     /// Enabling starts a whole interval anew.
     void SetEnabled(bool enabled);
 
 private:
-    struct Implementation;
-    std::unique_ptr<Implementation> implementation_;
+    void Restart();
+
+    const std::unique_ptr<QTimer> timer_;
+    int interval_ = 0;
+    bool isEnabled_ = false;
 };
 
 }  // namespace pixmora

@@ -123,9 +123,7 @@ double Rnd() {
 
 double RoundUpTo(double value, int places) {
     const double scale = std::pow(10.0, places);
-    const double scaled = value * scale;
-    const double whole = std::floor(scaled);
-    return (whole < scaled ? whole + 1 : whole) / scale;
+    return std::ceil(value * scale) / scale;
 }
 
 }  // namespace pixmora

@@ -87,10 +87,6 @@ bool Contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
-std::string LastCharacters(std::string_view text, std::size_t count) {
-    return std::string(text.substr(text.size() - std::min(count, text.size())));
-}
-
 std::string CutAtNul(std::string_view text) {
     return std::string(text.substr(0, text.find('\0')));
 }

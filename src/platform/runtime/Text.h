@@ -69,9 +69,6 @@ bool EqualsIgnoreCase(std::string_view left, std::string_view right);
 
 bool Contains(std::string_view text, std::string_view part);
 
-/// The last `count` bytes, or all of a shorter text.
-std::string LastCharacters(std::string_view text, std::size_t count);
-
 /// The text up to its first NUL.
 std::string CutAtNul(std::string_view text);
 
