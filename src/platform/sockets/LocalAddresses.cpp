@@ -53,7 +53,7 @@ std::string DefaultRouteAddress(IpFamily family) {
     if (number < 0) return {};
     SocketAddress own;
     const bool hasRoute =
-        connect(number, far->General(), far->Length) == 0 && getsockname(number, own.General(), &own.Length) == 0;
+        connect(number, &far->General, far->Length) == 0 && getsockname(number, &own.General, &own.Length) == 0;
     close(number);
     return hasRoute ? own.Text() : std::string();
 }

@@ -59,7 +59,7 @@ std::shared_ptr<SocketConnection> SocketConnection::Connecting(std::weak_ptr<Win
         return connection;
     }
     connection->SetUpSending();
-    const bool hasBegun = connect(number, peer.General(), peer.Length) == 0 || errno == EINPROGRESS;
+    const bool hasBegun = connect(number, &peer.General, peer.Length) == 0 || errno == EINPROGRESS;
     if (!hasBegun || !connection->Watch(EPOLLOUT)) connection->FailFromLoop(errno);
     return connection;
 }

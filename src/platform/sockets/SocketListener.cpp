@@ -88,7 +88,7 @@ void Listener::Begin(const SocketAddress &own) {
     if (own.Family() == AF_INET6) setsockopt(Number(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off);
     SetUpSending();
     if (Number() < 0 || setsockopt(Number(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
-        bind(Number(), own.General(), own.Length) != 0 || listen(Number(), backlog) != 0 || !Watch(EPOLLIN)) {
+        bind(Number(), &own.General, own.Length) != 0 || listen(Number(), backlog) != 0 || !Watch(EPOLLIN)) {
         ThrowListenError(errno);
     }
     places_->OnFree = Resumer();
@@ -96,7 +96,7 @@ void Listener::Begin(const SocketAddress &own) {
 
 int Listener::Port() const {
     SocketAddress own;
-    return getsockname(Number(), own.General(), &own.Length) == 0 ? own.Port() : 0;
+    return getsockname(Number(), &own.General, &own.Length) == 0 ? own.Port() : 0;
 }
 
 void Listener::OnReady(std::uint32_t) {
@@ -111,7 +111,7 @@ void Listener::OnReady(std::uint32_t) {
         return;
     }
     SocketAddress peer;
-    const int number = accept4(Number(), peer.General(), &peer.Length, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    const int number = accept4(Number(), &peer.General, &peer.Length, SOCK_NONBLOCK | SOCK_CLOEXEC);
     if (number >= 0) {
         Offer(*element, number, peer.Text());
     } else if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) {
