@@ -28,13 +28,8 @@ bool OwnerRefuses() {
 }
 
 void DropMediaLists() {
-    for (const AlbumPointer &album : gAlbums) {
-        try {
-            DropMediaList(album->ID);
-        } catch (const RunTimeError &) {
-            // The next start drops what is left.
-        }
-    }
+    // The next start drops what is left.
+    for (const AlbumPointer &album : gAlbums) Try([&] { DropMediaList(album->ID); });
 }
 
 void CloseTransfers() {

@@ -14,7 +14,6 @@
 #include "platform/files/Files.h"
 #include "platform/loop/App.h"
 #include "platform/runtime/Numbers.h"
-#include "platform/runtime/RunTimeError.h"
 #include "store/RecordKeeping.h"
 #include "store/Schema.h"
 #include "store/Settings.h"
@@ -28,15 +27,6 @@ namespace {
 std::string SecondCopyMessage(const std::string &commandLine) {
     const std::string message = App::Title + " is already running!";
     return commandLine.empty() ? message : message + " To create an album, click on Setup and then Albums.";
-}
-
-template <typename Step>
-void IgnoringErrors(const Step &step) {
-    try {
-        step();
-    } catch (const RunTimeError &) {
-        // The process ends in any case.
-    }
 }
 
 }  // namespace
@@ -85,15 +75,13 @@ void LoadSystray() {
 
 void ReleaseProgram(const ShutDownHooks &hooks) {
     gOnlineTimer.reset();
-    if (hooks.RemoveTrayIcon) IgnoringErrors(hooks.RemoveTrayIcon);
+    if (hooks.RemoveTrayIcon) Try(hooks.RemoveTrayIcon);
     if (gSystray) {
         const int last = gSystray->wnskConnect.UBound();
-        for (int index = 1; index <= last; ++index) {
-            IgnoringErrors([index] { gSystray->wnskConnect.Unload(index); });
-        }
+        for (int index = 1; index <= last; ++index) Try([index] { gSystray->wnskConnect.Unload(index); });
     }
     gDatabase.reset();
-    if (hooks.UnloadForms) IgnoringErrors(hooks.UnloadForms);
+    if (hooks.UnloadForms) Try(hooks.UnloadForms);
     gSystray.reset();
     gPictureEngine.reset();
     gAlbums.clear();

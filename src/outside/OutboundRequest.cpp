@@ -35,13 +35,8 @@ struct Address {
 };
 
 std::optional<int> ParsePort(std::string_view text) {
-    try {
-        const std::int32_t port = CLng(text);
-        if (port > 0 && port <= highestPort) return port;
-    } catch (const RunTimeError &) {
-        // As any other port that can't be.
-    }
-    return std::nullopt;
+    const std::int32_t port = Try([&] { return CLng(text); }).value_or(0);
+    return port > 0 && port <= highestPort ? std::optional<int>(port) : std::nullopt;
 }
 
 bool IsControlCharacter(char character) {

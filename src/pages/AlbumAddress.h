@@ -21,11 +21,7 @@ AlbumPointer AlbumArgument(const Arguments &args, std::size_t index);
 /// What a page reads of its address; nothing when an argument is missing or isn't what it has to be.
 template <typename Read>
 auto TryRead(const Arguments &args, Read read) -> std::optional<decltype(read(args))> {
-    try {
-        return read(args);
-    } catch (const RunTimeError &) {
-        return std::nullopt;
-    }
+    return Try([&] { return read(args); });
 }
 
 /// A path below an album's root as it stands in links: "/" between the parts, and each part in link form.

@@ -20,18 +20,10 @@ std::string PlaceOf(std::string_view section, std::string_view key) {
     return LCase(section) + "\n" + LCase(key);
 }
 
-std::string ReadIfThere(std::string_view path) {
-    try {
-        return BinaryFile::OpenForRead(path)->ReadAll();
-    } catch (const RunTimeError &) {
-        return {};
-    }
-}
-
 }  // namespace
 
 IniFile::IniFile(std::string_view path) {
-    const std::string content = ReadIfThere(path);
+    const std::string content = Try([&] { return BinaryFile::OpenForRead(path)->ReadAll(); }).value_or("");
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     std::string_view rest = content;
     if (rest.starts_with(byteOrderMark)) rest.remove_prefix(byteOrderMark.size());

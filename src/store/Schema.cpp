@@ -85,12 +85,7 @@ bool Open(const std::string &path) {
     gDatabase = nullptr;
     // The engine gives a log the database's own mode.
     for (const char *file : {"", "-wal", "-shm"}) HideFromOthers(path + file);
-    try {
-        gDatabase = Database::OpenDatabase(path);
-    } catch (const RunTimeError &) {
-        return false;
-    }
-    return true;
+    return Try([&] { gDatabase = Database::OpenDatabase(path); });
 }
 
 /// Where a file is made before it gets its name.

@@ -65,11 +65,7 @@ void clsExif::ImageFile(std::string_view path) {
     isLittleEndian_ = false;
     exposureSeconds_ = 0;
     tags_.clear();
-    try {
-        Load();
-    } catch (const RunTimeError &) {
-        status_ = ReadStatus::Unreadable;
-    }
+    if (!Try([&] { Load(); })) status_ = ReadStatus::Unreadable;
 }
 
 void clsExif::Load() {

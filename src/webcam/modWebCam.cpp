@@ -31,23 +31,9 @@ std::string CaptureInterval() {
     return GetSetting("Setup", "CaptureInterval", "6");
 }
 
-/// @return whether nothing stands at the path
+/// @return whether nothing stands at the path; a file that can't be replaced costs the still, not the website
 bool RemoveFile(const std::string &path) {
-    try {
-        if (FileExists(path)) DeleteFile(path);
-        return true;
-    } catch (const RunTimeError &) {
-        return false;  // a file that can't be replaced costs the still, not the website
-    }
-}
-
-bool WriteStill(const std::string &path, const std::string &bitmap) {
-    try {
-        WriteFileAtomically(path, bitmap);
-        return true;
-    } catch (const RunTimeError &) {
-        return false;  // a full disk costs the still, not the website
-    }
+    return !FileExists(path) || Try([&] { DeleteFile(path); });
 }
 
 /// As SaveCaptureFile does, without waiting: calls back when it is known whether there is a new still.
@@ -56,7 +42,10 @@ void BeginCapture(const std::string &path, const std::function<void(bool isSaved
         done(false);
         return;
     }
-    TakePreview([path, done](const std::string &bitmap) { done(!bitmap.empty() && WriteStill(path, bitmap)); });
+    TakePreview([path, done](const std::string &bitmap) {
+        // A full disk costs the still too.
+        done(!bitmap.empty() && Try([&] { WriteFileAtomically(path, bitmap); }));
+    });
 }
 
 /// Makes the visitors' picture of the device's new still; the former stays where that can't be.

@@ -287,13 +287,7 @@ std::string GetVisitorPageName(std::string_view head, const AlbumNames &nameOf) 
     if (!target || IsPartOfAPage(*target)) return {};
     if (target->empty() || EqualsIgnoreCase(*target, "Index")) return "Home Page";
     if (Contains(*target, "ShowPopular")) return "Most Popular";
-    if (Contains(*target, "ShowAlbum?")) {
-        try {
-            return AlbumPageName(*target, nameOf);
-        } catch (const RunTimeError &) {
-            return {};
-        }
-    }
+    if (Contains(*target, "ShowAlbum?")) return Try([&] { return AlbumPageName(*target, nameOf); }).value_or("");
     if (*target == "ShowHelp") return "Help";
     if (*target == "ShowStats") return "Statistics";
     return {};

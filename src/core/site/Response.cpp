@@ -27,11 +27,7 @@ std::string WriteResponseHead(std::string_view status, std::string_view contentT
 }
 
 void SendIgnoringErrors(const Connection &socket, std::string_view bytes) {
-    try {
-        socket->SendData(bytes);
-    } catch (const RunTimeError &) {
-        // The visitor has gone; there is nobody to tell.
-    }
+    Try([&] { socket->SendData(bytes); });  // else the visitor has gone, and there is nobody to tell
 }
 
 std::size_t SendFileIgnoringErrors(const Connection &socket, std::string head,
@@ -44,11 +40,7 @@ std::size_t SendFileIgnoringErrors(const Connection &socket, std::string head,
     const auto read = [file](std::int64_t offset, void *bytes, std::size_t count) {
         return file->ReadAt(offset, bytes, count);
     };
-    try {
-        socket->SendData(head, {read, length});
-    } catch (const RunTimeError &) {
-        // The visitor has gone; there is nobody to tell.
-    }
+    Try([&] { socket->SendData(head, {read, length}); });
     return static_cast<std::size_t>(length);
 }
 

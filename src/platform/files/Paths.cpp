@@ -109,11 +109,7 @@ std::int64_t FileLength(std::string_view path) {
 }
 
 std::string FormatFileSize(std::string_view path) {
-    try {
-        return FormatByteSize(static_cast<double>(FileLength(path)));
-    } catch (const RunTimeError &) {
-        return {};
-    }
+    return Try([&] { return FormatByteSize(static_cast<double>(FileLength(path))); }).value_or("");
 }
 
 }  // namespace pixmora

@@ -87,12 +87,7 @@ std::int32_t RoundToLong(double value) {
 }
 
 bool IsNumeric(std::string_view text) {
-    try {
-        CDbl(text);
-        return true;
-    } catch (const RunTimeError &) {
-        return false;
-    }
+    return Try([&] { return CDbl(text); }).has_value();
 }
 
 double Val(std::string_view text) {

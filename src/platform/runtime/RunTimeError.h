@@ -2,8 +2,10 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace pixmora {
 
@@ -55,6 +57,26 @@ private:
     ErrorNumber number_;
     std::string message_;
 };
+
+template <typename Call>
+concept HasResult = !std::is_void_v<std::invoke_result_t<Call>>;
+
+/// Calls. @return what came of it; none where that was an error
+template <HasResult Call>
+std::optional<std::invoke_result_t<Call>> Try(const Call &call) try {
+    return call();
+} catch (const RunTimeError &) {
+    return std::nullopt;
+}
+
+/// The same for what has no result. @return whether it went without an error
+template <typename Call>
+bool Try(const Call &call) try {
+    call();
+    return true;
+} catch (const RunTimeError &) {
+    return false;
+}
 
 /// Calls, and lets an error out with what it is about behind its message.
 template <typename Call>

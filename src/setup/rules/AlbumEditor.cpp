@@ -246,14 +246,10 @@ std::string OfferSmallCopy(const std::string &picturePath) {
     gPictureEngine->Load(picturePath, 0, success);
     gPictureEngine->Resize(smallCopyWidth, 0, 0, success);
     const std::string copy = gPictureEngine->Encoded(3);
-    try {
-        WriteFileAtomically(copyPath, copy);
-    } catch (const RunTimeError &) {
-        ShowMessageBox("The smaller copy cannot be saved beside the picture! The picture will be shown as it is.",
-                       FlagCritical);
-        return picturePath;
-    }
-    return copyPath;
+    if (Try([&] { WriteFileAtomically(copyPath, copy); })) return copyPath;
+    ShowMessageBox("The smaller copy cannot be saved beside the picture! The picture will be shown as it is.",
+                   FlagCritical);
+    return picturePath;
 }
 
 }  // namespace pixmora

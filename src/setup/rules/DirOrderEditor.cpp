@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "core/site/OwnerDialogue.h"
@@ -93,12 +94,9 @@ int DirOrderEditor::MoveBy(int row, int steps) {
 }
 
 std::string DirOrderEditor::DateKey(std::string_view choice, const std::string &path) {
-    try {
-        const FileFacts facts = GetFileFacts(path);
-        return MinuteText(Contains(choice, "Created") ? facts.CreationTime : facts.LastWriteTime);
-    } catch (const RunTimeError &) {
-        return {};  // gone since the list was made
-    }
+    const std::optional<FileFacts> facts = Try([&] { return GetFileFacts(path); });
+    if (!facts) return {};  // gone since the list was made
+    return MinuteText(Contains(choice, "Created") ? facts->CreationTime : facts->LastWriteTime);
 }
 
 void DirOrderEditor::PreSort(std::string_view choice) {

@@ -35,11 +35,7 @@ bool HasDefaultRoute(std::string_view routingTable) {
 }
 
 bool IsConnectedToInternet() {
-    try {
-        return HasDefaultRoute(BinaryFile::OpenForRead("\\proc\\net\\route")->ReadAll());
-    } catch (const RunTimeError &) {
-        return false;
-    }
+    return HasDefaultRoute(Try([] { return BinaryFile::OpenForRead("\\proc\\net\\route")->ReadAll(); }).value_or(""));
 }
 
 }  // namespace pixmora
