@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/CommandLine.h"
 #include "app/LineDialogue.h"
 #include "app/SiteReports.h"
 #include "core/site/Globals.h"
@@ -22,15 +23,14 @@
 #include "store/Schema.h"
 #include "store/Settings.h"
 
+namespace pixmora {
+
 namespace {
 
-using pixmora::AlbumEditor;
-using pixmora::AlbumFields;
 using Words = std::vector<std::string>;
 
 constexpr int statusDone = 0;
 constexpr int statusRefused = 1;
-constexpr int statusUsage = 2;
 
 constexpr const char *usage =
     "usage: pixmoractl get SECTION KEY [DEFAULT] | set SECTION KEY VALUE | unset SECTION KEY\n"
@@ -41,35 +41,29 @@ constexpr const char *usage =
     "       pixmoractl backup FILE | check | stats [--csv]\n";
 
 int Refuse(const std::string &message) {
-    pixmora::ShowMessageBox(message, pixmora::FlagCritical);
+    ShowMessageBox(message, FlagCritical);
     return statusRefused;
 }
 
 int ShowUsage() {
-    std::fputs(usage, stderr);
-    return statusUsage;
+    return RefuseWords(usage);
+}
+
+int RefuseUnknown(const char *what, const std::string &name) {
+    return Refuse(Concat("There is no ", what, " named '", name, "'."));
+}
+
+bool Holds(const Words &names, const std::string &name) {
+    return std::ranges::any_of(names, [&](const std::string &each) { return CompareTexts(each, name) == 0; });
 }
 
 bool HasAlbum(const std::string &name) {
     std::int32_t count = 0;
-    for (const std::string &album : pixmora::GetAlbumNames(count)) {
-        if (pixmora::CompareTexts(album, name) == 0) return true;
-    }
-    return false;
+    return Holds(GetAlbumNames(count), name);
 }
 
 bool HasUser(const std::string &name) {
-    for (const std::string &user : pixmora::GetUserNames()) {
-        if (pixmora::CompareTexts(user, name) == 0) return true;
-    }
-    return false;
-}
-
-std::string NoAlbumMessage(const std::string &name) {
-    return "There is no album named '" + name + "'.";
-}
-std::string NoUserMessage(const std::string &name) {
-    return "There is no user named '" + name + "'.";
+    return Holds(GetUserNames(), name);
 }
 
 /// A path from the shell, which may be relative to the present folder.
@@ -78,24 +72,24 @@ std::string AbsolutePath(const std::string &path) {
 }
 
 int Get(const Words &words) {
-    std::printf("%s\n", pixmora::GetSetting(words[0], words[1], words.size() > 2 ? words[2] : "").c_str());
+    std::printf("%s\n", GetSetting(words[0], words[1], words.size() > 2 ? words[2] : "").c_str());
     return statusDone;
 }
 
 int Set(const Words &words) {
-    pixmora::SaveSetting(words[0], words[1], words[2]);
+    SaveSetting(words[0], words[1], words[2]);
     return statusDone;
 }
 
 int Unset(const Words &words) {
-    pixmora::DeleteSetting(words[0], words[1]);
+    DeleteSetting(words[0], words[1]);
     return statusDone;
 }
 
 int ListAlbums(const Words &) {
     std::int32_t count = 0;
-    for (const std::string &name : pixmora::GetAlbumNames(count)) {
-        std::printf("%s\t%s\n", name.c_str(), pixmora::GetAlbumDirectory(name).c_str());
+    for (const std::string &name : GetAlbumNames(count)) {
+        std::printf("%s\t%s\n", name.c_str(), GetAlbumDirectory(name).c_str());
     }
     return statusDone;
 }
@@ -134,27 +128,27 @@ std::optional<AlbumFields> ReadAlbumFields(const Words &words) {
 int AddAlbum(const Words &words) {
     std::optional<AlbumFields> fields = ReadAlbumFields(words);
     if (!fields) return ShowUsage();
-    if (pixmora::IsDriveRoot(fields->Directory)) return Refuse(pixmora::DriveRootQuestion);
+    if (IsDriveRoot(fields->Directory)) return Refuse(DriveRootQuestion);
     if (const auto refusal = AlbumEditor::Validate(*fields)) return Refuse(refusal->Message);
     if (!fields->FeaturedImagePath.empty()) {
-        if (!pixmora::FileExists(fields->FeaturedImagePath))
+        if (!FileExists(fields->FeaturedImagePath))
             return Refuse("There is no file '" + fields->FeaturedImagePath + "'.");
-        pixmora::gPictureEngine = std::make_unique<pixmora::PictureEngine>();
-        fields->FeaturedImagePath = pixmora::OfferSmallCopy(fields->FeaturedImagePath);
+        gPictureEngine = std::make_unique<PictureEngine>();
+        fields->FeaturedImagePath = OfferSmallCopy(fields->FeaturedImagePath);
     }
     AlbumEditor().Save(*fields);
     return statusDone;
 }
 
 int RemoveAlbum(const Words &words) {
-    if (!HasAlbum(words[0])) return Refuse(NoAlbumMessage(words[0]));
+    if (!HasAlbum(words[0])) return RefuseUnknown("album", words[0]);
     AlbumEditor(words[0]).Delete();
     return statusDone;
 }
 
 int ListUsers(const Words &) {
-    for (const std::string &name : pixmora::GetUserNames()) {
-        std::printf("%s\t%s\n", name.c_str(), pixmora::LoadUser(name).Admin ? "admin" : "user");
+    for (const std::string &name : GetUserNames()) {
+        std::printf("%s\t%s\n", name.c_str(), LoadUser(name).Admin ? "admin" : "user");
     }
     return statusDone;
 }
@@ -162,21 +156,21 @@ int ListUsers(const Words &) {
 int AddUser(const Words &words) {
     const bool isAdmin = words.size() > 2;
     if (isAdmin && words[2] != "--admin") return ShowUsage();
-    const pixmora::UserFields fields{words[0], words[1], words[1], isAdmin};
-    if (const auto refusal = pixmora::ValidateUser(fields, "")) return Refuse(refusal->Message);
-    pixmora::SaveUser(fields, "");
+    const UserFields fields{words[0], words[1], words[1], isAdmin};
+    if (const auto refusal = ValidateUser(fields, "")) return Refuse(refusal->Message);
+    SaveUser(fields, "");
     return statusDone;
 }
 
 int RemoveUser(const Words &words) {
-    if (!HasUser(words[0])) return Refuse(NoUserMessage(words[0]));
-    pixmora::DeleteUser(words[0]);
+    if (!HasUser(words[0])) return RefuseUnknown("user", words[0]);
+    DeleteUser(words[0]);
     return statusDone;
 }
 
 /// A directory of an album as the tables have it, from either kind of separator.
 std::string SubDirOf(const std::string &word) {
-    std::string subDir = pixmora::ProgramPath(word);
+    std::string subDir = ProgramPath(word);
     if (!subDir.starts_with('\\')) subDir.insert(0, "\\");
     while (subDir.size() > 1 && subDir.ends_with('\\')) subDir.pop_back();
     return subDir;
@@ -184,53 +178,53 @@ std::string SubDirOf(const std::string &word) {
 
 int Protect(const Words &words) {
     const std::string subDir = SubDirOf(words[1]);
-    if (!HasAlbum(words[0])) return Refuse(NoAlbumMessage(words[0]));
-    if (!HasUser(words[2])) return Refuse(NoUserMessage(words[2]));
-    if (!pixmora::PathExists(pixmora::GetAlbumDirectory(words[0]) + subDir)) {
+    if (!HasAlbum(words[0])) return RefuseUnknown("album", words[0]);
+    if (!HasUser(words[2])) return RefuseUnknown("user", words[2]);
+    if (!PathExists(GetAlbumDirectory(words[0]) + subDir)) {
         return Refuse("There is no directory '" + subDir + "' in the album '" + words[0] + "'.");
     }
-    if (!pixmora::HasRight(words[0], subDir, words[2])) pixmora::AddRight(words[0], subDir, words[2]);
+    if (!HasRight(words[0], subDir, words[2])) AddRight(words[0], subDir, words[2]);
     return statusDone;
 }
 
 int Unprotect(const Words &words) {
     const std::string subDir = SubDirOf(words[1]);
-    if (!pixmora::HasRight(words[0], subDir, words[2])) {
+    if (!HasRight(words[0], subDir, words[2])) {
         return Refuse("'" + words[2] + "' has no right to '" + subDir + "' in the album '" + words[0] + "'.");
     }
-    pixmora::RemoveRight(words[0], subDir, words[2]);
+    RemoveRight(words[0], subDir, words[2]);
     return statusDone;
 }
 
 int BackUp(const Words &words) {
-    const std::string database = pixmora::DatabasePath(pixmora::CurrentSchemaVersion);
-    const std::string target = pixmora::ProgramPath(AbsolutePath(words[0]));
-    if (pixmora::IsDirectory(target)) return Refuse("'" + words[0] + "' is a directory.");
-    if (pixmora::FileExists(target)) {
-        if (pixmora::GetFileFacts(target).IsSame(pixmora::GetFileFacts(database)))
+    const std::string database = DatabasePath(CurrentSchemaVersion);
+    const std::string target = ProgramPath(AbsolutePath(words[0]));
+    if (IsDirectory(target)) return Refuse("'" + words[0] + "' is a directory.");
+    if (FileExists(target)) {
+        if (GetFileFacts(target).IsSame(GetFileFacts(database)))
             return Refuse("'" + words[0] + "' is the database itself.");
     }
     const std::string unfinished = target + ".part";
-    if (pixmora::FileExists(unfinished)) pixmora::DeleteFile(unfinished);
+    if (FileExists(unfinished)) DeleteFile(unfinished);
     try {
-        pixmora::gDatabase->BackUp(unfinished);
-        pixmora::RenameFile(unfinished, target);
-    } catch (const pixmora::RunTimeError &error) {
-        if (pixmora::FileExists(unfinished)) pixmora::DeleteFile(unfinished);
+        gDatabase->BackUp(unfinished);
+        RenameFile(unfinished, target);
+    } catch (const RunTimeError &error) {
+        if (FileExists(unfinished)) DeleteFile(unfinished);
         throw error.About(words[0]);
     }
     return statusDone;
 }
 
 int Check(const Words &) {
-    const std::vector<std::string> faults = pixmora::SiteFaults();
+    const std::vector<std::string> faults = SiteFaults();
     for (const std::string &fault : faults) std::printf("%s\n", fault.c_str());
     return faults.empty() ? statusDone : statusRefused;
 }
 
 int ShowStats(const Words &words) {
     if (!words.empty() && words[0] != "--csv") return ShowUsage();
-    std::fputs(pixmora::StatsText(!words.empty()).c_str(), stdout);
+    std::fputs(StatsText(!words.empty()).c_str(), stdout);
     return statusDone;
 }
 
@@ -264,15 +258,15 @@ const std::vector<Command> commands = {
 };
 
 int RunCommand(const Command &command, const Words &words) {
-    pixmora::MigrateSettings();
-    if (command.What == Needs::TablesToChange && pixmora::IsProgramElsewhere()) {
-        return Refuse(pixmora::App::Title + " is already running! Stop it before you change its albums or users.");
+    MigrateSettings();
+    if (command.What == Needs::TablesToChange && IsProgramElsewhere()) {
+        return Refuse(App::Title + " is already running! Stop it before you change its albums or users.");
     }
-    if (command.What != Needs::Settings && !pixmora::OpenOrCreateDatabase()) {
-        return Refuse(pixmora::DatabaseMessage());
+    if (command.What != Needs::Settings && !OpenOrCreateDatabase()) {
+        return Refuse(DatabaseMessage());
     }
     const int status = command.Run(words);
-    pixmora::gDatabase.reset();
+    gDatabase.reset();
     return status;
 }
 
@@ -289,13 +283,15 @@ int RunWords(const Words &words) {
 
 }  // namespace
 
+}  // namespace pixmora
+
 int main(int argc, char **argv) {
     const pixmora::Application application(argc, argv);
     pixmora::LineDialogue dialogue;
     pixmora::SetOwnerDialogue(&dialogue);
     try {
-        return RunWords(Words(argv + 1, argv + argc));
+        return pixmora::RunWords(pixmora::Words(argv + 1, argv + argc));
     } catch (const pixmora::RunTimeError &error) {
-        return Refuse(error.Message());
+        return pixmora::Refuse(error.Message());
     }
 }
