@@ -3,7 +3,6 @@
 
 #include "platform/files/Files.h"
 #include "platform/runtime/Numbers.h"
-#include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "store/Catalogue.h"
 
@@ -19,11 +18,6 @@ bool IsDirectoryName(std::string_view name) {
 }
 
 }  // namespace
-
-const std::string &Argument(const Arguments &args, std::size_t index) {
-    if (index >= args.size()) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-    return args[index];
-}
 
 AlbumPointer AlbumArgument(const Arguments &args, std::size_t index) {
     return AlbumByNumber(CLng(Argument(args, index)));

@@ -11,9 +11,6 @@
 
 namespace pixmora {
 
-/// @throws RunTimeError SubscriptOutOfRange for an argument that isn't there
-const std::string &Argument(const Arguments &args, std::size_t index);
-
 /// The album that an argument names by its number.
 /// @throws RunTimeError TypeMismatch, Overflow or SubscriptOutOfRange when it names none
 AlbumPointer AlbumArgument(const Arguments &args, std::size_t index);

@@ -142,11 +142,6 @@ std::size_t FindHeader(std::string_view head, std::string_view name) {
     return found == head.end() ? std::string_view::npos : static_cast<std::size_t>(found - head.begin());
 }
 
-const std::string &Piece(const Arguments &pieces, std::size_t index) {
-    if (index >= pieces.size()) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-    return pieces[index];
-}
-
 std::string AlbumPageName(const std::string &target, const AlbumNames &nameOf) {
     const Arguments pieces = Split(std::string_view(target).substr(target.find('?') + 1), "&");
     if (pieces.size() < 3) return {};
@@ -164,14 +159,16 @@ std::string AlbumPageName(const std::string &target, const AlbumNames &nameOf) {
 bool IsPartOfAPage(const std::string &target) {
     constexpr std::string_view parts[] = {"ShowGraphic",     "ShowPicture",    "Border",          "ShowAlbumTop",
                                           "ShowAlbumBottom", "ShowAlbumMedia", "ShowAlbumDirList"};
-    if (target == "Blank") return true;
-    for (const std::string_view part : parts) {
-        if (Contains(target, part)) return true;
-    }
-    return false;
+    return target == "Blank" ||
+           std::ranges::any_of(parts, [&](std::string_view part) { return Contains(target, part); });
 }
 
 }  // namespace
+
+const std::string &Argument(const Arguments &args, std::size_t index) {
+    if (index >= args.size()) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    return args[index];
+}
 
 std::string DecodeQuery(std::string text) {
     std::size_t position = 0;
@@ -250,7 +247,7 @@ std::string GetCookieUsername(std::string_view head) {
     // Deliberate: other headers that follow are swallowed into the last piece.
     for (const std::string &cookie : Split(head.substr(0, head.find(blankLine)), ";")) {
         const Arguments sides = Split(cookie, "=");
-        if (!sides.empty() && Trim(sides[0]) == "ms_username") return Piece(sides, 1);
+        if (!sides.empty() && Trim(sides[0]) == "ms_username") return Argument(sides, 1);
     }
     return {};
 }
@@ -321,13 +318,13 @@ LoginForm ParseLoginForm(std::string_view request) {
     LoginForm form;
     for (const std::string &field : Split(body, "&")) {
         const Arguments sides = Split(field, "=");
-        const std::string &value = Piece(sides, 1);
+        const std::string &value = Argument(sides, 1);
         if (sides[0] == "username") form.Username = value;
         if (sides[0] == "password") form.Password = value;
         // The names stay in link form, since an "&" in one must not split the address that the visitor is taken on to.
         if (sides[0] == "args") form.ArgText = DecodeQuery(value);
     }
-    Piece(Split(form.ArgText, "&"), 1);
+    Argument(Split(form.ArgText, "&"), 1);
     form.Args = Split(Replace(form.ArgText, "+", "%20"), "&");
     return form;
 }

@@ -13,6 +13,9 @@ namespace pixmora {
 /// Arguments of an address, 0-based.
 using Arguments = std::vector<std::string>;
 
+/// @throws RunTimeError SubscriptOutOfRange for an argument that isn't there
+const std::string &Argument(const Arguments &args, std::size_t index);
+
 /// Percent decoder with the program's own symbols, in this order: "%XX" until no "%" is left (so a decoded "%" is
 /// decoded again), "+" and "**" to a blank, "*" to "&".
 /// @throws RunTimeError TypeMismatch for an escape that isn't hexadecimal
