@@ -70,8 +70,7 @@ PortCheck::PortCheck(PortCheckHands hands)
 }
 
 PortCheck::~PortCheck() {
-    wnskPortCheckListen->Close();
-    wnskPortCheckConnect->Close();
+    Abandon();
 }
 
 void PortCheck::Abandon() {
