@@ -28,11 +28,7 @@ IniFile::IniFile(std::string_view path) {
     std::string_view rest = content;
     if (rest.starts_with(byteOrderMark)) rest.remove_prefix(byteOrderMark.size());
     std::string section;
-    while (!rest.empty()) {
-        const std::size_t end = rest.find('\n');
-        AddLine(TrimWhitespace(rest.substr(0, end)), section);
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-    }
+    for (const std::string &line : Split(rest, "\n")) AddLine(TrimWhitespace(line), section);
 }
 
 std::string IniFile::Value(std::string_view section, std::string_view key) const {

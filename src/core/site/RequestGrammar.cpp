@@ -2,7 +2,6 @@
 #include "core/site/RequestGrammar.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <span>
 
@@ -48,28 +47,14 @@ bool IsAppended(std::string_view piece) {
 }
 
 std::string ByteToken(char byte) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto code = static_cast<unsigned char>(byte);
-    const char pair[] = {digits[code / 16], digits[code % 16]};
-    return Concat(byteMark, std::string_view(pair, 2), byteMark);
-}
-
-bool IsHexadecimal(char digit) {
-    return std::isxdigit(static_cast<unsigned char>(digit)) != 0;
-}
-
-int HexadecimalDigit(char digit) {
-    if (!IsHexadecimal(digit)) throw RunTimeError(ErrorNumber::TypeMismatch);
-    if (std::isdigit(static_cast<unsigned char>(digit))) return digit - '0';
-    return std::tolower(static_cast<unsigned char>(digit)) - 'a' + 10;
+    return Concat(byteMark, DigitsOfByte(byte), byteMark);
 }
 
 /// The character of an escape: one or two digits, the second missing only at the text's end.
 char EscapedCharacter(std::string_view digits) {
-    if (digits.empty()) throw RunTimeError(ErrorNumber::TypeMismatch);
-    int code = 0;
-    for (const char digit : digits) code = code * 16 + HexadecimalDigit(digit);
-    return static_cast<char>(code);
+    const std::optional<char> character = ByteOfDigits(digits);
+    if (!character) throw RunTimeError(ErrorNumber::TypeMismatch);
+    return *character;
 }
 
 /// Replaces what stands at the position, and everything like it behind.
@@ -109,10 +94,10 @@ DecodedCharacter CharacterAt(std::string_view text) {
     }
     constexpr std::size_t start = byteMark.size();
     constexpr std::size_t length = 2 * start + 2;
-    const bool isByte = text.size() >= length && text.starts_with(byteMark) &&
-                        text.substr(start + 2, start) == byteMark && IsHexadecimal(text[start]) &&
-                        IsHexadecimal(text[start + 1]);
-    return isByte ? DecodedCharacter{EscapedCharacter(text.substr(start, 2)), length} : DecodedCharacter{'<', 1};
+    const bool isMarked =
+        text.size() >= length && text.starts_with(byteMark) && text.substr(start + 2, start) == byteMark;
+    const std::optional<char> byte = isMarked ? ByteOfDigits(text.substr(start, 2)) : std::nullopt;
+    return byte ? DecodedCharacter{*byte, length} : DecodedCharacter{'<', 1};
 }
 
 /// The target without the appended pieces at its end, and without a "?" that nothing is left behind.
@@ -135,10 +120,8 @@ constexpr std::string_view blankLine = "\r\n\r\n";
 /// Where the name of a header begins; npos without one. Names compare without regard to case, as some proxies send them
 /// in lower case.
 std::size_t FindHeader(std::string_view head, std::string_view name) {
-    const auto isSame = [](unsigned char a, unsigned char b) {
-        return std::tolower(a) == std::tolower(b);
-    };
-    const auto found = std::search(head.begin(), head.end(), name.begin(), name.end(), isSame);
+    const auto found = std::search(head.begin(), head.end(), name.begin(), name.end(),
+                                   [](char a, char b) { return LowerOf(a) == LowerOf(b); });
     return found == head.end() ? std::string_view::npos : static_cast<std::size_t>(found - head.begin());
 }
 

@@ -14,29 +14,18 @@ namespace {
 constexpr std::string_view doubleWordMark = "dword:";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-int HexadecimalValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
-
-/// Whether the text has "%" and two hexadecimal digits at the position.
-bool HasEscapeAt(std::string_view text, std::size_t i) {
-    return text[i] == '%' && i + 2 < text.size() && HexadecimalValue(text[i + 1]) >= 0 &&
-           HexadecimalValue(text[i + 2]) >= 0;
+/// The byte that "%" and two hexadecimal digits at the position say.
+std::optional<char> EscapeAt(std::string_view text, std::size_t i) {
+    return text[i] == '%' && i + 2 < text.size() ? ByteOfDigits(text.substr(i + 1, 2)) : std::nullopt;
 }
 
 std::string Unescaped(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (HasEscapeAt(text, i)) {
-            result.push_back(static_cast<char>(HexadecimalValue(text[i + 1]) * 16 + HexadecimalValue(text[i + 2])));
-            i += 2;
-        } else {
-            result.push_back(text[i]);
-        }
+        const std::optional<char> byte = EscapeAt(text, i);
+        result.push_back(byte.value_or(text[i]));
+        if (byte) i += 2;
     }
     return result;
 }
@@ -44,20 +33,17 @@ std::string Unescaped(std::string_view text) {
 /// Escapes what would not come back from a line: control characters, blanks at the ends, and the characters named.
 /// @param anywhere characters escaped wherever they stand @param atStart those escaped as the first character
 std::string Escaped(std::string_view text, std::string_view anywhere, std::string_view atStart) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         const auto code = static_cast<unsigned char>(c);
         const bool isAtEnd = i == 0 || i + 1 == text.size();
-        const bool isEscaped = code < 0x20 || code == 0x7F || (c == ' ' && isAtEnd) || HasEscapeAt(text, i) ||
+        const bool isEscaped = code < 0x20 || code == 0x7F || (c == ' ' && isAtEnd) || EscapeAt(text, i) ||
                                Contains(anywhere, text.substr(i, 1)) ||
                                (i == 0 && Contains(atStart, text.substr(i, 1)));
         if (isEscaped) {
-            result.push_back('%');
-            result.push_back(digits[code / 16]);
-            result.push_back(digits[code % 16]);
+            Append(result, "%", DigitsOfByte(c));
         } else {
             result.push_back(c);
         }
@@ -144,11 +130,7 @@ Tree ReadTree(std::string_view text) {
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     Tree tree;
     Key *key = nullptr;
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        AddLine(tree, key, text.substr(0, end));
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    }
+    for (const std::string &line : Split(text, "\n")) AddLine(tree, key, line);
     return tree;
 }
 

@@ -2,6 +2,7 @@
 #include "platform/runtime/Text.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace pixmora {
 
@@ -97,6 +98,19 @@ std::string RepeatString(std::string_view text, int count) {
     result.reserve(text.size() * static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) result.append(text);
     return result;
+}
+
+std::optional<char> ByteOfDigits(std::string_view digits) {
+    unsigned char byte = 0;
+    const char *const end = digits.data() + digits.size();
+    const bool isByte = digits.size() <= 2 && std::from_chars(digits.data(), end, byte, 16).ptr == end;
+    return isByte && !digits.empty() ? std::optional(static_cast<char>(byte)) : std::nullopt;
+}
+
+std::string DigitsOfByte(char byte) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto code = static_cast<unsigned char>(byte);
+    return {digits[code / 16], digits[code % 16]};
 }
 
 }  // namespace pixmora

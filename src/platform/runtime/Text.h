@@ -3,6 +3,7 @@
 #pragma once
 
 #include <concepts>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -74,6 +75,11 @@ std::string CutAtNul(std::string_view text);
 
 /// `count` times the text; none for 0 and below.
 std::string RepeatString(std::string_view text, int count);
+
+/// The byte that one or two hexadecimal digits say; none for any other text.
+std::optional<char> ByteOfDigits(std::string_view digits);
+/// A byte as two hexadecimal digits: "0A".
+std::string DigitsOfByte(char byte);
 
 /// Wildcard match of the run time's Like, binary compare: `*` any run, `?` one character, `#` one digit, `[a-z]` and
 /// `[!a-z]` character lists. Takes time in proportion to text times pattern at the worst.
