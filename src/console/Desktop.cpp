@@ -93,30 +93,22 @@ Desktop::~Desktop() {
 }
 
 ActionHands Desktop::MakeHands() {
-    ActionHands hands;
-    hands.StartWebsite = [this] {
-        StartWebsite();
+    return {
+        .StartWebsite = [this] { StartWebsite(); },
+        .ShowFigures =
+            [this] {
+                if (main_) main_->ShowFigures();
+            },
+        .ToggleMainWindow = [this] { ToggleMainWindow(); },
+        .ShowSetupForm = [this](const SetupOpening &opening) { forms_.ShowSetup(opening); },
+        .CopyText = CopyText,
+        .ShowQrCode = [this](const std::string &text) { frmQrCode(text).Run(MainWindowIfUp()); },
+        .OpenFolder =
+            [this](const std::string &path) {
+                Open(FromQt(QUrl::fromLocalFile(ToQt(SystemPath(path))).toString(QUrl::FullyEncoded)));
+            },
+        .EndProgram = [this] { shell_.EndProgram(); },
     };
-    hands.ShowFigures = [this] {
-        if (main_) main_->ShowFigures();
-    };
-    hands.ToggleMainWindow = [this] {
-        ToggleMainWindow();
-    };
-    hands.ShowSetupForm = [this](const SetupOpening &opening) {
-        forms_.ShowSetup(opening);
-    };
-    hands.CopyText = CopyText;
-    hands.ShowQrCode = [this](const std::string &text) {
-        frmQrCode(text).Run(MainWindowIfUp());
-    };
-    hands.OpenFolder = [this](const std::string &path) {
-        Open(FromQt(QUrl::fromLocalFile(ToQt(SystemPath(path))).toString(QUrl::FullyEncoded)));
-    };
-    hands.EndProgram = [this] {
-        shell_.EndProgram();
-    };
-    return hands;
 }
 
 QWidget *Desktop::MainWindowIfUp() const {
@@ -176,17 +168,13 @@ void Desktop::StartWebsite() {
 
 void Desktop::ShowMainWindow() {
     if (!main_) {
-        MainWindowHands hands;
-        hands.HasTray = shell_.HasTray;
-        hands.Unloaded = [this] {
-            HandleUnloaded();
-        };
-        hands.ShowTrayMenu = [this](const QRect &button) {
+        const auto showTrayMenu = [this](const QRect &button) {
             const auto menu = MakeTrayMenu();
             menu->ShowMenu(MenuPlaceAt(button, {menu->GetWidth(), menu->GetHeight()},
                                        ScreenAt(button.center()).availableGeometry()));
         };
-        main_ = std::make_unique<frmMain>(actions_, std::move(hands));
+        main_ = std::make_unique<frmMain>(actions_,
+                                          MainWindowHands{shell_.HasTray, [this] { HandleUnloaded(); }, showTrayMenu});
     }
     main_->Load();
 }
@@ -249,14 +237,10 @@ bool Desktop::ShowUnhandledError(const RunTimeError &error) {
 
 void Desktop::ShutDown() {
     tray_.IgnoreTrayEvents = true;
-    ShutDownHooks hooks;
-    hooks.RemoveTrayIcon = [this] {
-        tray_.TrayDelete();
-    };
-    hooks.UnloadForms = [] {
+    const auto unloadForms = [] {
         for (QWidget *form : QApplication::topLevelWidgets()) form->hide();
     };
-    ShutDownProgram(hooks);
+    ShutDownProgram({.RemoveTrayIcon = [this] { tray_.TrayDelete(); }, .UnloadForms = unloadForms});
 }
 
 }  // namespace pixmora

@@ -37,12 +37,10 @@ void SetBold(QWidget &widget, bool isBold) {
 }  // namespace
 
 SetupSurroundings DesktopSurroundings() {
-    SetupSurroundings surroundings;
-    surroundings.IsConnectedToInternet = IsConnectedToInternet;
-    surroundings.Webcam = DesktopWebcamHands;
-    surroundings.Program = FromQt(QCoreApplication::applicationFilePath());
-    surroundings.ProposedPort = ProposedPort();
-    return surroundings;
+    return {.IsConnectedToInternet = IsConnectedToInternet,
+            .Webcam = DesktopWebcamHands,
+            .Program = FromQt(QCoreApplication::applicationFilePath()),
+            .ProposedPort = ProposedPort()};
 }
 
 frmSetup::frmSetup(const SetupOpening &opening, SetupSurroundings surroundings)
@@ -208,26 +206,21 @@ void frmSetup::FocusFirstField() {
 }
 
 void frmSetup::ClickFinish() {
-    SetupHands hands;
-    hands.CountAlbums = [this] {
-        return CountAlbums();
-    };
-    hands.IsRunOnStartTicked = [this] {
-        return ControlText(*general_->chkRunOnStart) == "1";
-    };
-    hands.TickRunOnStart = [this] {
-        SetControlText(*general_->chkRunOnStart, "1");
-    };
-    hands.RunFirewallCheck = [this] {
+    const auto runFirewallCheck = [this] {
         GoTo(SetupTab::FirewallCheck);
         return CheckFirewall();
     };
-    hands.CreateAlbum = [this] {
+    const auto createAlbum = [this] {
         GoTo(SetupTab::Albums);
         CreateAlbum();
     };
-    hands.Fields = [this] {
-        return Fields();
+    const SetupHands hands{
+        .CountAlbums = [this] { return CountAlbums(); },
+        .IsRunOnStartTicked = [this] { return ControlText(*general_->chkRunOnStart) == "1"; },
+        .TickRunOnStart = [this] { SetControlText(*general_->chkRunOnStart, "1"); },
+        .RunFirewallCheck = runFirewallCheck,
+        .CreateAlbum = createAlbum,
+        .Fields = [this] { return Fields(); },
     };
     cmdOK->setEnabled(false);  // its questions and its check let other clicks through
     const bool isFinished = FinishSetup(hands, surroundings_.Program);

@@ -10,20 +10,7 @@
 namespace pixmora {
 
 PortCheckHands frmSetup::MakeCheckHands() {
-    PortCheckHands hands;
-    hands.ListenPort = [this] {
-        return ControlText(*port_->cboListenPort);
-    };
-    hands.SetListenPort = [this](const std::string &port) {
-        SetControlText(*port_->cboListenPort, port);
-    };
-    hands.PrivateIP = [this] {
-        return privateIP_;
-    };
-    hands.SetPublicIP = [this](const std::string &address) {
-        firewall_->lblPublicIP->setText(ToQt(address));
-    };
-    hands.SetBusy = [this](bool isBusy) {
+    const auto setBusy = [this](bool isBusy) {
         isCheckRunning_ = isBusy;
         // The two share their sockets.
         firewall_->cmdCheckFirewall->setEnabled(!isBusy);
@@ -34,14 +21,16 @@ PortCheckHands frmSetup::MakeCheckHands() {
             unsetCursor();
         }
     };
-    hands.IsConnectedToInternet = surroundings_.IsConnectedToInternet;
-    hands.GetWebPage = [](const std::string &url) {
-        return GetWebPage(url);
+    return {
+        .ListenPort = [this] { return ControlText(*port_->cboListenPort); },
+        .SetListenPort = [this](const std::string &port) { SetControlText(*port_->cboListenPort, port); },
+        .PrivateIP = [this] { return privateIP_; },
+        .SetPublicIP = [this](const std::string &address) { firewall_->lblPublicIP->setText(ToQt(address)); },
+        .SetBusy = setBusy,
+        .IsConnectedToInternet = surroundings_.IsConnectedToInternet,
+        .GetWebPage = GetWebPage,
+        .ServiceBase = [this] { return CleanServiceBase(ControlText(*online_->txtServiceBase)); },
     };
-    hands.ServiceBase = [this] {
-        return CleanServiceBase(ControlText(*online_->txtServiceBase));
-    };
-    return hands;
 }
 
 void frmSetup::ConnectNetwork() {

@@ -26,20 +26,19 @@ constexpr int previewMs = 500;
 }  // namespace
 
 WebcamHands DesktopWebcamHands() {
-    WebcamHands hands;
-    hands.GetDriverDescription = GetDriverDescription;
-    hands.OpenWebcam = OpenWebcam;
-    hands.CloseWebcam = CloseWebcam;
-    hands.GetDriverDialogs = []() -> std::optional<WebcamHands::Dialogs> {
+    const auto driverDialogs = []() -> std::optional<WebcamHands::Dialogs> {
         CaptureDriverCaps caps;
         if (!GetDriverCaps(caps)) return std::nullopt;
         return WebcamHands::Dialogs{caps.fHasDlgVideoSource, caps.fHasDlgVideoFormat};
     };
-    hands.TestCapture = [] {
-        return SaveCaptureFile("", true);
+    return {
+        .GetDriverDescription = GetDriverDescription,
+        .OpenWebcam = OpenWebcam,
+        .CloseWebcam = CloseWebcam,
+        .GetDriverDialogs = driverDialogs,
+        .TestCapture = [] { return SaveCaptureFile("", true); },
+        .TakePreview = TakePreview,
     };
-    hands.TakePreview = TakePreview;
-    return hands;
 }
 
 frmSetupWebcam::frmSetupWebcam(QWidget *parent, WebcamHands hands)
