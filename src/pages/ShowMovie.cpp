@@ -49,6 +49,12 @@ Delivery WholeMovie(std::int64_t size) {
             Concat(WriteResponseHead("application/octet-stream", false), "Content-Length: ", size, CrLf, CrLf)};
 }
 
+/// Whether a player goes on elsewhere in a movie that it has begun: no download of its own, however long it is watched.
+bool IsLaterPart(std::string_view request) {
+    const std::string range = HeaderValue(request, "Range").value_or("");
+    return gMoreTypes && range.starts_with("bytes=") && !range.starts_with("bytes=0-");
+}
+
 /// For players that seek.
 Delivery MovieForPlayers(std::string_view path, std::int64_t size, std::string_view request) {
     const std::string_view type = MovieContentType(path);
@@ -76,7 +82,8 @@ void clsWebServerCommands::genShowMovie(const Connection &socket, const Argument
     const AlbumPointer album = AlbumByNumber(address->Album);
     const std::string path = VisitorFilePath(album->Directory, address->LinkPath);
     if (path.empty()) throw RunTimeError(ErrorNumber::FileNotFound);
-    if (address->Mode == "full" && AddDownloadCookie(socket->RemoteHostIP, address->Album, path))
+    if (address->Mode == "full" && !IsLaterPart(socket->Request) &&
+        AddDownloadCookie(socket->RemoteHostIP, address->Album, path))
         CountFileVisit(album->Name, PathInAlbum(*album, path));
     const std::int64_t size = FileLength(path);
     std::shared_ptr<BinaryFile> file = BinaryFile::OpenForRead(path);

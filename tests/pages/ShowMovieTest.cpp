@@ -40,6 +40,9 @@ TEST_F(ShowMovieTest, SendsPlayersThePartThatTheyAskForWithItsType) {
               std::string::npos);
     EXPECT_EQ(Body(part), movie.substr(4000));
     EXPECT_EQ(Body(ask("full", "1-3000")), movie.substr(1, 3000));
+    EXPECT_EQ(Column("PopularFiles", "FileCount"), "") << "a part behind the start is no download";
+    ask("full", "0-");
+    EXPECT_EQ(Column("PopularFiles", "FileCount"), "1");
     const std::string beyond = ask("preview", "5000-");
     EXPECT_TRUE(beyond.starts_with("HTTP/1.0 416 Range Not Satisfiable\r\n"));
     EXPECT_TRUE(beyond.ends_with(lines + "Content-Range: bytes */5000\r\nContent-Length: 0\r\n\r\n"));
