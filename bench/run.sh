@@ -9,4 +9,4 @@ cd "$(dirname "$0")/.."
 scripts/install-packages build run bench
 cmake --preset bench >/dev/null
 cmake --build --preset bench --target pixmorad pixmoractl bench_platform bench_site bench_store bare_walk
-python3 bench/whole/measure.py build/bench/bin docs/performance.md "${photos[@]}"
+/usr/bin/python3 bench/whole/measure.py build/bench/bin docs/performance.md "${photos[@]}"

@@ -110,6 +110,10 @@ std::size_t Encode(Pixels &pixels, int quality) {
 
 }  // namespace
 
+std::size_t BareDecode(const std::string &path, WantedPicture wanted) {
+    return Decode(path, static_cast<unsigned>(wanted.Width)).Samples.size();
+}
+
 std::size_t BareJpeg(const std::string &path, WantedPicture wanted) {
     Pixels pixels = Decode(path, static_cast<unsigned>(wanted.Width));
     return Encode(pixels, wanted.Quality);

@@ -17,6 +17,10 @@ struct WantedPicture {
 /// @throws std::runtime_error
 std::size_t BareJpeg(const std::string &path, WantedPicture wanted);
 
+/// Its first half alone. @return bytes of the pixels
+/// @throws std::runtime_error
+std::size_t BareDecode(const std::string &path, WantedPicture wanted);
+
 /// libvips: vips_thumbnail, optimised tables, its cache off, one thread. @return bytes of the JPEG
 /// @throws std::runtime_error
 std::size_t VipsThumbnail(const std::string &path, WantedPicture wanted);

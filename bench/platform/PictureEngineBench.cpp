@@ -58,7 +58,9 @@ void RegisterPicture(const std::filesystem::path &file) {
         const WantedPicture wanted = mode.Wanted;
         Register(name + "ours", [path, wanted] { return ConvertByEngine(engine, path, wanted); });
         Register(name + "libvips", [path, wanted] { return VipsThumbnail(path, wanted); });
-        if (file.extension() == ".jpg") Register(name + "bare", [path, wanted] { return BareJpeg(path, wanted); });
+        if (file.extension() != ".jpg") continue;
+        Register(name + "bare", [path, wanted] { return BareJpeg(path, wanted); });
+        Register(name + "bare decode", [path, wanted] { return BareDecode(path, wanted); });
     }
 }
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Measures everything and writes one page: measure.py PROGRAMS PAGE [--photos FOLDER] [--only PART ...]
 
-PROGRAMS is the folder of the built programs, PAGE the Markdown file. Parts: pictures, pages, movies, scale, start,
-statistics, memory, functions. Exit status 1 when a wanted figure was not met.
+PROGRAMS is the folder of the built programs, PAGE the Markdown file. Parts: pictures, browser, pages, movies, scale,
+start, statistics, memory, functions. Exit status 1 when a wanted figure was not met.
 """
 import argparse
 import os
@@ -14,6 +14,7 @@ import time
 TOP = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.path.append(os.path.join(TOP, "tests", "support"))
 
+import browser
 import memory
 import movies
 import pages
@@ -27,6 +28,7 @@ from report import Report
 def parts_of(page, programs, photographs, folder_of):
     return {
         "pictures": lambda: pictures.report(page, programs, folder_of("pictures"), photographs),
+        "browser": lambda: browser.report(page, programs, folder_of("browser"), photographs),
         "pages": lambda: pages.report(page, programs, folder_of("pages"), photographs),
         "movies": lambda: movies.report(page, programs, folder_of("movies")),
         "scale": lambda: scale.report(page, programs, folder_of("scale"), photographs),
