@@ -73,12 +73,13 @@ std::vector<unsigned char> ProfileOf(const heif_image_handle *handle) {
     return profile;
 }
 
-Image DecodeImage(const heif_image_handle *handle, bool hasAlpha) {
+/// Four bytes a pixel, also without transparency: scaling takes them as they are, where three would first become four.
+Image DecodeImage(const heif_image_handle *handle) {
     const Options options(heif_decoding_options_alloc());
     options->convert_hdr_to_8bit = 1;
     heif_image *image = nullptr;
-    const heif_chroma chroma = hasAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB;
-    const heif_error error = heif_decode_image(handle, &image, heif_colorspace_RGB, chroma, options.get());
+    const heif_error error =
+        heif_decode_image(handle, &image, heif_colorspace_RGB, heif_chroma_interleaved_RGBA, options.get());
     return Image(HasWorked(error) ? image : nullptr);
 }
 
@@ -114,7 +115,7 @@ bool Decode(const std::vector<unsigned char> &file, int wantedWidth, HeifPixels 
     const heif_image_handle *handle = small ? small.get() : open.Primary.get();
     pixels.HasAlpha = heif_image_handle_has_alpha_channel(handle) != 0;
     pixels.Profile = ProfileOf(open.Primary.get());
-    const std::shared_ptr<const heif_image> image = DecodeImage(handle, pixels.HasAlpha);
+    const std::shared_ptr<const heif_image> image = DecodeImage(handle);
     if (!image) return false;
     pixels.Owner = image;
     pixels.Samples = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &pixels.Stride);

@@ -46,7 +46,7 @@ Bytes ReadHeif(std::string_view path) {
 }
 
 QImage ImageOf(const HeifPixels &pixels) {
-    const auto format = pixels.HasAlpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888;
+    const auto format = pixels.HasAlpha ? QImage::Format_RGBA8888 : QImage::Format_RGBX8888;
     const auto release = [](void *owner) {
         delete static_cast<std::shared_ptr<const void> *>(owner);
     };
