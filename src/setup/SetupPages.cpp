@@ -99,6 +99,7 @@ LayoutPage::LayoutPage() {
     Add(Captioned("SContainerFileLayout", "Media File Layout", files, Help("lblHelpFileLayout")));
     Add(MakePictureBox());
     Add(MakeSortBox());
+    Add(MakeVisitorBox());
     auto *webcam = new QHBoxLayout;
     chkWebcam->setAccessibleDescription(QStringLiteral("Webcam"));
     cmdSetupWebCam->setAccessibleDescription(QStringLiteral("Sets up the webcam"));
@@ -134,6 +135,15 @@ SContainer *LayoutPage::MakeSortBox() {
     columns->addLayout(orders);
     columns->addStretch();
     return Captioned("SContainerSorting", "Directory Sorting", columns, Help("lblHelpDirectorySorting"));
+}
+
+SContainer *LayoutPage::MakeVisitorBox() {
+    auto *cache = new QGridLayout;
+    AddRow(*cache, "Minutes that browsers keep pictures:", cboBrowserCache);
+    cache->setColumnStretch(2, 1);
+    auto *rows = Rows({chkMoreTypes, chkShowPlaces});
+    rows->addLayout(cache);
+    return Captioned("SContainerVisitors", "Pictures and Visitors", rows, Help("lblHelpVisitors"));
 }
 
 AccessPage::AccessPage() {

@@ -82,6 +82,9 @@ struct LayoutPage : PageFrame {
     QLabel *lblThumbQuality = FormParts::Label("lblThumbQuality");
     QLabel *lblPreviewQuality = FormParts::Label("lblPreviewQuality");
     QLabel *lblSlideshowQuality = FormParts::Label("lblSlideshowQuality");
+    QCheckBox *chkMoreTypes = FormParts::CheckBox("chkMoreTypes", "Show what today's phones and cameras make, too");
+    QCheckBox *chkShowPlaces = FormParts::CheckBox("chkShowPlaces", "Link photographs to a map of their place");
+    QComboBox *cboBrowserCache = FormParts::DropDown("cboBrowserCache", true);
     QButtonGroup *optDirSortMethod = new QButtonGroup(this);
     SkinButton *cmdSetDirOrder = FormParts::Button("cmdSetDirOrder", "Set...");
     QButtonGroup *optDirSortOrder = new QButtonGroup(this);
@@ -91,6 +94,7 @@ struct LayoutPage : PageFrame {
 private:
     SContainer *MakePictureBox();
     SContainer *MakeSortBox();
+    SContainer *MakeVisitorBox();
 };
 
 struct OnlinePage : PageFrame {

@@ -25,6 +25,7 @@ void frmSetup::ConnectLayout() {
     connect(layout_->cboFilesPerRow, &QComboBox::currentTextChanged, this,
             [this] { RunEventHandler([this] { ChooseFilesPerRow(); }); });
     ChooseFilesPerRow();
+    layout_->cboBrowserCache->addItems({QLatin1String(CacheOff), "10", "60", "240", "1440"});
     for (QSlider *slider : {layout_->sldImageSize, layout_->sldImageQuality}) {
         connect(slider, &QSlider::valueChanged, this, [this] { ShowFigures(); });
     }

@@ -131,6 +131,21 @@ TEST_F(SetupDialog, APublicAddressThatIsNoneIsNotStored) {
     EXPECT_EQ(Stored("PublicAddress"), "photos.example:8080");
 }
 
+TEST_F(SetupDialog, WhatIsOffLeavesNoSetting) {
+    fields.MoreTypes = fields.ShowPlaces = "1";
+    fields.BrowserCache = " 90 ";
+    SaveSetupFields(fields, "/p");
+    EXPECT_EQ(Stored("MoreTypes") + Stored("ShowPlaces") + Stored("BrowserCache"), "1190");
+    EXPECT_EQ(LoadSetupFields().BrowserCache, "90");
+    for (const char *off : {CacheOff, "0", "", "-5", "soon"}) {
+        fields.BrowserCache = off;
+        fields.MoreTypes = fields.ShowPlaces = "0";
+        SaveSetupFields(fields, "/p");
+        EXPECT_EQ(Stored("MoreTypes") + Stored("ShowPlaces") + Stored("BrowserCache"), "(none)(none)(none)") << off;
+        EXPECT_EQ(LoadSetupFields().BrowserCache, CacheOff);
+    }
+}
+
 TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
     Owner.ExpectMessage(
         "You haven't configured your website yet!\r\n\r\nCancelling Setup is not recommended.\r\n\r\nAre you sure you "

@@ -140,7 +140,7 @@ TEST_F(SetupForm, CancelAsksOnlyAfterAChange) {
         EXPECT_FALSE(form->isVisible());
     }
     for (const char *control :
-         {"txtAuthor", "sldImageSize", "chkListOnline", "chkPortMapping", "cboListenPort", "txtWelcome"}) {
+         {"txtAuthor", "sldImageSize", "chkListOnline", "chkPortMapping", "cboListenPort", "cboBrowserCache"}) {
         const auto form = Open();
         Enter(*form, control, "1");
         Owner.ExpectMessage(discardQuestion, CriticalQuestion, AnswerNo);

@@ -58,6 +58,11 @@ constexpr HelpText helpTexts[] = {
     {"lblHelpThumbnails", "Thumbnail Size",
      "When visitors click an album on your site, its pictures will be listed as a set of thumbnails. Decide how big "
      "you want these thumbnails to be."},
+    {"lblHelpVisitors", "Pictures and Visitors",
+     "Check the first box to show .jpeg, .png, .webp, .heic, .heif and .avif pictures and .mp4, .m4v, .webm and .mkv "
+     "movies as well. Check the second box to lead visitors from a photograph to a map of the place where it was "
+     "taken.\r\n\r\nIf browsers keep pictures, a visitor who goes back to a page doesn't wait for them again. What you "
+     "change is then seen when the minutes have gone by. To have nothing kept, choose Off."},
     {"lblHelpWebcam", "Webcam",
      "If you have a webcam, you can have it capture images on an interval and display them on the front page of your "
      "site. Click Enable and configure your camera on the following form."},

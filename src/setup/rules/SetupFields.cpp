@@ -40,6 +40,10 @@ void SaveOrRemove(const char *key, const std::string &value) {
     value.empty() ? DeleteSetting("Setup", key) : Save(key, value);
 }
 
+void SaveFlag(const char *key, const std::string &value) {
+    SaveOrRemove(key, value == "1" ? value : std::string());
+}
+
 void SavePublicAddress(const std::string &address) {
     if (!address.empty() && WebAddressFrom(address, 80).empty()) {
         ShowMessageBox("Invalid Public Address! Enter a host, host:port or web address. Reverting to original value...",
@@ -77,10 +81,14 @@ SetupFields LoadSetupFields(const std::string &proposedPort) {
                        .ServiceBase = stored("ServiceBase", ""),
                        .AccountName = stored("AccountName", ""),
                        .PortMapping = stored("PortMapping", "0"),
+                       .MoreTypes = stored("MoreTypes", "0"),
+                       .ShowPlaces = stored("ShowPlaces", "0"),
+                       .BrowserCache = stored("BrowserCache", ""),
                        .PublicAddress = stored("PublicAddress", ""),
                        .Description = ReadProgramFile("sitedesc.txt").value_or(""),
                        .Welcome = ReadProgramFile("welcome.txt").value_or(WelcomeAtStart)};
     if (!fields.FilesPerPage.empty() && Val(fields.FilesPerPage) == 0) fields.FilesPerPage = AllFiles;
+    if (Val(fields.BrowserCache) <= 0) fields.BrowserCache = CacheOff;
     return fields;
 }
 
@@ -104,7 +112,10 @@ void SaveSetupFields(const SetupFields &fields, const std::string &program) {
     Save("ListOnline", fields.ListOnline);
     SaveOrRemove("ServiceBase", CleanServiceBase(fields.ServiceBase));
     SaveOrRemove("AccountName", Trim(fields.AccountName));
-    SaveOrRemove("PortMapping", fields.PortMapping == "1" ? fields.PortMapping : std::string());
+    SaveFlag("PortMapping", fields.PortMapping);
+    SaveFlag("MoreTypes", fields.MoreTypes);
+    SaveFlag("ShowPlaces", fields.ShowPlaces);
+    SaveOrRemove("BrowserCache", Val(fields.BrowserCache) > 0 ? Trim(fields.BrowserCache) : std::string());
     SavePublicAddress(Trim(fields.PublicAddress));
 }
 

@@ -24,6 +24,9 @@ struct SetupFields {
     std::string ServiceBase;   ///< of the central service, as typed
     std::string AccountName;
     std::string PortMapping;    ///< "1" or "0"
+    std::string MoreTypes;      ///< "1" or "0"
+    std::string ShowPlaces;     ///< "1" or "0"
+    std::string BrowserCache;   ///< minutes, or "Off"
     std::string PublicAddress;  ///< what the site calls itself by: host, host:port or URL; empty for what it finds out
     std::string Description;    ///< plain text, lines ending in CR LF
     std::string Welcome;        ///< HTML, lines ending in CR LF
@@ -34,6 +37,9 @@ inline constexpr const char *WelcomeAtStart = "I hope you enjoy my collection of
 
 /// No limit, in the page box; stored as 0.
 inline constexpr const char *AllFiles = "All";
+
+/// Browsers keep nothing, in the box of minutes; stored as no setting.
+inline constexpr const char *CacheOff = "Off";
 
 /// The base address that a typed text comes to: without blanks around it and separators behind, "http://" in front of a
 /// mere host. Empty for none.
