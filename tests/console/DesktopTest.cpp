@@ -25,14 +25,6 @@ namespace pixmora::test {
 
 namespace {
 
-constexpr const char *welcome =
-    "Welcome to your first time using Pixmora! Digital Media Software!\n\nTo get your website up and running, there "
-    "are some things we have to setup and configure.\n\nPlease read everything carefully to expedite the setup "
-    "process.\n\nClick OK to continue!";
-constexpr const char *startNow =
-    "In order for your pictures and movies to appear online, you must start your website.\n\nWould you like to do that "
-    "now?\n\nIn the future you can do this yourself by clicking the 'Start Website' button on the main window.";
-
 class DesktopTest : public testing::Test {
 protected:
     DesktopTest() {
@@ -138,7 +130,9 @@ TEST_F(DesktopTest, StartLeavesOnlyTheIconServesDuringADialogAndEndsWhenToldTo) 
     AddAlbum();
     ClickSplash();
     CloseStartWindow();
+    SaveSetting("Records", "InstallTime", "2004030112");
     EXPECT_TRUE(Program->Main("start"));
+    EXPECT_EQ(GetSetting("Records", "InstallTime"), "2004030112");
     EXPECT_TRUE(gWebsiteStarted);
     EXPECT_EQ(ShownWindow("frmMain"), nullptr);
     EXPECT_FALSE(Program->IsMainWindowShown());
@@ -186,8 +180,18 @@ TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
         MakeDesktop();
         Done.clear();
         ClickSplash();
-        Hands.WhenAsked(welcome, "imgOk");
-        if (makesAlbum) Hands.WhenAsked(startNow, "imgNo");
+        Hands.WhenAsked(
+            "Welcome to your first time using Pixmora! Digital Media Software!\n\nTo get your website up and running, "
+            "there are some things we have to setup and configure.\n\nPlease read everything carefully to expedite the "
+            "setup process.\n\nClick OK to continue!",
+            "imgOk");
+        if (makesAlbum)
+            Hands.WhenAsked(
+                "In order for your pictures and movies to appear online, you must start your website.\n\nWould you "
+                "like "
+                "to do that now?\n\nIn the future you can do this yourself by clicking the 'Start Website' button on "
+                "the main window.",
+                "imgNo");
         EXPECT_TRUE(Program->Main(""));
         EXPECT_EQ(Done, "splash|setup|");
         EXPECT_EQ(TextOf(*ShownWindow("frmMain"), "lblStatAlbums"), makesAlbum ? "1" : "0");

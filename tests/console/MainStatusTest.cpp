@@ -41,8 +41,6 @@ TEST_F(MainStatusTest, AddsTheSessionToTheTotals) {
     gDownloadsTotal = 3;
     gBandwidthTotal = 1;
     EXPECT_EQ(text(ReadStoredFigures().Total), "0d 23h, 1000, 20, 3, 1.00 KB");
-    EXPECT_EQ(text(ReadStoredFigures().Session), "0h 0m, 0, 0, 0, 0 bytes");
-
     gOnlineTimer->StartTimer();
     gVisitorsActive = 2;
     gConnectionsSession = 5;

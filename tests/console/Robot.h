@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QTest>
 #include <QTimer>
+#include <QTreeWidget>
 #include <QWidget>
 #include <deque>
 #include <functional>
@@ -31,9 +32,27 @@ Control &Find(const QWidget &form, const char *name) {
     return *control;
 }
 
-/// Presses and releases the pointer in the middle of the control.
+/// Presses and releases the pointer in the middle of the control, which must be able to take it.
 inline void Click(const QWidget &form, const char *name) {
-    QTest::mouseClick(&Find(form, name), Qt::LeftButton);
+    QWidget &control = Find(form, name);
+    ASSERT_TRUE(control.isEnabled()) << name;
+    // Boxes and options take a click on their mark and words only.
+    const auto *button = qobject_cast<const QAbstractButton *>(&control);
+    const bool hasMark = button != nullptr && button->isCheckable();
+    QTest::mouseClick(&control, Qt::LeftButton, {}, hasMark ? QPoint(8, control.height() / 2) : QPoint());
+}
+
+/// The rows of a list with a "|" behind each column that shows.
+inline std::string RowsOf(const QWidget &form, const char *name) {
+    std::string rows;
+    const auto &list = Find<QTreeWidget>(form, name);
+    for (int row = 0; row < list.topLevelItemCount(); ++row) {
+        for (int column = 0; column < list.columnCount(); ++column) {
+            if (!list.isColumnHidden(column)) rows += list.topLevelItem(row)->text(column).toStdString() + "|";
+        }
+        rows += "\n";
+    }
+    return rows;
 }
 
 /// What a label or button reads.

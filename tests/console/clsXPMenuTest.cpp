@@ -69,13 +69,8 @@ TEST_F(clsXPMenuTest, RowsAndWidthFollowTheItems) {
                                   {menu->GetHeight() + 5, 0},
                                   {-1, 0}})
         EXPECT_EQ(menu->GetHilightedItem(y), item) << y;
-    for (int item = 1; item <= 5; ++item) EXPECT_EQ(menu->IsTextItem(item), item == 1 || item == 3) << item;
-    EXPECT_EQ(menu->GetItemText(3), "Second & third");
-    EXPECT_EQ(menu->GetItemText(5), "");
     const auto wider = Show({{"Second & third", {}, {}}, {"A much longer item than that one", {}, {}}});
     EXPECT_GT(wider->GetWidth(), menu->GetWidth());
-    WindowOf(*wider)->findChildren<QPushButton *>()[1]->click();  // as assistive technology does
-    EXPECT_EQ(Clicked(), "Menu:A much longer item than that one ");
 }
 
 TEST_F(clsXPMenuTest, OnlyAClickOnACommandClosesAllMenusAndReachesTheHandler) {
@@ -103,14 +98,11 @@ TEST_F(clsXPMenuTest, ThePointerOpensAndClosesSubmenus) {
     EXPECT_FALSE(menu->PopupShown());
     EXPECT_EQ(menu->GetHilightNum(), 1);
     EXPECT_EQ(OpenMenus(), 1);
-}
-
-TEST_F(clsXPMenuTest, ASubmenuOpensOnTheLeftWhereTheScreenEnds) {
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
-    const auto menu = Show(commands, {screen.right() - 150, 100});
-    menu->setHilightedItem(4);
-    ASSERT_TRUE(menu->PopupShown());
-    EXPECT_LT(WindowOf(*menu->OpenSubMenu())->geometry().right(), WindowOf(*menu)->geometry().right() - 100);
+    const auto atTheEdge = Show(commands, {screen.right() - 150, 100});
+    atTheEdge->setHilightedItem(4);
+    ASSERT_TRUE(atTheEdge->PopupShown());
+    EXPECT_LT(WindowOf(*atTheEdge->OpenSubMenu())->geometry().right(), WindowOf(*atTheEdge)->geometry().right() - 100);
 }
 
 TEST_F(clsXPMenuTest, KeysWalkTheItemsAndTheSubmenus) {
@@ -130,7 +122,10 @@ TEST_F(clsXPMenuTest, KeysWalkTheItemsAndTheSubmenus) {
     Press(*again, {Qt::Key_Down, Qt::Key_Space});
     EXPECT_EQ(Clicked(), "Menu:First ");
     const auto last = Show();
-    Press(*last, {Qt::Key_End, Qt::Key_Escape});
+    Press(*last, {Qt::Key_End, Qt::Key_Right, Qt::Key_Escape});
+    EXPECT_FALSE(last->PopupShown());
+    EXPECT_EQ(OpenMenus(), 1) << "Escape in a submenu closes it alone";
+    Press(*last, {Qt::Key_Right, Qt::Key_Left, Qt::Key_End, Qt::Key_Escape});
     EXPECT_EQ(OpenMenus(), 0) << "Escape in a menu whose submenu is open closes both";
     EXPECT_EQ(Clicked(), "");
 }
@@ -170,7 +165,8 @@ TEST_F(clsXPMenuTest, IsAmongTheWindowsOfAssistiveTechnology) {
     ASSERT_GE(index, 0);
     EXPECT_EQ(program->child(index), window);
     EXPECT_LT(index, program->childCount());
-    menu->UnloadMenu();
+    WindowOf(*menu)->findChildren<QPushButton *>()[1]->click();  // as assistive technology does
+    EXPECT_EQ(Clicked(), "Menu:Second & third ");
     EXPECT_EQ(program->indexOfChild(window), -1);
 }
 
@@ -189,17 +185,15 @@ TEST_F(clsXPMenuTest, EndsWithTheNextMenuAPressOutsideOrTheFocusGoneElsewhere) {
     third->setHilightedItem(4);
     other.show();
     other.activateWindow();
-    EXPECT_TRUE(TurnUntil([] { return OpenMenus() == 0; }, std::chrono::milliseconds(2000)));
+    EXPECT_TRUE(TurnUntil([] { return OpenMenus() == 0; }));
 }
 
 TEST(TrayMenuPlace, StaysClearOfTheTaskBarAndOnTheScreen) {
     const QRect screen(0, 0, 1000, 800);
     const QSize menu(200, 150);
     const QRect barBelow(0, 0, 1000, 770);
-    EXPECT_EQ(TrayMenuPlace({500, 780}, menu, screen, barBelow), QPoint(500, 620));
     EXPECT_EQ(TrayMenuPlace({990, 780}, menu, screen, barBelow), QPoint(790, 620)) << "past the right edge";
-    const QRect barAbove(0, 30, 1000, 770);
-    EXPECT_EQ(TrayMenuPlace({500, 10}, menu, screen, barAbove), QPoint(500, 30));
+    EXPECT_EQ(TrayMenuPlace({500, 10}, menu, screen, {0, 30, 1000, 770}), QPoint(500, 30)) << "a bar above";
     EXPECT_EQ(TrayMenuPlace({500, 400}, menu, screen, barBelow), QPoint(500, 250)) << "no bar known";
     EXPECT_EQ(TrayMenuPlace({500, 100}, menu, screen, barBelow), QPoint(500, 100)) << "no room above the pointer";
 }

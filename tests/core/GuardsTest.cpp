@@ -33,35 +33,17 @@ protected:
 };
 
 TEST_F(Guards, SettingsAreReadAsNumbersWhateverTheySay) {
-    const struct {
-        const char *text;
-        int connections;
-        int idle;
-    } cases[] = {{"7", 7, 7000},          {"0", 0, 0}, {"-3", 0, 0},
-                 {"many", 0, 0},          {"", 0, 0},  {" 12 guests", 12, 12000},
-                 {"1e300", 256, 86400000}};
-    for (const auto &row : cases) {
-        SCOPED_TRACE(row.text);
-        SaveSetting("Setup", "MaxConnections", row.text);
-        SaveSetting("Setup", "IdleTimeout", row.text);
-        LoadListenSettings();
-        EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), row.connections);
-        EXPECT_EQ(gSystray->IdleTimeout, row.idle);
-    }
-    DeleteSetting("Setup", "MaxConnections");
-    DeleteSetting("Setup", "IdleTimeout");
     LoadListenSettings();
     EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), 200);
     EXPECT_EQ(gSystray->IdleTimeout, 60000);
-}
-
-TEST_F(Guards, WithoutThemSilenceIsBorne) {
-    StartWith({{"IdleTimeout", "0"}});
-    Client silent(Port());
-    WaitForIndex(1);
-    EXPECT_FALSE(gSystray->tmrIdle.Enabled());
-    Pass(100);
-    EXPECT_TRUE(IsOpen(silent));
+    const std::tuple<const char *, int, int> cases[] = {
+        {"7", 7, 7000}, {"-3", 0, 0}, {"many", 0, 0}, {" 12 guests", 12, 12000}, {"1e300", 256, 86400000}};
+    for (const auto &[text, connections, idle] : cases) {
+        for (const char *key : {"MaxConnections", "IdleTimeout"}) SaveSetting("Setup", key, text);
+        LoadListenSettings();
+        EXPECT_EQ(gSystray->wnskListen->ConnectionLimit(), connections) << text;
+        EXPECT_EQ(gSystray->IdleTimeout, idle) << text;
+    }
 }
 
 TEST_F(Guards, ConnectionsWhosePeersDoNothingAreClosed) {
@@ -96,6 +78,12 @@ TEST_F(Guards, ConnectionsWhosePeersDoNothingAreClosed) {
     Pass(1);
     EXPECT_EQ(gSystray->wnskConnect.UBound(), 0);
     EXPECT_FALSE(gSystray->tmrIdle.Enabled()) << "nothing is open";
+    gSystray->IdleTimeout = 0;
+    Client borne(Port());
+    WaitForIndex(1);
+    EXPECT_FALSE(gSystray->tmrIdle.Enabled());
+    Pass(100);
+    EXPECT_TRUE(IsOpen(borne)) << "without the guard";
 }
 
 TEST_F(Guards, AVisitorWhosePictureWaitsItsTurnIsNotIdle) {

@@ -1,6 +1,7 @@
 // The website's start and stop, its visitors, logins and transfers, and the sweep.
 #include "core/Sweep.h"
 #include "platform/runtime/Text.h"
+#include "store/Popularity.h"
 #include "store/Schema.h"
 #include "store/Statistics.h"
 #include "support/FileSizeLimit.h"
@@ -13,28 +14,26 @@ namespace {
 
 using Website = RunningSite;
 
-TEST_F(Website, StartShowsItsStepsAndListensLast) {
+TEST_F(Website, StartShowsItsStepsAndReadsItsSettings) {
     AddAlbum("B");
     AddAlbum("A");
     const std::vector<std::string> wanted = {"Opening Ports...",    "Checking for News and Updates...",
                                              "Loading Settings...", "Loading Albums...",
                                              "Website Started!",    "Your Website is Live!"};
     EXPECT_EQ(Start(), wanted);
-    EXPECT_TRUE(gWebsiteStarted);
     EXPECT_EQ(gAlbums.at(0)->Name, "A");
-    EXPECT_EQ(GetSetting("AlbumIDs", "B"), "2");
-    EXPECT_EQ(GetSetting("Setup", "NextAlbumID"), "3");
+    EXPECT_EQ(GetSetting("AlbumIDs", "B") + GetSetting("Setup", "NextAlbumID"), "23");
     EXPECT_EQ(GetSetting("Website", "LastOnline"), "3/10/2004 12:00:00 PM");
-    EXPECT_EQ(gThumbSize, 150);
-    EXPECT_EQ(gPreviewSize, 375);
-    EXPECT_EQ(gThumbQuality, 50 * 4096);
-    EXPECT_EQ(gFilesPerPage, 12);
-    EXPECT_EQ(gFilesPerRow, 3);
+    const auto figures = [] {
+        return Concat(gThumbSize, " ", gSlideshowSize, " ", gPreviewSize, ", ", gThumbQuality / 4096, " ",
+                      gSlideshowQuality / 4096, " ", gPreviewQuality / 4096, ", ", gFilesPerPage, " ", gFilesPerRow);
+    };
+    EXPECT_EQ(figures(), "150 300 375, 50 60 70, 12 3");
     StopWebsite(true);
     SaveSetting("Setup", "ImageQuality", "5");
     SaveSetting("Setup", "Style", "Gone");
     Start();
-    EXPECT_EQ(gThumbQuality, 70 * 4096);
+    EXPECT_EQ(figures(), "150 300 375, 70 80 90, 12 3");
     EXPECT_FALSE(gStyleSheet.empty()) << "the style that there always is";
     EXPECT_EQ(Owner.FiguresRunning(), true);
 }
@@ -49,20 +48,32 @@ TEST_F(Website, StartWithoutAlbumsAsksForOneAndStops) {
     }
 }
 
-TEST_F(Website, StartIsCancelledAtItsThreePlacesAndNoLater) {
+TEST_F(Website, StartIsCancelledAtItsPlacesAndNoLater) {
     AddAlbum("A");
-    for (const char *text : {"Checking for News and Updates...", "Loading Settings..."}) {
+    PlayedService service;
+    SaveSetting("Setup", "ServiceBase", service.Base());
+    const std::pair<const char *, const char *> places[] = {
+        {"Checking for News and Updates...", "Checking for News and Updates..."},
+        {"Loading Settings...", "Loading Settings..."},
+        {"Loading Albums...", "Your Website is Live!"},
+    };
+    for (const auto &[place, last] : places) {
         RecordedStart view;
-        view.CancelAt = text;
+        view.CancelAt = place;
         RunStartSequence(view);
-        EXPECT_EQ(view.Texts.back(), "Pixmora! Stopped!") << text;
-        EXPECT_FALSE(gWebsiteStarted);
-        EXPECT_EQ(gSystray->wnskListen->State(), SocketState::Closed);
+        const bool isLive = view.Texts.back() == "Your Website is Live!";
+        EXPECT_EQ(isLive ? view.Texts.back() : view.Texts.at(view.Texts.size() - 2), last);
+        EXPECT_EQ(gWebsiteStarted, isLive);
+        EXPECT_EQ(gSystray->wnskListen->State() == SocketState::Closed, !isLive);
     }
+    StopWebsite(true);
     RecordedStart view;
-    view.CancelAt = "Loading Albums...";
+    service.OnRequest = [&view](Winsock &connection, const std::string &) {
+        view.CancelAt = "Checking for News and Updates...";  // while the answer is awaited
+        connection.Close();
+    };
     RunStartSequence(view);
-    EXPECT_TRUE(gWebsiteStarted);
+    EXPECT_EQ(view.Texts.at(view.Texts.size() - 2), "Checking for News and Updates...");
 }
 
 TEST_F(Website, StartListsTheSiteWithAServiceThatAnswersOnly) {
@@ -75,7 +86,7 @@ TEST_F(Website, StartListsTheSiteWithAServiceThatAnswersOnly) {
         service.Answer = answer;
         service.Requests.clear();
         EXPECT_EQ(Start().at(4), "Listing Online...");
-        TurnUntil([&] { return service.Requests.size() == 2; }, std::chrono::milliseconds(requests == 2 ? 2000 : 50));
+        TurnUntil([&] { return service.Requests.size() >= requests; });
         EXPECT_EQ(service.Requests.size(), requests) << answer;
         StopWebsite(true);
     }
@@ -130,14 +141,7 @@ TEST_F(Website, StartScansAlbumsAndTidiesTheTables) {
     Program.Write("albums/A/Private pics/three.jpg", "1");
     Program.Write("albums/A/private/four.jpg", "1");
     std::filesystem::create_directory_symlink(Program.Path("albums/A"), Program.Path("albums/A/sub/loop"));
-    const auto popular = gDatabase->OpenRecordset("PopularFiles", RecordsetType::Dynaset);
-    for (const char *path : {"\\one.JPG", "\\gone.jpg"}) {
-        popular->AddNew();
-        popular->Set("AlbumName", "A");
-        popular->Set("FilePath", path);
-        popular->Set("FileCount", std::int64_t{7});
-        popular->Update();
-    }
+    for (const char *path : {"\\one.JPG", "\\gone.jpg"}) CountFileVisit("A", path);
     Start();
     EXPECT_EQ(gAlbums.at(0)->PictureCount, 3);
     EXPECT_EQ(gAlbums.at(0)->PictureSize, 7);
@@ -162,15 +166,14 @@ TEST_F(Website, StopAsksWhileVisitorsAreThere) {
     AddAlbum("A");
     Start();
     Get("/");
-    EXPECT_EQ(gVisitorsActive, 1);
-    const std::string question =
-        "There are still people on your website! If you stop your website they won't be able to see your "
-        "files.\r\n\r\nAre you sure you want to stop?";
-    Owner.ExpectMessage(question, FlagYesNo, AnswerNo);
-    EXPECT_FALSE(StopWebsite(false));
-    EXPECT_TRUE(gWebsiteStarted);
-    Owner.ExpectMessage(question, FlagYesNo, AnswerYes);
-    EXPECT_TRUE(StopWebsite(false));
+    for (const int answer : {AnswerNo, AnswerYes}) {
+        Owner.ExpectMessage(
+            "There are still people on your website! If you stop your website they won't be able to see your "
+            "files.\r\n\r\nAre you sure you want to stop?",
+            FlagYesNo, answer);
+        EXPECT_EQ(StopWebsite(false), answer == AnswerYes);
+        EXPECT_EQ(gWebsiteStarted, answer == AnswerNo);
+    }
     EXPECT_EQ(GetSetting("Website", "LastOnline"), "0");
     EXPECT_FALSE(gDatabase->TableExists("MediaList1"));
 }
@@ -200,6 +203,8 @@ TEST_F(Website, AStopLeavesNothingOpenAndAStartBeginsAnew) {
     EXPECT_FALSE(gSystray->tmrConnections.Enabled());
     EXPECT_EQ(gSystray->wnskListen->State(), SocketState::Closed);
     EXPECT_EQ(gConnectionsTotal, 1) << "shown while the site is stopped";
+    EXPECT_EQ(gBandwidthTotal, ReadStatTotal(Stat::Bandwidth));
+    EXPECT_GT(gBandwidthTotal, 0);
 
     Start();
     EXPECT_EQ(gConnectionsSession + gVisitorsActive, 0);
@@ -253,38 +258,14 @@ TEST_F(Website, CountsVisitorsByAddressAndForgetsIdleOnes) {
     EXPECT_EQ(gConnectionsSession, 2);
     EXPECT_EQ(FirstValue("SELECT * FROM StatsTotal WHERE Stat=1", "TotalCount"), "2");
 
-    gVisitors[0].LastTime = GetTickCount() - 600000;
+    Clock.Advance(600000);
     SweepVisitors();
     EXPECT_EQ(gVisitorsActive, 2) << "exactly ten minutes is not yet idle";
-    gVisitors[0].LastTime -= 1;
+    Get("/ShowGraphic?movie.gif", "", "127.0.0.2");
+    Clock.Advance(1);
     SweepVisitors();
     EXPECT_EQ(gVisitorsActive, 1);
     EXPECT_EQ(gVisitors.at(0).IP, "127.0.0.2");
-}
-
-TEST_F(Website, LogsInWithTheRightWordsOnly) {
-    AddAlbum("A");
-    SaveUser({"Ann", "pass", "pass", false}, "");
-    Start();
-    const std::string login = Post("username=Ann&password=pass&args=1%26thumbs%261%26a%3Camp%3Eand%3Camp%3Eb");
-    const std::string head = Head("text/html") + "Set-Cookie: ms_username=Ann\r\nSet-Cookie: password=pass\r\n\r\n";
-    EXPECT_EQ(login.substr(0, head.size()), head);
-    EXPECT_NE(login.find("ShowAlbum?1&thumbs&1&a<amp>and<amp>b"), std::string::npos);
-
-    EXPECT_NE(Post("username=aNN&password=pass&args=1%26thumbs%261").find("Set-Cookie"), std::string::npos);
-    for (const char *password : {"wrong", "PASS"}) {
-        const std::string refused = Post(Concat("username=Ann&password=", password, "&args=1%26thumbs%261"));
-        EXPECT_EQ(refused.find("Set-Cookie"), std::string::npos);
-        EXPECT_NE(refused.find("Invalid username or password!"), std::string::npos);
-    }
-    for (const char *name : {"'", "x' or '1'='1", "Ann' --", "\"", "Ann'/*"}) {
-        EXPECT_EQ(Post(std::string("username=") + Replace(name, "=", "") + "&password=x&args=1%26thumbs%261"),
-                  "Bad Request")
-            << name;
-        EXPECT_EQ(Post(std::string("username=Ann&password=") + Replace(name, "=", "") + "&args=1%26thumbs%261"),
-                  "Bad Request")
-            << name;
-    }
 }
 
 TEST_F(Website, TakesALoginsBodyThatComesRightBehindItsHead) {
@@ -312,43 +293,6 @@ TEST_F(Website, TakesALoginsBodyThatComesRightBehindItsHead) {
     EXPECT_EQ(over.ReceiveAll(), "Bad Request") << "there is nothing more to come";
 }
 
-TEST_F(Website, ProtectsADirectoryWithAnApostrophe) {
-    AddAlbum("A");
-    Program.Write("albums/A/O'Brien/a.jpg", "1");
-    Program.Write("albums/A/O'Hara/a.jpg", "1");
-    SaveUser({"Ann", "pass", "pass", false}, "");
-    AddRight("A", "\\O'Brien", "Ann");
-    Start();
-    EXPECT_EQ(gAlbums.at(0)->PictureCount, 1) << "the closed directory is not scanned";
-    EXPECT_NE(Get("/ShowAlbumMedia?1&thumbs&1&O'Hara").find("/O'Hara/a.jpg"), std::string::npos);
-    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien").find("/O'Brien/a.jpg"), std::string::npos);
-    EXPECT_NE(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien", "Cookie: ms_username=Ann; a=b\r\n").find("/O'Brien/a.jpg"),
-              std::string::npos);
-    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1&O'Brien", "Cookie: ms_username=A'nn; a=b\r\n"), "Bad Request");
-    Get("/ShowAlbum?1&thumbs&1&O'Hara");
-    EXPECT_EQ(FirstValue("SELECT * FROM PopularDirs", "DirPath"), "\\O%39Hara");
-}
-
-TEST_F(Website, SendsAMovieWholeAndBooksItAtTheEnd) {
-    AddAlbum("A");
-    std::string movie(1024 * 300, '\0');
-    for (std::size_t i = 0; i < movie.size(); ++i) movie[i] = static_cast<char>(i * 7 + i / 256);
-    Program.Write("albums/A/sub/m.avi", movie);
-    Start();
-    const std::string answer = Get("/ShowMovie?1&full&/sub/m.avi");
-    EXPECT_EQ(answer, Head("application/octet-stream") + "Content-Length: " + std::to_string(movie.size()) +
-                          "\r\n\r\n" + movie);
-    EXPECT_EQ(gBandwidthSession, 300);
-    EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FilePath"), "\\sub\\m.avi");
-    Get("/ShowMovie?1&full&/sub/m.avi");
-    for (const std::string mode : {"fullnocount", "Full"}) Get("/ShowMovie?1&" + mode + "&/sub/m.avi", "", "127.0.0.3");
-    EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FileCount"), "1");
-    Get("/ShowMovie?1&full&/./sub//m.avi", "", "127.0.0.3");
-    EXPECT_EQ(FirstValue("SELECT * FROM PopularFiles", "FileCount"), "2");
-    EXPECT_EQ(gDownloadCookies.at(1).FilePath, gAlbums.at(0)->Directory + "\\sub\\m.avi");
-    EXPECT_EQ(gSystray->wnskConnect.UBound(), 0) << "all connections are trimmed";
-}
-
 TEST_F(Website, ServesOthersWhileAMovieRunsAndDropsItWhenItStalls) {
     AddAlbum("A");
     Program.Write("albums/A/m.avi", std::string(20 << 20, 'm'));
@@ -357,14 +301,13 @@ TEST_F(Website, ServesOthersWhileAMovieRunsAndDropsItWhenItStalls) {
     viewer.Send("GET /ShowMovie?1&full&/m.avi HTTP/1.0\r\n\r\n");
     viewer.WaitForBytes(100000);
     EXPECT_EQ(Get("/Blank").substr(0, 6), "<html>");
-    for (int i = 0; i < 50; ++i) DoEvents();
     const Connection socket = gSystray->wnskConnect.Item(1);
-    EXPECT_GT(socket->Transfer.FileSize, 0);
+    for (int i = 0; i < 50; ++i) DoEvents();
     socket->Transfer.LastSendTick = GetTickCount() - 20000;
-    SweepTransfers();
+    HandleConnectionsTick();
     EXPECT_GT(socket->Transfer.FileSize, 0) << "exactly twenty seconds is not yet stalled";
-    socket->Transfer.LastSendTick -= 1;
-    SweepTransfers();
+    socket->Transfer.LastSendTick = GetTickCount() - 20001;
+    HandleConnectionsTick();
     EXPECT_EQ(socket->Transfer.FileSize, 0);
     EXPECT_EQ(gBandwidthSession, 0) << "a transfer that never ends counts nothing";
     TurnUntil([&viewer] { return viewer.HasEnded(); });
@@ -374,24 +317,20 @@ TEST_F(Website, ServesOthersWhileAMovieRunsAndDropsItWhenItStalls) {
 TEST_F(Website, DownloadsThatVisitorsCancelLeaveNothingToTheAnswersBehindThem) {
     AddAlbum("A");
     const std::string page = std::string(5000, 'p');
-    const std::string movie(3000000, 'm');
-    Program.Write("albums/A/m.avi", movie);
+    Program.Write("albums/A/m.avi", std::string(3000000, 'm'));
     Program.Write("albums/A/short.avi", "short");
     Program.Write("htdocs/page.gif", page);
     Start();
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 20; ++i) {
         Client visitor(Port(), "127.0.0.2", 4096);
         visitor.Send("GET /ShowMovie?1&x&/m.avi HTTP/1.0\r\n\r\n");
         visitor.WaitForBytes(2000);
         i % 2 == 0 ? visitor.Reset() : visitor.Close();
         for (int next = 0; next < 3; ++next) {
             ASSERT_EQ(Get("/ShowGraphic?page.gif"), Head("image/gif") + "\r\n" + page) << i;
-            ASSERT_EQ(Get("/ShowMovie?1&x&/short.avi"),
-                      Head("application/octet-stream") + "Content-Length: 5\r\n\r\nshort")
-                << i;
+            ASSERT_TRUE(Get("/ShowMovie?1&x&/short.avi").ends_with("Content-Length: 5\r\n\r\nshort")) << i;
         }
     }
-    EXPECT_EQ(Get("/ShowMovie?1&x&/m.avi").size(), movie.size() + Head("application/octet-stream").size() + 27);
 }
 
 TEST_F(Website, CountsTheMinutesAndReportsOnEveryTenth) {

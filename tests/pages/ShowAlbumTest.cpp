@@ -1,4 +1,4 @@
-// Tests of the frameset and of the counting of visits.
+// Tests of the counting of visits.
 #include "support/PageSite.h"
 
 namespace pixmora::test {
@@ -11,40 +11,6 @@ protected:
     }
     std::string Visits() { return Column("PopularDirs", "DirPath") + " " + Column("PopularDirs", "DirCount"); }
 };
-
-TEST_F(ShowAlbumTest, TellsEachFrameWhatToShow) {
-    AddAlbum("A");
-    const std::tuple<const char *, Arguments, const char *, const char *, const char *> cases[] = {
-        // name, arguments, media frame, its arguments, those of the tree
-        {"album",
-         {"1", "thumbs", "2", "a b", "R<amp>and<amp>B"},
-         "ShowAlbumMedia",
-         "?1&thumbs&2&a%20b&R<amp>and<amp>B&",
-         "1&thumbs&2&a%20b&R<amp>and<amp>B&"},
-        {"slide show",
-         {"1", "slideshow", "1", "play", "0", "5", "a"},
-         "ShowAlbumMedia",
-         "?1&slideshow&1&play&0&5&a&",
-         "1&slideshow&1&play&0&5&a&"},
-        {"details",
-         {"ShowDetails", "1", "count", "/a b/c.jpg"},
-         "ShowDetails",
-         "?1&count&/a%20b/c.jpg&",
-         "ShowDetails&1&count&/a%20b/c.jpg&"},
-        {"login", {"ShowLogin", "9", "thumbs", "1"}, "ShowLogin", "?9&thumbs&1&", "ShowLogin&9&thumbs&1&"},
-        {"popular", {"ShowPopular", "list"}, "ShowPopular", "?list&", "ShowPopular&list&"},
-        {"popular without a view", {"ShowPopular"}, "ShowPopular", "?", "ShowPopular&"},
-        {"statistics", {"ShowStats"}, "ShowStats", "", "ShowStats&"},
-        {"help", {"ShowHelp"}, "ShowHelp", "", "ShowHelp&"},
-    };
-    for (const auto &[name, args, mediaFrame, mediaArgs, dirArgs] : cases) {
-        const std::string page = Page(args);
-        EXPECT_EQ(Filled(page, "SERVER_TITLE"), "Anna's Site") << name;
-        EXPECT_EQ(Filled(page, "MEDIA_FRAME"), mediaFrame) << name;
-        EXPECT_EQ(Filled(page, "MEDIA_ARGS"), mediaArgs) << name;
-        EXPECT_EQ(Filled(page, "DIR_ARGS"), dirArgs) << name;
-    }
-}
 
 TEST_F(ShowAlbumTest, CountsADirectoryOnceForEachVisitorWhateverTheView) {
     AddAlbum("A");

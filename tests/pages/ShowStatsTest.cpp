@@ -35,39 +35,12 @@ protected:
 
 TEST_F(ShowStatsTest, ShowsZerosInEveryRowOfAnEmptyDatabase) {
     const std::string page = Page();
-    EXPECT_TRUE(page.starts_with(WriteResponseHead("text/html", true) + "ShowStats\n"));
-    EXPECT_TRUE(Contains(Filled(page, "STATS_DAILY"),
-                         "onClick=\"setPointer(this, 13, 'click', '#ffffff', '#F4F4F4', '#dddddd');\">"));
-    EXPECT_EQ(Join(Rows(page, "STATS_SUMMARY"), "|"),
-              "Timespan,Visitors,Thumbnails,File Clicks,Bandwidth|Today,0,0,0,0 bytes|Last 7 Days,0,0,0,0 bytes|"
-              "Last 30 Days,0,0,0,0 bytes|Overall,0,0,0,0 bytes");
-    for (const auto &[table, rows] : {std::pair{"STATS_HOURLY", 24}, {"STATS_DAILY", 14}, {"STATS_MONTHLY", 12}})
+    for (const auto &[table, rows] :
+         {std::pair{"STATS_SUMMARY", 4}, {"STATS_HOURLY", 24}, {"STATS_DAILY", 14}, {"STATS_MONTHLY", 12}})
         EXPECT_EQ(Count(Join(Rows(page, table), "|"), ",0,0,0,0 bytes"), rows);
-    EXPECT_EQ(gBandwidthSession, 0);
-    EXPECT_EQ(Column("StatsTotal", "Stat"), "");
 }
 
-TEST_F(ShowStatsTest, SumsOverAlbumsAndSpans) {
-    const DateTime today = Today();
-    AddDay("A", today, 3, 3000000);
-    AddDay(" ", today, 4, 0);
-    AddDay("A", AddDays(today, -6), 10, 1);
-    AddDay("A", AddDays(today, -7), 100, 1);
-    AddDay("A", AddDays(today, -29), 1000, 1);
-    AddDay("A", AddDays(today, -30), 10000, 1);
-    AddMonth(1999, 5, 5);
-    AddMonth(2004, 3, 6);
-    const std::string page = Page();
-    EXPECT_EQ(Join(Rows(page, "STATS_SUMMARY"), "|"),
-              "Timespan,Visitors,Thumbnails,File Clicks,Bandwidth|Today,0,7,0,2.86 GB|Last 7 Days,0,17,0,2.86 GB|"
-              "Last 30 Days,0,1117,0,2.86 GB|Overall,0,0,11,0 bytes");
-    const std::vector<std::string> daily = Rows(page, "STATS_DAILY");
-    EXPECT_EQ(daily[1], "3/10/2004,0,7,0,2.86 GB");
-    EXPECT_EQ(daily[7], "3/4/2004,0,10,0,1.00 KB");
-    EXPECT_EQ(daily[14], "2/26/2004,0,0,0,0 bytes");
-}
-
-TEST_F(ShowStatsTest, GoesBackThroughYesterdayAndLastYear) {
+TEST_F(ShowStatsTest, SumsOverAlbumsAndSpansBackIntoLastYear) {
     const DateTime today = MakeDate(2004, 1, 1);
     Clock.SetNow(today + std::chrono::minutes(5));
     AddHour(today, 0, 1);
@@ -75,24 +48,30 @@ TEST_F(ShowStatsTest, GoesBackThroughYesterdayAndLastYear) {
     AddHour(AddDays(today, -1), 1, 2);
     AddHour(AddDays(today, -1), 23, 3);
     AddHour(AddDays(today, -2), 23, 4000);
-    AddMonth(2004, 1, 1);
-    AddMonth(2003, 12, 2);
-    AddMonth(2003, 2, 3);
-    AddMonth(2003, 1, 4000);
+    AddDay("A", today, 3, 3000000);
+    AddDay(" ", today, 4, 0);
+    const std::pair<int, int> days[] = {{6, 10}, {7, 100}, {29, 1000}, {30, 10000}};
+    for (const auto &[ago, thumbs] : days) AddDay("A", AddDays(today, -ago), thumbs, 1);
+    const std::tuple<int, int, int> months[] = {{2004, 1, 1}, {2003, 12, 2}, {2003, 2, 3}, {2003, 1, 4000}};
+    for (const auto &[year, month, downloads] : months) AddMonth(year, month, downloads);
     const std::string page = Page();
+    EXPECT_EQ(Join(Rows(page, "STATS_SUMMARY"), "|"),
+              "Timespan,Visitors,Thumbnails,File Clicks,Bandwidth|Today,0,7,0,2.86 GB|Last 7 Days,0,17,0,2.86 GB|"
+              "Last 30 Days,0,1117,0,2.86 GB|Overall,0,0,4006,0 bytes");
     const std::vector<std::string> hourly = Rows(page, "STATS_HOURLY");
     EXPECT_EQ(hourly[1], "12am to 1am,1,0,0,0 bytes");
     EXPECT_EQ(hourly[2], "11pm to 12am,3,0,0,0 bytes");
     EXPECT_EQ(hourly[24], "1am to 2am,2,0,0,0 bytes");
+    EXPECT_EQ(hourly[13], "12pm to 1pm,0,0,0,0 bytes");
     EXPECT_EQ(Count(Join(hourly, "|"), ",0,0,0,0 bytes"), 21);
-    std::string noon;
-    for (std::size_t i = 12; i < 16; ++i) noon += Split(hourly[i], ",")[0] + ", ";
-    EXPECT_EQ(noon, "1pm to 2pm, 12pm to 1pm, 11am to 12pm, 10am to 11am, ");
+    const std::vector<std::string> daily = Rows(page, "STATS_DAILY");
+    EXPECT_EQ(daily[1], "1/1/2004,0,7,0,2.86 GB");
+    EXPECT_EQ(daily[7], "12/26/2003,0,10,0,1.00 KB");
+    EXPECT_EQ(daily[14], "12/19/2003,0,0,0,0 bytes");
     const std::vector<std::string> monthly = Rows(page, "STATS_MONTHLY");
     EXPECT_EQ(monthly[1], "January '04,0,0,1,0 bytes");
     EXPECT_EQ(monthly[2], "December '03,0,0,2,0 bytes");
     EXPECT_EQ(monthly[12], "February '03,0,0,3,0 bytes");
-    EXPECT_EQ(Rows(page, "STATS_DAILY")[2], "12/31/2003,0,0,0,0 bytes");
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // Tests of the pieces that the pages share.
 #include "pages/Templates.h"
 
-#include <set>
-
 #include "support/PageSite.h"
 
 namespace pixmora::test {
@@ -15,13 +13,6 @@ TEST(FillAll, ComesOutAsIfFilledOneAfterTheOther) {
         for (const Filling &filling : fillings) expected = Replace(expected, filling.Placeholder, filling.Value);
         EXPECT_EQ(FillAll("{A}: ", text, fillings), "{A}: " + expected) << text;
     }
-}
-
-TEST(MakeFooter, DrawsEachOfTheThreeSentences) {
-    std::set<std::string> footers;
-    for (int i = 0; i < 200; ++i) footers.insert(MakeFooter());
-    ASSERT_EQ(footers.size(), 3U);
-    for (const std::string &footer : footers) EXPECT_TRUE(footer.ends_with("</b></a></font>")) << footer;
 }
 
 using WebServerCommandsTest = PageSite;

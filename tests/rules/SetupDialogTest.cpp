@@ -8,21 +8,16 @@
 namespace pixmora {
 namespace {
 
-const std::string runOnStartQuestion =
-    "You have decided not to run Pixmora! when Windows starts!\r\n\r\nThis is not recommended because it means you "
-    "will have to manually load Pixmora! to share your pictures and movies.\r\n\r\nWould you like to follow our "
-    "recommendation and have Pixmora! run automatically?";
 const std::string firewallQuestion =
     "You haven't run the Firewall Check yet! Until you do so, we cannot guarantee your friends will be able to "
     "connect to your website. Do you want to run the firewall check now?\r\n\r\nIf you choose No, you can find the "
     "Firewall Check in Setup.";
-const std::string albumQuestion =
-    "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you create one.\r\n\r\n"
-    "Would you like to create one now?";
 
 class SetupDialog : public SetupFixture {
 protected:
-    SetupHands Hands() {
+    SetupDialog() { fields.ServiceBase = "http://service.example"; }
+
+    bool Finish() {
         SetupHands hands;
         hands.CountAlbums = Give(albums);
         hands.IsRunOnStartTicked = [this] {
@@ -39,24 +34,22 @@ protected:
             did += "create ";
         };
         hands.Fields = Give(fields);
-        return hands;
-    }
-    bool Finish() { return FinishSetup(Hands(), "/opt/pixmora"); }
-    static SetupFields WithService(SetupFields fields) {
-        fields.ServiceBase = "http://service.example";
-        return fields;
+        return FinishSetup(hands, "/opt/pixmora");
     }
     static std::string Stored(const char *key) { return GetSetting("Setup", key, "(none)"); }
 
-    SetupFields fields = WithService(LoadSetupFields());
-    int albums = 1;
+    SetupFields fields = LoadSetupFields();
+    int albums = 2;
     bool isClosedByCheck = false;
     std::string did;
 };
 
 TEST_F(SetupDialog, TheFirstFinishRemindsOfEverythingInOrder) {
-    albums = 2;
-    Owner.ExpectMessage(runOnStartQuestion, CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage(
+        "You have decided not to run Pixmora! when Windows starts!\r\n\r\nThis is not recommended because it means you "
+        "will have to manually load Pixmora! to share your pictures and movies.\r\n\r\nWould you like to follow our "
+        "recommendation and have Pixmora! run automatically?",
+        CriticalQuestion, AnswerYes);
     Owner.ExpectMessage(firewallQuestion, CriticalQuestion, AnswerYes);
     Owner.ExpectMessage(
         "Just as a reminder, you can edit your albums or add more by returning to Setup.\r\n\r\nIf your website is "
@@ -73,27 +66,21 @@ TEST_F(SetupDialog, TheFirstFinishRemindsOfEverythingInOrder) {
     EXPECT_EQ(Program.Read("config/autostart/pixmora.desktop"), "");
 }
 
-TEST_F(SetupDialog, WithoutAServiceNoCheckIsOffered) {
+TEST_F(SetupDialog, WithoutAlbumsTheOwnerMayCreateOneFirst) {
     fields.ServiceBase = "";
     fields.RunOnStart = "1";
     albums = 0;
-    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerNo);
-    EXPECT_TRUE(Finish());
-    EXPECT_EQ(GetSetting("Records", "FirewallCheckWarning"), "");
-}
-
-TEST_F(SetupDialog, WithoutAlbumsTheOwnerMayCreateOneFirst) {
-    SaveSetting("Setup", "RunFirewallCheck", "1");
-    albums = 0;
-    fields.RunOnStart = "1";
-    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerYes);
-    EXPECT_FALSE(Finish());
-    EXPECT_EQ(did, "create ");
-    EXPECT_TRUE(IsFirstRun()) << "nothing is saved";
-    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerNo);
-    EXPECT_TRUE(Finish());
-    EXPECT_EQ(Stored("RunSetup"), "1");
+    for (const int answer : {AnswerYes, AnswerNo}) {
+        Owner.ExpectMessage(
+            "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you create "
+            "one.\r\n\r\nWould you like to create one now?",
+            CriticalQuestion, answer);
+        EXPECT_EQ(Finish(), answer == AnswerNo);
+        EXPECT_EQ(did, "create ");
+        EXPECT_EQ(IsFirstRun(), answer == AnswerYes) << "nothing is saved before";
+    }
     EXPECT_EQ(GetSetting("Records", "CreatedAlbum"), "");
+    EXPECT_EQ(GetSetting("Records", "FirewallCheckWarning"), "") << "without a service no check is offered";
 }
 
 TEST_F(SetupDialog, ACheckThatOutlivesTheDialogSavesNothing) {
@@ -104,31 +91,31 @@ TEST_F(SetupDialog, ACheckThatOutlivesTheDialogSavesNothing) {
     EXPECT_EQ(Stored("ServerTitle"), "(none)");
 }
 
-TEST_F(SetupDialog, PortsOutOfRangeAreNotStored) {
-    const std::string refusal = "Invalid Port! Valid ranges are 1 to 65000! Reverting to original value...";
+TEST_F(SetupDialog, PortsAndAddressesThatAreNoneAreNotStored) {
     for (const char *port : {"1", "65000", "8080x"}) {
         fields.ListenPort = port;
         SaveSetupFields(fields, "/p");
         EXPECT_EQ(Stored("ListenPort"), port);
     }
-    for (const char *port : {"0", "65001", "abc", "-1", ""}) {
+    for (const char *port : {"0", "65001", "abc", ""}) {
         fields.ListenPort = port;
-        fields.Author = std::string("with ") + port;
-        Owner.ExpectMessage(refusal, FlagCritical);
+        fields.Welcome = std::string("with ") + port;
+        Owner.ExpectMessage("Invalid Port! Valid ranges are 1 to 65000! Reverting to original value...", FlagCritical);
         SaveSetupFields(fields, "/p");
         EXPECT_EQ(Stored("ListenPort"), "8080x");
-        EXPECT_EQ(Stored("Author"), fields.Author) << "the rest is saved";
+        EXPECT_EQ(Program.Read("welcome.txt"), fields.Welcome) << "the rest is saved";
     }
-}
-
-TEST_F(SetupDialog, APublicAddressThatIsNoneIsNotStored) {
-    fields.PublicAddress = "photos.example:8080";
-    SaveSetupFields(fields, "/p");
-    fields.PublicAddress = "my <photos>";
-    Owner.ExpectMessage(
-        "Invalid Public Address! Enter a host, host:port or web address. Reverting to original value...", FlagCritical);
-    SaveSetupFields(fields, "/p");
-    EXPECT_EQ(Stored("PublicAddress"), "photos.example:8080");
+    fields.ListenPort = "80";
+    fields.Style.clear();
+    for (const char *address : {"photos.example:8080", "my <photos>"}) {
+        fields.PublicAddress = address;
+        if (fields.PublicAddress == "my <photos>")
+            Owner.ExpectMessage(
+                "Invalid Public Address! Enter a host, host:port or web address. Reverting to original value...",
+                FlagCritical);
+        SaveSetupFields(fields, "/p");
+        EXPECT_EQ(Stored("PublicAddress") + " " + Stored("Style"), "photos.example:8080 Default");
+    }
 }
 
 TEST_F(SetupDialog, WhatIsOffLeavesNoSetting) {
@@ -159,12 +146,10 @@ TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
 }
 
 TEST_F(SetupDialog, StylesAreThoseOfHtdocs) {
-    const std::string none = "We couldn't find any style sheets! Please reinstall!";
-    Owner.ExpectMessage(none, FlagCritical);
+    Owner.ExpectMessage("We couldn't find any style sheets! Please reinstall!", FlagCritical);
     EXPECT_TRUE(StyleNames().empty());
-    Program.Write("htdocs/StyleSheet_Garden.tpl");
-    Program.Write("htdocs/StyleSheet_My_Own.old.tpl");
-    Program.Write("htdocs/Index.tpl");
+    for (const char *name : {"StyleSheet_Garden", "StyleSheet_My_Own.old", "Index"})
+        Program.Write(std::string("htdocs/") + name + ".tpl");
     const std::vector<std::string> names = StyleNames();
     EXPECT_EQ(names, (std::vector<std::string>{"Garden", "My_Own"}));
     EXPECT_EQ(StyleIndex(names, "My_Own"), 1);
@@ -173,33 +158,27 @@ TEST_F(SetupDialog, StylesAreThoseOfHtdocs) {
 }
 
 TEST(SetupTexts, PathsAreCutToTheColumn) {
-    const std::string forty = "/home/owner/pictures/of/the/years/summer";
-    ASSERT_EQ(forty.size(), 40U);
-    EXPECT_EQ(AbbreviatedDir(forty), forty);
-    EXPECT_EQ(AbbreviatedDir("/home/owner/pictures/of/the/years/summers"), "/home/owner/pictures/of/the/y.../summers");
-    EXPECT_EQ(AbbreviatedDir("C:\\My Pictures\\Collected Over The Years\\New"),
-              "C:\\My Pictures\\Collected Over The...\\New");
-    const std::string longName = AbbreviatedDir("/srv/" + std::string(60, 'x') + "end");
-    EXPECT_EQ(longName, "..." + std::string(34, 'x') + "end");
-    std::string accents = "/";
+    std::string accents = "/";  // 40 characters, whatever their bytes
     for (int i = 0; i < 39; ++i) accents += "é";
-    EXPECT_EQ(AbbreviatedDir(accents), accents) << "40 characters, whatever their bytes";
+    const std::pair<std::string, std::string> paths[] = {
+        {"/home/owner/pictures/of/the/years/summer", "/home/owner/pictures/of/the/years/summer"},
+        {"/home/owner/pictures/of/the/years/summers", "/home/owner/pictures/of/the/y.../summers"},
+        {"C:\\My Pictures\\Collected Over The Years\\New", "C:\\My Pictures\\Collected Over The...\\New"},
+        {"/srv/" + std::string(60, 'x') + "end", "..." + std::string(34, 'x') + "end"},
+        {accents, accents},
+    };
+    for (const auto &[path, shown] : paths) EXPECT_EQ(AbbreviatedDir(path), shown);
 }
 
 TEST(SetupTexts, FiguresFollowTheControls) {
     const std::vector<std::string> choices = FilesPerPageChoices(4);
-    EXPECT_EQ(choices.size(), 21U);
-    EXPECT_EQ(choices.front() + choices[19] + choices.back(), "480All");
-    EXPECT_EQ(FilesPerPageAtFirst(4), "16");
+    EXPECT_EQ(choices.front() + choices[19] + choices.back() + FilesPerPageAtFirst(4), "480All16");
     EXPECT_EQ(NumericText("8080x") + NumericText("abc"), "80800");
     EXPECT_EQ(ServiceName("http://photos.example:8000/x"), "photos.example");
-    EXPECT_STREQ(HelpTextOf("lblHelpSample").Text, "A description to help you will be displayed here.");
-}
-
-TEST(Autostart, QuotesTheProgram) {
     EXPECT_NE(
         AutostartEntry("/opt/my \"$5\" \\100%").find("\nExec=\"/opt/my \\\\\"\\\\$5\\\\\" \\\\\\\\100%%\" start\n"),
-        std::string::npos);
+        std::string::npos)
+        << "the program is quoted";
 }
 
 }  // namespace

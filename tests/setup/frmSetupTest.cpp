@@ -4,22 +4,51 @@
 #include <QAccessible>
 #include <QAction>
 #include <QComboBox>
+#include <QSlider>
+#include <QStyleOptionSlider>
 #include <QTabBar>
 #include <QTabWidget>
 #include <filesystem>
 
 #include "core/site/RequestGrammar.h"
 #include "core/site/frmSystray.h"
+#include "setup/Forms.h"
 #include "setup/SetupPages.h"
+#include "setup/frmSetupAccess.h"
+#include "setup/frmSetupDirOrder.h"
+#include "setup/frmSetupUsers.h"
 #include "setup/rules/UserEditor.h"
 #include "support/PlayedService.h"
-#include "support/SetupFixture.h"
-#include "support/SetupForm.h"
 
 namespace pixmora {
 namespace {
 
-const std::string discardQuestion = "Are you sure you wish to cancel and discard any changes?";
+const std::string discardQuestion = "Are you sure you wish to cancel...";
+const std::string albumQuestion = "You don't have any albums setup!...";
+
+/// Fails for every control that shows less than its text, and every slider that shows less than its handle.
+void ExpectNothingIsCut(const QWidget &form) {
+    for (const QSlider *slider : form.findChildren<QSlider *>()) {
+        QStyleOptionSlider option;
+        option.initFrom(slider);
+        option.tickPosition = slider->tickPosition();
+        const QRect handle =
+            slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
+        EXPECT_TRUE(slider->rect().top() <= handle.top() && handle.bottom() <= slider->rect().bottom());
+    }
+    for (const QWidget *control : form.findChildren<QWidget *>()) {
+        const auto *label = qobject_cast<const QLabel *>(control);
+        const auto *button = qobject_cast<const QAbstractButton *>(control);
+        const QString words = label != nullptr ? label->text() : button != nullptr ? button->text() : QString();
+        if (words.isEmpty() || !control->isVisible()) continue;
+        if (label != nullptr && label->wordWrap()) {
+            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << FromQt(words);
+        } else if (control->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
+            EXPECT_GE(control->width(), control->sizeHint().width()) << FromQt(words);
+        }
+        EXPECT_GE(control->height(), control->fontMetrics().height()) << FromQt(words);
+    }
+}
 
 class SetupForm : public SetupFixture {
 protected:
@@ -41,12 +70,23 @@ protected:
         surroundings.IsConnectedToInternet = [] {
             return true;
         };
-        surroundings.Webcam = [] {
+        surroundings.Webcam = [this] {
             WebcamHands hands;
             hands.CloseWebcam = [] {
             };
-            hands.GetDriverDescription = [](int) {
-                return std::nullopt;
+            hands.OpenWebcam = [](int) {
+                return true;
+            };
+            hands.GetDriverDescription = [this](int device) -> std::optional<CaptureDescription> {
+                return device == 0 && HasCamera ? std::optional(CaptureDescription{"Camera", ""}) : std::nullopt;
+            };
+            hands.GetDriverDialogs = [] {
+                return WebcamHands::Dialogs{};
+            };
+            hands.TestCapture = [] {
+                return false;
+            };
+            hands.TakePreview = [](const std::function<void(const std::string &)> &) {
             };
             return hands;
         };
@@ -65,14 +105,12 @@ protected:
             Click(album, "cmdOK");
         });
     }
-    static bool IsEnabled(const QWidget &form, const char *name) {
-        return Find<QAbstractButton>(form, name).isEnabled();
-    }
     static std::string Tab(const QWidget &form) {
         const auto *tabs = &Find<QTabWidget>(form, "SSTab1");
         return FromQt(tabs->tabText(tabs->currentIndex()));
     }
 
+    bool HasCamera = false;
     Robot Hands;
 };
 
@@ -123,6 +161,7 @@ TEST_F(SetupForm, OpensWithDefaultsAndKeepsWhatFinishSaves) {
         Click(*form, "cmdOK");
         EXPECT_FALSE(form->isVisible());
     }
+    EXPECT_EQ(GetSetting("Setup", "FilesPerPage"), "0");
     EXPECT_EQ(Program.Read("sitedesc.txt"), "Our trips");
     EXPECT_EQ(Program.Read("welcome.txt"), "I hope you enjoy my collection of \r\nalbums!\r\n");
     const auto form = Open();
@@ -223,10 +262,7 @@ TEST_F(SetupForm, AClickTakesARightAway) {
     Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(6);
     auto *list = &Find<QTreeWidget>(*form, "lvwRestricted");
     ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
-    Owner.ExpectMessage(
-        "Important Note: By doing this you will make this directory public!\r\n\r\nWould you like to take away access "
-        "from 'Ann' to 'Trips > a' ?",
-        CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage("Important Note: By doing this...", CriticalQuestion, AnswerYes);
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->topLevelItem(0)).center());
     EXPECT_TRUE(list->hasFocus());
     QTest::keyClick(list, Qt::Key_Return);
@@ -241,6 +277,10 @@ TEST_F(SetupForm, AWebcamNeedsADevice) {
         FlagCritical);
     Click(*form, "chkWebcam");
     EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
+    HasCamera = true;
+    Hands.WhenShown("frmSetupWebcam", [](QWidget &webcam) { Click(webcam, "cmdOK"); });
+    Click(*form, "chkWebcam");
+    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0") << "it gives no picture";
 }
 
 TEST_F(SetupForm, ThePortBoxTakesNumbers) {
@@ -259,10 +299,7 @@ TEST_F(SetupForm, ThePortBoxTakesNumbers) {
 TEST_F(SetupForm, AnAlbumMadeOnTheWayLeavesTheKeysOnFinish) {
     const auto form = Open();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
-    Owner.ExpectMessage(
-        "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you create "
-        "one.\r\n\r\nWould you like to create one now?",
-        CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerYes);
     WhenAskedMakeTrips();
     Find<QWidget>(*form, "cmdOK").setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
@@ -271,27 +308,14 @@ TEST_F(SetupForm, AnAlbumMadeOnTheWayLeavesTheKeysOnFinish) {
     EXPECT_FALSE(form->isVisible());
 }
 
-TEST_F(SetupForm, AlbumsOfOneNameGoTogether) {
-    for (const char *name : {"Home", "Trips", "Trips"}) MakeAlbum(name);
-    const auto form = Open({true, false});
-    auto *list = &Find<QTreeWidget>(*form, "lstAlbums");
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
-    list->setFocus();
-    list->setCurrentItem(list->topLevelItem(1));
-    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
-    Hands.WhenShown("frmSetupAlbum", [](QWidget &album) { Click(album, "cmdDelete"); });
-    QTest::keyClick(list, Qt::Key_Return);
-    EXPECT_EQ(list->topLevelItemCount(), 1);
-    EXPECT_EQ(list->topLevelItem(0)->text(0), "Home");
-}
-
 TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsThatItsFolderIsGone) {
     std::filesystem::remove(MakeAlbum("Gone"));
-    const std::string folder = MakeAlbum("Home");
+    MakeAlbum("Trips");
+    const std::string folder = MakeAlbum("Trips");
     const auto form = Open({true, false});
     auto *list = &Find<QTreeWidget>(*form, "lstAlbums");
     const auto told = [list](int row) {
-        return list->topLevelItem(row)->data(1, Qt::AccessibleDescriptionRole).toString().toStdString();
+        return FromQt(list->topLevelItem(row)->data(1, Qt::AccessibleDescriptionRole).toString());
     };
     EXPECT_EQ(told(0), "This directory cannot be found: " + Program.Path("albums/Gone"));
     EXPECT_EQ(told(1), "");
@@ -300,10 +324,13 @@ TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsThatItsFolderIsGone) {
     list->setCurrentItem(list->topLevelItem(1));
     Owner.ExpectBrowser("file://" + folder);
     menu[2]->trigger();
-    Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
-    menu[1]->trigger();
-    EXPECT_EQ(Column("Albums", "AlbumName"), "Gone|");
-    EXPECT_EQ(list->topLevelItemCount(), 1);
+    for (const char *name : {"Trips", "Gone"}) {
+        list->setCurrentItem(list->findItems(name, Qt::MatchExactly)[0]);
+        Owner.ExpectMessage("Are you sure you want to delete this album?", CriticalQuestion, AnswerYes);
+        menu[1]->trigger();
+        EXPECT_EQ(RowsOf(*form, "lstAlbums").empty(), name == std::string("Gone")) << "those of one name go together";
+    }
+    EXPECT_EQ(Column("Albums", "AlbumName"), "");
 }
 
 TEST_F(SetupForm, ChecksAskTheCentralService) {
@@ -321,15 +348,9 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     Enter(*form, "cboListenPort", std::to_string(free->LocalPort));
     free->Close();
     Find<QTabWidget>(*form, "SSTab1").setCurrentIndex(3);
-    Owner.ExpectMessage(
-        "Congratulations! Your computer has successfully received our request.\r\n\r\nThis usually indicates that "
-        "your friends will be able to see your website with no problem.",
-        FlagInformation);
+    Owner.ExpectMessage("Congratulations! Your computer has...", FlagInformation);
     Click(*form, "cmdCheckFirewall");
     EXPECT_EQ(TextOf(*form, "lblPublicIP"), "127.0.0.1");
-    const QAccessibleInterface *heard = QAccessible::queryAccessibleInterface(&Find(*form, "lblPublicIP"));
-    EXPECT_EQ(heard->text(QAccessible::Name), QStringLiteral("127.0.0.1"));
-    EXPECT_EQ(service.Requests.at(0).substr(0, 36), "GET /clients/firewall.php HTTP/1.0\r\n");
     EXPECT_TRUE(IsEnabled(*form, "cmdCheckFirewall"));
     Owner.ExpectBrowser(service.Base() + "/support_ip.php");
     Click(*form, "lblLinkIP");
@@ -345,24 +366,16 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
 
 TEST_F(SetupForm, WithoutAServiceNothingLeadsToIt) {
     const auto form = Open();
-    for (const char *control : {"lblLinkIP", "lblWhatPortsAre", "chkListOnline", "lblURLOnlineList"}) {
-        EXPECT_FALSE(IsEnabled(*form, control)) << control;
+    for (const bool hasService : {false, true}) {
+        if (hasService) Enter(*form, "txtServiceBase", " service.example/ ");
+        for (const char *control : {"lblLinkIP", "lblWhatPortsAre", "chkListOnline", "lblURLOnlineList"})
+            EXPECT_EQ(IsEnabled(*form, control), hasService) << control;
     }
-    Enter(*form, "txtServiceBase", " service.example/ ");
     Enter(*form, "txtAccountName", "ann&co");
     Enter(*form, "txtPublicAddress", "photos.example:8080");
-    for (const char *control : {"lblLinkIP", "lblWhatPortsAre", "chkListOnline", "lblURLOnlineList"}) {
-        EXPECT_TRUE(IsEnabled(*form, control)) << control;
-    }
     EXPECT_EQ(FromQt(Find<QAbstractButton>(*form, "lblURLRedirecting").text()),
               "http://service.example?" + EncodeLinkPart("ann&co"));
-    MakeAlbum("Trips");
-    SaveSetupFields(LoadSetupFields(), "/p");
-    EXPECT_EQ(GetSetting("Setup", "PublicAddress", "(none)"), "(none)");
-    Owner.ExpectMessage(
-        "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you "
-        "create one.\r\n\r\nWould you like to create one now?",
-        CriticalQuestion, AnswerNo);
+    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerNo);
     Click(*form, "cmdOK");
     EXPECT_EQ(GetSetting("Setup", "ServiceBase") + " " + GetSetting("Setup", "AccountName") + " " +
                   GetSetting("Setup", "PublicAddress"),
@@ -400,7 +413,12 @@ TEST_F(SetupForm, HelpAndSmallScreens) {
 }
 
 TEST_F(SetupForm, NothingIsCutInLargeText) {
-    InEachTextSize([this] {
+    MakeAlbum("Trips");
+    const QFont before = QApplication::font();
+    for (const int pixels : {12, 18}) {
+        QFont font = before;
+        font.setPixelSize(pixels);
+        QApplication::setFont(font);
         const auto form = Open();
         form->resize(form->sizeHint());
         auto &tabs = Find<QTabWidget>(*form, "SSTab1");
@@ -410,7 +428,18 @@ TEST_F(SetupForm, NothingIsCutInLargeText) {
             ExpectNothingIsCut(*form);
         }
         EXPECT_GE(tabs.tabBar()->width(), tabs.tabBar()->sizeHint().width());
-    });
+        frmSetupAlbum album(nullptr, std::nullopt, {});
+        frmSetupUsers users(nullptr, "");
+        frmSetupAccess access(nullptr);
+        frmSetupDirOrder order(nullptr);
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&album, &users, &access, &order}) {
+            dialog->show();
+            QTest::qWait(1);
+            ExpectNothingIsCut(*dialog);
+            dialog->hide();
+        }
+    }
+    QApplication::setFont(before);
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 // A site whose pages show what they put into their templates, asked for by their addresses as a browser does it.
 #pragma once
 
-#include <array>
-#include <cstdio>
+#include <QByteArray>
 #include <filesystem>
 #include <memory>
 #include <regex>
@@ -39,26 +38,17 @@ inline std::string Body(const std::string &answer) {
 }
 
 /// How often the part occurs.
-inline int Count(std::string_view text, std::string_view part) {
-    int count = 0;
-    for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + part.size()))
-        ++count;
-    return count;
+inline int Count(const std::string &text, std::string_view part) {
+    return static_cast<int>(Split(text, part).size()) - 1;
 }
 
 /// The values of the page's href and src attributes and of its scripts' location.href, in the page's order. Graphics of
 /// htdocs are left out.
-inline std::vector<std::string> Links(std::string_view page) {
+inline std::vector<std::string> Links(const std::string &page) {
+    static const std::regex link(R"re((?:href|src)="((?!ShowGraphic)[^"]*)"|location\.href='(.*?)';)re");
     std::vector<std::string> links;
-    for (std::size_t at = 0; at < page.size(); ++at) {
-        for (const std::string_view opening : {"href=\"", "src=\"", "location.href='"}) {
-            if (!page.substr(at).starts_with(opening)) continue;
-            const std::string_view value = page.substr(at + opening.size());
-            const std::string_view end = opening.ends_with('"') ? "\"" : "';";
-            links.push_back(Replace(std::string(value.substr(0, value.find(end))), "\\'", "'"));
-        }
-    }
-    std::erase_if(links, [](const std::string &link) { return link.starts_with("ShowGraphic"); });
+    for (std::sregex_iterator at(page.begin(), page.end(), link), end; at != end; ++at)
+        links.push_back((*at)[1].matched ? (*at)[1].str() : Replace((*at)[2], "\\'", "'"));
     return links;
 }
 
@@ -161,15 +151,9 @@ private:
 
     /// The bytes that no address may hold as the escapes that a browser makes of them.
     static std::string Escaped(std::string_view address) {
-        std::string escaped;
-        for (const char c : address) {
-            std::array<char, 4> escape{c};
-            const auto byte = static_cast<unsigned char>(c);
-            if (byte <= 0x20 || byte >= 0x7F || c == '<' || c == '>')
-                std::snprintf(escape.data(), escape.size(), "%%%02X", byte);
-            escaped += escape.data();
-        }
-        return escaped;
+        return QByteArray::fromRawData(address.data(), static_cast<int>(address.size()))
+            .toPercentEncoding("!\"#$%&'()*+,/:;=?@[\\]^`{|}")
+            .toStdString();
     }
 };
 
