@@ -8,6 +8,7 @@
 #include "platform/database/StatementTranslator.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Sleep.h"
 #include "platform/runtime/Text.h"
 
 namespace pixmora {
@@ -89,11 +90,10 @@ void DatabaseEngine::RaiseLastError() const {
 int DatabaseEngine::WaitForLock(void *engine, int tries) {
     auto &self = *static_cast<DatabaseEngine *>(engine);
     // A pause on a busy machine is longer than asked for, so the time is taken and not the tries counted.
-    const auto now = std::chrono::steady_clock::now();
-    if (tries == 0) self.waitBegun_ = now;
-    if (now - self.waitBegun_ >= std::chrono::milliseconds(self.LockWait)) self.hasWaitedInVain_ = true;
+    if (tries == 0) self.waitBegun_ = GetTickCount();
+    if (TicksBetween(self.waitBegun_, GetTickCount()) >= self.LockWait) self.hasWaitedInVain_ = true;
     if (self.hasWaitedInVain_) return 0;
-    sqlite3_sleep(pauseBetweenTries);
+    Sleep(pauseBetweenTries);
     return 1;
 }
 

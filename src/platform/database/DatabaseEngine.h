@@ -4,7 +4,6 @@
 
 #include <sqlite3.h>
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "platform/database/Database.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora {
 
@@ -96,7 +96,7 @@ private:
     sqlite3 *handle_ = nullptr;
     StatementCache statements_;
     std::uint64_t uses_ = 0;
-    std::chrono::steady_clock::time_point waitBegun_;
+    Tick waitBegun_ = 0;
     bool hasWaitedInVain_ = false;
     std::unordered_map<std::string, TablePointer> tables_;  ///< by name in lower case
     std::vector<OpenReader *> readers_;

@@ -6,10 +6,10 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QTimer>
-#include <chrono>
 #include <cstdio>
-#include <thread>
 #include <utility>
+
+#include "platform/runtime/Sleep.h"
 
 namespace pixmora {
 
@@ -80,11 +80,7 @@ void RunSoon(std::function<void()> handler) {
 }
 
 void SleepBlocking(int ms) {
-    if (IsClockSet()) {
-        MoveSetClockTo(TickAfter(GetTickCount(), ms));
-    } else {
-        std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-    }
+    Sleep(ms);
 }
 
 int RunMessageLoop() {

@@ -8,15 +8,15 @@
 
 #include <QStandardPaths>
 #include <algorithm>
-#include <chrono>
 #include <functional>
 #include <optional>
-#include <thread>
 
 #include "platform/files/FileLock.h"
 #include "platform/files/Files.h"
 #include "platform/registry/RegistryFile.h"
+#include "platform/runtime/Clock.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Sleep.h"
 #include "platform/runtime/Text.h"
 
 namespace pixmora::Registry {
@@ -70,8 +70,8 @@ Tree &Current() {
     return memory.Content;
 }
 
-constexpr std::chrono::milliseconds longestLockWait(150);  // visitors wait meanwhile
-constexpr std::chrono::milliseconds pauseBetweenTries(5);
+constexpr Tick longestLockWait = 150;  // ms; visitors wait meanwhile
+constexpr int pauseBetweenTries = 5;
 
 /// Keeps other processes from writing the file, by a lock on its folder. A writer of this program has it for a few ms.
 /// Who has it for longer is none, and must not stop the site: the change is made without the lock then, and nobody
@@ -81,11 +81,11 @@ public:
     explicit WriteLock(const std::string &folder)
         : descriptor_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
         bool &hasWaitedInVain = Kept().HasWaitedInVain;
-        const auto end = std::chrono::steady_clock::now() + longestLockWait;
+        const Tick begun = GetTickCount();
         while (descriptor_ >= 0 && flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
-            hasWaitedInVain |= std::chrono::steady_clock::now() >= end;
+            hasWaitedInVain |= TicksBetween(begun, GetTickCount()) >= longestLockWait;
             if (hasWaitedInVain) return;
-            std::this_thread::sleep_for(pauseBetweenTries);
+            Sleep(pauseBetweenTries);
         }
         hasWaitedInVain = false;
     }

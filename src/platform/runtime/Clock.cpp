@@ -2,6 +2,9 @@
 #include "platform/runtime/Clock.h"
 
 #include <optional>
+#include <thread>
+
+#include "platform/runtime/Sleep.h"
 
 namespace pixmora {
 
@@ -43,6 +46,14 @@ Tick TickAfter(Tick tick, Tick ms) {
 
 bool IsWithin(Tick since, Tick ms) {
     return ms >= 0 && Unsigned(GetTickCount()) - Unsigned(since) <= Unsigned(ms);
+}
+
+void Sleep(int ms) {
+    if (IsClockSet()) {
+        MoveSetClockTo(TickAfter(GetTickCount(), ms));
+    } else {
+        std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+    }
 }
 
 DateTime Now() {
