@@ -57,21 +57,18 @@ class Marionette:
 class Engine:
     """A browser of a test's own: `driver` is Selenium's. @param name chromium, firefox or webkit"""
 
-    def __init__(self, name, phone=False):
-        self.firefox = None
+    def __init__(self, name):
+        self.firefox = self.screen = None
         self.profile = tempfile.mkdtemp(prefix="pixmora-browser-")
-        self.driver = {"chromium": self._chromium, "firefox": self._firefox, "webkit": self._webkit}[name](phone)
+        self.driver = {"chromium": self._chromium, "firefox": self._firefox, "webkit": self._webkit}[name]()
 
-    def _chromium(self, phone):
+    def _chromium(self):
         options = webdriver.ChromeOptions()
         for flag in [*CHROMIUM_FLAGS, "--user-data-dir=" + self.profile]:
             options.add_argument(flag)
-        if phone:
-            metrics = {"width": 390, "height": 844, "pixelRatio": 2, "touch": True}
-            options.add_experimental_option("mobileEmulation", {"deviceMetrics": metrics})
         return webdriver.Chrome(options=options)
 
-    def _firefox(self, _):
+    def _firefox(self):
         Path(self.profile, "user.js").write_text('user_pref("marionette.port", 0);\n')
         words = ["firefox-esr", "--headless", "--no-remote", "--marionette", "--profile", self.profile, "--width=1200",
                  "--height=800"]
@@ -81,7 +78,14 @@ class Engine:
         port = wait_until(lambda: told.exists() and told.read_text(), "firefox", 3 * PATIENCE)
         return WebDriver(command_executor=Marionette(int(port)), options=webdriver.FirefoxOptions())
 
-    def _webkit(self, _):
+    def _webkit(self):
+        """On a screen of its own, whose number the server itself finds and tells: others may start theirs at the same time."""
+        here, there = os.pipe()
+        self.screen = subprocess.Popen(["Xvfb", "-displayfd", str(there), "-screen", "0", "1280x1024x24"], pass_fds=[there],
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(there)
+        with open(here) as told:
+            os.environ["DISPLAY"] = ":" + told.readline().strip()
         return webdriver.WebKitGTK()
 
     def close(self):
@@ -91,6 +95,9 @@ class Engine:
             self.firefox.wait()
         else:
             self.driver.quit()
+        if self.screen:
+            self.screen.terminate()
+            self.screen.wait()
         shutil.rmtree(self.profile, ignore_errors=True)
 
 
@@ -104,5 +111,5 @@ def wait_until(condition, what, patience=PATIENCE, told=None):
                 return value
         except WebDriverException as error:
             last = error
-        time.sleep(0.05)
+        time.sleep(0.02)
     raise AssertionError("too long: %s %s" % (what, told or last or ""))

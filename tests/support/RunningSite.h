@@ -43,6 +43,7 @@ protected:
     }
     ~RunningSite() override {
         if (gWebsiteStarted) StopWebsite(true);
+        gVisitorsActive = 0;  // a site that was never started stops nothing
         ReleaseProgram();
     }
 
