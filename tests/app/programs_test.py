@@ -2,6 +2,7 @@
 """The programs as a shell meets them: exit codes, refusals, signals, defaults: programs_test.py FOLDER_OF_THE_PROGRAMS"""
 import os
 import re
+import shutil
 import signal
 import socket
 import subprocess
@@ -13,59 +14,6 @@ sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "../sup
 from site_under_test import Site, bitmap  # noqa: E402
 
 PROGRAMS = sys.argv.pop(1)
-
-# Words, exit status, standard output, the end of standard error. {folder} stands for the test's own.
-COMMANDS = [
-    ("", 2, "", "       pixmoractl backup FILE | check | stats [--csv]\n"),
-    ("nonsense", 2, "", None),
-    ("get Setup", 2, "", None),
-    ("set Setup Author", 2, "", None),
-    ("get Setup Author", 0, "\n", ""),
-    ("get Setup Author Nobody", 0, "Nobody\n", ""),
-    ("set Setup Author Ann", 0, "", ""),
-    ("get setup AUTHOR Nobody", 0, "Ann\n", ""),
-    ("unset Setup Author", 0, "", ""),
-    ("unset Setup Author", 0, "", ""),
-    ("get Setup Author Nobody", 0, "Nobody\n", ""),
-    ("album list", 0, "", ""),
-    ("album add a/b {folder}/pictures", 1, "", "Album name cannot contain any of the following characters: |  | \\ / : * ? \" ' < > |\n"),
-    ("album add Trips {folder}/gone", 1, "", "This directory is invalid!\n"),
-    ("album add Trips /", 1, "", None),
-    ("album add Trips {folder}/pictures --no-pictures --no-movies", 1, "",
-     "You must at least choose to show pictures or show movies!\n"),
-    ("album add Trips {folder}/pictures --description", 2, "", None),
-    ("album add Trips {folder}/pictures --featured {folder}/none.jpg", 1, "", "There is no file '{folder}/none.jpg'.\n"),
-    ("album add Trips {folder}/pictures/../pictures/ --featured none --no-movies", 0, "", ""),
-    ("album list", 0, "Trips\t{folder}/pictures\n", ""),
-    ("album remove Gone", 1, "", "There is no album named 'Gone'.\n"),
-    ("user add Ann", 2, "", None),
-    ("user add Ann secret --boss", 2, "", None),
-    ("user add Ann secret --admin", 0, "", ""),
-    ("user add ann secret", 1, "", "Username already exists!\n"),
-    ("user add Bob b", 0, "", ""),
-    ("user list", 0, "Ann\tadmin\nBob\tuser\n", ""),
-    ("protect Gone \\ Bob", 1, "", "There is no album named 'Gone'.\n"),
-    ("protect Trips \\ Carl", 1, "", "There is no user named 'Carl'.\n"),
-    ("protect Trips \\none Bob", 1, "", "There is no directory '\\none' in the album 'Trips'.\n"),
-    ("protect Trips sub/ Bob", 0, "", ""),
-    ("unprotect Trips \\sub Bob", 0, "", ""),
-    ("unprotect Trips \\sub Bob", 1, "", "'Bob' has no right to '\\sub' in the album 'Trips'.\n"),
-    ("user remove Carl", 1, "", "There is no user named 'Carl'.\n"),
-    ("user remove Bob", 0, "", ""),
-    ("user add \u00c4NNE secret", 0, "", ""),
-    ("user add \u00e4nne secret", 1, "", "Username already exists!\n"),
-    ("check", 0, "", ""),
-    ("set Setup FilesPerRow three", 0, "", ""),
-    ("check", 1, "Type mismatch (Setup, FilesPerRow)\n", ""),
-    ("backup {folder}/copy.mdb", 0, "", ""),
-    ("backup {folder}/copy.mdb", 0, "", ""),
-    ("backup {folder}", 1, "", "'{folder}' is a directory.\n"),
-    ("backup {folder}/none/copy.mdb", 1, "", "unable to open database file ({folder}/none/copy.mdb)\n"),
-    ("stats --tsv", 2, "", None),
-    ("album remove trips", 0, "", ""),
-    ("album list", 0, "", ""),
-]
-
 
 class ProgramsTest(unittest.TestCase):
     def setUp(self):
@@ -80,20 +28,37 @@ class ProgramsTest(unittest.TestCase):
         return subprocess.run(words, env=self.site.environment, capture_output=True, text=True, timeout=60)
 
     def test_pixmoractl_answers_as_the_table_says(self):
-        for words, status, output, errors in COMMANDS:
+        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "commands.tsv"), encoding="utf-8") as file:
+            rows = [line.rstrip("\n").replace("{folder}", self.site.folder).split("\t") for line in file][1:]
+        for words, status, output, errors in rows:
             with self.subTest(words):
-                row = [text and text.replace("{folder}", self.site.folder) for text in (words, output, errors)]
-                done = self.run_words(PROGRAMS + "/pixmoractl", *row[0].split())
-                self.assertEqual((status, row[1]), (done.returncode, done.stdout), done.stderr)
-                if errors is None:
-                    self.assertTrue(done.stderr)
-                else:
-                    self.assertTrue(done.stderr.endswith(row[2]) and bool(done.stderr) == bool(errors), done.stderr)
+                done = self.run_words(PROGRAMS + "/pixmoractl", *words.split())
+                wanted = output.replace("<tab>", "\t").replace("<line>", "\n") + "\n" if output != "-" else ""
+                self.assertEqual((int(status), wanted), (done.returncode, done.stdout), done.stderr)
+                said = done.stderr.endswith(errors + "\n") if errors not in "-?" else (errors == "?") == bool(done.stderr)
+                self.assertTrue(said, done.stderr)
+
+    def test_a_check_names_what_would_trouble_the_site(self):
+        self.site.add_album("Trips", self.pictures)
+        shutil.rmtree(self.pictures)
+        with open(self.site.home + "/restrictwords.txt", "w") as file:
+            file.write("Private*\na[b\n")
+        done = self.run_words(PROGRAMS + "/pixmoractl", "check")
+        self.assertEqual((1, 2), (done.returncode, done.stdout.count("\n")), done.stdout)
+        self.assertIn("restrictwords.txt, line 2", done.stdout)
+        self.assertIn("The folder '%s' of the album 'Trips' is missing" % self.pictures, done.stdout)
 
     def test_a_running_site_keeps_its_tables_and_ends_by_each_signal(self):
         self.site.add_album("Trips", self.pictures)
+        manager = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        self.addCleanup(manager.close)
+        manager.bind(self.site.folder + "/notify")
+        manager.settimeout(10)
+        self.site.environment["NOTIFY_SOCKET"] = self.site.folder + "/notify"
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             self.site.start()
+            while not manager.recv(1000).startswith(b"READY=1\nSTATUS=Serving http://"):
+                pass
             self.assertEqual(self.site.database and b"Trips" in self.site.get("/"), True)
             done = self.run_words(PROGRAMS + "/pixmoractl", "album", "remove", "Trips")
             self.assertEqual((1, True), (done.returncode, "already running" in done.stderr))
@@ -164,6 +129,9 @@ class ProgramsTest(unittest.TestCase):
             self.assertEqual("0", self.run_words(PROGRAMS + "/pixmoractl", "get", "Website", "LastOnline").stdout.strip())
         self.assertEqual([(1,)], self.site.query("SELECT count(*) FROM StatsDaily WHERE AlbumName='Trips'"))
         self.assertEqual([(2,)], self.site.query("SELECT TotalCount FROM StatsTotal WHERE Stat=1"))
+        overall = self.site.query("SELECT TOTAL(Visitors), TOTAL(Thumbs), TOTAL(Downloads), TOTAL(Bandwidth) FROM StatsMonthly")[0]
+        self.assertIn("Stats Summary,Overall,%d,%d,%d,%d\n" % overall,
+                      self.run_words(PROGRAMS + "/pixmoractl", "stats", "--csv").stdout)
 
 
 if __name__ == "__main__":

@@ -11,20 +11,17 @@
 namespace pixmora {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
 
 TEST(LocalIP, IsTheHostTablesUnlessThatIsLoopback) {
     using Addresses = std::vector<std::string>;
-    const std::tuple<const char *, Addresses, Addresses, const char *> cases[] = {
-        // name, host table, interfaces, address
-        {"two network cards", {"192.168.1.5", "10.0.0.5"}, {"10.0.0.5", "192.168.1.5"}, "192.168.1.5"},
-        {"the name stands for loopback", {"127.0.1.1"}, {"10.0.0.5", "192.168.1.5"}, "10.0.0.5"},
-        {"no network at all", {"127.0.1.1"}, {}, "127.0.1.1"},
-        {"a name that only a name server knows", {}, {"10.0.0.5"}, "10.0.0.5"},
-    };
-    for (const auto &[name, hostTable, interfaces, address] : cases)
-        EXPECT_EQ(GetLocalIP(hostTable, interfaces), address) << name;
+    const Addresses cards = {"10.0.0.5", "192.168.1.5"};
+    EXPECT_EQ(GetLocalIP({"192.168.1.5", "10.0.0.5"}, cards), "192.168.1.5");
+    EXPECT_EQ(GetLocalIP(Addresses{"127.0.1.1"}, cards), "10.0.0.5");
+    EXPECT_EQ(GetLocalIP(Addresses{"127.0.1.1"}, {}), "127.0.1.1");
+    EXPECT_EQ(GetLocalIP({}, cards), "10.0.0.5");
     EXPECT_EQ(GetLocalIP({}, {}), "");
 }
 
@@ -66,7 +63,7 @@ protected:
     }
 
     void InstallMessenger() { Registry::SetValue(root, messenger + "\\Login", "Screen Name", std::string("ann")); }
-    void Put(const std::string &name, const std::string &message) { Registry::SetValue(root, list, name, message); }
+    auto Messages() const { return Registry::EnumValues(root, list); }
 
     const Registry::Root root = Registry::Root::CurrentUser;
     const std::string messenger = R"(Software\America Online\AOL Instant Messenger (TM)\CurrentVersion)";
@@ -83,28 +80,29 @@ TEST_F(AwayMessage, StandsInTheMessengersListWhileTheSiteIsUp) {
     RemoveAwayMessage();
     EXPECT_FALSE(Registry::KeyExists(root, "Software\\America Online")) << "no messenger, no list";
     InstallMessenger();
-    InstallAwayMessage();
-    EXPECT_THAT(Registry::EnumValues(root, list), ElementsAre(Pair("GoneMsg0001", Registry::Value(text))));
-    gWebsiteAddress = "http://another";
-    InstallAwayMessage();
-    EXPECT_THAT(Registry::EnumValues(root, list), ElementsAre(Pair("GoneMsg0001", Registry::Value(text))));
+    for (const char *address : {"http://203.0.113.7:8080", "http://another"}) {
+        gWebsiteAddress = address;
+        InstallAwayMessage();
+        EXPECT_THAT(Messages(), ElementsAre(Pair("GoneMsg0001", Registry::Value(text))));
+    }
+    const ScriptedOwner owner;
+    SaveSetting("Setup", "PublicAddress", "http://another/ann");
+    RefreshWebsiteAddress();
+    ASSERT_EQ(Messages().size(), 1U);
+    EXPECT_THAT(std::get<std::string>(Messages()[0].second), HasSubstr("http://another/ann"));
     RemoveAwayMessage();
-    EXPECT_THAT(Registry::EnumValues(root, list), IsEmpty());
+    EXPECT_THAT(Messages(), IsEmpty());
 }
 
 TEST_F(AwayMessage, LeavesTheOwnersMessagesAlone) {
     InstallMessenger();
-    Put("GoneMsg0041", "gone fishing");
-    Put("GoneMsg0007", "gone shopping");
-    Put("Other", "x");
-    Put("GoneMsg99999999999999999999", "a name that no messenger made");
+    for (const char *name : {"GoneMsg0041", "GoneMsg0007", "Other", "GoneMsg99999999999999999999"})
+        Registry::SetValue(root, list, name, std::string("gone fishing"));
     InstallAwayMessage();
     EXPECT_EQ(Registry::GetValue(root, list, "GoneMsg0042"), Registry::Value(text));
-    Put("GoneMsg0043", "stale: Advertise My Picture Website</title>");
     RemoveAwayMessage();
     EXPECT_FALSE(Registry::ValueExists(root, list, "GoneMsg0042"));
-    EXPECT_FALSE(Registry::ValueExists(root, list, "GoneMsg0043"));
-    EXPECT_EQ(Registry::EnumValues(root, list).size(), 4U);
+    EXPECT_EQ(Messages().size(), 4U);
 }
 
 }  // namespace pixmora

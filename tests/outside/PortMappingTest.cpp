@@ -1,18 +1,17 @@
 // The port that the home's router leads here: what is asked of it, what the owner is told, how long it lasts.
 #include "outside/PortMapping.h"
 
-#include <gmock/gmock.h>
-
 #include <atomic>
 
 #include "OutsideFixture.h"
 #include "outside/Address.h"
 #include "store/Settings.h"
+#include "support/Client.h"
 #include "support/ScriptedOwner.h"
 
 namespace pixmora {
 
-using testing::HasSubstr;
+using test::TurnUntil;
 
 namespace {
 
@@ -55,11 +54,6 @@ protected:
     void Open() {
         OpenRouterPort([] { return false; });
     }
-    template <typename Condition>
-    static void TurnUntil(const Condition &condition) {
-        for (int turn = 0; !condition() && turn < 1000; ++turn) WaitUntilTick(TickAfter(GetTickCount(), 2));
-    }
-
     PlayedRouter router;
     ScriptedOwner owner;
 };
@@ -100,27 +94,31 @@ TEST_F(PortMapping, IsRenewedAndTakenBack) {
     router.Reply = {RouterOutcome::Opened, "203.0.113.9", 8080, ""};
     Open();
     SetClock();
+    gSystray->RouterPort.AskedTick = clockStart;
     clock->Advance(RouterLease / 2 * 1000 - 1);
     RenewRouterPort();
     EXPECT_EQ(router.Opened, 1);
     clock->Advance(1);
     router.Reply.OuterAddress = "203.0.113.10";
     RenewRouterPort();
-    clock.reset();
-    TurnUntil([] { return gWebsiteAddress == "http://203.0.113.10:8080"; });
-    EXPECT_EQ(gWebsiteAddress, "http://203.0.113.10:8080") << "the provider has given another";
+    EXPECT_TRUE(TurnUntil([] { return gWebsiteAddress == "http://203.0.113.10:8080"; })) << "the provider's new one";
     SaveSetting("Setup", "ListenAddress", "192.0.2.8");
+    router.Reply = {RouterOutcome::Refused, "203.0.113.9", 0, ""};
+    owner.ExpectNotice(
+        "Your router has refused to open port 8080. Please allow it in its settings, or lead the port to this computer "
+        "there.");
     RenewRouterPort();
-    TurnUntil([this] { return router.Opened == 3; });
-    EXPECT_EQ(router.Opened, 3) << "the machine has moved";
+    EXPECT_TRUE(TurnUntil([this] { return owner.IsDone(); })) << "the machine has moved";
+    clock->Advance(RouterLease / 2 * 1000);
+    RenewRouterPort();
+    EXPECT_TRUE(TurnUntil([this] { return router.Opened == 4 && !gSystray->RouterPort.IsAsked; })) << "told once";
 
     CloseRouterPort();
-    TurnUntil([this] { return router.Closed == 1; });
-    EXPECT_EQ(router.Closed, 1);
+    EXPECT_TRUE(TurnUntil([this] { return router.Closed == 1; }));
     EXPECT_EQ(BestWebsiteAddress(), "http://192.0.2.8:8080");
     RenewRouterPort();
     DoEvents();
-    EXPECT_EQ(router.Opened, 3) << "not after a stop";
+    EXPECT_EQ(router.Opened, 4) << "not after a stop";
 }
 
 }  // namespace pixmora

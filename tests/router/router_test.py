@@ -63,16 +63,8 @@ def serve_discovery():
 
 
 def gateway(outer, allows):
-    description = """<?xml version="1.0"?><root xmlns="urn:schemas-upnp-org:device-1-0"><specVersion><major>1</major><minor>0</minor>
-</specVersion><device><deviceType>%s</deviceType><friendlyName>Played</friendlyName><UDN>uuid:1</UDN><deviceList><device>
-<deviceType>urn:schemas-upnp-org:device:WANDevice:1</deviceType><UDN>uuid:2</UDN><serviceList><service>
-<serviceType>urn:schemas-upnp-org:service:WANCommonInterfaceConfig:1</serviceType><serviceId>urn:upnp-org:serviceId:WANCommonIFC1
-</serviceId><controlURL>/facts</controlURL><eventSubURL>/event</eventSubURL><SCPDURL>/scpd.xml</SCPDURL></service></serviceList>
-<deviceList><device>
-<deviceType>urn:schemas-upnp-org:device:WANConnectionDevice:1</deviceType><UDN>uuid:3</UDN><serviceList><service>
-<serviceType>%s</serviceType><serviceId>urn:upnp-org:serviceId:WANIPConn1</serviceId><controlURL>/control</controlURL>
-<eventSubURL>/event</eventSubURL><SCPDURL>/scpd.xml</SCPDURL></service></serviceList></device></deviceList></device></deviceList>
-</device></root>""" % (DEVICE, SERVICE)
+    with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "gateway.xml")) as file:
+        description = file.read()
 
     class Gateway(BaseHTTPRequestHandler):
         def log_message(self, *_):
@@ -166,38 +158,36 @@ class BehindARouter(unittest.TestCase):
                     address = re.search(r"http://[^\"\s]*", file.read()).group(0)
                 self.assertEqual(site.stop(), 0)
                 texts = ["\n".join(router.end()), address, site.error_text()]
-                return [text.replace(str(site.port), "PORT") for text in texts]
+                return tuple(text.replace(str(site.port), "PORT") for text in texts)
             finally:
                 site.close()
 
+    def assert_opens(self, asked, *words):
+        self.assertEqual(("\n".join(asked), "http://%s:PORT" % PUBLIC, ""), self.serve(*words))
+
     def test_nat_pmp_opens_the_port_and_takes_it_back(self):
-        asked, address, told = self.serve("nat-pmp")
-        self.assertEqual(asked, "nat-pmp open PORT 3600\nnat-pmp close PORT 0")
-        self.assertEqual((address, told), ("http://%s:PORT" % PUBLIC, ""))
+        self.assert_opens(["nat-pmp open PORT 3600", "nat-pmp close PORT 0"], "nat-pmp")
 
     def test_upnp_opens_the_port_and_takes_it_back(self):
-        asked, address, told = self.serve("upnp")
-        self.assertEqual(asked, "upnp open PORT 3600 %s\nupnp close PORT" % HOME)
-        self.assertEqual((address, told), ("http://%s:PORT" % PUBLIC, ""))
+        self.assert_opens(["upnp open PORT 3600 " + HOME, "upnp close PORT"], "upnp")
 
     def test_a_router_that_knows_no_leases_opens_it_for_ever(self):
-        asked, address, told = self.serve("upnp", allows="for ever")
-        self.assertEqual(asked, "upnp open PORT 3600 %s\nupnp open PORT 0 %s\nupnp close PORT" % (HOME, HOME))
-        self.assertEqual((address, told), ("http://%s:PORT" % PUBLIC, ""))
+        asked = ["upnp open PORT 3600 " + HOME, "upnp open PORT 0 " + HOME, "upnp close PORT"]
+        self.assert_opens(asked, "upnp", PUBLIC, "for ever")
 
-    def assert_trouble(self, protocols, outer, allows, words):
-        _, address, told = self.serve(protocols, outer, allows)
-        self.assertEqual(address, "http://%s:PORT" % HOME)
+    def assert_trouble(self, words, *router):
+        _, address, told = self.serve(*router)
+        self.assertEqual("http://%s:PORT" % HOME, address)
         self.assertIn(words, told)
 
     def test_a_refusal_is_told(self):
-        self.assert_trouble("nat-pmp upnp", PUBLIC, "no", "Your router has refused to open port PORT")
+        self.assert_trouble("Your router has refused to open port PORT", "nat-pmp upnp", PUBLIC, "no")
 
     def test_a_router_of_the_provider_is_told(self):
-        self.assert_trouble("nat-pmp", CARRIER, "yes", CARRIER + ", is a private one")
+        self.assert_trouble(CARRIER + ", is a private one", "nat-pmp", CARRIER)
 
     def test_a_silent_router_is_told(self):
-        self.assert_trouble("none", PUBLIC, "no", "No router has answered")
+        self.assert_trouble("No router has answered", "none")
 
 
 def main():

@@ -19,11 +19,6 @@ using testing::NotNull;
 
 namespace {
 
-/// A frame of 4 by 2 pixels, all alike.
-std::string Grey(char light) {
-    return std::string(24, light);
-}
-
 std::string Jpeg(const QColor &colour) {
     QImage image(16, 8, QImage::Format_RGB888);
     image.fill(colour);
@@ -32,22 +27,9 @@ std::string Jpeg(const QColor &colour) {
     return buffer.data().toStdString();
 }
 
-/// Many cameras leave the tables out of their frames, as they are always the same.
-std::string WithoutHuffmanTables(const std::string &jpeg) {
-    std::string bytes = jpeg.substr(0, 2);
-    for (std::size_t at = 2; at < jpeg.size();) {
-        const auto marker = static_cast<unsigned char>(jpeg[at + 1]);
-        const std::size_t length =
-            static_cast<unsigned char>(jpeg[at + 2]) * 256U + static_cast<unsigned char>(jpeg[at + 3]);
-        if (marker == 0xDA) return bytes + jpeg.substr(at);
-        if (marker != 0xC4) bytes += jpeg.substr(at, length + 2);
-        at += length + 2;
-    }
-    return bytes;
-}
-
-const std::string white = Grey('\xFF');
-const std::string black = Grey('\0');
+// Frames of 4 by 2 pixels.
+const std::string white(24, '\xFF');
+const std::string black(24, '\0');
 constexpr const char *node = "/dev/video0";
 
 }  // namespace
@@ -71,7 +53,12 @@ protected:
         return device && Take(*device);
     }
     QImage Still() const { return QImage::fromData(QByteArray::fromStdString(still), "BMP"); }
-    QColor ColourOfStill() const { return Still().pixelColor(0, 0); }
+    /// Whether the still has that colour, as near as JPEG keeps it.
+    bool IsStill(const QColor &wanted) const {
+        const QColor colour = Still().pixelColor(0, 0);
+        return std::abs(colour.red() - wanted.red()) < 4 && std::abs(colour.green() - wanted.green()) < 4 &&
+               std::abs(colour.blue() - wanted.blue()) < 4;
+    }
 
     std::string still;
     PlayedKernel kernel;
@@ -99,7 +86,7 @@ TEST_F(V4l2Device, TurnsFramesIntoBitmaps) {
     const std::string red = Jpeg(Qt::red);
     const std::tuple<const char *, Format, std::string, QColor> cases[] = {
         {"white", rgb, white, Qt::white},
-        {"jpeg without tables", mjpeg, WithoutHuffmanTables(Jpeg(Qt::blue)), Qt::blue},
+        {"jpeg", mjpeg, Jpeg(Qt::blue), Qt::blue},
         {"jpeg filled up with zeros", mjpeg, red + std::string(100, '\0'), Qt::red},
         {"jpeg with other bytes behind it", mjpeg, red + "of the frame before", Qt::red},
         {"jpeg without its end mark", mjpeg, red.substr(0, red.size() - 2), Qt::red},
@@ -107,9 +94,7 @@ TEST_F(V4l2Device, TurnsFramesIntoBitmaps) {
     for (const auto &[name, format, frame, wanted] : cases) {
         AddCamera(node, {.Formats = {{V4L2_PIX_FMT_GREY}, format}, .Frames = {{frame}}});
         ASSERT_TRUE(TakeFromFirst()) << name;
-        EXPECT_NEAR(ColourOfStill().red(), wanted.red(), 3) << name;
-        EXPECT_NEAR(ColourOfStill().green(), wanted.green(), 3) << name;
-        EXPECT_NEAR(ColourOfStill().blue(), wanted.blue(), 3) << name;
+        EXPECT_TRUE(IsStill(wanted)) << name;
     }
 }
 
@@ -142,19 +127,19 @@ TEST_F(V4l2Device, KeepsTheLastOfAFewFrames) {
     camera.Frames.push_back({white});
     for (int i = 0; i < 90; ++i) camera.Frames.push_back({black});
     ASSERT_TRUE(TakeFromFirst());
-    EXPECT_EQ(ColourOfStill(), QColor(255, 255, 255));
+    EXPECT_TRUE(IsStill(Qt::white));
     EXPECT_EQ(camera.FramesGiven, 10U);
 
     const std::string whole = Jpeg(Qt::red);
     AddCamera(node, {.Formats = {{V4L2_PIX_FMT_MJPEG, 16, 8}},
                      .Frames = {{whole}, {whole.substr(0, whole.size() / 2)}, {"\xFF\xD8\xFF no picture \xFF\xD9"}}});
     ASSERT_TRUE(TakeFromFirst());
-    EXPECT_NEAR(ColourOfStill().red(), 255, 3) << "the last one that is whole and can be decoded";
+    EXPECT_TRUE(IsStill(Qt::red)) << "the last one that is whole and can be decoded";
 
     AddCamera(node, {.Frames = {{black, 0, 700}, {white, 0, 700}, {black, 0, 700}}});
     const Tick start = GetTickCount();
     ASSERT_TRUE(TakeFromFirst()) << "a slow camera";
-    EXPECT_EQ(ColourOfStill(), QColor(255, 255, 255));
+    EXPECT_TRUE(IsStill(Qt::white));
     EXPECT_THAT(GetTickCount() - start, Le(2000));
 }
 
@@ -162,7 +147,7 @@ TEST_F(V4l2Device, ReadsWhereItCannotStream) {
     AddCamera(node,
               {.Capabilities = V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_READWRITE, .Frames = {{black.substr(3)}, {white}}});
     ASSERT_TRUE(TakeFromFirst());
-    EXPECT_EQ(ColourOfStill(), QColor(255, 255, 255));
+    EXPECT_TRUE(IsStill(Qt::white));
 }
 
 TEST_F(V4l2Device, GivesNothingWhenItFailsAndGoesOnOnceMended) {

@@ -17,32 +17,28 @@ std::string Sample(const std::string &name) {
     return (std::filesystem::path(__FILE__).parent_path() / "../media" / name).string();
 }
 
-/// As ffprobe has them, but for the movie that its head turns upright.
-const std::tuple<const char *, int, int, std::int64_t, std::int64_t> known[] = {
-    // name, width, height, frames, ms
-    {"mpeg4.avi", 64, 48, 5, 1000},
-    {"mpeg4.mov", 64, 48, 6, 1000},
-    {"turned.mov", 48, 64, 6, 1000},
-    {"mpeg1_program_stream.mpg", 96, 64, 22, 917},
-    {"mpeg2_program_stream.mpeg", 64, 96, 25, 1000},
-};
-
 }  // namespace
 
 TEST(MovieFacts, TellsSizeFramesAndLengthByContent) {
+    // As ffprobe has them, but for the movie that its head turns upright.
+    const std::tuple<const char *, int, int, std::int64_t, std::int64_t> known[] = {
+        // name, width, height, frames, ms
+        {"mpeg4.avi", 64, 48, 5, 1000},
+        {"mpeg4.mov", 64, 48, 6, 1000},
+        {"turned.mov", 48, 64, 6, 1000},
+        {"mpeg1_program_stream.mpg", 96, 64, 22, 917},
+        {"mpeg2_program_stream.mpeg", 64, 96, 25, 1000},
+    };
     const TempFolder folder;
     for (const auto &[name, width, height, frames, ms] : known) {
-        SCOPED_TRACE(name);
         const MovieFacts facts = ReadMovieFacts(folder.Write("misnamed.mpg", ReadBinaryFile(Sample(name))));
-        EXPECT_TRUE(facts.IsReadable && facts.HasPicture);
-        EXPECT_EQ(facts.Width, width);
-        EXPECT_EQ(facts.Height, height);
-        EXPECT_EQ(facts.Frames, frames);
-        EXPECT_EQ(facts.LengthMs, ms);
+        EXPECT_TRUE(facts.IsReadable && facts.HasPicture) << name;
+        EXPECT_EQ(std::tuple(facts.Width, facts.Height, facts.Frames, facts.LengthMs),
+                  std::tuple(width, height, frames, ms))
+            << name;
     }
     const MovieFacts sound = ReadMovieFacts(Sample("sound_only.mov"));
-    EXPECT_TRUE(sound.IsReadable);
-    EXPECT_FALSE(sound.HasPicture);
+    EXPECT_TRUE(sound.IsReadable && !sound.HasPicture);
     EXPECT_EQ(sound.LengthMs, 250);
 }
 

@@ -1,18 +1,14 @@
-// Texts: cutting, replacing, comparing, and wildcard matches.
+// Texts: comparing, wildcard matches, and their bytes as other programs leave them.
 #include "platform/runtime/Text.h"
 
 #include <gtest/gtest.h>
 
+#include "platform/runtime/Encoding.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {
 
-TEST(Text, FoldsAsciiCaseAndLeavesOtherBytesAlone) {
-    EXPECT_EQ(LCase("ÀZ[@"), "Àz[@");
-    EXPECT_EQ(UCase("àz{`"), "àZ{`");
-    EXPECT_TRUE(EqualsIgnoreCase("Webcam", "WebCam"));
-    EXPECT_FALSE(EqualsIgnoreCase("Webcam", "Webcams"));
-}
+using namespace std::string_literals;
 
 TEST(Texts, CompareAsPeopleReadThem) {
     const std::string ordered[] = {"",       "Apfel", "\xC3\x84pfel", "apfel\xC3\xA4",    "Bahn",
@@ -36,32 +32,31 @@ TEST(Texts, CompareAsPeopleReadThem) {
 }
 
 TEST(LikePattern, Matches) {
-    const std::tuple<const char *, const char *, const char *, bool> cases[] = {
-        // name, text, pattern, fits
-        {"a run at the end", "Private stuff", "Private*", true},
-        {"case counts", "private stuff", "Private*", false},
-        {"the whole text, not a part", "Censored too", "Censored", false},
-        {"empty pattern on empty text", "", "", true},
-        {"empty pattern on a text", "a", "", false},
-        {"star on nothing", "", "*", true},
-        {"last star gives way", "aXbXc", "*X*c", true},
-        {"star then too little", "ab", "*abc", false},
-        {"question mark needs a character", "a", "a?", false},
-        {"digit", "IMG_1", "IMG_#", true},
-        {"no digit", "IMG_x", "IMG_#", false},
-        {"list", "b", "[abc]", true},
-        {"range", "m", "[a-z]", true},
-        {"outside a range", "M", "[a-z]", false},
-        {"negated range", "5", "[!a-z]", true},
-        {"negated, inside", "q", "[!a-z]", false},
-        {"hyphen at the end stands for itself", "-", "[a-]", true},
-        {"lone exclamation mark in a list", "!", "[!]", true},
-        {"special characters in a list", "*", "[*?#[]", true},
-        {"an empty list is nothing", "ab", "a[]b", true},
-        {"closing bracket alone is itself", "a]", "a]", true},
-        {"bytes above 127", "\xC3\xA9", "[\xC0-\xFF]?", true},
+    const std::tuple<const char *, const char *, bool> cases[] = {
+        // text, pattern, fits
+        {"Private stuff", "Private*", true},
+        {"private stuff", "Private*", false},
+        {"Censored too", "Censored", false},
+        {"", "", true},
+        {"a", "", false},
+        {"", "*", true},
+        {"aXbXc", "*X*c", true},
+        {"ab", "*abc", false},
+        {"a", "a?", false},
+        {"IMG_1", "IMG_#", true},
+        {"IMG_x", "IMG_#", false},
+        {"m", "[a-z]", true},
+        {"M", "[a-z]", false},
+        {"5", "[!a-z]", true},
+        {"q", "[!a-z]", false},
+        {"-", "[a-]", true},
+        {"!", "[!]", true},
+        {"*", "[*?#[]", true},
+        {"ab", "a[]b", true},
+        {"a]", "a]", true},
+        {"\xC3\xA9", "[\xC0-\xFF]?", true},
     };
-    for (const auto &[name, text, pattern, fits] : cases) EXPECT_EQ(Like(text, pattern), fits) << name;
+    for (const auto &[text, pattern, fits] : cases) EXPECT_EQ(Like(text, pattern), fits) << text << " " << pattern;
     EXPECT_THROW(Like("abc", "a[bc"), RunTimeError);
     EXPECT_THROW(Like("x", "[z-a]"), RunTimeError);
 }
@@ -74,6 +69,16 @@ TEST(PathMatch, TriesEachWildcardWithoutCase) {
     EXPECT_FALSE(PathMatchSpec("a.jpg.tmp", "*.jpg"));
     EXPECT_FALSE(PathMatchSpec("", "*.jpg;;")) << "an empty wildcard matches nothing";
     EXPECT_FALSE(PathMatchSpec("a", "[a]")) << "the shell knows no lists";
+}
+
+TEST(Encoding, TellsWhatATextIsWrittenIn) {
+    EXPECT_EQ(WithoutByteOrderMark("\xEF\xBB\xBFPrivate*\r\n"), "Private*\r\n");
+    EXPECT_EQ(WithoutByteOrderMark("\xFF\xFE\xE9\0t\0\xE9\0"s), "\xC3\xA9t\xC3\xA9");
+    for (const std::string &text : {""s, "caf\xE9"s, "\xEF\xBB"s, "caf\xC3\xA9\xEF\xBB\xBF"s})
+        EXPECT_EQ(WithoutByteOrderMark(text), text);
+    for (const char *text : {"", "a\x7F", "\xC3\xA9", "\xF0\x9F\x98\x80"}) EXPECT_TRUE(IsUtf8(text)) << text;
+    for (const char *text : {"\xE9", "\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80"})
+        EXPECT_FALSE(IsUtf8(text)) << text;
 }
 
 }  // namespace pixmora
