@@ -102,8 +102,8 @@ std::string MovieDetails(const std::string &path, const MovieFacts &movie) {
 
 std::string_view PlayableType(std::string_view name, const MovieFacts &movie) {
     if (!gMoreTypes) return {};
-    if (PathMatchSpec(name, "*.mp4;*.m4v;*.webm")) return MovieContentType(name);
-    return PathMatchSpec(name, "*.mov") && movie.IsH264 ? "video/quicktime" : "";
+    const bool isPlayable = PathMatchSpec(name, "*.mp4;*.m4v;*.webm") || (PathMatchSpec(name, "*.mov") && movie.IsH264);
+    return isPlayable ? MovieContentType(name) : "";
 }
 
 }  // namespace pixmora

@@ -23,8 +23,10 @@ constexpr ContentType pictureTypes[] = {{"*.png", "image/png"},
                                         {"*.heic", "image/heic"},
                                         {"*.heif", "image/heif"},
                                         {"*.avif", "image/avif"}};
-constexpr ContentType movieTypes[] = {
-    {"*.mp4;*.m4v", "video/mp4"}, {"*.webm", "video/webm"}, {"*.mkv", "video/x-matroska"}};
+constexpr ContentType movieTypes[] = {{"*.mp4;*.m4v", "video/mp4"},
+                                      {"*.mov", "video/quicktime"},
+                                      {"*.webm", "video/webm"},
+                                      {"*.mkv", "video/x-matroska"}};
 
 std::string_view TypeOf(std::string_view name, std::span<const ContentType> types, std::string_view other) {
     const auto matches = [&](const ContentType &type) {
