@@ -159,19 +159,6 @@ def trace_owner(programs, users):
         return base, operations
 
 
-def trace_start(programs, albums):
-    """The operations of a website start, of which each album is some."""
-    with contextlib.closing(Site(programs)) as site:
-        for number in range(albums - 1):
-            site.control("album", "add", "More %d" % number, site.album)
-        log = site.folder + "/trace"
-        site.command_prefix = strace(log)
-        site.start()
-        operations = read_trace(log, lambda _: False)
-        site.kill()
-        return operations
-
-
 def commits(operations):
     """Frames of the log that end a transaction: 24 bytes of head with the database's size in them."""
     return sum(each[:2] == ("w", "-wal") and len(each[3]) == 24 and each[3][4:8] != bytes(4) for each in operations)
@@ -201,12 +188,6 @@ def main():
     damaged, broken, _ = try_cuts(base, operations, count, cuts, everything)
     results.add("D2", "power cuts while the owner edits (pixmoractl): database whole, nothing lost", cuts,
                 "%d damaged, %d lost something" % (damaged, broken), "0, 0", damaged == broken == 0)
-
-    operations = trace_start(programs, 10)
-    changes = commits(operations)
-    syncs = sum(each[0] == "s" for each in operations)
-    results.add("D5", "syncs before serving, where each commit reaches the disk", changes, "%d" % syncs,
-                "one a commit and one for a new log", changes > 10 and changes <= syncs <= changes + 1)
     results.finish()
 
 

@@ -14,7 +14,7 @@ build() {
   scripts/install-packages build run endure
   [ -z "${ENDURE_PROGRAMS:-}" ] || return 0
   cmake --preset release >/dev/null
-  cmake --build --preset release --target pixmorad pixmoractl
+  cmake --build --preset release --target pixmorad pixmoractl pixmora test_core
 }
 
 # run NAME [ROW...]: prints its rows.

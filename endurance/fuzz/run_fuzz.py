@@ -21,7 +21,8 @@ from endurance import Results  # noqa: E402
 
 # The longest input of each, in bytes.
 LONGEST = {"RequestGrammar": 1024, "Login": 1024, "Statements": 512, "Like": 512, "StripTags": 1024, "Exif": 4608,
-           "IniFiles": 1024, "Pictures": 8192, "Movies": 16384, "Heif": 8192}
+           "IniFiles": 1024, "Pictures": 8192, "Movies": 16384, "Heif": 8192, "LoginGathering": 512,
+           "ForwardedAddress": 512}
 MOST_MEGABYTES = 512
 MOST_ENDS = 20  # after so many findings a target's time is over
 # The sanitizer keeps freed memory back; of pictures that would count as the target's own.

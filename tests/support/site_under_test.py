@@ -129,7 +129,8 @@ class Site:
         if not self.command_prefix:
             return self.process.pid
         with open("/proc/%d/task/%d/children" % (self.process.pid, self.process.pid)) as file:
-            return int(file.read().split()[0])
+            children = file.read().split()
+        return int(children[0]) if children else self.process.pid  # a prefix may become the program
 
     def stop(self, number=signal.SIGTERM, timeout=20):
         """Ends it and returns the exit status (negative: the signal's number)."""

@@ -1,0 +1,47 @@
+// A login that arrives in pieces: when its gathering ends, wherever the pieces begin.
+#include <algorithm>
+
+#include "Fuzz.h"
+#include "core/site/RequestGrammar.h"
+
+namespace pixmora {
+
+namespace {
+
+/// What has been gathered when the pieces, of that many bytes each, suffice; all of it when they never do.
+std::string_view Gathered(std::string_view request, std::size_t piece) {
+    std::size_t length = 0;
+    do {
+        length = std::min(length + piece, request.size());
+    } while (length < request.size() && IsUnfinishedLogin(request.substr(0, length)));
+    return request.substr(0, length);
+}
+
+void Check(std::string_view start, std::string_view body, std::size_t piece) {
+    const std::string head = "POST /SendLogin HTTP/1.0" + std::string(start.substr(0, start.find("\r\n\r\n")));
+    const std::string request = head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
+    const std::string whole = request + std::string(body);
+    if (GetRequestTarget(head) != "SendLogin") return;  // the rest of the first line made another address of it
+    for (std::size_t length = head.size(); length < request.size(); ++length) {
+        REQUIRE(IsUnfinishedLogin(whole.substr(0, length)));
+    }
+    const std::string_view gathered = Gathered(whole, piece);
+    REQUIRE(gathered.size() >= request.size());
+    // A length announced before ours is the one that counts, and any text may stand there.
+    if (HeaderValue(head + "\r\n\r\n", "Content-Length")) return;
+    REQUIRE(gathered == whole && !IsUnfinishedLogin(whole));
+    REQUIRE(body.empty() || IsUnfinishedLogin(std::string_view(whole).substr(0, whole.size() - 1)));
+}
+
+}  // namespace
+
+}  // namespace pixmora
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
+    using namespace pixmora;
+    if (size == 0) return 0;
+    const auto [head, body] = FirstLineAndRest(TextOf(bytes + 1, size - 1));
+    Check(head, body, std::size_t{bytes[0]} + 1);
+    IsUnfinishedLogin(TextOf(bytes, size));
+    return 0;
+}
