@@ -20,7 +20,7 @@ build() {
 # run NAME [ROW...]: prints its rows.
 run() {
   if [ "$1" = fuzz ]; then
-    nice -n 15 scripts/fuzz "$fuzz_seconds"
+    nice -n 15 scripts/fuzz "$fuzz_seconds" && nice -n 15 scripts/fuzz --fast "$fuzz_seconds"
   else
     python3 "endurance/$1.py" "$programs" "${@:2}"
   fi

@@ -8,9 +8,10 @@ namespace pixmora {
 
 namespace {
 
-/// What has been gathered when the pieces, of that many bytes each, suffice; all of it when they never do.
-std::string_view Gathered(std::string_view request, std::size_t piece) {
-    std::size_t length = 0;
+/// What has been gathered when the pieces, of that many bytes each behind the first, suffice; all of it when they never
+/// do.
+std::string_view Gathered(std::string_view request, std::size_t first, std::size_t piece) {
+    std::size_t length = first;
     do {
         length = std::min(length + piece, request.size());
     } while (length < request.size() && IsUnfinishedLogin(request.substr(0, length)));
@@ -25,7 +26,7 @@ void Check(std::string_view start, std::string_view body, std::size_t piece) {
     for (std::size_t length = head.size(); length < request.size(); ++length) {
         REQUIRE(IsUnfinishedLogin(whole.substr(0, length)));
     }
-    const std::string_view gathered = Gathered(whole, piece);
+    const std::string_view gathered = Gathered(whole, head.size(), piece);
     REQUIRE(gathered.size() >= request.size());
     // A length announced before ours is the one that counts, and any text may stand there.
     if (HeaderValue(head + "\r\n\r\n", "Content-Length")) return;

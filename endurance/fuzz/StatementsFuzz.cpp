@@ -64,7 +64,7 @@ void CheckCriteria(const TranslatedCondition &condition) {
         if (!isInName && c == '?') ++marks;
     }
     REQUIRE(!isInName && marks == condition.Literals.size());
-    REQUIRE(HoldsOnly(outside, "\" ?=<>()!'-ACDEIKLNOPRSTabcdefghijklmnopqrstuvwxyz"));
+    REQUIRE(HoldsOnly(outside, "\" ?=<>()!'-ACDEIKLNOPRSTXabcdefghijklmnopqrstuvwxyz"));
 
     sqlite3_stmt *handle = nullptr;
     const char *tail = nullptr;

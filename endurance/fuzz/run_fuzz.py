@@ -106,7 +106,8 @@ def main():
     # A target that ends at a finding leaves its folder behind.
     leftovers = tempfile.TemporaryDirectory(prefix="pixmora-fuzz-")
     ENVIRONMENT["TMPDIR"] = leftovers.name
-    results = Results()
+    results, runs = Results(), 0
+    what = "fuzz %s, fast" if "fast" in programs else "fuzz %s"
     for name in names:
         target = Target(programs, work, name)
         target.run(seconds, seed)
@@ -116,7 +117,9 @@ def main():
             len(target.crashes), len(target.timeouts), target.megabytes, target.coverage)
         wanted = "0 crashes, 0 timeouts, RSS at most %d MB" % MOST_MEGABYTES
         met = not target.crashes and not target.timeouts and target.megabytes <= MOST_MEGABYTES and target.runs > 0
-        results.add("H3", "fuzz " + name, "%d runs" % target.runs, seen, wanted, met)
+        runs += target.runs
+        results.add("H3", what % name, "%d runs" % target.runs, seen, wanted, met)
+    results.add("H3", what % "targets", len(names), "%d runs in all" % runs, "each target found nothing", not results.failed)
     leftovers.cleanup()
     results.finish()
 

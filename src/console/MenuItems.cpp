@@ -25,8 +25,9 @@ std::string VisitorName(const std::string &address) {
 }
 
 MenuItems VisitItems(const clsVisitor &visitor) {
-    const std::int32_t seconds = TicksBetween(visitor.ConnectTime, GetTickCount()) / 1000;
-    return {Item("Connected Time: " + FormatElapsed(seconds, false, false)), Item("Page: " + visitor.CurrentPage)};
+    const std::int64_t seconds = (Uptime() - visitor.ConnectTime) / 1000;
+    return {Item("Connected Time: " + FormatElapsed(static_cast<double>(seconds), false, false)),
+            Item("Page: " + visitor.CurrentPage)};
 }
 
 }  // namespace

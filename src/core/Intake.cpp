@@ -36,7 +36,7 @@ void RefreshVisitor(const std::string &ip, std::string_view request) {
     clsVisitor newVisitor;
     newVisitor.IP = ip;
     newVisitor.CurrentPage = page;
-    newVisitor.ConnectTime = GetTickCount();
+    newVisitor.ConnectTime = Uptime();
     newVisitor.LastTime = GetTickCount();
     ++gVisitorsActive;
     ++gConnectionsSession;

@@ -74,10 +74,11 @@ TEST_F(MainStatusTest, ItemsFollowTheState) {
 
 TEST_F(MainStatusTest, VisitorsHaveTheirVisitBesideThem) {
     EXPECT_EQ(Texts(ActiveMenuItems()), "No Active Users");
-    gVisitors = {{0, GetTickCount(), "127.0.0.1", "Home Page"}, {0, GetTickCount() - 3660000, "10.0.0.9", ""}};
+    constexpr std::int64_t month = 30 * 86400000LL;  // ms
+    gVisitors = {{0, Uptime(), "127.0.0.1", "Home Page"}, {0, Uptime() - month - 60000, "10.0.0.9", ""}};
     EXPECT_EQ(Texts(ActiveMenuItems()),
               "Me{0ActiveMenu: Connected Time: 0h 0m|Page: Home Page}|"
-              "10.0.0.9{1ActiveMenu: Connected Time: 1h 1m|Page: }");
+              "10.0.0.9{1ActiveMenu: Connected Time: 720h 1m|Page: }");
 }
 
 }  // namespace

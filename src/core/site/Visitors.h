@@ -10,10 +10,10 @@ namespace pixmora {
 
 /// One remote address that has asked for a named page in the last ten minutes, however many browsers stand behind it.
 struct clsVisitor {
-    Tick LastTime = 0;        ///< of the last request of any kind
-    Tick ConnectTime = 0;     ///< of the first request
-    std::string IP;           ///< dotted address; the visitor's identity
-    std::string CurrentPage;  ///< page name of the last request that had one; picture requests leave it
+    Tick LastTime = 0;             ///< of the last request of any kind
+    std::int64_t ConnectTime = 0;  ///< uptime at the first request, in ms: some stay for months
+    std::string IP;                ///< dotted address; the visitor's identity
+    std::string CurrentPage;       ///< page name of the last request that had one; picture requests leave it
 };
 
 /// One counted download or visit: while it lives, the same request from the same address isn't counted again.
