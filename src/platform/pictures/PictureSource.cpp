@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::int64_t maximumPixels = 250'000'000;
 /// An empty scan passes over the held picture, some 0.7 ns a pixel, and there is no pause within a piece of the file.
-constexpr std::int64_t maximumPixelsAtOnce = 500'000'000;
+constexpr std::int64_t maximumPixelsAtOnce = 400'000'000;
 
 /// The reader's name for the format of the content; empty for a file that is no picture of ours. No other reader that
 /// may be installed is ever asked.
