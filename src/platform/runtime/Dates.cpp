@@ -57,11 +57,11 @@ bool Take(std::string_view &rest, std::string_view piece) {
 
 /// Takes 1 to `longest` digits.
 int TakeNumber(std::string_view &rest, std::size_t longest) {
-    const std::string_view digits = rest.substr(0, std::min(rest.find_first_not_of("0123456789"), longest));
-    int value = 0;
-    Require(std::from_chars(digits.data(), digits.data() + digits.size(), value).ec == std::errc());
-    rest.remove_prefix(digits.size());
-    return value;
+    unsigned value = 0;
+    const auto [end, error] = std::from_chars(rest.data(), rest.data() + std::min(longest, rest.size()), value);
+    Require(error == std::errc());
+    rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
+    return static_cast<int>(value);
 }
 
 /// "2004-03-01" or "3/1/2004"
