@@ -1,6 +1,7 @@
 // The small drawings on buttons, in menus and in boxes, and the program's mark.
 #include "console/Glyphs.h"
 
+#include <QHash>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
@@ -81,44 +82,28 @@ QPainterPath Information() {
     return path;
 }
 
+/// Of those that aren't only filled.
 QPainterPath StrokesOf(Glyph glyph) {
-    switch (glyph) {
-        case Glyph::Setup:
-            return Gear();
-        case Glyph::Statistics:
-            return Lines({{{5, 20}, {5, 12}}, {{12, 20}, {12, 4}}, {{19, 20}, {19, 9}}});
-        case Glyph::About:
-            return Information();
-        case Glyph::Exit:
-            return Lines(
-                {{{13, 4}, {4, 4}, {4, 20}, {13, 20}}, {{9, 12}, {21, 12}}, {{17, 7.5}, {21, 12}, {17, 16.5}}});
-        case Glyph::Window:
-            return Joined(Rectangles({{3, 5, 18, 14}}), Lines({{{3, 9.5}, {21, 9.5}}}));
-        case Glyph::Minimise:
-            return Lines({{{4, 18}, {20, 18}}});
-        case Glyph::Menu:
-            return Lines({{{4, 6}, {20, 6}}, {{4, 12}, {20, 12}}, {{4, 18}, {20, 18}}});
-        case Glyph::Close:
-            return Lines({{{6, 6}, {18, 18}}, {{18, 6}, {6, 18}}});
-        case Glyph::Browser:
-            return Globe();
-        case Glyph::Copy:
-            return Rectangles({{8, 8, 12, 12}, {4, 4, 12, 12}});
-        case Glyph::Mail:
-            return Joined(Rectangles({{3, 5, 18, 14}}), Lines({{{3, 6.5}, {12, 13}, {21, 6.5}}}));
-        case Glyph::Talk:
-            return Speech();
-        case Glyph::Add:
-            return Lines({{{12, 4}, {12, 20}}, {{4, 12}, {20, 12}}});
-        case Glyph::Edit:
-            return Lines({{{5, 19}, {6, 15}, {16, 5}, {19, 8}, {9, 18}, {5, 19}}});
-        case Glyph::Folder:
-            return Lines({{{3, 19}, {3, 6}, {9, 6}, {11.5, 9}, {21, 9}, {21, 19}, {3, 19}}});
-        case Glyph::People:
-            return Person();
-        default:
-            return {};
-    }
+    static const QHash<Glyph, QPainterPath> strokes = {
+        {Glyph::Setup, Gear()},
+        {Glyph::Statistics, Lines({{{5, 20}, {5, 12}}, {{12, 20}, {12, 4}}, {{19, 20}, {19, 9}}})},
+        {Glyph::About, Information()},
+        {Glyph::Exit,
+         Lines({{{13, 4}, {4, 4}, {4, 20}, {13, 20}}, {{9, 12}, {21, 12}}, {{17, 7.5}, {21, 12}, {17, 16.5}}})},
+        {Glyph::Window, Joined(Rectangles({{3, 5, 18, 14}}), Lines({{{3, 9.5}, {21, 9.5}}}))},
+        {Glyph::Minimise, Lines({{{4, 18}, {20, 18}}})},
+        {Glyph::Menu, Lines({{{4, 6}, {20, 6}}, {{4, 12}, {20, 12}}, {{4, 18}, {20, 18}}})},
+        {Glyph::Close, Lines({{{6, 6}, {18, 18}}, {{18, 6}, {6, 18}}})},
+        {Glyph::Browser, Globe()},
+        {Glyph::Copy, Rectangles({{8, 8, 12, 12}, {4, 4, 12, 12}})},
+        {Glyph::Mail, Joined(Rectangles({{3, 5, 18, 14}}), Lines({{{3, 6.5}, {12, 13}, {21, 6.5}}}))},
+        {Glyph::Talk, Speech()},
+        {Glyph::Add, Lines({{{12, 4}, {12, 20}}, {{4, 12}, {20, 12}}})},
+        {Glyph::Edit, Lines({{{5, 19}, {6, 15}, {16, 5}, {19, 8}, {9, 18}, {5, 19}}})},
+        {Glyph::Folder, Lines({{{3, 19}, {3, 6}, {9, 6}, {11.5, 9}, {21, 9}, {21, 19}, {3, 19}}})},
+        {Glyph::People, Person()},
+    };
+    return strokes.value(glyph);
 }
 
 QPainterPath FillOf(Glyph glyph) {
