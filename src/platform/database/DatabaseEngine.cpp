@@ -2,6 +2,7 @@
 #include "platform/database/DatabaseEngine.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/database/FieldTypes.h"
@@ -22,19 +23,9 @@ constexpr int pauseBetweenTries = 5;  // ms
 
 /// Whether the file, the disk or another program stands in the way, and not the statement.
 bool IsOfTheFile(int result) {
-    switch (result & 0xFF) {
-        case SQLITE_BUSY:
-        case SQLITE_CANTOPEN:
-        case SQLITE_CORRUPT:
-        case SQLITE_FULL:
-        case SQLITE_IOERR:
-        case SQLITE_NOTADB:
-        case SQLITE_PROTOCOL:
-        case SQLITE_READONLY:
-            return true;
-        default:
-            return false;
-    }
+    constexpr int kinds[] = {SQLITE_BUSY,  SQLITE_CANTOPEN, SQLITE_CORRUPT,  SQLITE_FULL,
+                             SQLITE_IOERR, SQLITE_NOTADB,   SQLITE_PROTOCOL, SQLITE_READONLY};
+    return std::ranges::find(kinds, result & 0xFF) != std::end(kinds);
 }
 
 int CompareForEngine(void *, int leftSize, const void *left, int rightSize, const void *right) {

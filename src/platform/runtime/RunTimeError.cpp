@@ -1,5 +1,7 @@
 #include "platform/runtime/RunTimeError.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace pixmora {
@@ -50,16 +52,9 @@ RunTimeError RunTimeError::About(std::string_view subject) const {
 }
 
 bool RunTimeError::IsStorageFailure() const {
-    switch (number_) {
-        case ErrorNumber::DatabaseFailure:
-        case ErrorNumber::DeviceIOError:
-        case ErrorNumber::DiskFull:
-        case ErrorNumber::PermissionDenied:
-        case ErrorNumber::PathFileAccessError:
-            return true;
-        default:
-            return false;
-    }
+    constexpr ErrorNumber failures[] = {ErrorNumber::DatabaseFailure, ErrorNumber::DeviceIOError, ErrorNumber::DiskFull,
+                                        ErrorNumber::PermissionDenied, ErrorNumber::PathFileAccessError};
+    return std::ranges::find(failures, number_) != std::end(failures);
 }
 
 }  // namespace pixmora
