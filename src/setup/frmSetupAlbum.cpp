@@ -161,16 +161,16 @@ void frmSetupAlbum::Load(const AlbumFields &fields) {
 }
 
 AlbumFields frmSetupAlbum::Fields() const {
-    AlbumFields fields;
-    fields.Name = FromQt(txtAlbumName->text());
-    fields.Directory = FromQt(txtAlbumPath->text());
-    fields.Description = FromQt(txtDescription->text());
-    fields.SubDirs = chkAlbumSubDirs->isChecked();
-    fields.Pictures = chkAlbumPictures->isChecked();
-    fields.Movies = chkAlbumMovies->isChecked();
-    fields.FeaturedImage = optFeaturedImageNone->isChecked() ? 0 : optFeaturedImageRandom->isChecked() ? 1 : 2;
-    fields.FeaturedImagePath = FromQt(txtFeaturedImagePath->text());
-    return fields;
+    return {.Name = FromQt(txtAlbumName->text()),
+            .Directory = FromQt(txtAlbumPath->text()),
+            .Description = FromQt(txtDescription->text()),
+            .SubDirs = chkAlbumSubDirs->isChecked(),
+            .Pictures = chkAlbumPictures->isChecked(),
+            .Movies = chkAlbumMovies->isChecked(),
+            .FeaturedImage = optFeaturedImageNone->isChecked()     ? 0
+                             : optFeaturedImageRandom->isChecked() ? 1
+                                                                   : 2,
+            .FeaturedImagePath = FromQt(txtFeaturedImagePath->text())};
 }
 
 bool frmSetupAlbum::eventFilter(QObject *watched, QEvent *event) {
