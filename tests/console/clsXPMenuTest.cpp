@@ -88,6 +88,7 @@ TEST_F(clsXPMenuTest, OnlyAClickOnACommandClosesAllMenusAndReachesTheHandler) {
 
 TEST_F(clsXPMenuTest, ThePointerOpensAndClosesSubmenus) {
     const auto menu = Show();
+    QTest::mouseMove(WindowOf(*menu), Middle(*menu, 1));  // off the place where an earlier menu may have left it
     QTest::mouseMove(WindowOf(*menu), Middle(*menu, 4));
     ASSERT_TRUE(menu->PopupShown());
     const clsXPMenu &subMenu = *menu->OpenSubMenu();
