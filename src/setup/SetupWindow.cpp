@@ -2,13 +2,17 @@
 #include "setup/SetupWindow.h"
 
 #include <QApplication>
+#include <QHideEvent>
 #include <QPalette>
 #include <QScreen>
 #include <QStyle>
 #include <QVBoxLayout>
 
 #include "console/Skin.h"
+#include "console/Texts.h"
 #include "platform/loop/MessageLoop.h"
+#include "platform/runtime/RunTimeError.h"
+#include "store/Settings.h"
 
 namespace pixmora {
 
@@ -17,6 +21,19 @@ namespace {
 constexpr int skinTextPixels = 12;
 constexpr int frameRoom = 48;  // for the desktop's frame around the window
 constexpr QColor paleInk{140, 148, 162};
+constexpr const char *sizesSection = "Windows";
+
+/// As "640x480"; empty where none is kept, or nonsense.
+QSize KeptSize(const std::string &window) {
+    const QStringList sides = ToQt(GetSetting(sizesSection, window)).split(u'x');
+    const QSize size(sides.value(0).toInt(), sides.value(1).toInt());
+    return size.isEmpty() ? QSize() : size;
+}
+
+void KeepSize(const std::string &window, const QSize &size) try {
+    SaveSetting(sizesSection, window, std::to_string(size.width()) + "x" + std::to_string(size.height()));
+} catch (const RunTimeError &) {  // settings that can't be written: the dialog's work has long been done
+}
 
 QPalette SkinPalette() {
     QPalette colours;
@@ -61,8 +78,16 @@ void SetupWindow::FinishLayout() {
     QSize wanted = sizeHint();
     // What is too high for the screen scrolls, and its bar takes room too.
     if (wanted.height() > room.height()) wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    resize(wanted.boundedTo(room.size()));
+    const QSize kept = KeptSize(FromQt(objectName()));
+    resize((kept.isEmpty() ? wanted : kept.expandedTo(minimumSizeHint())).boundedTo(room.size()));
+    firstSize_ = size();
     if (parentWidget() == nullptr) move(room.center() - rect().center());  // a sub-dialog goes over its parent
+}
+
+void SetupWindow::hideEvent(QHideEvent *event) {
+    const bool isOwners = size() != firstSize_ && !isMaximized() && !isFullScreen();
+    if (isOwners && !event->spontaneous()) KeepSize(FromQt(objectName()), size());
+    QDialog::hideEvent(event);
 }
 
 }  // namespace pixmora

@@ -8,7 +8,8 @@ class QVBoxLayout;
 namespace pixmora {
 
 /// A dialog in the desktop's own frame, which can be resized, in the colours of the skin. Its text is as large as the
-/// desktop's, and no smaller than the skin's. Escape and the frame's closing go to CloseByOwner.
+/// desktop's, and no smaller than the skin's. Escape and the frame's closing go to CloseByOwner. The size that the owner
+/// gives it comes again with the next dialog of its name.
 class SetupWindow : public QDialog {
 public:
     SetupWindow(const char *name, const QString &title, QWidget *parent);
@@ -22,8 +23,11 @@ protected:
     /// To be called when all controls are in their places: the size to begin with.
     void FinishLayout();
 
+    void hideEvent(QHideEvent *event) override;
+
 private:
     QVBoxLayout *contents_;
+    QSize firstSize_;
 };
 
 }  // namespace pixmora

@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QFrame>
 #include <QListWidget>
+#include <QScreen>
 #include <QSlider>
 
 #include "setup/Forms.h"
@@ -293,6 +294,26 @@ TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
     SaveSetting("Setup", "WebcamSource", "7");
     EXPECT_TRUE(WebcamEditor(hands).Enter());
     EXPECT_EQ(opened, 0) << "in the place of a device that is there no more";
+}
+
+TEST_F(SubForms, TheOwnersSizeComesAgainUnlessItIsNonsense) {
+    const auto sizeIn = [](const std::string &kept, QSize resized = {}) {
+        SaveSetting("Windows", "frmSetupUsers", kept);
+        frmSetupUsers form(nullptr, "");
+        form.show();
+        const QSize size = form.size();
+        if (resized.isValid()) form.resize(resized);
+        form.hide();
+        return size;
+    };
+    const QSize usual = sizeIn("");
+    EXPECT_EQ(GetSetting("Windows", "frmSetupUsers"), "") << "nobody has chosen it";
+    EXPECT_EQ(sizeIn("", {611, 433}), usual);
+    EXPECT_EQ(GetSetting("Windows", "frmSetupUsers"), "611x433");
+    EXPECT_EQ(sizeIn("611x433"), QSize(611, 433));
+    const QSize room = QGuiApplication::primaryScreen()->availableSize();
+    EXPECT_EQ(sizeIn("90000x90000").boundedTo(room), sizeIn("90000x90000")) << "a smaller screen than before";
+    for (const char *nonsense : {"wide", "0x0", "-5x400", "700", "x"}) EXPECT_EQ(sizeIn(nonsense), usual) << nonsense;
 }
 
 }  // namespace
