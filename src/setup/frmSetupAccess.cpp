@@ -178,8 +178,11 @@ void frmSetupAccess::CheckItem(QListWidgetItem *user) {
 }
 
 void frmSetupAccess::ShowUser(const std::string &editUserName) {
-    frmSetupUsers form(this, editUserName);
-    if (form.exec() == Accepted) FillUsers();
+    if (!TellIfUserGone(editUserName)) {
+        frmSetupUsers form(this, editUserName);
+        if (form.exec() == Rejected) return ClickNode();
+    }
+    FillUsers();
     UpdateButtons();
     ClickNode();
 }

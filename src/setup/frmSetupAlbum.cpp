@@ -248,16 +248,21 @@ void frmSetupAlbum::Accept() {
         Mend(refusal->Where);
         return;
     }
+    if (editor_.TellIfGone()) return End(AlbumOutcome::Kind::Deleted);
     setCursor(Qt::WaitCursor);
     outcome_ = {AlbumOutcome::Kind::Saved, editor_.Save(fields)};
     unsetCursor();
     done(Accepted);
 }
 
+void frmSetupAlbum::End(AlbumOutcome::Kind what) {
+    outcome_.What = what;
+    done(Accepted);
+}
+
 void frmSetupAlbum::Delete() {
     if (!editor_.OfferToDelete()) return;
-    outcome_.What = AlbumOutcome::Kind::Deleted;
-    done(Accepted);
+    End(AlbumOutcome::Kind::Deleted);
 }
 
 }  // namespace pixmora

@@ -52,6 +52,7 @@ private:
     void Mend(AlbumEditor::Field field);
     void Accept();
     void Delete();
+    void End(AlbumOutcome::Kind what);
 
     AlbumEditor editor_;
     Choosers choosers_;

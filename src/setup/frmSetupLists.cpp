@@ -111,6 +111,7 @@ void frmSetup::EditAlbum() {
     QTreeWidgetItem *selected = SelectedRow(*albums_->lstAlbums);
     if (selected == nullptr) return;
     const QString name = selected->text(0);
+    if (AlbumEditor(FromQt(name)).TellIfGone()) return RemoveAlbumRows(name);
     frmSetupAlbum form(this, FromQt(name), surroundings_.Choosers);
     form.exec();
     const AlbumOutcome &outcome = form.Outcome();

@@ -62,6 +62,7 @@ void frmSetupUsers::Accept() {
         boxes[static_cast<int>(refusal->Where)]->setFocus();
         return;
     }
+    if (TellIfUserGone(editUserName_)) return done(Accepted);
     ShowMessageBox(SaveUser(fields, editUserName_), FlagInformation);
     done(Accepted);
 }

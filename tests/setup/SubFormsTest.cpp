@@ -124,6 +124,11 @@ TEST_F(SubForms, AUserIsAddedAndEdited) {
     Owner.ExpectMessage("User Information Saved!", FlagInformation);
     QTest::keyClick(&Find(form, "txtUsername"), Qt::Key_Return);
     EXPECT_TRUE(LoadUser("Ann").Admin);
+    form.show();
+    DeleteUser("Ann");
+    Owner.ExpectMessage("The user 'Ann' is there no more! It has been deleted meanwhile.", FlagCritical);
+    Click(form, "cmdOK");
+    EXPECT_FALSE(form.isVisible());
 }
 
 QTreeWidgetItem *Node(const QWidget &form, const char *tree, std::initializer_list<int> path) {

@@ -333,6 +333,26 @@ TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsThatItsFolderIsGone) {
     EXPECT_EQ(Column("Albums", "AlbumName"), "");
 }
 
+TEST_F(SetupForm, AnAlbumDeletedElsewhereLeavesTheListWithAWord) {
+    MakeAlbum("Gone");
+    MakeAlbum("Going");
+    const auto form = Open({true, false});
+    auto *list = &Find<QTreeWidget>(*form, "lstAlbums");
+    AlbumEditor("Gone").Delete();
+    list->setCurrentItem(list->topLevelItem(0));
+    Owner.ExpectMessage("The album 'Gone' is there no more! It has been deleted meanwhile.", FlagCritical);
+    list->actions()[0]->trigger();
+    EXPECT_EQ(list->topLevelItemCount(), 1);
+    list->setCurrentItem(list->topLevelItem(0));
+    Owner.ExpectMessage("The album 'Going' is there no more! It has been deleted meanwhile.", FlagCritical);
+    Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
+        AlbumEditor("Going").Delete();
+        Click(album, "cmdOK");
+    });
+    list->actions()[0]->trigger();
+    EXPECT_EQ(list->topLevelItemCount(), 0);
+}
+
 TEST_F(SetupForm, ChecksAskTheCentralService) {
     PlayedService service;
     service.Answer = "127.0.0.1";

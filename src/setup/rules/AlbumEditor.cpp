@@ -39,11 +39,17 @@ bool IsSet(const FieldValue &value) {
     return !IsNull(value) && AsLong(value) == 1;
 }
 
+/// Null when there is no such album.
 std::unique_ptr<Recordset> FindAlbum(const std::string &name) {
     auto albums = gDatabase->OpenRecordset("Albums", RecordsetType::Dynaset);
     albums->FindFirst(OfAlbum(name));
-    if (albums->NoMatch()) throw RunTimeError(ErrorNumber::NoCurrentRecord);
-    return albums;
+    return albums->NoMatch() ? nullptr : std::move(albums);
+}
+
+std::unique_ptr<Recordset> NeedAlbum(const std::string &name) {
+    auto album = FindAlbum(name);
+    if (!album) throw RunTimeError(ErrorNumber::NoCurrentRecord);
+    return album;
 }
 
 std::string WithoutTrailingSeparator(std::string path) {
@@ -112,10 +118,16 @@ void SetFields(Recordset &row, const AlbumFields &fields) {
 
 }  // namespace
 
+bool AlbumEditor::TellIfGone() const {
+    if (IsNewAlbum() || FindAlbum(editAlbumName_)) return false;
+    ShowMessageBox("The album '" + editAlbumName_ + "' is there no more! It has been deleted meanwhile.", FlagCritical);
+    return true;
+}
+
 AlbumFields AlbumEditor::Load() const {
     AlbumFields fields;
     if (IsNewAlbum()) return fields;
-    const auto row = FindAlbum(editAlbumName_);
+    const auto row = NeedAlbum(editAlbumName_);
     fields.Name = editAlbumName_;
     fields.Directory = TextOrEmpty(row->Value("Directory"));
     fields.Description = TextOrEmpty(row->Value("Description"));
@@ -182,7 +194,7 @@ void AlbumEditor::AskAboutSubDirectories() {
 
 void AlbumEditor::SaveEdit(const AlbumFields &fields) const {
     Transaction transaction(*gDatabase);
-    const auto row = FindAlbum(editAlbumName_);
+    const auto row = NeedAlbum(editAlbumName_);
     row->Edit();
     SetFields(*row, fields);
     row->Update();

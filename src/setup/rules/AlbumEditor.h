@@ -35,6 +35,9 @@ public:
     explicit AlbumEditor(std::string albumName) : editAlbumName_(std::move(albumName)) {}
 
     bool IsNewAlbum() const { return editAlbumName_.empty(); }
+    /// Tells the owner of an existing album that has been deleted meanwhile, by pixmoractl for one. @return whether it
+    /// has
+    bool TellIfGone() const;
 
     /// The stored row; the defaults for a new album. @throws RunTimeError NoCurrentRecord when the album isn't there
     AlbumFields Load() const;

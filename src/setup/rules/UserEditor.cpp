@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/site/OwnerDialogue.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -31,6 +32,15 @@ std::vector<std::string> GetUserNames() {
     std::vector<std::string> names;
     for (; !users->Eof(); users->MoveNext()) names.push_back(AsText(users->Value("Username")));
     return names;
+}
+
+bool TellIfUserGone(const std::string &username) {
+    if (username.empty()) return false;
+    const auto users = gDatabase->OpenRecordset("Users", RecordsetType::Snapshot);
+    users->FindFirst(OfUser(username));
+    if (!users->NoMatch()) return false;
+    ShowMessageBox("The user '" + username + "' is there no more! It has been deleted meanwhile.", FlagCritical);
+    return true;
 }
 
 UserFields LoadUser(std::string_view username) {

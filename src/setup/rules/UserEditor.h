@@ -21,6 +21,9 @@ std::vector<std::string> GetUserNames();
 /// The stored fields, the password also as Confirm. @throws RunTimeError NoCurrentRecord
 UserFields LoadUser(std::string_view username);
 
+/// Tells the owner of an existing user who has been deleted meanwhile. @return whether it has been
+bool TellIfUserGone(const std::string &username);
+
 struct UserRefusal {
     enum class Field { Username, Password, Confirm };
     std::string Message;
