@@ -8,6 +8,8 @@
 
 namespace pixmora {
 
+class RunTimeError;
+
 /// Prints the line and hands it on at once.
 void PrintLine(std::FILE *stream, const std::string &text);
 
@@ -21,6 +23,9 @@ public:
     void OpenInBrowser(const std::string &) override {}
     void WebsiteStatusChanged() override {}
     void ShowSetup() override {}
+
+    /// The error's own message, and plain words where it is the database library's.
+    void ShowError(const RunTimeError &error);
 };
 
 }  // namespace pixmora

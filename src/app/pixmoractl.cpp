@@ -292,6 +292,7 @@ int main(int argc, char **argv) {
     try {
         return pixmora::RunWords(pixmora::Words(argv + 1, argv + argc));
     } catch (const pixmora::RunTimeError &error) {
-        return pixmora::Refuse(error.Message());
+        dialogue.ShowError(error);
+        return pixmora::statusRefused;
     }
 }

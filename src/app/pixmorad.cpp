@@ -29,6 +29,7 @@ constexpr const char *usage =
 class LineView : public pixmora::StartView {
 public:
     explicit LineView(bool showsQrCode) : showsQrCode_(showsQrCode) {}
+    std::string PlaceOfPort() const override { return "Please use \"pixmoractl set Setup ListenPort\" and"; }
     void ShowStatus(const std::string &text) override {
         pixmora::PrintLine(stdout, text);
         pixmora::NotifyServiceManager("STATUS=" + text);
@@ -81,6 +82,11 @@ int main(int argc, char **argv) {
     if (argc > 1 && !showsQrCode) return pixmora::RefuseWords(usage);
     ServerDialogue dialogue;
     pixmora::SetOwnerDialogue(&dialogue);
+    pixmora::SetUnhandledErrorHandler([&dialogue](const pixmora::RunTimeError &error) {
+        std::fflush(stdout);
+        dialogue.ShowError(error);
+        _exit(pixmora::UnhandledErrorStatus);
+    });
     int status = 1;
     pixmora::RunEventHandler([&] {
         if (Start(showsQrCode)) status = pixmora::RunMessageLoop();

@@ -216,14 +216,15 @@ private:
         PurgeDaily();
     }
 
-    static bool Listen() {
+    bool Listen() {
         try {
             gSystray->wnskListen->Listen();
             return true;
         } catch (const RunTimeError &error) {
-            ShowMessageBox(
-                ListenRefusal(error, gSystray->wnskListen->LocalPort, "Please go to Port Setup in Setup and"),
-                FlagCritical);
+            // Deliberate: of a port in use every program says the same.
+            const bool isInUse = error.Number() == ErrorNumber::AddressInUse;
+            const std::string place = isInUse ? std::string(PortSetup) : view_.PlaceOfPort();
+            ShowMessageBox(ListenRefusal(error, gSystray->wnskListen->LocalPort, place), FlagCritical);
             return false;
         }
     }

@@ -6,8 +6,12 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace pixmora {
+
+/// Where the desktop's owner chooses a port.
+inline constexpr std::string_view PortSetup = "Please go to Port Setup in Setup and";
 
 /// What shows the sequence: the start window of the desktop, standard output of pixmorad, a record in tests.
 class StartView {
@@ -23,6 +27,8 @@ public:
     virtual void ShowLive() {}
     /// The start was refused or has failed: the last status text has been shown.
     virtual void ShowStopped() {}
+    /// The words that send the owner to where a port is chosen.
+    virtual std::string PlaceOfPort() const { return std::string(PortSetup); }
 };
 
 /// Runs the whole sequence; gWebsiteStarted tells the outcome.

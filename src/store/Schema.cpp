@@ -198,6 +198,19 @@ std::string DatabaseMessage() {
            "' is not in use!";
 }
 
+std::string OwnersMessage(const RunTimeError &error) {
+    switch (error.Number()) {
+        case ErrorNumber::DatabaseError:
+        case ErrorNumber::DatabaseFailure:
+        case ErrorNumber::SyntaxError:
+        case ErrorNumber::ItemNotFound:
+            return "Error in database!\r\n\r\nPlease make sure '" + SystemPath(DatabasePath(CurrentSchemaVersion)) +
+                   "' is not damaged, not in use, and not on a full disk!";
+        default:
+            return error.Message();
+    }
+}
+
 bool OpenOrCreateDatabase() {
     for (int version = 7; version < CurrentSchemaVersion; ++version) HideFromOthers(DatabasePath(version));
     while (!FileExists(DatabasePath(CurrentSchemaVersion))) {

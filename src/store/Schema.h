@@ -6,6 +6,8 @@
 
 namespace pixmora {
 
+class RunTimeError;
+
 /// The version of the files that the program works on.
 inline constexpr int CurrentSchemaVersion = 9;
 
@@ -14,6 +16,9 @@ std::string DatabasePath(int version);
 
 /// What the owner reads when that file can't be used.
 std::string DatabaseMessage();
+
+/// An error in words for the owner: the database library's own say nothing to him.
+std::string OwnersMessage(const RunTimeError &error);
 
 /// Opens the version 9 file as gDatabase. Without one a version 8 or 7 file is copied and brought up, else a new file
 /// is made. Each file gets its name when it is finished: cut short, all of it begins anew at the next start. A step

@@ -5,6 +5,7 @@ import re
 import shutil
 import signal
 import socket
+import sqlite3
 import subprocess
 import sys
 import time
@@ -103,10 +104,17 @@ class ProgramsTest(unittest.TestCase):
             other.listen()
             done = self.run_words(PROGRAMS + "/pixmorad")
         self.assertEqual(1, done.returncode)
-        self.assertIn("already listening on port %d!" % self.site.port, done.stderr)
+        self.assertIn("port %d! Please go to Port Setup in Setup and choose another port." % self.site.port, done.stderr)
+        self.site.control("set", "Setup", "ListenPort", "70000")
+        self.assertIn('use "pixmoractl set Setup ListenPort" and choose', self.run_words(PROGRAMS + "/pixmorad").stderr)
         self.site.control("set", "Setup", "FilesPerRow", "many")
         done = self.run_words(PROGRAMS + "/pixmorad")
         self.assertEqual((70, "Type mismatch"), (done.returncode, done.stderr[:13]))
+        with sqlite3.connect(self.site.database) as base:
+            base.execute("DROP TABLE Albums")
+        done = self.run_words(PROGRAMS + "/pixmorad")
+        self.assertEqual((70, 2), (done.returncode, done.stderr.count("\n")), done.stderr)
+        self.assertIn("Error in database! |  | Please make sure '", done.stderr)
 
     def test_a_stop_leaves_nothing_open_and_a_start_begins_anew(self):
         """With no setting but the port: every default takes part."""

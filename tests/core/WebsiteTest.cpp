@@ -357,7 +357,7 @@ TEST_F(Website, GoesOnWhileNothingCanBeSaved) {
     Program.Write("albums/A/a.jpg", "no picture");
     Start();
     RunSql(SystemPath(DatabasePath(9)), "PRAGMA wal_checkpoint(TRUNCATE)");
-    const std::string refused = ": disk I/O error! Your website goes on without.";
+    const std::string refused = ": the disk cannot be read or written! Your website goes on without.";
     Owner.ExpectNotice("Unable to save what your visitors see and download" + refused);
     Owner.ExpectNotice(
         "Unable to save the time when your website was last online: Disk full (settings.ini)! Your website goes on "

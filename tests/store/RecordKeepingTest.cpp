@@ -32,8 +32,8 @@ TEST(RecordKeeping, GoesOnWithoutWhileAnotherProgramHoldsTheFile) {
         clock.Advance(60000);
         countEvents();
         countEvents();
-        EXPECT_THAT(told, ElementsAre("Unable to save what your visitors see and download: database is locked! Your "
-                                      "website goes on without."))
+        EXPECT_THAT(told, ElementsAre("Unable to save what your visitors see and download: another program is using "
+                                      "the database! Your website goes on without."))
             << "once, not once for each event";
         EXPECT_EQ(ReadStatTotal(Stat::Thumbs), round) << "what was kept before can be read";
         clock.Advance(60000);

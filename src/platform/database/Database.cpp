@@ -45,10 +45,8 @@ std::unique_ptr<Database> Database::CreateDatabase(std::string_view path) {
 std::unique_ptr<Database> Database::OpenDatabase(std::string_view path) {
     auto engine = std::make_unique<DatabaseEngine>(path, SQLITE_OPEN_READWRITE);
     // The engine would take an empty file for a new database.
-    if (FileLength(path) == 0) throw RunTimeError(ErrorNumber::DatabaseFailure, sqlite3_errstr(SQLITE_NOTADB));
-    if (sqlite3_db_readonly(engine->Handle(), "main") != 0) {
-        throw RunTimeError(ErrorNumber::DatabaseFailure, sqlite3_errstr(SQLITE_READONLY));
-    }
+    if (FileLength(path) == 0) throw FileError(SQLITE_NOTADB);
+    if (sqlite3_db_readonly(engine->Handle(), "main") != 0) throw FileError(SQLITE_READONLY);
     BeginUse(*engine);
     return std::unique_ptr<Database>(new Database(std::move(engine)));
 }

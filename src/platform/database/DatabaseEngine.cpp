@@ -21,11 +21,26 @@ constexpr std::size_t mostStatements = 256;
 
 constexpr int pauseBetweenTries = 5;  // ms
 
-/// Whether the file, the disk or another program stands in the way, and not the statement.
-bool IsOfTheFile(int result) {
-    constexpr int kinds[] = {SQLITE_BUSY,  SQLITE_CANTOPEN, SQLITE_CORRUPT,  SQLITE_FULL,
-                             SQLITE_IOERR, SQLITE_NOTADB,   SQLITE_PROTOCOL, SQLITE_READONLY};
-    return std::ranges::find(kinds, result & 0xFF) != std::end(kinds);
+/// What is about the file, the disk or another program, and not about the statement.
+struct FileTrouble {
+    int Code;
+    const char *Words;
+};
+constexpr FileTrouble fileTroubles[] = {
+    {SQLITE_BUSY, "another program is using the database"},
+    {SQLITE_CANTOPEN, "the database cannot be opened"},
+    {SQLITE_CORRUPT, "the database is damaged"},
+    {SQLITE_FULL, "the disk is full"},
+    {SQLITE_IOERR, "the disk cannot be read or written"},
+    {SQLITE_NOTADB, "the file is no database"},
+    {SQLITE_PROTOCOL, "another program is using the database"},
+    {SQLITE_READONLY, "the database cannot be written"},
+};
+
+/// Null for any other code.
+const FileTrouble *TroubleOf(int code) {
+    const auto *trouble = std::ranges::find(fileTroubles, code & 0xFF, &FileTrouble::Code);
+    return trouble == std::end(fileTroubles) ? nullptr : trouble;
 }
 
 int CompareForEngine(void *, int leftSize, const void *left, int rightSize, const void *right) {
@@ -36,6 +51,11 @@ int CompareForEngine(void *, int leftSize, const void *left, int rightSize, cons
 }
 
 }  // namespace
+
+RunTimeError FileError(int code) {
+    const FileTrouble *trouble = TroubleOf(code);
+    return {ErrorNumber::DatabaseFailure, trouble != nullptr ? trouble->Words : sqlite3_errstr(code)};
+}
 
 TableDefinition::TableDefinition(std::string name, std::vector<Field> fields)
     : Name(std::move(name)), Fields(std::move(fields)), From(" FROM " + QuotedIdentifier(Name)), Head("SELECT rowid") {
@@ -54,9 +74,8 @@ DatabaseEngine::DatabaseEngine(std::string_view path, int flags) {
     // One thread uses the connection, so it takes no lock on itself.
     const int result = sqlite3_open_v2(SystemPath(path).c_str(), &handle_, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     if (result != SQLITE_OK) {
-        const RunTimeError error(ErrorNumber::DatabaseFailure, sqlite3_errstr(result));
         sqlite3_close_v2(handle_);
-        throw error;
+        throw FileError(result);
     }
     sqlite3_busy_handler(handle_, WaitForLock, this);
     // The name stands in this connection's statements alone and not in the file, which any tool can read.
@@ -73,9 +92,9 @@ DatabaseEngine::~DatabaseEngine() {
 }
 
 void DatabaseEngine::RaiseLastError() const {
-    const bool isOfTheFile = IsOfTheFile(sqlite3_errcode(handle_));
-    throw RunTimeError(isOfTheFile ? ErrorNumber::DatabaseFailure : ErrorNumber::DatabaseError,
-                       sqlite3_errmsg(handle_));
+    const int code = sqlite3_errcode(handle_);
+    if (TroubleOf(code) != nullptr) throw FileError(code);
+    throw RunTimeError(ErrorNumber::DatabaseError, sqlite3_errmsg(handle_));
 }
 
 int DatabaseEngine::WaitForLock(void *engine, int tries) {

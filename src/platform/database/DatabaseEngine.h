@@ -48,6 +48,11 @@ struct CachedStatement {
 };
 using StatementCache = std::unordered_map<std::string, CachedStatement>;
 
+class RunTimeError;
+
+/// Of a code that is about the file, in words for people.
+RunTimeError FileError(int code);
+
 /// One connection. What fails raises DatabaseFailure where the file can't be used now, else DatabaseError, with the
 /// engine's own words.
 class DatabaseEngine {

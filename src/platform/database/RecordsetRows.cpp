@@ -28,7 +28,7 @@ bool TableRows::FetchBehind(std::int64_t id, const TranslatedCondition *criteria
     statement.Bind(id);
     if (!FetchOne(statement, row)) return false;
     // In a damaged file a row may lie out of order, and a walk that it sent back would never end.
-    if (row.Id <= id) throw RunTimeError(ErrorNumber::DatabaseFailure, sqlite3_errstr(SQLITE_CORRUPT));
+    if (row.Id <= id) throw FileError(SQLITE_CORRUPT);
     return true;
 }
 

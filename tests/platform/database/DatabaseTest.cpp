@@ -101,7 +101,7 @@ TEST_F(DatabaseTest, SaysThatAnotherProgramHoldsTheFile) {
     sqlite3_open(Path().c_str(), &other);
     sqlite3_exec(other, "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
     const ClockSetForTest clock(0, MakeDate(2004, 3, 1));
-    EXPECT_EQ(MessageOf([this] { Open(); }), "database is locked");
+    EXPECT_EQ(MessageOf([this] { Open(); }), "another program is using the database");
     EXPECT_EQ(GetTickCount(), 2000) << "ms, in which most programs come to an end";
     sqlite3_close(other);
     EXPECT_EQ(MessageOf([this] { Open(); }), "");
