@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "console/AccessibleMenus.h"
+#include "console/Skin.h"
 #include "console/Texts.h"
 #include "console/clsXPMenu.h"
 #include "console/frmHelpBalloon.h"
@@ -58,20 +59,6 @@ void CloseSite() {
     for (int index = gSystray->wnskConnect.UBound(); index > 0; --index) gSystray->wnskConnect.Unload(index);
 }
 
-/// The database library's own words say nothing to an owner.
-std::string OwnersMessage(const RunTimeError &error) {
-    switch (error.Number()) {
-        case ErrorNumber::DatabaseError:
-        case ErrorNumber::DatabaseFailure:
-        case ErrorNumber::SyntaxError:
-        case ErrorNumber::ItemNotFound:
-            return "Error in database!\r\n\r\nPlease make sure '" + SystemPath(DatabasePath(CurrentSchemaVersion)) +
-                   "' is not damaged, not in use, and not on a full disk!";
-        default:
-            return error.Message();
-    }
-}
-
 }  // namespace
 
 Desktop::Desktop(SetupForms forms)
@@ -80,7 +67,7 @@ Desktop::Desktop(SetupForms forms)
                                  }}) {}
 
 Desktop::Desktop(SetupForms forms, Shell shell)
-    : forms_(std::move(forms)), shell_(std::move(shell)), actions_(MakeHands()) {
+    : forms_(std::move(forms)), shell_(std::move(shell)), actions_(MakeHands()), font_([this] { FollowFont(); }) {
     SetOwnerDialogue(this);
     ShowMenusToAssistiveTechnology();
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -113,6 +100,12 @@ ActionHands Desktop::MakeHands() {
 
 QWidget *Desktop::MainWindowIfUp() const {
     return main_ && main_->IsUp() ? main_.get() : nullptr;
+}
+
+void Desktop::FollowFont() {
+    clsXPMenu::KillAllMenus();
+    if (balloon_) balloon_->hide();
+    Skin::FitFonts();
 }
 
 int Desktop::ShowMessageBox(const std::string &text, int flags) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "console/DesktopFont.h"
 #include "console/OwnerActions.h"
 #include "console/SetupForms.h"
 #include "console/TrayIcon.h"
@@ -74,11 +75,13 @@ private:
     void Open(const std::string &address);
     void ShutDown();
     QWidget *MainWindowIfUp() const;
+    void FollowFont();
 
     SetupForms forms_;
     Shell shell_;
     OwnerActions actions_;
     TrayIcon tray_;
+    DesktopFont font_;
     std::unique_ptr<frmMain> main_;
     std::unique_ptr<frmMsgBox> messageBox_;
     std::unique_ptr<frmHelpBalloon> balloon_;

@@ -21,7 +21,7 @@ QColor UnderPointer(const QColor &colour) {
 
 LinkLabel::LinkLabel(const char *name, const QString &text, const QString &purpose) : PaintedButton(name, text) {
     setAccessibleDescription(purpose);
-    setFont(Skin::Font(12));
+    Skin::SetFont(*this, 12);
     SetLook({QColor(0, 0, 128), false, false, false, true});
 }
 

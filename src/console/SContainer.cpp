@@ -19,16 +19,25 @@ constexpr double corner = 6;
 }  // namespace
 
 SContainer::SContainer(const QString &caption) {
-    setFont(Skin::Font(12));
+    Skin::SetFont(*this, 12);
     SetCaption(caption);
 }
 
 void SContainer::SetCaption(const QString &caption) {
     caption_ = caption;
     setAccessibleName(caption);
-    const int top = caption.isEmpty() ? 10 : QFontMetrics(Skin::Font(12, true)).height() + 8;
-    setContentsMargins(12, top, 12, 10);
+    FitMargins();
     update();
+}
+
+void SContainer::FitMargins() {
+    const int top = caption_.isEmpty() ? 10 : QFontMetrics(Skin::Font(12, true)).height() + 8;
+    setContentsMargins(12, top, 12, 10);
+}
+
+void SContainer::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) FitMargins();
+    QWidget::changeEvent(event);
 }
 
 QList<QWidget *> SContainer::ControlsContained() const {

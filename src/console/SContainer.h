@@ -31,8 +31,10 @@ public:
 protected:
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    void FitMargins();
     QRect CaptionRect() const;
     void PaintLines(QPainter &painter) const;
 

@@ -1,12 +1,13 @@
 // The look that all windows of the program share: colours, fonts, surfaces.
 #include "console/Skin.h"
 
+#include <QApplication>
 #include <QFontInfo>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QStringList>
+#include <QVariant>
 #include <algorithm>
 #include <cmath>
 
@@ -16,6 +17,7 @@ namespace {
 
 constexpr double amberEdge = 3;
 constexpr double cardCorner = 6;
+constexpr const char *pixelsTag = "TextPixels";
 
 /// A frame of one unit lies sharp when its middle does between two pixels.
 QRectF FrameOf(const QRectF &outer) {
@@ -26,7 +28,7 @@ QRectF FrameOf(const QRectF &outer) {
 
 double TextScale() {
     constexpr double usualPoints = 9;
-    return std::clamp(QFontInfo(QGuiApplication::font()).pointSizeF() / usualPoints, 0.8, 3.0);
+    return std::clamp(QFontInfo(QApplication::font()).pointSizeF() / usualPoints, 0.8, 3.0);
 }
 
 int Scaled(int length) {
@@ -46,10 +48,25 @@ QFont PictureFont(int pixels, bool bold) {
     return font;
 }
 
+void SetFont(QWidget &widget, int pixels, bool bold) {
+    widget.setProperty(pixelsTag, pixels);
+    widget.setFont(Font(pixels, bold));
+}
+
+void FitFonts() {
+    for (QWidget *widget : QApplication::allWidgets()) {
+        const QVariant pixels = widget->property(pixelsTag);
+        if (!pixels.isValid()) continue;
+        QFont fitted = widget->font();  // bold or underlined as it is now
+        fitted.setPixelSize(Scaled(pixels.toInt()));
+        widget->setFont(fitted);
+    }
+}
+
 QLabel *Label(const QString &text, int pixels, const QColor &colour, bool bold) {
     auto *label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
-    label->setFont(Font(pixels, bold));
+    SetFont(*label, pixels, bold);
     QPalette colours = label->palette();
     colours.setColor(QPalette::WindowText, colour);
     label->setPalette(colours);

@@ -8,6 +8,7 @@
 class QLabel;
 class QPainter;
 class QRectF;
+class QWidget;
 
 /// Every colour is the skin's own and none the desktop's, so that light and dark desktops show the same window.
 namespace pixmora::Skin {
@@ -35,6 +36,11 @@ int Scaled(int length);
 QFont Font(int pixels, bool bold = false);
 /// The same font whatever the desktop's size of text, for pictures.
 QFont PictureFont(int pixels, bool bold = false);
+/// Gives the widget the font, and lets FitFonts know of it.
+void SetFont(QWidget &widget, int pixels, bool bold = false);
+/// Brings all fonts that SetFont has given to the desktop's present size of text. Lengths follow with the FontChange
+/// that each widget has of it.
+void FitFonts();
 
 /// A label of plain text.
 QLabel *Label(const QString &text, int pixels, const QColor &colour, bool bold = false);

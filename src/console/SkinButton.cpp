@@ -72,7 +72,7 @@ void PaintedButton::keyPressEvent(QKeyEvent *event) {
 }
 
 SkinButton::SkinButton(const char *name, Face face) : PaintedButton(name, face.Text) {
-    setFont(Skin::Font(textPixels, face.Colour != Tone::Plain));
+    Skin::SetFont(*this, textPixels, face.Colour != Tone::Plain);
     SetFace(std::move(face));
 }
 
@@ -128,6 +128,11 @@ TitleButton::TitleButton(const char *name, Glyph glyph, const QString &purpose)
     setAccessibleName(purpose);
     setToolTip(purpose);
     setFixedSize(sizeHint());
+}
+
+void TitleButton::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) setFixedSize(sizeHint());
+    PaintedButton::changeEvent(event);
 }
 
 QSize TitleButton::sizeHint() const {

@@ -44,11 +44,20 @@ void DrawLine(QPainter &painter, const QPointF &baseline, const QString &text, c
 
 TitleArea::TitleArea(const QString &title, Size size, QWidget *parent) : QWidget(parent), title_(title), size_(size) {
     setObjectName(QStringLiteral("imgTitleArea"));
-    setFixedHeight(Skin::Scaled(size == Size::Main ? mainTitleHeight : boxTitleHeight));
     auto *buttons = new QHBoxLayout(this);
-    buttons->setContentsMargins(0, 0, 8, size == Size::Main ? Skin::Scaled(28) : 3);
     buttons->setSpacing(2);
     buttons->addStretch();
+    Fit();
+}
+
+void TitleArea::Fit() {
+    setFixedHeight(Skin::Scaled(size_ == Size::Main ? mainTitleHeight : boxTitleHeight));
+    layout()->setContentsMargins(0, 0, 8, size_ == Size::Main ? Skin::Scaled(28) : 3);
+}
+
+void TitleArea::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) Fit();
+    QWidget::changeEvent(event);
 }
 
 void TitleArea::paintEvent(QPaintEvent *) {
@@ -89,7 +98,7 @@ SkinWindow::SkinWindow(const char *name, const QString &title, TitleArea::Size s
     setObjectName(QLatin1String(name));
     setWindowTitle(title);
     setAccessibleName(title);
-    setFont(Skin::Font(12));
+    Skin::SetFont(*this, 12);
     QPalette colours = palette();
     colours.setColor(QPalette::WindowText, Skin::Ink);
     setPalette(colours);
@@ -128,6 +137,9 @@ void PlaceOver(QWidget &window, const QWidget *other) {
     place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())));
     place.moveTop(std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
     window.move(place.topLeft());
+    // Some desktops place a window themselves, and know by this which one it belongs to.
+    window.winId();
+    window.windowHandle()->setTransientParent(other != nullptr ? other->windowHandle() : nullptr);
 }
 
 }  // namespace pixmora

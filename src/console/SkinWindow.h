@@ -20,8 +20,11 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    /// To the desktop's size of text.
+    void Fit();
     void PaintMainTitle(QPainter &painter) const;
 
     QString title_;
@@ -57,7 +60,8 @@ private:
 /// The screen that shows the place; the first one where none does.
 const QScreen &ScreenAt(const QPoint &place);
 
-/// Moves the window to the middle of the screen where the owner is working, over the other window when that shows.
+/// Moves the window to the middle of the screen where the owner is working, over the other window, which it then
+/// belongs to, when that shows.
 void PlaceOver(QWidget &window, const QWidget *other);
 
 }  // namespace pixmora

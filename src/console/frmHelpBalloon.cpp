@@ -125,11 +125,14 @@ void frmHelpBalloon::Show(const std::string &title, const std::string &text, boo
     setAccessibleDescription(lblHelpBalloonDesc->text());
     adjustSize();
     const QPoint pointer = QCursor::pos();
-    move(BalloonPlace(pointer, size(), ScreenAt(pointer).geometry()));
-    // A modal dialog blocks every window but those that belong to it, and some desktops place it only beside its owner.
-    winId();
     dialog_ = QApplication::activeModalWidget();
     if (!dialog_) dialog_ = QApplication::activeWindow();
+    // Where windows aren't told their places on the screen, what lies within the dialog is surely on it.
+    const bool isPlaceKnown = !dialog_ || !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+    const QRect room = isPlaceKnown ? ScreenAt(pointer).geometry() : dialog_->geometry();
+    move(BalloonPlace(pointer, size(), room));
+    // A modal dialog blocks every window but those that belong to it, and some desktops place it only beside its owner.
+    winId();
     if (dialog_) windowHandle()->setTransientParent(dialog_->windowHandle());
     show();
     qApp->installEventFilter(this);

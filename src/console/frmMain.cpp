@@ -1,6 +1,7 @@
 // The owner's dashboard.
 #include "console/frmMain.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -103,7 +104,7 @@ QWidget *frmMain::MakeAddress() {
     grid->setContentsMargins(12, 8, 10, 9);
     grid->setVerticalSpacing(2);
     lblAddress = new LinkLabel("lblAddress", QStringLiteral("http://IP"), QStringLiteral("My Website's Address"));
-    lblAddress->setFont(Skin::Font(15));
+    Skin::SetFont(*lblAddress, 15);
     lblAddress->setMaximumWidth(Skin::Scaled(longestAddress));
     lblAddressOptions =
         new LinkLabel("lblAddressOptions", QStringLiteral("Options"), QStringLiteral("What to do with the address"));
@@ -206,6 +207,11 @@ void frmMain::ConnectControls() {
     OnClick(cmdExit, [this] { actions_.Exit(); });
     OnClick(cmdMenu, [this] { hands_.ShowTrayMenu({cmdMenu->mapToGlobal(QPoint()), cmdMenu->size()}); });
     OnClick(imgMin, [this] { Unload(); });
+}
+
+void frmMain::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) lblAddress->setMaximumWidth(Skin::Scaled(longestAddress));
+    SkinWindow::changeEvent(event);
 }
 
 void frmMain::Load() {

@@ -48,6 +48,7 @@ public:
 
 protected:
     void CloseByOwner() override { Unload(); }
+    void changeEvent(QEvent *event) override;
 
 private:
     /// One row of the two columns of figures.

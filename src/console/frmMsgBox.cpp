@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
-#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -24,11 +23,11 @@ namespace {
 
 constexpr int messageWidth = 380;
 constexpr int buttonWidth = 84;
+constexpr int textPixels = 13;
 constexpr const char *answerTag = "Tag";
 
 SkinButton *MakeButton(const char *name, const char *text, int answer, SkinButton::Tone tone) {
     auto *button = new SkinButton(name, {QLatin1String(text), Glyph::None, tone});
-    button->setFixedWidth(Skin::Scaled(buttonWidth));
     button->setProperty(answerTag, answer);
     return button;
 }
@@ -67,7 +66,7 @@ frmMsgBox::frmMsgBox()
     lblMessage->setObjectName(QStringLiteral("lblMessage"));
     lblMessage->setTextFormat(Qt::PlainText);
     lblMessage->setWordWrap(true);
-    lblMessage->setFont(Skin::Font(13));
+    Skin::SetFont(*lblMessage, textPixels);
     auto *message = new QHBoxLayout;
     message->setSpacing(14);
     message->addWidget(sign_, 0, Qt::AlignTop);
@@ -84,20 +83,32 @@ frmMsgBox::frmMsgBox()
     Contents()->setSpacing(20);
     Contents()->addLayout(message);
     Contents()->addLayout(buttons);
+    Fit();
 }
 
 void frmMsgBox::SetUp(const std::string &text, int flags) {
     const bool isQuestion = (flags & FlagYesNo) != 0;
     lblMessage->setText(MessageText(text));
-    const QRect lines =
-        QFontMetrics(lblMessage->font())
-            .boundingRect(QRect(0, 0, Skin::Scaled(messageWidth), 4000), Qt::TextWordWrap, lblMessage->text());
-    lblMessage->setFixedSize(std::max(lines.width() + 4, 200), std::max(lines.height() + 4, sign_->height()));
+    Fit();
     imgOk->setVisible(!isQuestion);
     imgYes->setVisible(isQuestion);
     imgNo->setVisible(isQuestion);
     sign_->SetSign((flags & FlagCritical) != 0 ? Sign::Critical : Sign::Information);
     setAccessibleDescription(lblMessage->text());
+}
+
+/// To the message, and to the desktop's size of text.
+void frmMsgBox::Fit() {
+    for (SkinButton *button : {imgOk, imgYes, imgNo}) button->setFixedWidth(Skin::Scaled(buttonWidth));
+    const QRect lines =
+        QFontMetrics(Skin::Font(textPixels))
+            .boundingRect(QRect(0, 0, Skin::Scaled(messageWidth), 4000), Qt::TextWordWrap, lblMessage->text());
+    lblMessage->setFixedSize(std::max(lines.width() + 4, 200), std::max(lines.height() + 4, sign_->height()));
+}
+
+void frmMsgBox::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) Fit();
+    SkinWindow::changeEvent(event);
 }
 
 int frmMsgBox::Ask(const std::string &text, int flags, const QWidget *over) {
@@ -115,8 +126,6 @@ int frmMsgBox::Ask(const std::string &text, int flags, const QWidget *over) {
     });
     SetUp(text, flags);
     PlaceOver(*this, over);
-    winId();
-    windowHandle()->setTransientParent(over != nullptr ? over->windowHandle() : nullptr);
     show();
     raise();
     activateWindow();

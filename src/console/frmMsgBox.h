@@ -22,6 +22,7 @@ public:
 protected:
     void CloseByOwner() override;
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     class SignView;
@@ -30,6 +31,7 @@ private:
     SkinButton &FirstButton() const;
     void Answer(const SkinButton &button);
     void SetUp(const std::string &text, int flags);
+    void Fit();
 
     SignView *sign_;
     QLabel *lblMessage;

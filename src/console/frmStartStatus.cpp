@@ -41,9 +41,8 @@ frmStartStatus::frmStartStatus()
       cmdCancel(new SkinButton("cmdCancel", {QString(cancelText)})) {
     setWindowModality(Qt::ApplicationModal);
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
-    lblStatus->setFont(Skin::Font(13));
+    Skin::SetFont(*lblStatus, 13);
     lblStatus->setAlignment(Qt::AlignCenter);
-    lblStatus->setFixedSize(Skin::Scaled(statusWidth), Skin::Scaled(28));
     prg->setObjectName(QStringLiteral("prg"));
     prg->setAccessibleName(QStringLiteral("Progress of the website's start"));
     prg->setRange(0, progressSteps);
@@ -55,10 +54,10 @@ frmStartStatus::frmStartStatus()
     buttons->setSpacing(10);
     buttons->addStretch();
     for (SkinButton *button : {cmdViewSite, cmdCancel}) {
-        button->setMinimumWidth(Skin::Scaled(buttonWidth));
         buttons->addWidget(button);
     }
     buttons->addStretch();
+    Fit();
     cmdViewSite->hide();
     Contents()->addWidget(lblStatus);
     Contents()->addWidget(prg);
@@ -75,6 +74,17 @@ frmStartStatus::frmStartStatus()
     tmrClose.OnTimer = [this] {
         ClickCancel();
     };
+}
+
+/// To the desktop's size of text.
+void frmStartStatus::Fit() {
+    lblStatus->setFixedSize(Skin::Scaled(statusWidth), Skin::Scaled(28));
+    for (SkinButton *button : {cmdViewSite, cmdCancel}) button->setMinimumWidth(Skin::Scaled(buttonWidth));
+}
+
+void frmStartStatus::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) Fit();
+    SkinWindow::changeEvent(event);
 }
 
 void frmStartStatus::Run(const QWidget *over) {
@@ -100,10 +110,10 @@ void frmStartStatus::OfferClose() {
 }
 
 void frmStartStatus::ShowLive() {
-    lblStatus->setFont(Skin::Font(17, true));
+    Skin::SetFont(*lblStatus, 17, true);
     prg->setValue(prg->maximum());
     OfferClose();
-    cmdCancel->setFont(Skin::Font(12, true));
+    Skin::SetFont(*cmdCancel, 12, true);
     cmdCancel->setFocus();
     cmdViewSite->show();
     tmrClose.SetEnabled(true);

@@ -30,11 +30,13 @@ public:
 
 protected:
     void CloseByOwner() override { cmdCancel->click(); }
+    void changeEvent(QEvent *event) override;
 
 private:
     void ClickCancel();
     void ClickViewSite();
     void OfferClose();
+    void Fit();
 
     QLabel *lblStatus;
     QProgressBar *prg;

@@ -6,6 +6,7 @@
 #include <QPalette>
 #include <QScreen>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "console/Skin.h"
@@ -53,6 +54,10 @@ QPalette SkinPalette() {
     return colours;
 }
 
+QRect Room() {
+    return QApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameRoom);
+}
+
 }  // namespace
 
 SetupWindow::SetupWindow(const char *name, const QString &title, QWidget *parent)
@@ -64,7 +69,7 @@ SetupWindow::SetupWindow(const char *name, const QString &title, QWidget *parent
     setPalette(SkinPalette());
     // Menus, and the lists that drop down like them, are windows of their own and would take the desktop's.
     QApplication::setPalette(SkinPalette(), "QMenu");
-    setFont(Skin::Font(skinTextPixels));
+    Skin::SetFont(*this, skinTextPixels);
     contents_->setContentsMargins(14, 12, 14, 12);
     contents_->setSpacing(10);
 }
@@ -73,15 +78,31 @@ void SetupWindow::reject() {
     RunEventHandler([this] { CloseByOwner(); });
 }
 
-void SetupWindow::FinishLayout() {
-    const QRect room = QApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameRoom);
+QSize SetupWindow::WantedSize() const {
     QSize wanted = sizeHint();
     // What is too high for the screen scrolls, and its bar takes room too.
-    if (wanted.height() > room.height()) wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    if (wanted.height() > Room().height()) wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    return wanted;
+}
+
+void SetupWindow::Begin(const QSize &size) {
+    resize(size.boundedTo(Room().size()));
+    firstSize_ = this->size();
+}
+
+void SetupWindow::FinishLayout() {
     const QSize kept = KeptSize(FromQt(objectName()));
-    resize((kept.isEmpty() ? wanted : kept.expandedTo(minimumSizeHint())).boundedTo(room.size()));
-    firstSize_ = size();
-    if (parentWidget() == nullptr) move(room.center() - rect().center());  // a sub-dialog goes over its parent
+    Begin(kept.isEmpty() ? WantedSize() : kept.expandedTo(minimumSizeHint()));
+    if (parentWidget() == nullptr) move(Room().center() - rect().center());  // a sub-dialog goes over its parent
+}
+
+void SetupWindow::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::FontChange || !isVisible()) return;
+    // When its controls have the new font too.
+    QTimer::singleShot(0, this, [this] {
+        if (size() == firstSize_) Begin(WantedSize());
+    });
 }
 
 void SetupWindow::hideEvent(QHideEvent *event) {

@@ -244,6 +244,40 @@ TEST_F(DesktopTest, AnUnhandledErrorIsShownOnceWithTheSiteClosedAndNotInTheDatab
     EXPECT_NE(testing::internal::GetCapturedStderr().find("no such table: Albums\n"), std::string::npos);
 }
 
+TEST_F(DesktopTest, WindowsFollowTheDesktopsFontWhileTheyShow) {
+    const QFont before = QApplication::font();
+    ClickSplash();
+    EXPECT_TRUE(Program->Main(""));
+    const QSize usual = ShownWindow("frmMain")->size();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.5);
+    QSize box;
+    const auto showBox = [&box](QWidget &form) {
+        QTest::qWait(1);
+        box = form.size();
+        QTest::keyClick(&form, Qt::Key_Escape);
+    };
+    Hands.WhenShown("frmMsgBox", [&](QWidget &form) {
+        QApplication::setFont(large);
+        showBox(form);
+    });
+    ShowMessageBox("What is to be done?", FlagYesNo);
+    const QSize changed = ShownWindow("frmMain")->size();
+    const QSize changedBox = box;
+    Program.reset();
+    ReleaseProgram();
+    MakeDesktop();
+    Hands.WhenShown("frmMsgBox", showBox);
+    ShowMessageBox("What is to be done?", FlagYesNo);
+    EXPECT_EQ(changedBox, box) << "as it is when it begins with that font";
+    ClickSplash();
+    EXPECT_TRUE(Program->Main(""));
+    QTest::qWait(1);
+    EXPECT_EQ(changed, ShownWindow("frmMain")->size());
+    EXPECT_GT(changed.height(), usual.height() * 5 / 4);
+    QApplication::setFont(before);
+}
+
 TEST(TrayIcon, TakesTheTwoClicksOfATrayWithoutDoubleClicksForOne) {
     const ClockSetForTest clock(1000000, MakeDate(2004, 3, 1));
     TrayIcon tray;
