@@ -9,7 +9,7 @@ namespace pixmora {
 
 namespace {
 
-constexpr int sideSpace = 3;
+constexpr int sideSpace = 3;  // what stands for the blank between a link and the words around it
 constexpr int heightSpace = 6;
 
 /// Brighter than the link itself, whatever that is.
@@ -39,7 +39,7 @@ void LinkLabel::SetLook(const LinkLook &look) {
 
 QSize LinkLabel::sizeHint() const {
     const QFontMetrics metrics = fontMetrics();
-    return {metrics.horizontalAdvance(text()) + 2 * sideSpace + 2, metrics.height() + heightSpace};
+    return {metrics.horizontalAdvance(text()) + 2 * Skin::Scaled(sideSpace) + 2, metrics.height() + heightSpace};
 }
 
 QSize LinkLabel::minimumSizeHint() const {
@@ -50,7 +50,8 @@ void LinkLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(underMouse() && isEnabled() ? UnderPointer(look_.Colour) : look_.Colour);
-    const QRect room = rect().adjusted(sideSpace, 0, -sideSpace, 0);
+    const int space = Skin::Scaled(sideSpace);
+    const QRect room = rect().adjusted(space, 0, -space, 0);
     painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft,
                      fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
     if (hasFocus()) Skin::PaintFocus(painter, QRectF(rect()).adjusted(0, 1, 0, -1), look_.Colour);

@@ -24,6 +24,8 @@ namespace {
 
 constexpr int mainTitleHeight = 66;
 constexpr int boxTitleHeight = 34;
+constexpr int boxTitleLeft = 35;
+constexpr int boxTitlePixels = 12;
 
 QPointF Scaled(const QPointF &place) {
     return place * Skin::TextScale();
@@ -52,6 +54,10 @@ TitleArea::TitleArea(const QString &title, Size size, QWidget *parent) : QWidget
 
 void TitleArea::Fit() {
     setFixedHeight(Skin::Scaled(size_ == Size::Main ? mainTitleHeight : boxTitleHeight));
+    if (size_ == Size::Box) {
+        setMinimumWidth(Skin::Scaled(boxTitleLeft + 12) +
+                        QFontMetrics(Skin::Font(boxTitlePixels, true)).horizontalAdvance(title_));
+    }
     layout()->setContentsMargins(0, 0, 8, size_ == Size::Main ? Skin::Scaled(28) : 3);
 }
 
@@ -67,7 +73,7 @@ void TitleArea::paintEvent(QPaintEvent *) {
         PaintMainTitle(painter);
     } else {
         PaintMark(painter, Scaled({9, 6, 19, 19}), Skin::HeaderInk);
-        DrawLine(painter, Scaled({35, 20}), title_, Skin::Font(12, true), Skin::HeaderInk);
+        DrawLine(painter, Scaled({boxTitleLeft, 20}), title_, Skin::Font(boxTitlePixels, true), Skin::HeaderInk);
     }
 }
 

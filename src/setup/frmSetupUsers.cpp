@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -17,6 +18,19 @@ namespace pixmora {
 
 using namespace FormParts;
 
+namespace {
+
+/// Shows a password as stars. A style sheet that did so would take the desktop's colours instead of the dialog's.
+class Stars : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override {
+        return hint == SH_LineEdit_PasswordCharacter ? '*' : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+}  // namespace
+
 frmSetupUsers::frmSetupUsers(QWidget *parent, std::string editUserName)
     : SetupWindow("frmSetupUsers", editUserName.empty() ? QStringLiteral("Add User") : QStringLiteral("Edit User"),
                   parent),
@@ -27,9 +41,11 @@ frmSetupUsers::frmSetupUsers(QWidget *parent, std::string editUserName)
       chkAdmin(CheckBox("chkAdmin", "Allow access to all protected directories")),
       cmdOK(Button("cmdOK", "OK")),
       cmdCancel(Button("cmdCancel", "Cancel")) {
+    auto *stars = new Stars;
+    stars->setParent(this);
     for (QLineEdit *box : {txtPassword, txtConfirm}) {
         box->setEchoMode(QLineEdit::Password);
-        box->setStyleSheet(QStringLiteral("lineedit-password-character: 42"));
+        box->setStyle(stars);
     }
     auto *grid = new QGridLayout;
     AddRow(*grid, "Username:", txtUsername);

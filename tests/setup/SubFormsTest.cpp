@@ -105,6 +105,8 @@ TEST_F(SubForms, TheFeaturedPictureIsChosenOrLeft) {
 }
 
 TEST_F(SubForms, AUserIsAddedAndEdited) {
+    const QPalette usual = QApplication::palette();
+    QApplication::setPalette(QPalette(Qt::black));
     {
         frmSetupUsers form(nullptr, "");
         form.show();
@@ -115,6 +117,7 @@ TEST_F(SubForms, AUserIsAddedAndEdited) {
         EXPECT_EQ(form.focusWidget()->objectName(), "txtConfirm");
         Enter(form, "txtConfirm", "one");
         EXPECT_EQ(Find<QLineEdit>(form, "txtPassword").displayText(), "***");
+        EXPECT_EQ(Find<QLineEdit>(form, "txtPassword").palette().base(), form.palette().base()) << "on a dark desktop";
         Owner.ExpectMessage("User Added!", FlagInformation);
         Click(form, "cmdOK");
     }
@@ -129,6 +132,7 @@ TEST_F(SubForms, AUserIsAddedAndEdited) {
     Owner.ExpectMessage("The user 'Ann' is there no more! It has been deleted meanwhile.", FlagCritical);
     Click(form, "cmdOK");
     EXPECT_FALSE(form.isVisible());
+    QApplication::setPalette(usual);
 }
 
 QTreeWidgetItem *Node(const QWidget &form, const char *tree, std::initializer_list<int> path) {
