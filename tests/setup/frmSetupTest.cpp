@@ -335,7 +335,7 @@ TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsThatItsFolderIsGone) {
 
 TEST_F(SetupForm, AnAlbumDeletedElsewhereLeavesTheListWithAWord) {
     MakeAlbum("Gone");
-    MakeAlbum("Going");
+    MakeAlbum("Home");
     const auto form = Open({true, false});
     auto *list = &Find<QTreeWidget>(*form, "lstAlbums");
     AlbumEditor("Gone").Delete();
@@ -344,9 +344,9 @@ TEST_F(SetupForm, AnAlbumDeletedElsewhereLeavesTheListWithAWord) {
     list->actions()[0]->trigger();
     EXPECT_EQ(list->topLevelItemCount(), 1);
     list->setCurrentItem(list->topLevelItem(0));
-    Owner.ExpectMessage("The album 'Going' is there no more! It has been deleted meanwhile.", FlagCritical);
+    Owner.ExpectMessage("The album 'Home' is there no more! It has been deleted meanwhile.", FlagCritical);
     Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
-        AlbumEditor("Going").Delete();
+        AlbumEditor("Home").Delete();
         Click(album, "cmdOK");
     });
     list->actions()[0]->trigger();
