@@ -235,7 +235,7 @@ TEST_F(PictureEngineTest, RefusesBeforeItDecodes) {
         {"progressive with 200 scans", false, WithManyScans(progressive, 200)},
         {"progressive of 25 megapixels with 60 scans", false, WithJpegSize(WithManyScans(progressive, 60), 5000, 5000)},
         {"a component a scan is held whole too", false,
-         WithJpegSize(baseline, 7150, 7150).replace(scan + 4, 1, 1, '\1')},
+         WithJpegSize(baseline, 7150, 7150).replace(scan, 14, "\xFF\xDA\0\x8\1\1\0\0\x3F\0", 10)},
         {"jpeg without data", false, baseline.substr(0, scan + 14)},
         {"jpeg cut in its tables", false, baseline.substr(0, scan - 10)},
         {"jpeg that ends before its data", false, baseline.substr(0, scan + 14) + "\xFF\xD9"},
