@@ -338,12 +338,15 @@ TEST_F(Website, CountsTheMinutesAndReportsOnEveryTenth) {
     Start();
     gDownloadCookies.push_back({"127.0.0.1", GetTickCount(), 1, "\\"});
     RecordStat(Stat::Thumbs, "A", 1);
+    SaveSetting("Setup", "ServiceBase", "http://127.0.0.1:9");  // where nobody listens
     for (int minute = 1; minute <= 10; ++minute) {
+        EXPECT_FALSE(gSystray->tmrReport.Enabled()) << minute;
         EXPECT_EQ(gSystray->tmrConnections.Tag, std::to_string(11 - minute));
         Clock.Advance(60000);
         HandleConnectionsTick();
     }
     EXPECT_EQ(gSystray->tmrConnections.Tag, "10");
+    EXPECT_TRUE(gSystray->tmrReport.Enabled()) << "the ping is on its way";
     EXPECT_EQ(FirstValue("SELECT * FROM StatsTotal WHERE Stat=0", "TotalCount"), "10");
     EXPECT_EQ(gDownloadCookies.size(), 1U);
     EXPECT_EQ(GetSetting("Website", "LastOnline"), DateText(Now()));
