@@ -21,6 +21,11 @@ const MenuItems commands = {{"First", {}, {}}, {}, {"Second & third", {}, {}}, {
 
 class clsXPMenuTest : public testing::Test {
 protected:
+    /// A menu closes when the keys go elsewhere, as they do while an earlier test's window is still on its way out.
+    clsXPMenuTest() {
+        desk_.show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&desk_));
+    }
     ~clsXPMenuTest() override { clsXPMenu::KillAllMenus(); }
 
     std::shared_ptr<clsXPMenu> Show(const MenuItems &items = commands, const QPoint &corner = {100, 100}) {
@@ -55,6 +60,7 @@ protected:
     std::string Clicked() { return std::exchange(clicked_, ""); }
 
 private:
+    QWidget desk_;
     std::string clicked_;
 };
 
