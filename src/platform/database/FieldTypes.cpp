@@ -39,7 +39,7 @@ FieldType TypeOfDeclaration(std::string_view declaration) {
 }
 
 FieldValue StoredValue(FieldType type, const FieldValue &value) {
-    const FieldValue read = ReadValue(type, value);
+    FieldValue read = ReadValue(type, value);
     if (IsNull(read)) return read;
     switch (type) {
         case FieldType::Long:
