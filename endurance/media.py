@@ -26,7 +26,7 @@ BOMBS = [
     ("I2", "the same with grain", "jpg", lambda: large_jpeg(7000, 7000, "-progressive"), CONVERTED, 1000),
     ("I3", "JPEG of 100,000 scans", "jpg", lambda: flat_progressive_jpeg(800, 800, 100000), UNREADABLE, 500),
     ("I3", "JPEG of 100 scans", "jpg", lambda: flat_progressive_jpeg(800, 800, 100), CONVERTED, 500),
-    ("I3", "JPEG of 49 megapixels and as many scans as are taken", "jpg", lambda: flat_progressive_jpeg(7000, 7000, 8), CONVERTED,
+    ("I3", "JPEG of 49 megapixels and as many scans as are taken", "jpg", lambda: flat_progressive_jpeg(7000, 7000, 20), CONVERTED,
      2000),
     ("I5", "GIF of 2,000 frames of 5,000 squared", "gif", lambda: lying_gif(5000, 5000, 2000), CONVERTED, 200),
 ]

@@ -7,6 +7,7 @@
 #include <jpeglib.h>
 
 #include <QColorSpace>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -61,6 +62,32 @@ private:
     std::vector<JOCTET> buffer_ = std::vector<JOCTET>(16384);  // not on the stack: the loop may turn on top of it
 };
 
+/// Pauses by the pixels that were passed over. The library tells of each row of blocks in the scans that it reads
+/// ahead.
+struct Progress : jpeg_progress_mgr {
+    explicit Progress(const std::function<void()> &pause) : jpeg_progress_mgr{}, pause_(pause) {
+        progress_monitor = [](j_common_ptr common) {
+            const auto decoder = reinterpret_cast<j_decompress_ptr>(common);
+            const auto rows = static_cast<unsigned>(decoder->max_v_samp_factor) * DCTSIZE;
+            static_cast<Progress *>(decoder->progress)->Pass(std::int64_t{decoder->image_width} * rows);
+        };
+    }
+
+    void Pass(std::int64_t pixels) {
+        passed_ += pixels;
+        if (passed_ < pixelsBetweenPauses) return;
+        passed_ = 0;
+        if (pause_) pause_();
+    }
+
+private:
+    /// 10 to 50 ms of work.
+    static constexpr std::int64_t pixelsBetweenPauses = 8'000'000;
+
+    const std::function<void()> &pause_;
+    std::int64_t passed_ = 0;
+};
+
 class Decoder : public jpeg_decompress_struct {
 public:
     explicit Decoder(Source &source) : jpeg_decompress_struct{} {
@@ -93,7 +120,7 @@ private:
 
 }  // namespace
 
-QImage DecodeJpeg(QIODevice &file, unsigned eighths) try {
+QImage DecodeJpeg(QIODevice &file, unsigned eighths, const std::function<void()> &pause) try {
     Source source(file);
     Decoder decoder(source);
     const bool isGrey = decoder.jpeg_color_space == JCS_GRAYSCALE;
@@ -101,7 +128,10 @@ QImage DecodeJpeg(QIODevice &file, unsigned eighths) try {
     decoder.out_color_space = isGrey ? JCS_GRAYSCALE : JCS_EXT_BGRA;
     decoder.scale_num = eighths;
     decoder.scale_denom = 8;
+    Progress progress(pause);
+    decoder.progress = &progress;
     jpeg_start_decompress(&decoder);
+    decoder.progress = nullptr;
     QImage image(static_cast<int>(decoder.output_width), static_cast<int>(decoder.output_height),
                  isGrey ? QImage::Format_Grayscale8 : QImage::Format_RGB32);
     if (image.isNull()) return {};
@@ -109,6 +139,7 @@ QImage DecodeJpeg(QIODevice &file, unsigned eighths) try {
     while (decoder.output_scanline < decoder.output_height) {
         JSAMPROW row = image.scanLine(static_cast<int>(decoder.output_scanline));
         jpeg_read_scanlines(&decoder, &row, 1);
+        progress.Pass(std::int64_t{decoder.image_width} * 8 / eighths);
     }
     return image;
 } catch (const Failure &) {

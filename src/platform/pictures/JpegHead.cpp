@@ -1,7 +1,6 @@
 // The walk over a JPEG file's markers.
 #include "platform/pictures/JpegHead.h"
 
-#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -70,8 +69,6 @@ public:
         next_ = end_ = 0;
     }
 
-    std::int64_t Position() const { return offset_ - static_cast<std::int64_t>(end_ - next_); }
-
     /// No JPEG below the limits of size has so many bytes: the rest of a file is not looked at.
     bool IsTired() const { return offset_ > std::int64_t{256} << 20; }
 
@@ -121,18 +118,11 @@ std::optional<int> ReadFirstScan(MarkerReader &reader) {
 
 /// Behind the first.
 void CountScans(MarkerReader &reader, JpegHead &head) {
-    int together = 1;
-    std::int64_t piece = 0;
     while (head.Scans <= MaximumJpegScans) {
         const int marker = reader.NextMarker();
         if (reader.IsTired()) head.Scans = MaximumJpegScans + 1;
         if (marker == EndOfFile || marker == EndOfImage) break;
-        if (marker == StartOfScan) {
-            ++head.Scans;
-            together = reader.Position() / JpegPieceSize == piece ? together + 1 : 1;
-            piece = reader.Position() / JpegPieceSize;
-            head.ScansTogether = std::max(head.ScansTogether, together);
-        }
+        if (marker == StartOfScan) ++head.Scans;
         const int length = reader.SegmentLength();
         if (length > 0) reader.Skip(length);
     }

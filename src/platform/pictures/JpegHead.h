@@ -13,11 +13,7 @@ struct JpegHead {
     bool HoldsWholePicture = false;
     /// Counted only for a picture that is held whole, and no further than one above MaximumJpegScans; else 1.
     int Scans = 1;
-    /// The most that begin in one piece of the file.
-    int ScansTogether = 1;
 };
-
-inline constexpr int JpegPieceSize = 65536;
 
 /// Each scan costs a pass over the held picture, and a few bytes are enough for one. Real files have about ten.
 inline constexpr int MaximumJpegScans = 100;

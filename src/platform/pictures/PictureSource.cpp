@@ -19,8 +19,8 @@ namespace pixmora {
 namespace {
 
 constexpr std::int64_t maximumPixels = 250'000'000;
-/// An empty scan passes over the held picture, some 0.7 ns a pixel, and there is no pause within a piece of the file.
-constexpr std::int64_t maximumPixelsAtOnce = 400'000'000;
+/// A scan passes over the whole held picture, some 1 ns a pixel, even where it holds nothing.
+constexpr std::int64_t maximumPixelsInScans = 1'000'000'000;
 
 /// The reader's name for the format of the content; empty for a file that is no picture of ours. No other reader that
 /// may be installed is ever asked.
@@ -44,7 +44,7 @@ bool IsWorthReading(const BinaryFile &file, const QByteArray &format, QSize size
     const std::optional<JpegHead> head = ReadJpegHead(file);
     if (!head) return false;
     return !head->HoldsWholePicture || (pixels <= MaximumPixelsHeldWhole && head->Scans <= MaximumJpegScans &&
-                                        pixels * head->ScansTogether <= maximumPixelsAtOnce);
+                                        pixels * head->Scans <= maximumPixelsInScans);
 }
 
 /// The file as a reader draws on it, who may be kept waiting between two pieces.
@@ -79,7 +79,7 @@ protected:
 
 private:
     /// Of the plainest picture some megapixels; decoded in less than a tenth of a second.
-    static constexpr qint64 pieceSize = JpegPieceSize;
+    static constexpr qint64 pieceSize = 65536;
 
     std::unique_ptr<BinaryFile> file_;
     qint64 size_;
@@ -149,7 +149,7 @@ private:
         const qint64 readersPlace = device_.pos();
         device_.seek(0);
         const int eighths = EighthsFor(asStored);
-        QImage image = DecodeJpeg(device_, static_cast<unsigned>(eighths));
+        QImage image = DecodeJpeg(device_, static_cast<unsigned>(eighths), device_.Pause);
         device_.seek(readersPlace);
         if (image.isNull()) {
             reader_.setScaledSize(Fraction(eighths));
