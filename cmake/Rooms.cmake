@@ -60,7 +60,7 @@ function(pixmora_add_room_tests name support)
       target_link_libraries(test_${name} PRIVATE room_${room})
     endif()
   endforeach()
-  add_dependencies(test_${name} movies heif)  # loaded, not linked
+  add_dependencies(test_${name} modules)
   # One process for the room, its cases in another order each time; from where the compiler ran, since ccache can make the
   # names of sources relative to that folder.
   add_test(NAME ${name} COMMAND test_${name} --gtest_shuffle --gtest_brief=1 WORKING_DIRECTORY ${CMAKE_BINARY_DIR})

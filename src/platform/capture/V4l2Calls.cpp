@@ -2,7 +2,6 @@
 #include "platform/capture/V4l2Calls.h"
 
 #include <fcntl.h>
-#include <libv4l2.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -14,7 +13,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "platform/capture/CameraModule.h"
 #include "platform/files/Files.h"
+#include "platform/files/Modules.h"
 #include "platform/loop/MessageLoop.h"
 #include "platform/runtime/Numbers.h"
 
@@ -82,38 +83,45 @@ private:
 class SystemCalls : public V4l2Calls {
 public:
     /// The library would tell its troubles on standard error, which is the owner's.
-    SystemCalls() { v4l2_log_file = nowhere_; }
+    SystemCalls() {
+        if (library_ != nullptr) *library_->Log = nowhere_;
+    }
 
-    std::vector<std::string> Devices() override { return FindVideoNodes("/dev"); }
+    /// None where the module is not installed; so no other call is made then.
+    std::vector<std::string> Devices() override {
+        return library_ != nullptr ? FindVideoNodes("/dev") : std::vector<std::string>();
+    }
 
     int Open(const std::string &path) override {
         const SilentOutput silent(fileno(nowhere_));  // its plug-in for multi-planar devices says so each time
-        return v4l2_open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
+        return library_->Open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
     }
 
     int Ioctl(int descriptor, unsigned long request, void *argument) override {
         int result = 0;
         do {
-            result = v4l2_ioctl(descriptor, request, argument);
+            result = library_->Ioctl(descriptor, request, argument);
         } while (result < 0 && errno == EINTR);
         return result;
     }
 
     void *Map(int descriptor, std::size_t length, off_t offset) override {
-        return v4l2_mmap(nullptr, length, PROT_READ, MAP_SHARED, descriptor, offset);
+        return library_->Map(nullptr, length, PROT_READ, MAP_SHARED, descriptor, offset);
     }
-    void Unmap(void *start, std::size_t length) override { v4l2_munmap(start, length); }
+    void Unmap(void *start, std::size_t length) override { library_->Unmap(start, length); }
 
     std::shared_ptr<void> AwaitInput(int descriptor, int ms, std::function<void(bool hasInput)> done) override {
         return {new InputWait(descriptor, ms, std::move(done)), InputWait::Drop};
     }
 
     ssize_t Read(int descriptor, void *buffer, std::size_t count) override {
-        return v4l2_read(descriptor, buffer, count);
+        return library_->Read(descriptor, buffer, count);
     }
-    void Close(int descriptor) override { v4l2_close(descriptor); }
+    void Close(int descriptor) override { library_->Close(descriptor); }
 
 private:
+    const CameraLibrary *const library_ =
+        static_cast<const CameraLibrary *>(LoadModule("camera", "PixmoraCameraLibrary"));
     std::FILE *const nowhere_ = std::fopen("/dev/null", "we");
 };
 

@@ -1,11 +1,10 @@
 // Opens the file for the module that knows movies, and loads that one at the first call.
 #include "platform/movies/MovieFacts.h"
 
-#include <QCoreApplication>
-#include <QLibrary>
 #include <memory>
 
 #include "platform/files/Files.h"
+#include "platform/files/Modules.h"
 #include "platform/movies/MovieProbe.h"
 #include "platform/runtime/RunTimeError.h"
 
@@ -25,17 +24,11 @@ private:
     std::unique_ptr<BinaryFile> file_;
 };
 
-/// @return null where the module is not installed
-MovieProbe LoadProbe() {
-    const QString path = QCoreApplication::applicationDirPath() + "/" PIXMORA_MODULES "/movies.so";
-    return reinterpret_cast<MovieProbe>(QLibrary::resolve(path, "ProbeMovie"));
-}
-
 }  // namespace
 
 MovieFacts ReadMovieFacts(std::string_view path) try {
     const BytesOfFile file(path);
-    static const MovieProbe probe = LoadProbe();
+    static const auto probe = reinterpret_cast<MovieProbe>(LoadModule("movies", "ProbeMovie"));
     return probe ? probe(file) : MovieFacts{};
 } catch (const RunTimeError &) {
     return {};

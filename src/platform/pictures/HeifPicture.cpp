@@ -2,12 +2,11 @@
 #include "platform/pictures/HeifPicture.h"
 
 #include <QColorSpace>
-#include <QCoreApplication>
-#include <QLibrary>
 #include <utility>
 #include <vector>
 
 #include "platform/files/Files.h"
+#include "platform/files/Modules.h"
 #include "platform/pictures/HeifExif.h"
 #include "platform/pictures/HeifModule.h"
 #include "platform/runtime/RunTimeError.h"
@@ -22,14 +21,8 @@ using Bytes = std::vector<unsigned char>;
 /// No picture below the limit of size has as many.
 constexpr std::int64_t maximumLength = 128 << 20;
 
-/// @return null where the module is not installed
-const HeifReader *LoadReader() {
-    const QString path = QCoreApplication::applicationDirPath() + "/" PIXMORA_MODULES "/heif.so";
-    return reinterpret_cast<const HeifReader *>(QLibrary::resolve(path, "PixmoraHeifReader"));
-}
-
 const HeifReader *Reader() {
-    static const HeifReader *reader = LoadReader();
+    static const auto *const reader = static_cast<const HeifReader *>(LoadModule("heif", "PixmoraHeifReader"));
     return reader;
 }
 

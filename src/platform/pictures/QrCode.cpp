@@ -1,20 +1,14 @@
 #include "platform/pictures/QrCode.h"
 
-#include <qrencode.h>
-
-#include <memory>
+#include "platform/files/Modules.h"
+#include "platform/pictures/QrModule.h"
 
 namespace pixmora {
 
 QrCode MakeQrCode(std::string_view text) {
-    const std::unique_ptr<QRcode, void (*)(QRcode *)> made(
-        QRcode_encodeString8bit(std::string(text).c_str(), 0, QR_ECLEVEL_M), QRcode_free);
+    const auto make = reinterpret_cast<decltype(&PixmoraMakeQrCode)>(LoadModule("qrcode", "PixmoraMakeQrCode"));
     QrCode code;
-    if (!made) return code;
-    code.Size = made->width;
-    const auto modules = static_cast<std::size_t>(made->width) * static_cast<std::size_t>(made->width);
-    code.Dark.reserve(modules);
-    for (std::size_t i = 0; i < modules; ++i) code.Dark.push_back((made->data[i] & 1) != 0);
+    if (make != nullptr) make(text, code);
     return code;
 }
 
