@@ -15,8 +15,8 @@
 
 #include "platform/capture/CameraModule.h"
 #include "platform/files/Files.h"
-#include "platform/files/Modules.h"
 #include "platform/loop/MessageLoop.h"
+#include "platform/runtime/Modules.h"
 #include "platform/runtime/Numbers.h"
 
 namespace pixmora {

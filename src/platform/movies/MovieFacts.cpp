@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "platform/files/Files.h"
-#include "platform/files/Modules.h"
 #include "platform/movies/MovieProbe.h"
+#include "platform/runtime/Modules.h"
 #include "platform/runtime/RunTimeError.h"
 
 namespace pixmora {

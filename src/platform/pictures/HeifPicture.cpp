@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "platform/files/Files.h"
-#include "platform/files/Modules.h"
 #include "platform/pictures/HeifExif.h"
 #include "platform/pictures/HeifModule.h"
+#include "platform/runtime/Modules.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 

@@ -1,7 +1,7 @@
 #include "platform/pictures/QrCode.h"
 
-#include "platform/files/Modules.h"
 #include "platform/pictures/QrModule.h"
+#include "platform/runtime/Modules.h"
 
 namespace pixmora {
 

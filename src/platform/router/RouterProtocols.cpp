@@ -1,7 +1,7 @@
 #include "platform/router/RouterProtocols.h"
 
-#include "platform/files/Modules.h"
 #include "platform/router/RouterModule.h"
+#include "platform/runtime/Modules.h"
 
 namespace pixmora {
 

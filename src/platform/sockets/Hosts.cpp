@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
-#include <QHostAddress>
 #include <algorithm>
 #include <cctype>
 #include <vector>
@@ -54,6 +53,19 @@ bool IsAuthority(std::string_view text, bool needsPort) {
     return isHost && (colon == std::string_view::npos ? !needsPort : IsPort(text.substr(colon + 1)));
 }
 
+/// Of an address, 32 or 128, the highest first; none of what is none.
+std::vector<bool> AddressBits(std::string_view text) {
+    const std::string terminated(text);
+    unsigned char bytes[sizeof(in6_addr)] = {};
+    std::size_t count = 0;
+    if (inet_pton(AF_INET, terminated.c_str(), bytes) == 1) count = sizeof(in_addr);
+    if (inet_pton(AF_INET6, terminated.c_str(), bytes) == 1) count = sizeof(in6_addr);
+    std::vector<bool> bits;
+    if (text.find('\0') != std::string_view::npos) return bits;
+    for (std::size_t i = 0; i < 8 * count; ++i) bits.push_back((bytes[i / 8] >> (7 - i % 8) & 1) != 0);
+    return bits;
+}
+
 /// Nothing that would end an attribute of a page or a line of a request.
 bool IsWebAddress(std::string_view text) {
     constexpr std::string_view never = "<>\"'\\`{}|^ ";
@@ -72,10 +84,7 @@ bool IsWebAddress(std::string_view text) {
 }  // namespace
 
 bool IsIpAddress(std::string_view text) {
-    const std::string terminated(text);
-    in6_addr address{};
-    return text.find('\0') == std::string_view::npos && (inet_pton(AF_INET, terminated.c_str(), &address) == 1 ||
-                                                         inet_pton(AF_INET6, terminated.c_str(), &address) == 1);
+    return !AddressBits(text).empty();
 }
 
 bool IsHost(std::string_view text) {
@@ -100,9 +109,16 @@ std::string WebAddressFrom(std::string_view text, int port) {
 }
 
 bool IsInNetwork(const std::string &address, const std::string &network) {
-    if (!IsIpAddress(address)) return false;
-    const auto subnet = QHostAddress::parseSubnet(QString::fromStdString(Trim(network)));
-    return subnet.second >= 0 && QHostAddress(QString::fromStdString(address)).isInSubnet(subnet);
+    const std::string text = Trim(network);
+    const std::size_t slash = text.find('/');
+    const std::vector<bool> own = AddressBits(address);
+    const std::vector<bool> first = AddressBits(text.substr(0, slash));
+    if (first.empty() || own.size() != first.size()) return false;
+    if (slash == std::string::npos) return own == first;
+    const std::string length = text.substr(slash + 1);
+    if (length.empty() || length.size() > 3 || !std::ranges::all_of(length, IsDigit)) return false;
+    const auto common = static_cast<std::ptrdiff_t>(Val(length));
+    return common <= std::ssize(own) && std::equal(own.begin(), own.begin() + common, first.begin());
 }
 
 bool IsPrivateAddress(const std::string &address) {

@@ -2,11 +2,13 @@
 #include "platform/sockets/LocalAddresses.h"
 
 #include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <net/if.h>
 #include <netdb.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <QNetworkInterface>
+#include <memory>
 
 #include "platform/runtime/Text.h"
 #include "platform/sockets/SocketAddress.h"
@@ -60,13 +62,13 @@ std::string DefaultRouteAddress(IpFamily family) {
 
 std::vector<std::string> InterfaceAddresses() {
     std::vector<std::string> addresses;
-    for (const QNetworkInterface &interface : QNetworkInterface::allInterfaces()) {
-        const auto flags = interface.flags();
-        if (!flags.testFlag(QNetworkInterface::IsUp) || flags.testFlag(QNetworkInterface::IsLoopBack)) continue;
-        for (const QNetworkAddressEntry &entry : interface.addressEntries()) {
-            if (entry.ip().protocol() != QAbstractSocket::IPv4Protocol) continue;
-            addresses.push_back(entry.ip().toString().toStdString());
-        }
+    ifaddrs *list = nullptr;
+    if (getifaddrs(&list) != 0) return addresses;
+    const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> owner(list, freeifaddrs);
+    for (const ifaddrs *entry = list; entry != nullptr; entry = entry->ifa_next) {
+        const bool isOutward = (entry->ifa_flags & IFF_UP) != 0 && (entry->ifa_flags & IFF_LOOPBACK) == 0;
+        if (!isOutward || entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_INET) continue;
+        addresses.push_back(Dotted(&reinterpret_cast<const sockaddr_in *>(entry->ifa_addr)->sin_addr));
     }
     return addresses;
 }

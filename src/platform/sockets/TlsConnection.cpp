@@ -1,46 +1,39 @@
 #include "platform/sockets/TlsConnection.h"
 
-#include <QTimer>
 #include <cerrno>
-#include <limits>
 #include <utility>
 
 #include "platform/loop/MessageLoop.h"
 
 namespace pixmora {
 
-TlsConnection::TlsConnection(std::weak_ptr<Winsock> element) : element_(std::move(element)), socket_(new QSslSocket) {}
+TlsConnection::TlsConnection(const NetworkLibrary &library, std::weak_ptr<Winsock> element)
+    : element_(std::move(element)), socket_(library.NewTlsSocket(Events())) {}
 
-std::shared_ptr<TlsConnection> TlsConnection::Connecting(std::weak_ptr<Winsock> element, const std::string &host,
-                                                         int port) {
-    auto connection = std::make_shared<TlsConnection>(std::move(element));
-    QSslSocket *const socket = connection->socket_.get();
-    connection->ConnectSignals();
-    // From the loop, as it can fail at once.
-    QTimer::singleShot(0, socket, [socket, name = QString::fromStdString(host), port] {
-        socket->connectToHostEncrypted(name, static_cast<quint16>(port));
-    });
+std::shared_ptr<TlsConnection> TlsConnection::Connecting(const NetworkLibrary &library, std::weak_ptr<Winsock> element,
+                                                         const std::string &host, int port) {
+    auto connection = std::make_shared<TlsConnection>(library, std::move(element));
+    connection->socket_->Connect(host, port);
     return connection;
 }
 
-void TlsConnection::ConnectSignals() {
-    QSslSocket *const socket = socket_.get();
-    QObject::connect(socket, &QSslSocket::encrypted, socket, [this] {
+TlsEvents TlsConnection::Events() {
+    TlsEvents events;
+    events.Encrypted = [this] {
         state_ = SocketState::Connected;
         Raise(&Winsock::OnConnect);
-    });
-    QObject::connect(socket, &QSslSocket::readyRead, socket, [this] {
-        if (state_ != SocketState::Connected) return;
-        Raise(&Winsock::OnDataArrival, static_cast<std::size_t>(socket_->bytesAvailable()));
-    });
-    QObject::connect(socket, &QSslSocket::errorOccurred, socket, [this](QAbstractSocket::SocketError error) {
-        if (state_ == SocketState::Connected && error == QAbstractSocket::RemoteHostClosedError) {
-            Raise(&Winsock::OnClose);
-            return;
-        }
+    };
+    events.Arrived = [this](std::size_t bytesWaiting) {
+        Raise(&Winsock::OnDataArrival, bytesWaiting);
+    };
+    events.ClosedByPeer = [this] {
+        Raise(&Winsock::OnClose);
+    };
+    events.Failed = [this](const std::string &description) {
         state_ = SocketState::Error;
-        Raise(&Winsock::OnError, ECONNABORTED, socket_->errorString().toStdString());
-    });
+        Raise(&Winsock::OnError, ECONNABORTED, description);
+    };
+    return events;
 }
 
 template <class... Parameters, class... Arguments>
@@ -53,7 +46,7 @@ void TlsConnection::Raise(std::function<void(Parameters...)> Winsock::*event, co
 }
 
 void TlsConnection::Send(std::string_view bytes) {
-    socket_->write(bytes.data(), static_cast<qint64>(bytes.size()));
+    socket_->Write(bytes);
 }
 
 /// Requests have no files to send.
@@ -62,17 +55,16 @@ bool TlsConnection::SendSource(std::string_view /*bytes*/, ByteSource /*source*/
 }
 
 std::size_t TlsConnection::BytesWaiting() const {
-    return static_cast<std::size_t>(socket_->encryptedBytesToWrite() + socket_->bytesToWrite());
+    return socket_->BytesToWrite();
 }
 
 std::string TlsConnection::Fetch() {
-    return socket_->readAll().toStdString();
+    return socket_->ReadAll();
 }
 
 void TlsConnection::Finish() {
     state_ = SocketState::Closed;
-    socket_->disconnect();
-    socket_->disconnectFromHost();
+    socket_->Close();
 }
 
 }  // namespace pixmora

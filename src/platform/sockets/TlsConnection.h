@@ -1,10 +1,10 @@
 // The connected end of a Winsock element that speaks TLS, for requests to others.
 #pragma once
 
-#include <QSslSocket>
 #include <memory>
 #include <string>
 
+#include "platform/sockets/NetworkModule.h"
 #include "platform/sockets/SocketConnection.h"
 #include "platform/sockets/Winsock.h"
 
@@ -15,9 +15,10 @@ namespace pixmora {
 class TlsConnection : public ElementConnection, public std::enable_shared_from_this<TlsConnection> {
 public:
     /// Begins to connect, name resolution included. Every failure is told from the loop.
-    static std::shared_ptr<TlsConnection> Connecting(std::weak_ptr<Winsock> element, const std::string &host, int port);
+    static std::shared_ptr<TlsConnection> Connecting(const NetworkLibrary &library, std::weak_ptr<Winsock> element,
+                                                     const std::string &host, int port);
 
-    explicit TlsConnection(std::weak_ptr<Winsock> element);
+    TlsConnection(const NetworkLibrary &library, std::weak_ptr<Winsock> element);
 
     SocketState State() const override { return state_; }
     void Send(std::string_view bytes) override;
@@ -28,16 +29,12 @@ public:
     void Finish() override;
 
 private:
-    struct DeleteLater {
-        void operator()(QSslSocket *socket) const { socket->deleteLater(); }  // it may be in the midst of a signal
-    };
-
-    void ConnectSignals();
+    TlsEvents Events();
     template <class... Parameters, class... Arguments>
     void Raise(std::function<void(Parameters...)> Winsock::*event, const Arguments &...arguments);
 
     const std::weak_ptr<Winsock> element_;
-    const std::unique_ptr<QSslSocket, DeleteLater> socket_;
+    const std::unique_ptr<TlsSocket> socket_;
     SocketState state_ = SocketState::Connecting;
 };
 

@@ -1,13 +1,11 @@
 #include "platform/sockets/Winsock.h"
 
-#include <QCoreApplication>
-#include <QHostAddress>
-#include <QHostInfo>
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
+#include "platform/runtime/Modules.h"
 #include "platform/runtime/RunTimeError.h"
+#include "platform/sockets/NetworkModule.h"
 #include "platform/sockets/SocketConnection.h"
 #include "platform/sockets/SocketListener.h"
 #include "platform/sockets/SocketLoop.h"
@@ -21,6 +19,13 @@ constexpr int highestPort = 65535;
 
 void RequireClosed(SocketState state) {
     if (state != SocketState::Closed) throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+}
+
+/// @return null where the module is not installed
+const NetworkLibrary *Network() {
+    static const auto *const library =
+        static_cast<const NetworkLibrary *>(LoadModule("network", "PixmoraNetworkLibrary"));
+    return library;
 }
 
 }  // namespace
@@ -43,16 +48,9 @@ struct Winsock::Implementation {
         connection = SocketConnection::Connecting(element.weak_from_this(), peer);
     }
 
-    /// With the first address found, of IPv4 if there is one.
-    void FinishLookup(Winsock &element, const QHostInfo &result) {
+    void FinishLookup(Winsock &element, const std::vector<std::string> &found) {
         lookup.reset();
-        QList<QHostAddress> found = result.addresses();
-        std::stable_partition(found.begin(), found.end(), [](const QHostAddress &address) {
-            return address.protocol() == QAbstractSocket::IPv4Protocol;
-        });
-        const auto peer = found.isEmpty()
-                              ? std::nullopt
-                              : SocketAddress::From(found.front().toString().toStdString(), element.RemotePort);
+        const auto peer = found.empty() ? std::nullopt : SocketAddress::From(found.front(), element.RemotePort);
         if (peer) return ConnectTo(element, *peer);
         const auto failed = std::make_shared<SocketConnection>(element.weak_from_this(), -1, SocketState::Connecting);
         connection = failed;
@@ -104,24 +102,26 @@ void Winsock::Accept(int requestId) {
 void Winsock::Connect() {
     RequireClosed(State());
     RemoteHostIP.clear();
-    if (RemotePort < 0 || RemotePort > highestPort) {
+    const auto peer = IsSecure ? std::nullopt : SocketAddress::From(RemoteHost, RemotePort);
+    if (RemotePort < 0 || RemotePort > highestPort || (!peer && Network() == nullptr)) {
         const auto failed = std::make_shared<SocketConnection>(weak_from_this(), -1, SocketState::Connecting);
         implementation_->connection = failed;
         failed->FailFromLoop(EINVAL);
         return;
     }
+    if (peer) return implementation_->ConnectTo(*this, *peer);
     if (IsSecure) {
-        implementation_->connection = TlsConnection::Connecting(weak_from_this(), RemoteHost, RemotePort);
+        implementation_->connection = TlsConnection::Connecting(*Network(), weak_from_this(), RemoteHost, RemotePort);
         return;
     }
-    if (const auto peer = SocketAddress::From(RemoteHost, RemotePort)) return implementation_->ConnectTo(*this, *peer);
     const auto lookup = std::make_shared<const bool>(true);
     implementation_->lookup = lookup;
-    const auto finish = [element = weak_from_this(), current = std::weak_ptr(lookup)](const QHostInfo &result) {
+    const auto finish = [element = weak_from_this(),
+                         current = std::weak_ptr(lookup)](const std::vector<std::string> &found) {
         const auto self = element.lock();
-        if (self && !current.expired()) self->implementation_->FinishLookup(*self, result);
+        if (self && !current.expired()) self->implementation_->FinishLookup(*self, found);
     };
-    QHostInfo::lookupHost(QString::fromStdString(RemoteHost), QCoreApplication::instance(), finish);
+    Network()->Lookup(RemoteHost, finish);
 }
 
 void Winsock::SendData(std::string_view bytes) {

@@ -1,4 +1,4 @@
-#include "platform/files/Modules.h"
+#include "platform/runtime/Modules.h"
 
 #include <QCoreApplication>
 #include <QLibrary>
