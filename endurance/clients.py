@@ -1,5 +1,6 @@
 """The clients' side of the endurance scripts: somebody who watches, crowds of connections, visitors of all tastes."""
 import concurrent.futures
+import contextlib
 import multiprocessing
 import random
 import struct
@@ -7,7 +8,7 @@ from pathlib import Path
 
 from endurance import *
 
-HELP = b"GET /ShowHelp HTTP/1.0\r\n\r\n"
+HELP, LOGOUT = [b"GET /%s HTTP/1.0\r\n\r\n" % page for page in (b"ShowHelp", b"ShowLogout")]
 MOVIE_HEAD = b"Content-Type: application/octet-stream\r\nPragma: no-cache\r\nContent-Length: %d\r\n\r\n"
 PAGES = ["/", "/ShowHelp", "/ShowStats", "/ShowAlbum?1&thumbs&1", "/ShowAlbumMedia?1&thumbs&1", "/ShowAlbumMedia?1&list&1",
          "/ShowAlbumDirList?1&thumbs&1&", "/ShowPopular?thumbs", "/ShowDetails?1&nocount&/picture_01.bmp"]
@@ -97,36 +98,30 @@ class Load:
 class Crowd:
     """Connections that are opened at a rate and then looked after until they have all been closed by the server."""
 
-    def __init__(self, site, count, rate, first, drip=b"", drip_every=10.0, receive_buffer=0):
-        self.site, self.count, self.first = site, count, first
-        self.drip, self.drip_every = drip, drip_every
+    def __init__(self, site, count, rate, first, receive_buffer=0):
         self.clients = []
-        for number in range(count):
+        for _ in range(count):
             client = socket.socket()
             if receive_buffer:
                 client.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, receive_buffer)
             client.settimeout(10)
             client.connect(("127.0.0.1", site.port))
-            if first:
-                client.sendall(first)
+            client.sendall(first)
             self.clients.append(client)
-            if rate:
-                time.sleep(1 / rate)
+            time.sleep(1 / rate)
 
-    def outlast(self, seconds):
-        """Goes on dripping; returns the seconds until all were closed, or None."""
+    def outlast(self, seconds, drip):
+        """Drips each 10 s; returns the seconds until all were closed, or None."""
         begun = dripped = time.monotonic()
         while time.monotonic() - begun < seconds:
             self.clients = [client for client in self.clients if not has_ended(client)]
             if not self.clients:
                 return time.monotonic() - begun
-            if self.drip and time.monotonic() - dripped > self.drip_every:
+            if drip and time.monotonic() - dripped > 10:
                 dripped = time.monotonic()
                 for client in self.clients:
-                    try:
-                        client.send(self.drip)
-                    except OSError:
-                        pass
+                    with contextlib.suppress(OSError):
+                        client.send(drip)
             time.sleep(0.1)
         return None
 
@@ -166,10 +161,7 @@ def churn(site, count, wanted, workers=4):
     processes = [multiprocessing.Process(target=_churn, args=words) for _ in range(workers)]
     for process in processes:
         process.start()
-    wrong = sum(found.get() for _ in processes)
-    for process in processes:
-        process.join()
-    return wrong
+    return sum(found.get() for _ in processes)
 
 
 class Visitor(threading.Thread):
@@ -219,3 +211,20 @@ class Visitor(threading.Thread):
                                              ("/ShowPicture?1&thumb&/../x.bmp", b"Picture Not Found!"), ("/%", b"Bad Request"),
                                              ("/ShowGraphic?..%2Fdb_v9.mdb", b"File Not Found!")])
         return self.get(target, lambda answer: answer == wanted)
+
+
+@contextlib.contextmanager
+def visiting(site, count, movie, rest):
+    """So many visitors while the scope lasts; gives them, with their faults when it is over."""
+    ends = threading.Event()
+    visitors = [Visitor(site, number, ends, movie, rest) for number in range(count)]
+    for visitor in visitors:
+        visitor.start()
+    yield visitors
+    ends.set()
+    for visitor in visitors:
+        visitor.join()
+
+
+def faults_of(visitors):
+    return [fault for visitor in visitors for fault in visitor.faults]

@@ -65,20 +65,13 @@ def check_soak(programs, results):
     with site:
         # The hour's statistics grow with each request until they fill the database's page cache; then memory stands still.
         churn(site, 200000, site.get("/ShowGraphic?movie.gif"))
-        ends = threading.Event()
-        visitors = [Visitor(site, number, ends, movie, rest=0.1) for number in range(20)]
         samples, descriptors, begun = [], [], time.monotonic()
-        with Probe(site, request=b"GET /ShowLogout HTTP/1.0\r\n\r\n") as probe:
-            for visitor in visitors:
-                visitor.start()
+        with Probe(site, request=LOGOUT) as probe, visiting(site, 20, movie, 0.1) as visitors:
             while time.monotonic() - begun < 60 * minutes and site.is_alive():
                 time.sleep(0.5)
                 samples.append((time.monotonic(), site.resident_kb()))
                 descriptors.append(site.descriptors())
-            ends.set()
-            for visitor in visitors:
-                visitor.join()
-        faults = [fault for visitor in visitors for fault in visitor.faults]
+        faults = faults_of(visitors)
         for fault in faults[:20]:
             print("L8: " + fault, file=sys.stderr)
         quarter = len(descriptors) // 4
@@ -99,7 +92,7 @@ def check_big_pictures(programs, results):
     with Site(programs, settings={"ConversionSpacing": "500"}) as site:
         picture = site.album + "/huge.jpg"
         subprocess.run(["convert", "-size", "6000x4000", "plasma:", "-quality", "90", picture], check=True)
-        with Probe(site, every=0.01, request=b"GET /ShowLogout HTTP/1.0\r\n\r\n") as probe:
+        with Probe(site, every=0.01, request=LOGOUT) as probe:
             for _ in range(2):
                 clients = [site.connect(60) for _ in range(8)]
                 for client in clients:
@@ -118,20 +111,13 @@ def check_termination(programs, results):
         site.control("user", "add", "Ann", "secret")
         movie = write_movie(site, 1 << 20, "soak.avi")
         with site:
-            ends = threading.Event()
-            visitors = [Visitor(site, number, ends, movie, rest=0.002) for number in range(20)]
-            for visitor in visitors:
-                visitor.start()
-            time.sleep(random.uniform(0.3, 1))
-            begun = time.monotonic()
-            status = site.stop(timeout=30)
-            slowest = max(slowest, time.monotonic() - begun)
-            ends.set()
-            for visitor in visitors:
-                visitor.join()
-            faults = [fault for visitor in visitors for fault in visitor.faults]
+            with visiting(site, 20, movie, 0.002) as visitors:
+                time.sleep(random.uniform(0.3, 1))
+                begun = time.monotonic()
+                status = site.stop(timeout=30)
+                slowest = max(slowest, time.monotonic() - begun)
             # An empty answer, a refusal: the request came too late.
-            broken = [fault for fault in faults if not any(word in fault for word in ["ShowMovie", ": b''", "refused", "reset"])]
+            broken = [fault for fault in faults_of(visitors) if not any(word in fault for word in ["ShowMovie", ": b''", "refused", "reset"])]
             cut += len(broken)
             print("".join("R2: %s\n" % fault for fault in broken), end="", file=sys.stderr)
             log = Path(site.database + "-wal")

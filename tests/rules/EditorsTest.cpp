@@ -1,10 +1,12 @@
 // What the album and user dialogs decide, on a database of the test's own.
+#include "platform/files/Files.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
 #include "setup/rules/StripTags.h"
 #include "setup/rules/UserEditor.h"
 #include "store/Popularity.h"
 #include "store/Statistics.h"
+#include "support/RawDatabase.h"
 #include "support/SetupFixture.h"
 
 namespace pixmora {
@@ -13,10 +15,7 @@ namespace {
 using Editors = SetupFixture;
 
 TEST_F(Editors, AlbumsAreValidatedInOrder) {
-    AlbumFields good;
-    good.Name = "Trips";
-    good.Directory = Program.MakeFolder("albums/Trips");
-    EXPECT_FALSE(AlbumEditor::Validate(good));
+    const std::string folder = Program.MakeFolder("albums/Trips");
     const std::tuple<const char *, std::string, bool, const char *> rows[] = {
         // name, directory, whether something is shown, the first refusal
         {"", "", false, "You must give your album a name!"},
@@ -24,19 +23,17 @@ TEST_F(Editors, AlbumsAreValidatedInOrder) {
         {"a'b", "", false, "Album name cannot contain any of the following characters:\r\n\r\n\\ / : * ? \" ' < > |"},
         {"Trips", "", false, "You must choose a directory for this album!"},
         {"Trips", "/gone", false, "This directory is invalid!"},
-        {"Trips", good.Directory, false, "You must at least choose to show pictures or show movies!"},
+        {"Trips", folder, false, "You must at least choose to show pictures or show movies!"},
+        {" most popular", folder, true, ""},  // a leading blank is not trimmed
     };
     for (const auto &[name, directory, isShown, message] : rows) {
-        AlbumFields fields = good;
+        AlbumFields fields;
         fields.Name = name;
         fields.Directory = directory;
         fields.Pictures = fields.Movies = isShown;
         const auto refusal = AlbumEditor::Validate(fields);
-        ASSERT_TRUE(refusal) << message;
-        EXPECT_EQ(refusal->Message, message);
+        EXPECT_EQ(refusal ? refusal->Message : "", message);
     }
-    good.Name = " most popular";
-    EXPECT_FALSE(AlbumEditor::Validate(good)) << "a leading blank is not trimmed";
 }
 
 TEST_F(Editors, ANewAlbumGetsTheNextNumber) {
@@ -44,6 +41,7 @@ TEST_F(Editors, ANewAlbumGetsTheNextNumber) {
     fields.Name = "Trips";
     fields.Directory = Program.MakeFolder("albums/Trips") + "/";
     fields.Description = "<b>Say \"hi\"</b>";
+    fields.FeaturedImage = 2;
     AlbumEditor().Save(fields);
     MakeAlbum("Home");
     EXPECT_EQ(GetSetting("AlbumIDs", "Home"), "2");
@@ -51,7 +49,7 @@ TEST_F(Editors, ANewAlbumGetsTheNextNumber) {
     const AlbumFields stored = AlbumEditor("trips").Load();
     EXPECT_EQ(stored.Directory, Program.Path("albums/Trips"));
     EXPECT_EQ(stored.Description, "Say 'hi'");
-    EXPECT_EQ(stored.FeaturedImage, 1);
+    EXPECT_EQ(stored.FeaturedImage, 2);
 }
 
 TEST_F(Editors, ARenameGoesThroughTheTablesAndADeletionLeavesTheStatistics) {
@@ -61,10 +59,7 @@ TEST_F(Editors, ARenameGoesThroughTheTablesAndADeletionLeavesTheStatistics) {
     for (const char *path : {"\\a.jpg", "\\b.jpg"}) CountFileVisit("Old", path);
     CountDirVisit("Old", "");
     RecordStat(Stat::Thumbs, "Old", 1);
-    const auto order = gDatabase->OpenRecordset("DBOrder", RecordsetType::Table);
-    order->AddNew();
-    order->Set("AlbumName", "Old");
-    order->Update();
+    RunSql(SystemPath(DatabasePath(CurrentSchemaVersion)), "INSERT INTO DBOrder (AlbumName) VALUES ('Old')");
     AlbumFields fields = AlbumEditor("Old").Load();
     fields.Name = "New";
     AlbumEditor("Old").Save(fields);
@@ -145,26 +140,25 @@ TEST_F(Editors, ABigFeaturedPictureIsOfferedSmall) {
 
 TEST_F(Editors, UsersAreValidatedInOrderAndSaved) {
     EXPECT_EQ(SaveUser({"Ann", "a", "a", true}, ""), "User Added!");
-    const std::tuple<UserFields, const char *, const char *> rows[] = {
+    const std::string badName = "Username cannot contain any of the following characters:\r\n\r\n\\ / : * ? \" ' < > |";
+    const std::tuple<UserFields, const char *, std::string> rows[] = {
         {{"aNN", "", "", false}, "", "Username already exists!"},
         {{"ANN", "x", "x", false}, "Ann", "Username already exists!"},
         {{"Ann", "x", "x", false}, "Bob", "Username already exists!"},
         {{"", "", "", false}, "", "You must enter a username!"},
-        {{"a:b", "", "", false},
-         "",
-         "Username cannot contain any of the following characters:\r\n\r\n\\ / : * ? \" ' < > |"},
+        {{"a:b", "", "", false}, "", badName},
         {{"Bob", "", "", false}, "", "You must enter a password!"},
         {{"Bob", "x", "y", false}, "", "Passwords don't match!"},
     };
     for (const auto &[fields, edited, message] : rows)
         EXPECT_EQ(ValidateUser(fields, edited)->Message, message) << fields.Username;
     EXPECT_FALSE(ValidateUser({"Ann", "b", "b", false}, "Ann"));
-
     AddRight("A", "\\x", "Ann");
     EXPECT_EQ(SaveUser({"Anna", "b", "b", false}, "Ann"), "User Information Saved!");
     EXPECT_EQ(GetUserNames(), std::vector<std::string>{"Anna"});
     EXPECT_FALSE(LoadUser("anna").Admin);
     EXPECT_TRUE(HasRight("A", "\\x", "Ann")) << "a new name does not reach the rights";
+    EXPECT_FALSE(HasRight("A", "\\y", "Ann"));
 }
 
 TEST(StripTags, LeavesThePlainText) {
