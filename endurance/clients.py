@@ -1,5 +1,4 @@
 """The clients' side of the endurance scripts: somebody who watches, crowds of connections, visitors of all tastes."""
-import concurrent.futures
 import contextlib
 import multiprocessing
 import random
@@ -128,18 +127,6 @@ class Crowd:
     def close(self):
         for client in self.clients:
             client.close()
-
-
-def ask_at_once(site, count, request):
-    """Asks on so many connections as fast as they open. Returns (answers, refused or broken)."""
-    def ask(_):
-        try:
-            return site.ask(request, 60)
-        except OSError:
-            return None
-    with concurrent.futures.ThreadPoolExecutor(count // 4) as pool:
-        answers = list(pool.map(ask, range(count)))
-    return [answer for answer in answers if answer is not None], answers.count(None)
 
 
 def _churn(port, count, wanted, found):

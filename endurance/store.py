@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What kills, failing disks and damage do to what the site has counted: store.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
+"""What kills, locks, failing disks and damage do to what the site has counted: store.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
 import concurrent.futures
 import contextlib
 import functools
@@ -142,12 +142,77 @@ def d1(programs, results):
                 "median %.2f s, longest %.2f s" % (middle, starts[-1]), "median <= 2 s", middle <= 2)
 
 
-# ---- D4
+# ---- D3: a database that another program has locked
 
 def total_running(site):
     rows = site.query("SELECT TotalCount FROM StatsTotal WHERE Stat=%d" % THUMBS)
     return int(rows[0][0]) if rows else 0
 
+
+def locked(programs, results):
+    seconds = 70
+    with Site(programs) as site:
+        ask_thumb(site)
+        before, kept = site.error_text(), total_running(site)
+        other = sqlite3.connect(site.database, isolation_level=None, timeout=10)
+        other.execute("BEGIN EXCLUSIVE")
+        begun, told_after, waits, answered = time.monotonic(), None, [], 0
+        while time.monotonic() - begun < seconds:
+            for target in ("/ShowPicture?1&thumb&/picture_01.bmp", "/", "/ShowAlbumMedia?1&list&1", "/ShowStats"):
+                talk = Talk(site.port, b"GET %s HTTP/1.0\r\n\r\n" % target.encode())
+                waits.append(talk.seconds)
+                answered += JPEG_HEAD in talk.answer or is_page(talk.answer)
+            if told_after is None and site.error_text() != before:
+                told_after = time.monotonic() - begun
+            time.sleep(0.05)
+        said = site.error_text()[len(before):].splitlines()
+        counted_meanwhile = total_running(site) - kept
+        other.execute("ROLLBACK")
+        after = sum(ask_thumb(site) for _ in range(20))
+        again = total_running(site) - kept - counted_meanwhile
+        lost = site.error_text()[len(before):].splitlines()[len(said):]
+        results.add("D3", "database locked by another program for %d s: visitors answered" % seconds, len(waits), answered,
+                    len(waits), answered == len(waits) and counted_meanwhile == 0)
+        results.add("D3", "... the longest wait for an answer, which is the loop's", len(waits),
+                    "longest %.0f ms, median %.1f ms" % (max(waits) * 1000, percentile(waits, 0.5) * 1000), "<= 250 ms",
+                    max(waits) <= 0.25)
+        results.add("D3", "... the owner is told", 1, "after %.2f s, %d lines: %s" % (told_after or -1, len(said), said[:1]),
+                    "<= 1 s, one a minute for counts and one for the log", bool(told_after and told_after <= 1) and 2 <= len(said) <= 3)
+        results.add("D3", "... unlocked it counts again without a restart", after, "%d more; %s" % (again, " / ".join(lost)),
+                    "20 more", after == again == 20 and site.is_alive())
+        other.execute("BEGIN EXCLUSIVE")
+        begun = time.monotonic()
+        status, took = site.stop(), time.monotonic() - begun
+        other.close()
+        results.add("D3", "... stopped while it is locked: exit status, and the counts kept", 1,
+                    "%d after %.1f s, %d" % (status, took, total_running(site)), "0 <= 5 s, %d" % (kept + 20),
+                    status == 0 and took <= 5 and total_running(site) == kept + 20)
+
+
+def short_locks(programs, results):
+    """A program that writes now and then, as an editor of databases does: nothing is lost."""
+    with Site(programs) as site:
+        ask_thumb(site)
+        other = sqlite3.connect(site.database, isolation_level=None, timeout=10)
+        load = Load(site)
+        locks = 100
+        for _ in range(locks):
+            other.execute("BEGIN IMMEDIATE")
+            time.sleep(0.05)
+            other.execute("COMMIT")
+            time.sleep(0.02)
+        other.close()
+        said = site.error_text()
+        site.kill()
+        load.wait()
+        with copied(site.database) as base:
+            counted = total(base, THUMBS)
+        results.add("D3", "locks of 50 ms by another program under load: every event counted", locks,
+                    "%d of %d counted, %d lines said" % (counted, load.answered + 1, said.count("\n")), "all, silent",
+                    load.answered + 1 <= counted and not said)
+
+
+# ---- D4
 
 def injecting(log, call, error, number):
     """strace by which the call of that number fails."""
@@ -333,7 +398,7 @@ def d7(programs, results):
                     "nothing else", all(each == "serves" or each.startswith("ends with words") for each in outcomes))
 
 
-ROWS = [("D1", d1), ("D4", d4), ("D6", d6), ("D7", d7)]
+ROWS = [("D1", d1), ("D3", locked), ("D3", short_locks), ("D4", d4), ("D6", d6), ("D7", d7)]
 
 
 if __name__ == "__main__":

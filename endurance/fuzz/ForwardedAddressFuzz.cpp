@@ -6,7 +6,6 @@
 #include "platform/sockets/SocketAddress.h"
 
 namespace pixmora {
-
 namespace {
 
 /// Whatever a visitor sends, what the proxy writes behind it is what counts.
@@ -41,15 +40,12 @@ void CheckHosts(std::string_view text) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
-    const std::string_view text = TextOf(bytes, size);
+void CheckInput(std::string_view text) {
     CheckForwarding(text);
     CheckAddress(std::string(text));
     CheckHosts(text);
     const auto [address, network] = FirstLineAndRest(text);
     IsInNetwork(std::string(address), std::string(network));
-    return 0;
 }
+
+}  // namespace pixmora

@@ -5,7 +5,6 @@
 #include "platform/runtime/Text.h"
 
 namespace pixmora {
-
 namespace {
 
 /// Each character in a list of its own, which stands for itself alone.
@@ -57,12 +56,10 @@ void CheckPathMatch(const std::string &name, const std::string &patterns) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
-    const auto [pattern, text] = FirstLineAndRest(TextOf(bytes, size));
-    CheckLike(std::string(text), std::string(pattern));
-    CheckPathMatch(std::string(text), std::string(pattern));
-    return 0;
+void CheckInput(std::string_view text) {
+    const auto [pattern, name] = FirstLineAndRest(text);
+    CheckLike(std::string(name), std::string(pattern));
+    CheckPathMatch(std::string(name), std::string(pattern));
 }
+
+}  // namespace pixmora

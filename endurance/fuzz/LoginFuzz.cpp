@@ -6,7 +6,6 @@
 #include "platform/runtime/Text.h"
 
 namespace pixmora {
-
 namespace {
 
 void CheckCookie(std::string_view request) {
@@ -45,13 +44,10 @@ void CheckForm(std::string_view request) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
-    const std::string_view text = TextOf(bytes, size);
+void CheckInput(std::string_view text) {
     CheckCookie(text);
     CheckForm(text);
     CheckForm("POST /SendLogin HTTP/1.0\r\n\r\nargs=1%26thumbs%261&" + std::string(text));
-    return 0;
 }
+
+}  // namespace pixmora

@@ -5,7 +5,6 @@
 #include "core/site/RequestGrammar.h"
 
 namespace pixmora {
-
 namespace {
 
 /// What has been gathered when the pieces, of that many bytes each behind the first, suffice; all of it when they never
@@ -36,13 +35,11 @@ void Check(std::string_view start, std::string_view body, std::size_t piece) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
-    if (size == 0) return 0;
-    const auto [head, body] = FirstLineAndRest(TextOf(bytes + 1, size - 1));
-    Check(head, body, std::size_t{bytes[0]} + 1);
-    IsUnfinishedLogin(TextOf(bytes, size));
-    return 0;
+void CheckInput(std::string_view text) {
+    if (text.empty()) return;
+    const auto [head, body] = FirstLineAndRest(text.substr(1));
+    Check(head, body, std::size_t{static_cast<unsigned char>(text[0])} + 1);
+    IsUnfinishedLogin(text);
 }
+
+}  // namespace pixmora

@@ -6,7 +6,6 @@
 #include "platform/runtime/Text.h"
 
 namespace pixmora {
-
 namespace {
 
 /// The decoder as its description reads, with no thought of speed.
@@ -73,15 +72,12 @@ void CheckFirstLine(std::string_view head) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
-    const std::string_view text = TextOf(bytes, size);
+void CheckInput(std::string_view text) {
     CheckFirstLine(text);
     CheckTarget(text);
     CheckDecoding(text);
     CheckLinks(text);
     REQUIRE(HoldsNone(FileDisplayName(text), "_"));
-    return 0;
 }
+
+}  // namespace pixmora

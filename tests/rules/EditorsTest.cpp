@@ -86,9 +86,7 @@ TEST_F(Editors, AMovedAlbumAsksAndResetsItsPopularity) {
     AlbumFields fields = AlbumEditor("A").Load();
     fields.Directory = Program.MakeFolder("elsewhere");
     fields.Description = "moved";
-    const std::string question =
-        "You have changed your album's directory! Doing this will reset your Most Popular page.\r\n\r\n"
-        "Are you sure you want to do this?";
+    const std::string question = "You have changed your album's directory!...";
     Owner.ExpectMessage(question, CriticalQuestion, AnswerNo);
     EXPECT_EQ(AlbumEditor("A").Save(fields).Directory, Program.Path("albums/A"));
     EXPECT_EQ(AlbumEditor("A").Load().Description, "moved");
@@ -112,10 +110,7 @@ TEST_F(Editors, SwitchingSubdirectoriesOffAsksAboutPopularOnes) {
     CountFileVisit("A", "\\sub\\deep.jpg");
     CountDirVisit("A", "\\sub");
     fields.SubDirs = false;
-    Owner.ExpectMessage(
-        "You have decided to stop including subdirectories, but there are files on your Most Popular page that are in "
-        "these subdirectories!\r\n\r\nDo you wanna keep these files on your Most Popular page?",
-        CriticalQuestion, AnswerNo);
+    Owner.ExpectMessage("You have decided to stop including subdirectories...", CriticalQuestion, AnswerNo);
     AlbumEditor("A").Save(fields);
     EXPECT_EQ(Column("PopularFiles", "FilePath"), "\\top.jpg|");
     EXPECT_EQ(Column("PopularDirs", "DirPath"), "\\|");
@@ -128,9 +123,7 @@ TEST_F(Editors, ABigFeaturedPictureIsOfferedSmall) {
     const std::string small = Program.Write("small.jpg", std::string(30720, 'x'));
     EXPECT_EQ(OfferSmallCopy(small), small);
     const std::string big = Program.Write("big.bmp", std::string(30721, 'x'));
-    const std::string question =
-        "The picture you have specified is pretty big to show on your front page.\r\n\r\n"
-        "Would you like me to resize it for you?";
+    const std::string question = "The picture you have specified is pretty big...";
     Owner.ExpectMessage(question, CriticalQuestion, AnswerNo);
     EXPECT_EQ(OfferSmallCopy(big), big);
     Owner.ExpectMessage(question, CriticalQuestion, AnswerYes);

@@ -9,10 +9,7 @@
 namespace pixmora {
 namespace {
 
-const std::string firewallQuestion =
-    "You haven't run the Firewall Check yet! Until you do so, we cannot guarantee your friends will be able to "
-    "connect to your website. Do you want to run the firewall check now?\r\n\r\nIf you choose No, you can find the "
-    "Firewall Check in Setup.";
+const std::string firewallQuestion = "You haven't run the Firewall Check yet!...";
 
 class SetupDialog : public SetupFixture {
 protected:
@@ -54,16 +51,9 @@ TEST_F(SetupDialog, TheFirstFinishRemindsOfEverythingInOrder) {
     isClosedByCheck = false;
     DeleteSetting("Records", "FirewallCheckWarning");
     fields.RunOnStart = "0";
-    Owner.ExpectMessage(
-        "You have decided not to run Pixmora! when Windows starts!\r\n\r\nThis is not recommended because it means you "
-        "will have to manually load Pixmora! to share your pictures and movies.\r\n\r\nWould you like to follow our "
-        "recommendation and have Pixmora! run automatically?",
-        CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage("You have decided not to run Pixmora! when Windows starts!...", CriticalQuestion, AnswerYes);
     Owner.ExpectMessage(firewallQuestion, CriticalQuestion, AnswerYes);
-    Owner.ExpectMessage(
-        "Just as a reminder, you can edit your albums or add more by returning to Setup.\r\n\r\nIf your website is "
-        "open while you modify a setting, make sure click Refresh in your browser to see the latest changes.",
-        FlagInformation);
+    Owner.ExpectMessage("Just as a reminder, you can edit your albums or add more...", FlagInformation);
     EXPECT_TRUE(Finish());
     EXPECT_EQ(did, "check check ");
     EXPECT_EQ(Stored("RunOnStart") + Stored("RunSetup"), "11");
@@ -80,10 +70,7 @@ TEST_F(SetupDialog, WithoutAlbumsTheOwnerMayCreateOneFirst) {
     fields.RunOnStart = "1";
     albums = 0;
     for (const int answer : {AnswerYes, AnswerNo}) {
-        Owner.ExpectMessage(
-            "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you create "
-            "one.\r\n\r\nWould you like to create one now?",
-            CriticalQuestion, answer);
+        Owner.ExpectMessage("You don't have any albums setup!...", CriticalQuestion, answer);
         EXPECT_EQ(Finish(), answer == AnswerNo);
         EXPECT_EQ(did, "create ");
         EXPECT_EQ(IsFirstRun(), answer == AnswerYes) << "nothing is saved before";
@@ -133,10 +120,7 @@ TEST_F(SetupDialog, WhatIsNoPortAddressOrWishIsNotStored) {
 }
 
 TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
-    Owner.ExpectMessage(
-        "You haven't configured your website yet!\r\n\r\nCancelling Setup is not recommended.\r\n\r\nAre you sure you "
-        "want to cancel Setup?",
-        CriticalQuestion, AnswerNo);
+    Owner.ExpectMessage("You haven't configured your website yet!...", CriticalQuestion, AnswerNo);
     EXPECT_FALSE(MayCancelSetup(false));
     SaveSetting("Setup", "RunSetup", "1");
     EXPECT_TRUE(MayCancelSetup(false));
