@@ -115,7 +115,7 @@ void CheckLiteral(const std::string &text) {
 void CheckInput(std::string_view text) {
     if (const auto condition = ResultOf([&] { return TranslateCriteria(text); })) CheckCriteria(*condition);
     CheckStatement(text);
-    CheckStatement("SELECT * FROM Users WHERE " + text);
+    CheckStatement("SELECT * FROM Users WHERE " + std::string(text));
     CheckLiteral(std::string(text));
 }
 
