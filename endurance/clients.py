@@ -30,19 +30,6 @@ def reset(client):
     client.close()
 
 
-def has_ended(client):
-    """Whether the other side has closed; takes what has come."""
-    try:
-        client.setblocking(False)
-        while client.recv(65536):
-            pass
-        return True
-    except BlockingIOError:
-        return False
-    except OSError:
-        return True
-
-
 def _probe(port, request, every, ends, found):
     """Runs in a process of its own, so that nothing of the load's delays it."""
     waits, failures = [], 0
@@ -82,51 +69,6 @@ class Probe:
     def text(self):
         return "a page beside them p99 %.0f ms, longest %.0f ms, %d of %d failed" % (
             self.p99(), 1000 * max(self.waits), self.failures, len(self.waits))
-
-
-class Load:
-    """Processor time from now on, as a share of one core."""
-
-    def __init__(self, site):
-        self.site, self.begun, self.used = site, time.monotonic(), site.processor_seconds()
-
-    def percent(self):
-        return 100 * (self.site.processor_seconds() - self.used) / (time.monotonic() - self.begun)
-
-
-class Crowd:
-    """Connections that are opened at a rate and then looked after until they have all been closed by the server."""
-
-    def __init__(self, site, count, rate, first, receive_buffer=0):
-        self.clients = []
-        for _ in range(count):
-            client = socket.socket()
-            if receive_buffer:
-                client.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, receive_buffer)
-            client.settimeout(10)
-            client.connect(("127.0.0.1", site.port))
-            client.sendall(first)
-            self.clients.append(client)
-            time.sleep(1 / rate)
-
-    def outlast(self, seconds, drip):
-        """Drips each 10 s; returns the seconds until all were closed, or None."""
-        begun = dripped = time.monotonic()
-        while time.monotonic() - begun < seconds:
-            self.clients = [client for client in self.clients if not has_ended(client)]
-            if not self.clients:
-                return time.monotonic() - begun
-            if drip and time.monotonic() - dripped > 10:
-                dripped = time.monotonic()
-                for client in self.clients:
-                    with contextlib.suppress(OSError):
-                        client.send(drip)
-            time.sleep(0.1)
-        return None
-
-    def close(self):
-        for client in self.clients:
-            client.close()
 
 
 def _churn(port, count, wanted, found):
