@@ -1,7 +1,7 @@
 // The guards of a running site, over real sockets: the limit of connections, the idle check, the one address.
 #include "core/Guards.h"
 
-#include "core/Sweep.h"
+#include "core/site/Response.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
@@ -82,20 +82,35 @@ TEST_F(Guards, ConnectionsWhosePeersDoNothingAreClosed) {
     EXPECT_TRUE(IsOpen(borne)) << "without the guard";
 }
 
-TEST_F(Guards, AVisitorWhosePictureWaitsItsTurnIsNotIdle) {
-    Program.Write("albums/A/a.jpg", "no picture");
-    StartWith({{"IdleTimeout", "60"}, {"ConversionSpacing", "300000"}});
-    gLastConversionTick = GetTickCount();
-    Timer second;
-    second.SetInterval(1);
-    second.OnTimer = [this] {
-        Clock.Advance(1000);
-        HandleIdleTick();
+TEST_F(Guards, AVisitorWhoseAnswerIsBeingMadeIsNotIdle) {
+    StartWith({{"IdleTimeout", "60"}});
+    Client visitor(Port());
+    WaitForIndex(1);
+    const Connection socket = gSystray->wnskConnect.Item(1);
+    socket->OnDataArrival = [&](std::size_t) {
+        Pass(100);
+        SendIgnoringErrors(socket, "late but whole");
     };
-    second.SetEnabled(true);
-    const Tick begun = GetTickCount();
-    EXPECT_EQ(Get("/ShowPicture?1&thumb&/a.jpg"), Head("image/jpeg") + "\r\n");
-    EXPECT_GE(GetTickCount() - begun, 300000);
+    visitor.Send("GET");
+    EXPECT_EQ(visitor.ReceiveAll(), "late but whole");
+}
+
+TEST_F(Guards, AHeldPictureIsItsConnectionsOneAnswerAndIsGivenUpAtOnce) {
+    Program.Write("albums/A/a.jpg", "no picture");
+    StartWith({{"ConversionSpacing", "0"}});
+    gHeldPictures.emplace();  // as while a conversion is in work
+    Client visitor(Port());
+    Client leaver(Port());
+    for (Client *client : {&visitor, &leaver}) client->Send("GET /ShowPicture?1&thumb&/a.jpg HTTP/1.0\r\n\r\n");
+    ASSERT_TRUE(TurnUntil([] { return gHeldPictures->size() == 2; }));
+    Clock.Advance(101);
+    leaver.HalfClose();
+    EXPECT_TRUE(TurnUntil([] { return gSystray->wnskConnect.UBound() == 1; }, std::chrono::seconds(1)));
+    visitor.Send("GET /Blank HTTP/1.0\r\n\r\n");
+    EXPECT_FALSE(TurnUntil([&visitor] { return !visitor.Receive().empty(); }, std::chrono::milliseconds(20)));
+    const auto held = std::exchange(gHeldPictures, std::nullopt);
+    for (const auto &answer : *held) answer();
+    EXPECT_EQ(visitor.ReceiveAll(), Head("image/jpeg") + "\r\n");
 }
 
 TEST_F(Guards, APictureThatItsBrowserGivesUpLeavesTheWaitingAtOnce) {
