@@ -3,8 +3,8 @@
 import contextlib
 from pathlib import Path
 
-from clients import *
-from store import AS_ROOT, is_whole
+from endurance import *
+from store import AS_ROOT
 
 NOBODY = 65534
 
@@ -68,21 +68,7 @@ def check_second_copy(programs, results):
                     done.returncode == 1 and "already running" in done.stderr)
 
 
-def check_backup(programs, results):
-    """Y15. Copies of the database while it is written to."""
-    times = 20
-    with Site(programs) as site:
-        movie, whole = write_movie(site, 1 << 20, "soak.avi"), 0
-        with visiting(site, 4, movie, 0.002):
-            for number in range(times):
-                copy = "%s/copy_%d.mdb" % (site.folder, number)
-                site.control("backup", copy)
-                with contextlib.closing(sqlite3.connect(copy)) as base:
-                    whole += is_whole(base) and base.execute("SELECT count(*) FROM StatsTotal").fetchone()[0] > 0
-        results.add("Y15", "pixmoractl backup while visitors are counted", times, "%d whole" % whole, times, whole == times)
-
-
-ROWS = [("Y1", check_year), ("Y6", check_folders), ("Y10", check_second_copy), ("Y15", check_backup)]
+ROWS = [("Y1", check_year), ("Y6", check_folders), ("Y10", check_second_copy)]
 
 
 if __name__ == "__main__":

@@ -151,6 +151,7 @@ TEST_F(Guards, ALimitKeepsIndexesBelowTheirCeiling) {
 
 TEST_F(Guards, BothFamiliesAreServedWhereTheOwnerWantsIt) {
     StartWith({{"IPv6", "1"}});
+    EXPECT_EQ(gSystray->wnskListen->LocalAddress, Winsock::AllAddresses);
     EXPECT_NE(Get("/", "", "127.0.0.2"), "");
     const auto six = Winsock::Create();
     six->RemoteHost = "::1";
