@@ -10,8 +10,6 @@
 #include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
 #include "platform/runtime/Text.h"
-#include "platform/sockets/Hosts.h"
-#include "setup/rules/InternetState.h"
 #include "support/ErrorOf.h"
 #include "support/SetupFixture.h"
 
@@ -144,26 +142,6 @@ TEST_F(PortChecks, AnAbandonedCheckEndsWithoutAWord) {
     EXPECT_EQ(shown + GetSetting("Setup", "RunFirewallCheck"), "...");
     check.CheckPort();
     EXPECT_TRUE(check.IsAbandoned());
-}
-
-TEST(PrivateAddresses, AreThoseOfOwnNetworks) {
-    for (const char *address : {"10.1.2.3", "172.16.0.1", "172.31.9.9", "192.168.1.5", "169.254.1.1", "100.64.0.1"})
-        EXPECT_TRUE(IsPrivateAddress(address)) << address;
-    for (const char *address : {"172.32.0.1", "192.169.1.1", "100.128.0.1", "8.8.8.8", "", "ten"})
-        EXPECT_FALSE(IsPrivateAddress(address)) << address;
-}
-
-TEST(InternetState, NeedsADefaultRouteThatIsUp) {
-    const std::tuple<const char *, const char *, bool> rows[] = {
-        {"default route", "eth0\t00000000\t0101A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n", true},
-        {"network only", "eth0\t0001A8C0\t00000000\t0001\t0\t0\t100\t00FFFFFF\t0\t0\t0\n", false},
-        {"half of all addresses", "tun0\t00000000\t0101A8C0\t0003\t0\t0\t0\t00000080\t0\t0\t0\n", false},
-        {"down", "eth0\t00000000\t0101A8C0\t0002\t0\t0\t100\t00000000\t0\t0\t0\n", false},
-        {"refusing", "*\t00000000\t00000000\t0201\t0\t0\t100\t00000000\t0\t0\t0\n", false},
-        {"loopback", "lo\t00000000\t00000000\t0001\t0\t0\t100\t00000000\t0\t0\t0\n", false},
-    };
-    const std::string head = "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\tMTU\tWindow\tIRTT\n";
-    for (const auto &[name, route, isConnected] : rows) EXPECT_EQ(HasDefaultRoute(head + route), isConnected) << name;
 }
 
 }  // namespace

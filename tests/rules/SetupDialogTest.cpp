@@ -140,19 +140,6 @@ TEST_F(SetupDialog, StylesAreThoseOfHtdocs) {
     EXPECT_EQ(StyleIndex(names, "Default"), -1);
 }
 
-TEST(SetupTexts, PathsAreCutToTheColumn) {
-    std::string accents = "/";  // 40 characters, whatever their bytes
-    for (int i = 0; i < 39; ++i) accents += "é";
-    const std::pair<std::string, std::string> paths[] = {
-        {"/home/owner/pictures/of/the/years/summer", "/home/owner/pictures/of/the/years/summer"},
-        {"/home/owner/pictures/of/the/years/summers", "/home/owner/pictures/of/the/y.../summers"},
-        {"C:\\My Pictures\\Collected Over The Years\\New", "C:\\My Pictures\\Collected Over The...\\New"},
-        {"/srv/" + std::string(60, 'x') + "end", "..." + std::string(34, 'x') + "end"},
-        {accents, accents},
-    };
-    for (const auto &[path, shown] : paths) EXPECT_EQ(AbbreviatedDir(path), shown);
-}
-
 TEST(SetupTexts, FiguresFollowTheControls) {
     const std::vector<std::string> choices = FilesPerPageChoices(4);
     EXPECT_EQ(choices.front() + choices[19] + choices.back() + FilesPerPageAtFirst(4), "480All16");
