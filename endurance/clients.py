@@ -1,5 +1,5 @@
 """The clients' side of the endurance scripts: somebody who watches, crowds of connections, visitors of all tastes."""
-import concurrent.futures
+import contextlib
 import multiprocessing
 import random
 import struct
@@ -7,7 +7,7 @@ from pathlib import Path
 
 from endurance import *
 
-HELP = b"GET /ShowHelp HTTP/1.0\r\n\r\n"
+HELP, LOGOUT = [b"GET /%s HTTP/1.0\r\n\r\n" % page for page in (b"ShowHelp", b"ShowLogout")]
 MOVIE_HEAD = b"Content-Type: application/octet-stream\r\nPragma: no-cache\r\nContent-Length: %d\r\n\r\n"
 PAGES = ["/", "/ShowHelp", "/ShowStats", "/ShowAlbum?1&thumbs&1", "/ShowAlbumMedia?1&thumbs&1", "/ShowAlbumMedia?1&list&1",
          "/ShowAlbumDirList?1&thumbs&1&", "/ShowPopular?thumbs", "/ShowDetails?1&nocount&/picture_01.bmp"]
@@ -28,19 +28,6 @@ def reset(client):
     """Closes as one who pulls the plug: the other side sees a reset."""
     client.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
     client.close()
-
-
-def has_ended(client):
-    """Whether the other side has closed; takes what has come."""
-    try:
-        client.setblocking(False)
-        while client.recv(65536):
-            pass
-        return True
-    except BlockingIOError:
-        return False
-    except OSError:
-        return True
 
 
 def _probe(port, request, every, ends, found):
@@ -84,69 +71,6 @@ class Probe:
             self.p99(), 1000 * max(self.waits), self.failures, len(self.waits))
 
 
-class Load:
-    """Processor time from now on, as a share of one core."""
-
-    def __init__(self, site):
-        self.site, self.begun, self.used = site, time.monotonic(), site.processor_seconds()
-
-    def percent(self):
-        return 100 * (self.site.processor_seconds() - self.used) / (time.monotonic() - self.begun)
-
-
-class Crowd:
-    """Connections that are opened at a rate and then looked after until they have all been closed by the server."""
-
-    def __init__(self, site, count, rate, first, drip=b"", drip_every=10.0, receive_buffer=0):
-        self.site, self.count, self.first = site, count, first
-        self.drip, self.drip_every = drip, drip_every
-        self.clients = []
-        for number in range(count):
-            client = socket.socket()
-            if receive_buffer:
-                client.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, receive_buffer)
-            client.settimeout(10)
-            client.connect(("127.0.0.1", site.port))
-            if first:
-                client.sendall(first)
-            self.clients.append(client)
-            if rate:
-                time.sleep(1 / rate)
-
-    def outlast(self, seconds):
-        """Goes on dripping; returns the seconds until all were closed, or None."""
-        begun = dripped = time.monotonic()
-        while time.monotonic() - begun < seconds:
-            self.clients = [client for client in self.clients if not has_ended(client)]
-            if not self.clients:
-                return time.monotonic() - begun
-            if self.drip and time.monotonic() - dripped > self.drip_every:
-                dripped = time.monotonic()
-                for client in self.clients:
-                    try:
-                        client.send(self.drip)
-                    except OSError:
-                        pass
-            time.sleep(0.1)
-        return None
-
-    def close(self):
-        for client in self.clients:
-            client.close()
-
-
-def ask_at_once(site, count, request):
-    """Asks on so many connections as fast as they open. Returns (answers, refused or broken)."""
-    def ask(_):
-        try:
-            return site.ask(request, 60)
-        except OSError:
-            return None
-    with concurrent.futures.ThreadPoolExecutor(count // 4) as pool:
-        answers = list(pool.map(ask, range(count)))
-    return [answer for answer in answers if answer is not None], answers.count(None)
-
-
 def _churn(port, count, wanted, found):
     wrong = 0
     for _ in range(count):
@@ -166,10 +90,7 @@ def churn(site, count, wanted, workers=4):
     processes = [multiprocessing.Process(target=_churn, args=words) for _ in range(workers)]
     for process in processes:
         process.start()
-    wrong = sum(found.get() for _ in processes)
-    for process in processes:
-        process.join()
-    return wrong
+    return sum(found.get() for _ in processes)
 
 
 class Visitor(threading.Thread):
@@ -219,3 +140,20 @@ class Visitor(threading.Thread):
                                              ("/ShowPicture?1&thumb&/../x.bmp", b"Picture Not Found!"), ("/%", b"Bad Request"),
                                              ("/ShowGraphic?..%2Fdb_v9.mdb", b"File Not Found!")])
         return self.get(target, lambda answer: answer == wanted)
+
+
+@contextlib.contextmanager
+def visiting(site, count, movie, rest):
+    """So many visitors while the scope lasts; gives them, with their faults when it is over."""
+    ends = threading.Event()
+    visitors = [Visitor(site, number, ends, movie, rest) for number in range(count)]
+    for visitor in visitors:
+        visitor.start()
+    yield visitors
+    ends.set()
+    for visitor in visitors:
+        visitor.join()
+
+
+def faults_of(visitors):
+    return [fault for visitor in visitors for fault in visitor.faults]

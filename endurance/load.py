@@ -3,28 +3,6 @@
 from clients import *
 
 
-def check_flood(programs, results):
-    """L6: the rush of connections."""
-    count = 2000
-    with Site(programs) as site:
-        site.ask(HELP)
-        resident, before = site.resident_kb(), site.descriptors()
-        with Probe(site, every=0.02) as probe:
-            answers, broken = ask_at_once(site, count, HELP)
-            time.sleep(1)
-        whole = sum(map(is_page, answers))
-        end = time.monotonic() + 30
-        while time.monotonic() < end and (site.descriptors() > before or abs(site.resident_kb() - resident) > 5120):
-            time.sleep(0.1)
-        grown, left = site.resident_kb() - resident, site.descriptors() - before
-        results.add("L6", "connections as fast as they open, each asking", count,
-                    "%d answered, %d refused or broken, %s, memory %+d kB, %d descriptors left" % (
-                        whole, broken, probe.text(), grown, left),
-                    "all answered, p99 1000 ms, memory +-5120 kB within 30 s, 0 descriptors left",
-                    whole == count and not broken and probe.p99() <= 1000 and not probe.failures and abs(grown) <= 5120
-                    and left <= 0)
-
-
 def check_churn(programs, results):
     """L6: a new connection for each of 100,000 requests, and the books afterwards."""
     count = 100000
@@ -65,20 +43,13 @@ def check_soak(programs, results):
     with site:
         # The hour's statistics grow with each request until they fill the database's page cache; then memory stands still.
         churn(site, 200000, site.get("/ShowGraphic?movie.gif"))
-        ends = threading.Event()
-        visitors = [Visitor(site, number, ends, movie, rest=0.1) for number in range(20)]
         samples, descriptors, begun = [], [], time.monotonic()
-        with Probe(site, request=b"GET /ShowLogout HTTP/1.0\r\n\r\n") as probe:
-            for visitor in visitors:
-                visitor.start()
+        with Probe(site, request=LOGOUT) as probe, visiting(site, 20, movie, 0.1) as visitors:
             while time.monotonic() - begun < 60 * minutes and site.is_alive():
                 time.sleep(0.5)
                 samples.append((time.monotonic(), site.resident_kb()))
                 descriptors.append(site.descriptors())
-            ends.set()
-            for visitor in visitors:
-                visitor.join()
-        faults = [fault for visitor in visitors for fault in visitor.faults]
+        faults = faults_of(visitors)
         for fault in faults[:20]:
             print("L8: " + fault, file=sys.stderr)
         quarter = len(descriptors) // 4
@@ -94,22 +65,6 @@ def check_soak(programs, results):
                     and status == 0)
 
 
-def check_big_pictures(programs, results):
-    """L9: how late the loop is while pictures of 24 megapixels are made small."""
-    with Site(programs, settings={"ConversionSpacing": "500"}) as site:
-        picture = site.album + "/huge.jpg"
-        subprocess.run(["convert", "-size", "6000x4000", "plasma:", "-quality", "90", picture], check=True)
-        with Probe(site, every=0.01, request=b"GET /ShowLogout HTTP/1.0\r\n\r\n") as probe:
-            for _ in range(2):
-                clients = [site.connect(60) for _ in range(8)]
-                for client in clients:
-                    client.sendall(b"GET /ShowPicture?1&thumb&/huge.jpg HTTP/1.0\r\n\r\n")
-                sizes = [len(read_all(client)) for client in clients]
-        results.add("L9", "8 thumbnails of 24 megapixels at once, twice", 16,
-                    "%s, smallest answer %d bytes" % (probe.text(), min(sizes)), "p99 250 ms, every answer a picture",
-                    probe.p99() <= 250 and not probe.failures and min(sizes) > 1000)
-
-
 def check_termination(programs, results):
     """R2: SIGTERM under load. The movies in hand are cut, as is meant; what else was begun comes whole."""
     times, cut, bad, slowest = 10, 0, 0, 0.0
@@ -118,20 +73,13 @@ def check_termination(programs, results):
         site.control("user", "add", "Ann", "secret")
         movie = write_movie(site, 1 << 20, "soak.avi")
         with site:
-            ends = threading.Event()
-            visitors = [Visitor(site, number, ends, movie, rest=0.002) for number in range(20)]
-            for visitor in visitors:
-                visitor.start()
-            time.sleep(random.uniform(0.3, 1))
-            begun = time.monotonic()
-            status = site.stop(timeout=30)
-            slowest = max(slowest, time.monotonic() - begun)
-            ends.set()
-            for visitor in visitors:
-                visitor.join()
-            faults = [fault for visitor in visitors for fault in visitor.faults]
+            with visiting(site, 20, movie, 0.002) as visitors:
+                time.sleep(random.uniform(0.3, 1))
+                begun = time.monotonic()
+                status = site.stop(timeout=30)
+                slowest = max(slowest, time.monotonic() - begun)
             # An empty answer, a refusal: the request came too late.
-            broken = [fault for fault in faults if not any(word in fault for word in ["ShowMovie", ": b''", "refused", "reset"])]
+            broken = [fault for fault in faults_of(visitors) if not any(word in fault for word in ["ShowMovie", ": b''", "refused", "reset"])]
             cut += len(broken)
             print("".join("R2: %s\n" % fault for fault in broken), end="", file=sys.stderr)
             log = Path(site.database + "-wal")
@@ -142,7 +90,7 @@ def check_termination(programs, results):
                 "5 s, 0, 0", slowest <= 5 and not bad and not cut)
 
 
-ROWS = [("L6", check_flood), ("L6", check_churn), ("L8", check_soak), ("L9", check_big_pictures), ("R2", check_termination)]
+ROWS = [("L6", check_churn), ("L8", check_soak), ("R2", check_termination)]
 
 
 if __name__ == "__main__":

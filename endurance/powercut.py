@@ -22,29 +22,21 @@ def read_trace(path, is_answer):
     s(ync), u(nlink), or ack for a sendto whose bytes is_answer takes."""
     operations = []
     call = re.compile(r'(?:\d+ +)?(\w+)\((?:\d+<((?:\\x..)*)[^>]*>|"((?:\\x..)*)")(.*)')
-    for line in open(path):
-        found = call.match(line)
-        if not found:
-            continue
+    kinds = {"ftruncate": "t", "fsync": "s", "fdatasync": "s", "unlink": "u"}
+    for found in filter(None, map(call.match, open(path))):
         name, rest = found.group(1), found.group(4)
         file = os.path.basename(unescaped(found.group(2) or found.group(3) or "").decode(errors="replace"))
+        end = file[len("db_v9.mdb"):]
+        data = re.search(r'"((?:\\x..)*)"(?:, \d+, (\d+))?', rest)
         if name == "sendto":
-            data = re.search(r'"((?:\\x..)*)"', rest)
             if data and is_answer(unescaped(data.group(1))):
                 operations.append(("ack", None, 0, b""))
-            continue
-        if not file.startswith("db_v9.mdb") or file.endswith("-shm"):
-            continue
-        end = file[len("db_v9.mdb"):]
-        if name == "pwrite64":
-            data = re.search(r'"((?:\\x..)*)", \d+, (\d+)', rest)
-            operations.append(("w", end, int(data.group(2)), unescaped(data.group(1))))
-        elif name == "ftruncate":
-            operations.append(("t", end, int(re.search(r", (\d+)", rest).group(1)), b""))
-        elif name in ("fsync", "fdatasync"):
-            operations.append(("s", end, 0, b""))
-        elif name == "unlink":
-            operations.append(("u", end, 0, b""))
+        elif file.startswith("db_v9.mdb") and end != "-shm":
+            if name == "pwrite64":
+                operations.append(("w", end, int(data.group(2)), unescaped(data.group(1))))
+            elif name in kinds:
+                size = int(re.search(r", (\d+)", rest).group(1)) if name == "ftruncate" else 0
+                operations.append((kinds[name], end, size, b""))
     return operations
 
 
@@ -101,8 +93,7 @@ def try_cuts(base, operations, count, cuts, promised):
     there must be. Returns how many cuts damaged the file, and how many lost what was promised, and the greatest loss
     of acknowledged events."""
     chance = random.Random(1)
-    damaged = broken = 0
-    greatest = 0
+    damaged = broken = greatest = 0
     with tempfile.TemporaryDirectory(prefix="pixmora-cut-") as folder:
         for cut in range(cuts):
             before = operations[:chance.randrange(len(operations) + 1)]
@@ -110,10 +101,9 @@ def try_cuts(base, operations, count, cuts, promised):
             for end, content in after_cut(base, before, chance).items():
                 Path(path + end).write_bytes(content)
             try:
-                database = sqlite3.connect(path)
-                damaged += not is_whole(database)
-                found = count(database)
-                database.close()
+                with contextlib.closing(sqlite3.connect(path)) as database:
+                    damaged += not is_whole(database)
+                    found = count(database)
             except sqlite3.DatabaseError:
                 damaged += 1
                 continue
@@ -177,8 +167,7 @@ def main():
     results.add("D2", "... and lost is at most what came behind the last checkpoint (%d of them)" % syncs, cuts,
                 "%d cuts lost more; greatest loss %d of %d" % (broken, greatest, visits), "0 cuts", broken == 0 and syncs > 0)
     serving = commits(operations)
-    slow = sum(each[0] == "s" for each in operations)
-    per_thousand = 1000 * slow / serving
+    per_thousand = 1000 * sum(each[0] == "s" for each in operations) / serving
     results.add("D5", "syncs while serving", serving, "%.1f in 1,000 commits" % per_thousand, "<= 10",
                 per_thousand <= 10)
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What kills, full disks and damage do to what the site has counted: store.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
+"""What kills, locks, failing disks and damage do to what the site has counted: store.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
 import concurrent.futures
 import contextlib
 import functools
@@ -11,7 +11,7 @@ from endurance import *
 LANES = 8  # sites at once: most of a start is its own pauses
 THUMB = "/ShowPicture?1&thumb&/picture_%02d.bmp"
 JPEG_HEAD = b"Content-Type: image/jpeg\r\nPragma: no-cache\r\n\r\n\xff\xd8\xff"
-THUMBS, VISITORS = 2, 1  # kinds of events
+THUMBS = 2  # a kind of events
 QUIET = {resource.RLIMIT_CORE: 0}
 AS_ROOT = [] if os.geteuid() == 0 else ["sudo"]
 
@@ -142,82 +142,82 @@ def d1(programs, results):
                 "median %.2f s, longest %.2f s" % (middle, starts[-1]), "median <= 2 s", middle <= 2)
 
 
-# ---- D3
-
-@contextlib.contextmanager
-def small_disk(size):
-    """A file system of its own size on which the sites of this scope are made."""
-    folder = tempfile.mkdtemp(prefix="pixmora-disk-")
-    subprocess.run([*AS_ROOT, "mount", "-t", "tmpfs", "-o", "size=%d,mode=777" % size, "none", folder], check=True)
-    usual, tempfile.tempdir = tempfile.tempdir, folder
-    try:
-        yield folder
-    finally:
-        tempfile.tempdir = usual
-        subprocess.run([*AS_ROOT, "umount", "--lazy", folder], check=True)
-        os.rmdir(folder)
-
-
-def fill(folder):
-    """A ballast that takes all room."""
-    path = folder + "/ballast"
-    with open(path, "wb", buffering=0) as file:
-        with contextlib.suppress(OSError):
-            for size in (65536, 4096, 512):
-                with contextlib.suppress(OSError):
-                    while True:
-                        file.write(bytes(size))
-    return path
-
-
-def without_room(site, begin, end, results):
-    """Thumbnails before, in and after the time without room for what is counted."""
-    before = sum(ask_thumb(site, i) for i in range(20))
-    begin()
-    told_before = site.error_text()
-    asked = time.monotonic()
-    pages = 0
-    told_after = None
-    for i in range(50):
-        pages += ask_thumb(site, i) and b"</html>" in site.get("/") and b"</html>" in site.get("/ShowAlbumMedia?1&list&1")
-        if told_after is None and site.error_text() != told_before:
-            told_after = time.monotonic() - asked
-    said = site.error_text()[len(told_before):].strip().split("\n")
-    kept = total_running(site)
-    end()
-    after = sum(ask_thumb(site, i) for i in range(20))
-    now = total_running(site)
-    again = site.error_text()[len(told_before):].strip().split("\n")[len(said):]
-    alive = site.is_alive()
-    results.add("D3", "disk full: pages and pictures answered meanwhile", 150, pages * 3, "150", pages == 50)
-    results.add("D3", "... the owner is told", 1, "after %.2f s: %s" % (told_after or -1, " / ".join(said)),
-                "<= 1 s, one line for all that fails in a minute", told_after is not None and told_after <= 1
-                and [line.startswith("Unable") for line in said].count(True) == 1)
-    results.add("D3", "... every event kept before is there", before, kept, ">= %d" % before, kept >= before)
-    results.add("D3", "... and with room again it counts without a restart", after,
-                "%d more; %s" % (now - kept, " / ".join(again)), "20 more", alive and after == 20 == now - kept)
-
+# ---- D3: a database that another program has locked
 
 def total_running(site):
     rows = site.query("SELECT TotalCount FROM StatsTotal WHERE Stat=%d" % THUMBS)
     return int(rows[0][0]) if rows else 0
 
 
-def d3(programs, results):
-    ballast = []
-    with tempfile.TemporaryDirectory(prefix="pixmora-album-") as elsewhere:
-        album = draw_album(elsewhere + "/album")
-        with small_disk(3 << 20) as disk, contextlib.closing(Site(programs, album=album)) as site:
-            site.errors = elsewhere + "/stderr"
-            site.start()
-            without_room(site, lambda: ballast.append(fill(disk)), lambda: os.unlink(ballast[0]), results)
-            status = site.stop()
-            with copied(site.database) as base:
-                results.add("D3", "... stopped after it: exit status, database whole", 1,
-                            "%d, %s" % (status, is_whole(base)), "0, True", status == 0 and is_whole(base))
+def locked(programs, results):
+    seconds = 70
+    with Site(programs) as site:
+        ask_thumb(site)
+        before, kept = site.error_text(), total_running(site)
+        other = sqlite3.connect(site.database, isolation_level=None, timeout=10)
+        other.execute("BEGIN EXCLUSIVE")
+        begun, told_after, waits, answered = time.monotonic(), None, [], 0
+        while time.monotonic() - begun < seconds:
+            for target in ("/ShowPicture?1&thumb&/picture_01.bmp", "/", "/ShowAlbumMedia?1&list&1", "/ShowStats"):
+                talk = Talk(site.port, b"GET %s HTTP/1.0\r\n\r\n" % target.encode())
+                waits.append(talk.seconds)
+                answered += JPEG_HEAD in talk.answer or is_page(talk.answer)
+            if told_after is None and site.error_text() != before:
+                told_after = time.monotonic() - begun
+            time.sleep(0.05)
+        said = site.error_text()[len(before):].splitlines()
+        counted_meanwhile = total_running(site) - kept
+        other.execute("ROLLBACK")
+        after = sum(ask_thumb(site) for _ in range(20))
+        again = total_running(site) - kept - counted_meanwhile
+        lost = site.error_text()[len(before):].splitlines()[len(said):]
+        results.add("D3", "database locked by another program for %d s: visitors answered" % seconds, len(waits), answered,
+                    len(waits), answered == len(waits) and counted_meanwhile == 0)
+        results.add("D3", "... the longest wait for an answer, which is the loop's", len(waits),
+                    "longest %.0f ms, median %.1f ms" % (max(waits) * 1000, percentile(waits, 0.5) * 1000), "<= 250 ms",
+                    max(waits) <= 0.25)
+        results.add("D3", "... the owner is told", 1, "after %.2f s, %d lines: %s" % (told_after or -1, len(said), said[:1]),
+                    "<= 1 s, one a minute for counts and one for the log", bool(told_after and told_after <= 1) and 2 <= len(said) <= 3)
+        results.add("D3", "... unlocked it counts again without a restart", after, "%d more; %s" % (again, " / ".join(lost)),
+                    "20 more", after == again == 20 and site.is_alive())
+        other.execute("BEGIN EXCLUSIVE")
+        begun = time.monotonic()
+        status, took = site.stop(), time.monotonic() - begun
+        other.close()
+        results.add("D3", "... stopped while it is locked: exit status, and the counts kept", 1,
+                    "%d after %.1f s, %d" % (status, took, total_running(site)), "0 <= 5 s, %d" % (kept + 20),
+                    status == 0 and took <= 5 and total_running(site) == kept + 20)
+
+
+def short_locks(programs, results):
+    """A program that writes now and then, as an editor of databases does: nothing is lost."""
+    with Site(programs) as site:
+        ask_thumb(site)
+        other = sqlite3.connect(site.database, isolation_level=None, timeout=10)
+        load = Load(site)
+        locks = 100
+        for _ in range(locks):
+            other.execute("BEGIN IMMEDIATE")
+            time.sleep(0.05)
+            other.execute("COMMIT")
+            time.sleep(0.02)
+        other.close()
+        said = site.error_text()
+        site.kill()
+        load.wait()
+        with copied(site.database) as base:
+            counted = total(base, THUMBS)
+        results.add("D3", "locks of 50 ms by another program under load: every event counted", locks,
+                    "%d of %d counted, %d lines said" % (counted, load.answered + 1, said.count("\n")), "all, silent",
+                    load.answered + 1 <= counted and not said)
 
 
 # ---- D4
+
+def injecting(log, call, error, number):
+    """strace by which the call of that number fails."""
+    return ["strace", "-f", "-o", log, "-e", "trace=" + call, "-e", "inject=%s:error=%s:when=%d" % (call, error, number)]
+
 
 def injected(log):
     return Path(log).read_text().count("(INJECTED)") if os.path.exists(log) else 0
@@ -231,8 +231,7 @@ def fail_while_serving(programs, job):
         log = site.folder + "/trace"
         asked = hits = unanswered = 0
         for number in numbers:
-            with attached(site, log, ["strace", "-f", "-o", log, "-e", "trace=" + call, "-e",
-                                      "inject=%s:error=%s:when=%d" % (call, error, number)]):
+            with attached(site, log, injecting(log, call, error, number)):
                 for i in range(number // 10 + 2):  # each is about twelve writes
                     asked += 1
                     unanswered += not ask_thumb(site, i)
@@ -255,8 +254,7 @@ def fail_while_starting(programs, job):
         thumbs = sum(ask_thumb(site, i) for i in range(5))
         site.kill()
         log = site.folder + "/trace"
-        site.command_prefix = ["strace", "-f", "-o", log, "-e", "trace=" + call, "-e",
-                               "inject=%s:error=%s:when=%d" % (call, error, number)]
+        site.command_prefix = injecting(log, call, error, number)
         try:
             site.start()
             thumbs += ask_thumb(site)
@@ -308,9 +306,8 @@ def d6(programs, results):
         control = [site.programs + "/pixmoractl", "set", "Setup", "ServerTitle"]
         settings = next(Path(site.folder, "config").rglob("settings.ini"))
         begun = time.monotonic()
-        for i in range(5):
-            subprocess.run([*control, "value 0"], env=site.environment, check=True)
-        usual = (time.monotonic() - begun) / 5
+        subprocess.run([*control, "value 0"], env=site.environment, check=True)
+        usual = time.monotonic() - begun
         former = settings.read_text()
         broken = changed = 0
         for i in range(1, kills + 1):
@@ -374,28 +371,21 @@ def asked(site, page):
 
 def start_damaged(programs, case):
     """What came of it: "serves", "ends with words ...", or what went wrong."""
-    _, files = case
     with contextlib.closing(Site(programs, limits=QUIET)) as site:
         Path(site.database).unlink()
-        for end, content in files.items():
+        for end, content in case[1].items():
             Path(site.database + end).write_bytes(content)
-        try:
+        when = ""
+        with contextlib.suppress(RuntimeError):
             site.start()
-        except RuntimeError:
-            status = site.process.wait(20)
-            if status not in (1, 70) or not site.error_text().strip():
-                return "ends with status %d" % status
-            return "ends with words and status %d" % status
-        unanswered = [page for page in PAGES if site.is_alive() and not asked(site, page)]
-        if not site.is_alive():
-            status = site.process.wait()
-            if status != 70 or not site.error_text().strip():
-                return "died while serving with status %d" % status
-            return "ends with words and status 70 while serving"
-        if unanswered:
-            return "no answer to " + unanswered[0]
-        status = site.stop()
-        return "serves" if status in (0, 70) else "stopped with %d" % status
+            when = " while serving"
+            unanswered = [page for page in PAGES if site.is_alive() and not asked(site, page)]
+            if site.is_alive():
+                status = site.stop()
+                return "no answer to " + unanswered[0] if unanswered else "serves" if status in (0, 70) else "stopped badly"
+        status = site.process.wait(20)
+        is_said = status in (1, 70) and site.error_text().strip()
+        return "ends with %s status %d%s" % ("words and" if is_said else "nothing but", status, when)
 
 
 def d7(programs, results):
@@ -404,12 +394,11 @@ def d7(programs, results):
     for kind in dict(cases):
         outcomes = [outcome for case, outcome in zip(cases, found) if case[0] == kind]
         counts = ", ".join("%d x %s" % (outcomes.count(each), each) for each in sorted(set(outcomes)))
-        good = all(each == "serves" or each.startswith("ends with words") for each in outcomes)
         results.add("D7", "damaged database (%s): serves, or says so and ends" % kind, len(outcomes), counts,
-                    "nothing else", good)
+                    "nothing else", all(each == "serves" or each.startswith("ends with words") for each in outcomes))
 
 
-ROWS = [("D1", d1), ("D3", d3), ("D4", d4), ("D6", d6), ("D7", d7)]
+ROWS = [("D1", d1), ("D3", locked), ("D3", short_locks), ("D4", d4), ("D6", d6), ("D7", d7)]
 
 
 if __name__ == "__main__":

@@ -3,11 +3,10 @@
 import contextlib
 from pathlib import Path
 
-from clients import *
-from store import AS_ROOT, JPEG_HEAD, ask_thumb, is_whole
+from endurance import *
+from store import AS_ROOT
 
 NOBODY = 65534
-THUMB = b"GET /ShowPicture?1&thumb&/picture_%02d.bmp HTTP/1.0\r\n\r\n"
 
 
 def check_year(programs, results):
@@ -19,39 +18,6 @@ def check_year(programs, results):
     results.add("Y1", "minutes with a visitor in each fifth, past the wraps of the tick count", year,
                 told.group().partition(", ")[2] if told else done.stdout[-300:],
                 "memory +5120 kB at most, descriptors flat, tables as small as described", done.returncode == 0 and bool(told))
-
-
-def start_desktop(site):
-    """The desktop program on the site's folder, without a screen."""
-    process = subprocess.Popen([site.programs + "/pixmora", "start"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                               env=dict(site.environment, QT_QPA_PLATFORM="offscreen"))
-    end = time.monotonic() + 30
-    while time.monotonic() < end and process.poll() is None:
-        with contextlib.suppress(OSError):
-            if is_page(site.get("/ShowHelp")):
-                return process
-        time.sleep(0.1)
-    raise RuntimeError("pixmora did not start its site")
-
-
-def check_desktop(programs, results):
-    """Y2. What a stranger holds open at the desktop program is bounded as at pixmorad."""
-    count = 300
-    with contextlib.closing(Site(programs, settings={"RunSetup": "1", "IdleTimeout": "5"})) as site:
-        process = start_desktop(site)
-        try:
-            silent = [site.connect() for _ in range(count)]
-            refused = sum(Talk(site.port, b"PUT / HTTP/1.0\r\n\r\n", 30).answer == b"" for _ in range(20))
-            page = is_page(site.get("/ShowHelp", timeout=30))
-            for client in silent:
-                client.close()
-            results.add("Y2", "the desktop program: silent connections at once, then requests that it refuses", count,
-                        "%d of 20 closed, %s, %s" % (refused, "a page" if page else "no page",
-                                                     "alive" if process.poll() is None else "ended"),
-                        "20 of 20 closed, a page, alive", refused == 20 and page and process.poll() is None)
-        finally:
-            process.terminate()
-            process.wait(20)
 
 
 @contextlib.contextmanager
@@ -92,88 +58,18 @@ def check_folders(programs, results):
                     bool(pages) and all(pages) and named == 3)
 
 
-def check_given_up(programs, results):
-    """Y8. Six browsers want a page of pictures each and leave: he who waits below all of theirs has his then."""
-    spacing, browsers = 200, 6
-    with Site(programs, settings={"ConversionSpacing": str(spacing)}) as site:
-        ask_thumb(site)
-        patient = site.connect(60)
-        patient.sendall(THUMB % 1)
-        waiting = [site.connect() for _ in range(browsers * 12)]
-        for number, client in enumerate(waiting):
-            client.sendall(THUMB % (number % 12))
-        time.sleep(1)
-        for client in waiting:
-            client.close()
-        begun = time.monotonic()
-        whole = JPEG_HEAD in read_all(patient)
-        took = 1000 * (time.monotonic() - begun)
-        results.add("Y8", "browsers that give up 12 pictures each, at a spacing of %d ms: the picture that waited below" % spacing,
-                    browsers, "%s after %.0f ms" % ("whole" if whole else "broken", took), "whole, <= %d ms" % (3 * spacing),
-                    whole and took <= 3 * spacing)
-
-
-def check_names(programs, results):
-    """Y9. What is wrong is named."""
-    wrong = [({"FilesPerRow": "many"}, "", "Type mismatch (Setup, FilesPerRow)"),
-             ({}, "good\nb[\n", "Invalid pattern string (restrictwords.txt, line 2)")]
-    told = 0
-    for settings, words, message in wrong:
-        with contextlib.closing(Site(programs, settings=settings)) as site:
-            Path(site.home, "restrictwords.txt").write_text(words)
-            with contextlib.suppress(RuntimeError, OSError):
-                site.start()
-                site.get("/ShowAlbumDirList?1&thumbs&1&")
-            check = subprocess.run([site.programs + "/pixmoractl", "check"], env=site.environment, stdout=subprocess.PIPE, text=True)
-            told += check.returncode == 1 and check.stdout.strip() == message
-    results.add("Y9", "pixmoractl check on a setting and a pattern that can't be read: named", len(wrong), told, len(wrong),
-                told == len(wrong))
-
-
-def check_privacy(programs, results):
-    """Y10, Y11. Two programs on one store of settings; and who may read what holds passwords."""
+def check_second_copy(programs, results):
+    """Y10. Two programs on one store of settings."""
     with Site(programs) as site, contextlib.closing(Site(programs)) as other:
         other.environment["XDG_CONFIG_HOME"] = site.environment["XDG_CONFIG_HOME"]
         done = subprocess.run([programs + "/pixmorad"], env=other.environment, stderr=subprocess.PIPE, text=True, timeout=30)
         results.add("Y10", "a second copy with another folder and the same settings: told and ended", 1,
                     "status %d; %s" % (done.returncode, done.stderr.strip()), "status 1, already running",
                     done.returncode == 1 and "already running" in done.stderr)
-        site.stop()
-        kept = [site.database, *map(str, Path(site.folder, "config").rglob("settings.ini"))]
-        for path in kept:
-            os.chmod(path, 0o644)
-        site.start()
-        ask_thumb(site)
-        modes = {oct(os.stat(path).st_mode & 0o777) for path in [*kept, site.database + "-wal"]}
-        results.add("Y11", "files that hold passwords, formerly readable by all, at a start", len(kept) + 1,
-                    ", ".join(sorted(modes)), "0o600", modes == {"0o600"})
 
 
-def check_backup(programs, results):
-    """Y15. Copies of the database while it is written to."""
-    times = 20
-    with Site(programs) as site:
-        ends = threading.Event()
-        visitors = [Visitor(site, number, ends, b"", rest=0.002) for number in range(4)]
-        write_movie(site, 1 << 20, "soak.avi")
-        for visitor in visitors:
-            visitor.start()
-        whole = 0
-        for number in range(times):
-            copy = "%s/copy_%d.mdb" % (site.folder, number)
-            site.control("backup", copy)
-            with contextlib.closing(sqlite3.connect(copy)) as base:
-                whole += is_whole(base) and base.execute("SELECT count(*) FROM StatsTotal").fetchone()[0] > 0
-        ends.set()
-        for visitor in visitors:
-            visitor.join()
-        results.add("Y15", "pixmoractl backup while visitors are counted", times, "%d whole" % whole, times, whole == times)
-
-
-ROWS = [("Y1", check_year), ("Y2", check_desktop), ("Y6", check_folders), ("Y8", check_given_up), ("Y9", check_names),
-        ("Y10", check_privacy), ("Y15", check_backup)]
+ROWS = [("Y1", check_year), ("Y6", check_folders), ("Y10", check_second_copy)]
 
 
 if __name__ == "__main__":
-    open_files_limit(4096)
     run_rows(ROWS)

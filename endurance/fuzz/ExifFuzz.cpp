@@ -11,7 +11,6 @@
 #include "support/TempFolder.h"
 
 namespace pixmora {
-
 namespace {
 
 constexpr std::int32_t tagsOfInterest[] = {0, 256, 270, 272, 33434, 34665, 36864, 37500, 40962, 65535};
@@ -50,16 +49,13 @@ void Check(std::string_view bytes, const std::string &path) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
+void CheckInput(std::string_view text) {
     static const Folder folder;
     static const MemoryFile file;
-    const std::string_view text = TextOf(bytes, size);
     file.Fill(text);
     Check(text, file.Path());
     const auto place = ReadPlace(file.Path());
     REQUIRE(!place || (std::abs(place->Latitude) <= 90 && std::abs(place->Longitude) <= 180));
-    return 0;
 }
+
+}  // namespace pixmora

@@ -1,4 +1,5 @@
-// What the fuzz targets share: requirements, calls that may raise the run time's error, and bytes that pass as a file.
+// What the fuzz targets share: their entry, requirements, calls that may raise the run time's error, and bytes that
+// pass as a file.
 #pragma once
 
 #include <sys/mman.h>
@@ -19,6 +20,9 @@
 
 namespace pixmora {
 
+/// A target is this function: what it requires of any bytes.
+void CheckInput(std::string_view text);
+
 [[noreturn]] inline void ReportBroken(const char *property, const char *file, int line) {
     std::fprintf(stderr, "%s:%d: broken: %s\n", file, line, property);
     std::abort();
@@ -32,10 +36,6 @@ auto ResultOf(Call call) -> std::optional<decltype(call())> {
     } catch (const RunTimeError &) {
         return std::nullopt;
     }
-}
-
-inline std::string_view TextOf(const std::uint8_t *bytes, std::size_t size) {
-    return {reinterpret_cast<const char *>(bytes), size};
 }
 
 /// The text before the first line end, and what stands behind it.
@@ -75,3 +75,8 @@ private:
 };
 
 }  // namespace pixmora
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
+    pixmora::CheckInput({reinterpret_cast<const char *>(bytes), size});
+    return 0;
+}

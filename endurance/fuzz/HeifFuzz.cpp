@@ -3,7 +3,6 @@
 #include "platform/pictures/HeifModule.h"
 
 namespace pixmora {
-
 namespace {
 
 void Check(const std::vector<unsigned char> &file) {
@@ -23,14 +22,13 @@ void Check(const std::vector<unsigned char> &file) {
 
 }  // namespace
 
+void CheckInput(std::string_view text) {
+    Check({text.begin(), text.end()});
+}
+
 }  // namespace pixmora
 
 /// The AV1 library forgets a few bytes of its own at a broken picture.
 extern "C" const char *__lsan_default_suppressions() {
     return "leak:libdav1d\n";
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    pixmora::Check({bytes, bytes + size});
-    return 0;
 }

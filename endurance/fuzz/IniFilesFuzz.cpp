@@ -7,34 +7,20 @@
 #include "store/IniFile.h"
 
 namespace pixmora {
-
 namespace {
-
-bool AreSame(const Registry::Entry &left, const Registry::Entry &right) {
-    return left.IsValue == right.IsValue && left.Name == right.Name && left.Data == right.Data &&
-           left.Remark == right.Remark;
-}
-
-bool AreSame(const Registry::Tree &left, const Registry::Tree &right) {
-    const auto areSame = [](const Registry::Entry &a, const Registry::Entry &b) {
-        return AreSame(a, b);
-    };
-    if (left.Preamble != right.Preamble || left.Keys.size() != right.Keys.size()) return false;
-    for (std::size_t i = 0; i < left.Keys.size(); ++i) {
-        const Registry::Key &a = left.Keys[i];
-        const Registry::Key &b = right.Keys[i];
-        if (a.Path != b.Path || a.Folded != b.Folded) return false;
-        if (!std::equal(a.Entries.begin(), a.Entries.end(), b.Entries.begin(), b.Entries.end(), areSame)) return false;
-    }
-    return true;
-}
 
 /// What was read comes back from what is written, also what is damaged.
 void CheckTree(std::string_view text) {
     const Registry::Tree tree = Registry::ReadTree(text);
     const std::string written = Registry::WriteTree(tree);
     const Registry::Tree again = Registry::ReadTree(written);
-    REQUIRE(AreSame(tree, again));
+    REQUIRE(again.Preamble == tree.Preamble && again.Keys.size() == tree.Keys.size());
+    for (std::size_t i = 0; i < tree.Keys.size(); ++i) {
+        REQUIRE(again.Keys[i].Path == tree.Keys[i].Path && again.Keys[i].Folded == tree.Keys[i].Folded);
+        REQUIRE(std::ranges::equal(again.Keys[i].Entries, tree.Keys[i].Entries, [](const auto &a, const auto &b) {
+            return a.IsValue == b.IsValue && a.Name == b.Name && a.Data == b.Data && a.Remark == b.Remark;
+        }));
+    }
     REQUIRE(Registry::WriteTree(again) == written);
 }
 
@@ -61,15 +47,12 @@ void CheckIni(std::string_view text, const MemoryFile &file) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
+void CheckInput(std::string_view text) {
     static const MemoryFile file;
-    const std::string_view text = TextOf(bytes, size);
     CheckTree(text);
     const auto [name, value] = FirstLineAndRest(text);
     CheckValue(name, value);
     CheckIni(text, file);
-    return 0;
 }
+
+}  // namespace pixmora

@@ -6,7 +6,6 @@
 #include "support/TempFolder.h"
 
 namespace pixmora {
-
 namespace {
 
 constexpr std::int32_t thumbWidth = 50;
@@ -39,18 +38,16 @@ void Check(const std::string &source, const std::string &thumb) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
+void CheckInput(std::string_view text) {
     static const TempFolder folder;
     static const MemoryFile file;
-    file.Fill(TextOf(bytes, size));
+    file.Fill(text);
     ReadJpegHead(*BinaryFile::OpenForRead(file.Path()));
     static const std::string named = [] {
         std::filesystem::create_symlink(file.Path(), folder.Path("picture.webp"));
         return folder.Path("picture.webp");
     }();
     Check(named, folder.Path("thumb.jpg"));
-    return 0;
 }
+
+}  // namespace pixmora

@@ -7,7 +7,6 @@
 #include "support/OpenStore.h"
 
 namespace pixmora {
-
 namespace {
 
 /// What a statement may do: read, and the functions that the translation knows; and the engine's look at a table.
@@ -113,14 +112,11 @@ void CheckLiteral(const std::string &text) {
 
 }  // namespace
 
-}  // namespace pixmora
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    using namespace pixmora;
-    const std::string text(TextOf(bytes, size));
+void CheckInput(std::string_view text) {
     if (const auto condition = ResultOf([&] { return TranslateCriteria(text); })) CheckCriteria(*condition);
     CheckStatement(text);
-    CheckStatement("SELECT * FROM Users WHERE " + text);
-    CheckLiteral(text);
-    return 0;
+    CheckStatement("SELECT * FROM Users WHERE " + std::string(text));
+    CheckLiteral(std::string(text));
 }
+
+}  // namespace pixmora

@@ -38,8 +38,7 @@ class Target:
         self.findings = os.path.join(work, "findings", name + "-")
         self.log = os.path.join(work, name + ".log")
         self.runs = self.megabytes = self.coverage = 0
-        self.crashes = set()
-        self.timeouts = set()
+        self.crashes, self.timeouts = set(), set()
         for folder in (self.corpus, os.path.dirname(self.findings)):
             os.makedirs(folder, exist_ok=True)
 
@@ -75,12 +74,11 @@ class Target:
         return None if status == 0 else inputs[-1] if inputs else "%s with status %d" % (self.program, status)
 
     def read_log(self, text):
-        counts = re.findall(r"^#(\d+)\s", text, re.MULTILINE)
-        done = re.search(r"stat::number_of_executed_units:\s*(\d+)", text)
-        self.runs += int(done.group(1)) if done else int(counts[-1]) if counts else 0
-        peaks = re.findall(r"stat::peak_rss_mb:\s*(\d+)|rss: (\d+)Mb", text)
-        self.megabytes = max([self.megabytes] + [int(a or b) for a, b in peaks])
-        self.coverage = max([self.coverage] + [int(edges) for edges in re.findall(r" cov: (\d+)", text)])
+        def numbers(pattern):
+            return [int(number) for number in re.findall(pattern, text, re.MULTILINE)] or [0]
+        self.runs += numbers(r"stat::number_of_executed_units:\s*(\d+)")[0] or numbers(r"^#(\d+)\s")[-1]
+        self.megabytes = max(self.megabytes, *numbers(r"(?:stat::peak_rss_mb:\s*|rss: )(\d+)"))
+        self.coverage = max(self.coverage, *numbers(r" cov: (\d+)"))
 
     def judge(self, finding):
         """On a machine with other work a quick input can seem slow: a timeout counts when it is slow three times more,
@@ -88,9 +86,8 @@ class Target:
         if not os.path.basename(finding).startswith(self.name + "-timeout-"):
             self.crashes.add(finding)
             return
-        again = [subprocess.run(self.command(finding), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                env=ENVIRONMENT).returncode for _ in range(3)]
-        if all(again):
+        quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "env": ENVIRONMENT}
+        if all(subprocess.run(self.command(finding), **quiet).returncode for _ in range(3)):
             self.timeouts.add(finding)
         else:
             os.replace(finding, finding.replace("-timeout-", "-quick-when-alone-"))

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """The programs as a shell meets them: exit codes, refusals, signals, defaults: programs_test.py FOLDER_OF_THE_PROGRAMS"""
+import contextlib
 import os
 import re
 import shutil
@@ -10,8 +11,10 @@ import subprocess
 import sys
 import time
 import unittest
+from pathlib import Path
 
-sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "../support"))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.append(HERE + "/../support")
 from site_under_test import Site, bitmap  # noqa: E402
 
 PROGRAMS = sys.argv.pop(1)
@@ -22,16 +25,14 @@ class ProgramsTest(unittest.TestCase):
         self.addCleanup(self.site.close)
         self.pictures = self.site.folder + "/pictures"
         os.makedirs(self.pictures + "/sub")
-        with open(self.pictures + "/a.bmp", "wb") as file:
-            file.write(bitmap())
+        Path(self.pictures, "a.bmp").write_bytes(bitmap())
 
     def run_words(self, *words):
         return subprocess.run(words, env=self.site.environment, capture_output=True, text=True, timeout=60)
 
     def test_pixmoractl_answers_as_the_table_says(self):
-        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "commands.tsv"), encoding="utf-8") as file:
-            rows = [line.rstrip("\n").replace("{folder}", self.site.folder).split("\t") for line in file][1:]
-        for words, status, output, errors in rows:
+        table = Path(HERE, "commands.tsv").read_text("utf-8").replace("{folder}", self.site.folder)
+        for words, status, output, errors in [line.split("\t") for line in table.splitlines()[1:]]:
             with self.subTest(words):
                 done = self.run_words(PROGRAMS + "/pixmoractl", *words.split())
                 wanted = output.replace("<tab>", "\t").replace("<line>", "\n") + "\n" if output != "-" else ""
@@ -42,8 +43,7 @@ class ProgramsTest(unittest.TestCase):
     def test_a_check_names_what_would_trouble_the_site(self):
         self.site.add_album("Trips", self.pictures)
         shutil.rmtree(self.pictures)
-        with open(self.site.home + "/restrictwords.txt", "w") as file:
-            file.write("Private*\na[b\n")
+        Path(self.site.home, "restrictwords.txt").write_text("Private*\na[b\n")
         done = self.run_words(PROGRAMS + "/pixmoractl", "check")
         self.assertEqual((1, 2), (done.returncode, done.stdout.count("\n")), done.stdout)
         self.assertIn("restrictwords.txt, line 2", done.stdout)
@@ -53,28 +53,27 @@ class ProgramsTest(unittest.TestCase):
         self.site.add_album("Trips", self.pictures)
         manager = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
         self.addCleanup(manager.close)
-        manager.bind(self.site.folder + "/notify")
-        manager.settimeout(10)
         self.site.environment["NOTIFY_SOCKET"] = self.site.folder + "/notify"
+        manager.bind(self.site.environment["NOTIFY_SOCKET"])
+        manager.settimeout(10)
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             self.site.start()
             while not manager.recv(1000).startswith(b"READY=1\nSTATUS=Serving http://"):
                 pass
-            self.assertEqual(self.site.database and b"Trips" in self.site.get("/"), True)
-            done = self.run_words(PROGRAMS + "/pixmoractl", "album", "remove", "Trips")
-            self.assertEqual((1, True), (done.returncode, "already running" in done.stderr))
-            second = self.run_words(PROGRAMS + "/pixmorad")
-            self.assertEqual((1, True), (second.returncode, "already running" in second.stderr), second)
+            self.assertIn(b"Trips", self.site.get("/"))
+            for words in [["pixmoractl", "album", "remove", "Trips"], ["pixmorad"]]:
+                done = self.run_words(PROGRAMS + "/" + words[0], *words[1:])
+                self.assertEqual((1, True), (done.returncode, "already running" in done.stderr), done)
             self.assertEqual(0, self.site.stop(number))
         self.assertEqual("Trips\t%s\n" % self.pictures, self.run_words(PROGRAMS + "/pixmoractl", "album", "list").stdout)
 
     def test_words_are_answered_or_refused(self):
-        for program, words, status in [("pixmorad", ["--help"], 0), ("pixmorad", ["--version"], 0), ("pixmorad", ["start"], 2),
-                                       ("pixmorad", ["--help", "me"], 2), ("pixmora", ["--help"], 0), ("pixmora", ["START"], 2),
-                                       ("pixmora", ["--version"], 0), ("pixmora", [self.pictures + "/a.bmp"], 2)]:
-            with self.subTest(program=program, words=words):
-                self.site.environment["QT_QPA_PLATFORM"] = "offscreen"
-                done = self.run_words(PROGRAMS + "/" + program, *words)
+        self.site.environment["QT_QPA_PLATFORM"] = "offscreen"
+        file = self.pictures + "/a.bmp"
+        for words, status in [("pixmorad --help", 0), ("pixmorad --version", 0), ("pixmorad start", 2), ("pixmorad --help me", 2),
+                              ("pixmora --help", 0), ("pixmora --version", 0), ("pixmora START", 2), ("pixmora " + file, 2)]:
+            with self.subTest(words):
+                done = self.run_words(*(PROGRAMS + "/" + words).split())
                 self.assertEqual((status, status == 0, status != 0), (done.returncode, bool(done.stdout), bool(done.stderr)))
 
     def test_a_reader_of_the_messages_who_goes_ends_nothing(self):
@@ -85,13 +84,11 @@ class ProgramsTest(unittest.TestCase):
         os.close(writing)
         self.addCleanup(server.wait)
         self.addCleanup(server.kill)
-        deadline = time.monotonic() + 60
-        page = b""
+        deadline, page = time.monotonic() + 60, b""
         while not page and server.poll() is None and time.monotonic() < deadline:
-            try:
+            with contextlib.suppress(OSError):
                 page = self.site.get("/ShowHelp")
-            except OSError:
-                time.sleep(0.1)
+            time.sleep(0.1)
         self.assertIn(b"</html>", page)
         server.send_signal(signal.SIGHUP)
         self.assertEqual(0, server.wait(60))
@@ -118,15 +115,13 @@ class ProgramsTest(unittest.TestCase):
 
     def test_a_stop_leaves_nothing_open_and_a_start_begins_anew(self):
         """With no setting but the port: every default takes part."""
-        with open(self.pictures + "/film.avi", "wb") as file:
-            file.write(bytes(20 << 20))
+        Path(self.pictures, "film.avi").write_bytes(bytes(20 << 20))
         self.site.add_album("Trips", self.pictures)
         for _ in range(2):
             self.site.start()
-            for target in ["/", "/ShowAlbumMedia?1&thumbs&1&", "/ShowStats", "/ShowPopular?thumbs", "/ShowHelp"]:
-                self.assertTrue(self.site.get(target).rstrip().endswith(b"</html>"), target)
-            self.assertIn(b"Page 1 of 1", self.site.get("/ShowAlbumMedia?1&thumbs&1&"))
-            self.assertTrue(self.site.get("/ShowPicture?1&thumb&/a.bmp").partition(b"\r\n\r\n")[2].startswith(b"\xff\xd8"))
+            for target, part in [("/", b"</html>"), ("/ShowStats", b"</html>"), ("/ShowAlbumMedia?1&thumbs&1&", b"Page 1 of 1"),
+                                 ("/ShowPopular?thumbs", b"</html>"), ("/ShowPicture?1&thumb&/a.bmp", b"\r\n\r\n\xff\xd8")]:
+                self.assertIn(part, self.site.get(target), target)
             with self.site.connect() as viewer:
                 viewer.sendall(b"GET /ShowMovie?1&full&/film.avi HTTP/1.0\r\n\r\n")
                 viewer.recv(1000)

@@ -57,36 +57,29 @@ return found;
 """
 
 
-class OddSite(Site):
+def odd_site():
     """An album of odd names: folders with a picture of their name and a folder "Day one" with another, and a closed one."""
-
-    def __init__(self):
-        super().__init__(PROGRAMS, settings={"ConversionSpacing": "0", "FilesPerPage": "0"})
-        album = self.folder + "/album"
-        for name in ODD_NAMES:
-            self.add_picture("%s/%s/%s.bmp" % (album, name, name))
-            self.add_picture("%s/%s/Day one/%s.bmp" % (album, name, name))
-        for i in range(3):
-            self.add_picture("%s/picture_%d.bmp" % (album, i))
-            self.add_picture("%s/closed/picture_%d.bmp" % (album, i))
-        with open(album + "/film.avi", "wb") as file:
-            file.write(os.urandom(300000))
-        self.add_album("Trips", album)
-        self.control("user", "add", "Ann", "secret", "--admin")
-        self.control("protect", "Trips", "\\closed", "Ann")
-        self.start()
-
-    @staticmethod
-    def add_picture(path):
+    site = Site(PROGRAMS, settings={"ConversionSpacing": "0", "FilesPerPage": "0"})
+    album = site.folder + "/album"
+    pictures = ["%s/%s%s" % (name, day, name) for name in ODD_NAMES for day in ("", "Day one/")]
+    for picture in pictures + ["%spicture_%d" % (folder, i) for folder in ("", "closed/") for i in range(3)]:
+        path = "%s/%s.bmp" % (album, picture)
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "wb") as file:
             file.write(bitmap())
+    with open(album + "/film.avi", "wb") as file:
+        file.write(os.urandom(300000))
+    site.add_album("Trips", album)
+    site.control("user", "add", "Ann", "secret", "--admin")
+    site.control("protect", "Trips", "\\closed", "Ann")
+    site.start()
+    return site
 
 
 class SiteTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.site = OddSite()
+        cls.site = odd_site()
         cls.addClassCleanup(cls.site.close)
         engine = Engine(ENGINE)
         cls.addClassCleanup(engine.close)
@@ -126,28 +119,17 @@ class SiteTest(unittest.TestCase):
             return text in (self.run_script("return document.documentElement.outerHTML") or "")
         wait_until(is_there, text)
 
-    def test_front_page_leads_into_the_album(self):
+    def test_front_page_leads_into_the_album_and_every_view_is_whole(self):
         self.open("")
         self.assert_whole()
         self.click("a[href^='ShowAlbum?1&thumbs'] font")
         wait_until(lambda: "ShowAlbum?1" in self.driver.current_url, "the frameset")
         self.assert_whole()
         self.wait_for_text("film")
-
-    def test_views(self):
         for view in ["1&thumbs&1", "1&list&1", "1&slideshow&1&pause&0&5", "ShowPopular&thumbs", "ShowHelp", "ShowStats",
                      "ShowLogin&1&thumbs&1"]:
             self.open("ShowAlbum?" + view)
             self.assert_whole()
-
-    def follow(self, selector, number=0):
-        """Clicks a link of the tree, and goes into the whole page's media frame."""
-        before = self.driver.current_url
-        self.enter("tree")
-        self.click(selector, number)
-        wait_until(lambda: self.driver.current_url != before, "another page than " + before)
-        self.assert_whole()
-        self.enter("media")
 
     def test_all_that_needs_no_script_is_reached_by_its_links(self):
         self.open("")
@@ -161,8 +143,14 @@ class SiteTest(unittest.TestCase):
     def test_directories_with_blanks_in_their_names_are_reached_by_clicks(self):
         for number in range(len([name for name in ODD_NAMES if " " in name])):
             self.open("ShowAlbum?1&thumbs&1")
-            self.follow("a[href^='ShowAlbum?1&thumbs&1&'][href*='%20']", number)
-            self.follow("a[href$='Day one'], a[href$='Day%20one']")
+            for link, place in [("a[href^='ShowAlbum?1&thumbs&1&'][href*='%20']", number),
+                                ("a[href$='Day one'], a[href$='Day%20one']", 0)]:
+                before = self.driver.current_url
+                self.enter("tree")
+                self.click(link, place)
+                wait_until(lambda: self.driver.current_url != before, "another page than " + before)
+                self.assert_whole()
+                self.enter("media")
             self.assertEqual(1, len(self.find("img[src*=ShowPicture]")))
             self.click("a[href*='ShowDetails']")
             self.wait_for_text("40 x 30")
@@ -196,7 +184,6 @@ class SiteTest(unittest.TestCase):
             self.wait_for_text(wanted)
         self.assert_whole()
         self.wait_for_text("Logged in as Ann", "tree")
-
 
     @unittest.skipIf(ENGINE != "chromium", "one engine that plays a phone is enough")
     def test_on_a_phone_the_tree_folds_away_and_pages_fit(self):

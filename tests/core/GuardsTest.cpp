@@ -1,7 +1,7 @@
 // The guards of a running site, over real sockets: the limit of connections, the idle check, the one address.
 #include "core/Guards.h"
 
-#include "core/Sweep.h"
+#include "core/site/Response.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
@@ -49,32 +49,28 @@ TEST_F(Guards, SettingsAreReadAsNumbersWhateverTheySay) {
 TEST_F(Guards, ConnectionsWhosePeersDoNothingAreClosed) {
     Program.Write("albums/A/m.avi", std::string(20 << 20, 'm'));
     StartWith({{"IdleTimeout", "60"}});
-    Client stalled(Port(), "127.0.0.2", 4096);
-    stalled.Send("GET /ShowMovie?1&full&/m.avi HTTP/1.0\r\n\r\n");
-    stalled.WaitForBytes(1000);
-    Client moving(Port(), "127.0.0.3", 4096);
-    moving.Send("GET /ShowMovie?1&full&/m.avi HTTP/1.0\r\n\r\n");
-    moving.WaitForBytes(1000);
+    std::vector<Client> viewers;  // the first one stops reading
+    for (const char *address : {"127.0.0.2", "127.0.0.3"}) {
+        viewers.emplace_back(Port(), address, 4096).Send("GET /ShowMovie?1&full&/m.avi HTTP/1.0\r\n\r\n");
+        viewers.back().WaitForBytes(1000);
+    }
     Client silent(Port());
     WaitForIndex(3);
-    EXPECT_TRUE(gSystray->tmrIdle.Enabled());
-
     Pass(59);
     EXPECT_TRUE(IsOpen(silent));
     Pass(1);
     EXPECT_FALSE(IsOpen(silent));
     int seconds = 60;  // a stalled reader's kernel may still squeeze some bytes in
     for (; gSystray->wnskConnect.Item(1)->State() == SocketState::Connected && seconds < 600; ++seconds) {
-        if (seconds % 30 == 0) moving.WaitForBytes(moving.Receive().size() + 100'000);
+        if (seconds % 30 == 0) viewers[1].WaitForBytes(viewers[1].Receive().size() + 100'000);
         Pass(1);
     }
-    EXPECT_LT(seconds, 600);
-    EXPECT_FALSE(IsOpen(stalled));
-    EXPECT_TRUE(IsOpen(moving));
+    EXPECT_FALSE(IsOpen(viewers[0]));
+    EXPECT_TRUE(IsOpen(viewers[1]));
     EXPECT_EQ(gSystray->wnskConnect.Item(1)->Transfer.FileSize, 0) << "its file is closed";
-    EXPECT_GT(gSystray->wnskConnect.Item(2)->Transfer.FileSize, 0);
     EXPECT_EQ(gSystray->wnskConnect.UBound(), 2) << "what was closed above is trimmed";
-    moving.Close();
+    EXPECT_TRUE(gSystray->tmrIdle.Enabled());
+    viewers[1].Close();
     Pass(1);
     EXPECT_EQ(gSystray->wnskConnect.UBound(), 0);
     EXPECT_FALSE(gSystray->tmrIdle.Enabled()) << "nothing is open";
@@ -86,20 +82,35 @@ TEST_F(Guards, ConnectionsWhosePeersDoNothingAreClosed) {
     EXPECT_TRUE(IsOpen(borne)) << "without the guard";
 }
 
-TEST_F(Guards, AVisitorWhosePictureWaitsItsTurnIsNotIdle) {
-    Program.Write("albums/A/a.jpg", "no picture");
-    StartWith({{"IdleTimeout", "60"}, {"ConversionSpacing", "300000"}});
-    gLastConversionTick = GetTickCount();
-    Timer second;
-    second.SetInterval(1);
-    second.OnTimer = [this] {
-        Clock.Advance(1000);
-        HandleIdleTick();
+TEST_F(Guards, AVisitorWhoseAnswerIsBeingMadeIsNotIdle) {
+    StartWith({{"IdleTimeout", "60"}});
+    Client visitor(Port());
+    WaitForIndex(1);
+    const Connection socket = gSystray->wnskConnect.Item(1);
+    socket->OnDataArrival = [&](std::size_t) {
+        Pass(100);
+        SendIgnoringErrors(socket, "late but whole");
     };
-    second.SetEnabled(true);
-    const Tick begun = GetTickCount();
-    EXPECT_EQ(Get("/ShowPicture?1&thumb&/a.jpg"), Head("image/jpeg") + "\r\n");
-    EXPECT_GE(GetTickCount() - begun, 300000);
+    visitor.Send("GET");
+    EXPECT_EQ(visitor.ReceiveAll(), "late but whole");
+}
+
+TEST_F(Guards, AHeldPictureIsItsConnectionsOneAnswerAndIsGivenUpAtOnce) {
+    Program.Write("albums/A/a.jpg", "no picture");
+    StartWith({{"ConversionSpacing", "0"}});
+    gHeldPictures.emplace();  // as while a conversion is in work
+    Client visitor(Port());
+    Client leaver(Port());
+    for (Client *client : {&visitor, &leaver}) client->Send("GET /ShowPicture?1&thumb&/a.jpg HTTP/1.0\r\n\r\n");
+    ASSERT_TRUE(TurnUntil([] { return gHeldPictures->size() == 2; }));
+    Clock.Advance(101);
+    leaver.HalfClose();
+    EXPECT_TRUE(TurnUntil([] { return gSystray->wnskConnect.UBound() == 1; }, std::chrono::seconds(1)));
+    visitor.Send("GET /Blank HTTP/1.0\r\n\r\n");
+    EXPECT_FALSE(TurnUntil([&visitor] { return !visitor.Receive().empty(); }, std::chrono::milliseconds(20)));
+    const auto held = std::exchange(gHeldPictures, std::nullopt);
+    for (const auto &answer : *held) answer();
+    EXPECT_EQ(visitor.ReceiveAll(), Head("image/jpeg") + "\r\n");
 }
 
 TEST_F(Guards, APictureThatItsBrowserGivesUpLeavesTheWaitingAtOnce) {
@@ -124,53 +135,23 @@ TEST_F(Guards, APictureThatItsBrowserGivesUpLeavesTheWaitingAtOnce) {
     }
 }
 
-TEST_F(Guards, VisitorsBeyondTheLimitWaitForAPlace) {
-    StartWith({{"MaxConnections", "2"}});
-    Client first(Port());
-    Client second(Port());
-    Client visitor(Port());
-    visitor.Send("GET /ShowHelp HTTP/1.0\r\n\r\n");
-    EXPECT_FALSE(TurnUntil([&visitor] { return !visitor.Receive().empty(); }, std::chrono::milliseconds(100)));
-    first.Close();
-    EXPECT_NE(visitor.ReceiveAll().find("</html>"), std::string::npos);
-}
-
 TEST_F(Guards, ALimitKeepsIndexesBelowTheirCeiling) {
     StartWith({});
     for (int i = 0; i <= HighestSendIndex; ++i) EXPECT_EQ(Fetch(Port(), "PUT / HTTP/1.0\r\n\r\n"), "");
     EXPECT_NE(Get("/ShowHelp").find("</html>"), std::string::npos) << "refused requests use no index up";
-    auto held = std::make_unique<Client>(Port());
-    WaitForIndex(1);
-    for (int index = 2; index <= HighestSendIndex; ++index) {
-        auto next = std::make_unique<Client>(Port());
+    std::optional<Client> held;  // the one before it goes when the next is there
+    for (int index = 1; index <= HighestSendIndex; ++index) {
+        Client next(Port());
         WaitForIndex(index);
-        held = std::move(next);
+        held.emplace(std::move(next));
     }
     EXPECT_NE(Get("/ShowHelp").find("</html>"), std::string::npos);
     EXPECT_EQ(gSystray->wnskConnect.UBound(), HighestSendIndex);
 }
 
-TEST_F(Guards, ListenAddressIsThisComputersOrTheStartFails) {
-    AddAlbum("A");
-    SaveSetting("Setup", "ListenAddress", "192.0.2.7");
-    Owner.ExpectMessage(
-        "The address '192.0.2.7' is not an address of this computer! Please correct the setting ListenAddress, or "
-        "remove it to listen on all addresses.",
-        FlagCritical);
-    EXPECT_EQ(Start().back(), "Pixmora! Stopped!");
-    SaveSetting("Setup", "ListenAddress", "LocalHost");
-    EXPECT_EQ(Start().back(), "Your Website is Live!");
-    EXPECT_EQ(gWebsiteAddress, "http://127.0.0.1:" + GetSetting("Setup", "ListenPort"));
-    const auto outside = Winsock::Create();
-    outside->RemoteHost = "127.0.0.2";
-    outside->RemotePort = Port();
-    outside->Connect();
-    EXPECT_TRUE(TurnUntil([&outside] { return outside->State() == SocketState::Error; }));
-    EXPECT_NE(Get("/Blank"), "");
-}
-
 TEST_F(Guards, BothFamiliesAreServedWhereTheOwnerWantsIt) {
     StartWith({{"IPv6", "1"}});
+    EXPECT_EQ(gSystray->wnskListen->LocalAddress, Winsock::AllAddresses);
     EXPECT_NE(Get("/", "", "127.0.0.2"), "");
     const auto six = Winsock::Create();
     six->RemoteHost = "::1";
@@ -178,12 +159,8 @@ TEST_F(Guards, BothFamiliesAreServedWhereTheOwnerWantsIt) {
     six->OnConnect = [&six] {
         six->SendData("GET / HTTP/1.0\r\n\r\n");
     };
-    std::string answer;
-    six->OnDataArrival = [&](std::size_t) {
-        answer += six->GetData();
-    };
     six->Connect();
-    TurnUntil([&] { return answer.find("</html>") != std::string::npos || six->State() == SocketState::Error; });
+    TurnUntil([&] { return gVisitors.size() > 1 || six->State() == SocketState::Error; });
     if (six->State() == SocketState::Error) GTEST_SKIP() << "a machine without IPv6";
     ASSERT_EQ(gVisitors.size(), 2U);
     EXPECT_EQ(gVisitors[0].IP, "127.0.0.2") << "dotted as ever";
@@ -195,9 +172,7 @@ TEST_F(Guards, OnlyATrustedProxySpeaksForItsVisitors) {
     const std::tuple<const char *, const char *, const char *> cases[] = {
         // peer, head, visitor
         {"127.0.8.1", "X-Forwarded-For: 192.0.2.66, 192.0.2.1\r\n", "192.0.2.1"},
-        {"127.0.8.2", "x-forwarded-for:192.0.2.66\r\nX-FORWARDED-FOR: ::ffff:192.0.2.2 \r\n", "192.0.2.2"},
         {"127.0.8.3", "X-Forwarded-For: unknown\r\n", "127.0.8.3"},
-        {"127.0.8.4", "A: b\r\n\r\nX-Forwarded-For: 192.0.2.66\r\n", "127.0.8.4"},
         {"127.0.9.1", "X-Forwarded-For: 192.0.2.66\r\n", "127.0.9.1"},
     };
     for (const auto &[peer, head, visitor] : cases) {

@@ -1,7 +1,5 @@
 // A site that runs on and on: the minutes around the wraps of the tick count, or as many as PIXMORA_MINUTES says, with
 // the figures printed: 525600 of them are a year.
-#include <sys/resource.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -58,16 +56,16 @@ protected:
                   70 * (60 + 4 * 12) / 60);
     }
 
-    static std::size_t Descriptors() {
+    static long Descriptors() {
         for (int turn = 0; turn < 10; ++turn) DoEvents();  // the last visitor's connection goes
         const std::filesystem::directory_iterator entries("/proc/self/fd");
-        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+        return std::distance(begin(entries), end(entries));
     }
     static long ResidentKilobytes() {
         long size = 0;
-        long resident = 0;
-        std::ifstream("/proc/self/statm") >> size >> resident;
-        return resident * 4;
+        long pages = 0;
+        std::ifstream("/proc/self/statm") >> size >> pages;
+        return pages * 4;
     }
 
     int minutes_ = 0;
@@ -94,12 +92,12 @@ TEST_F(Year, PassesWithoutATrace) {
     StartByHand();
     for (int minute = 0; minute < 2000; ++minute) RunMinute();
     const long resident = ResidentKilobytes();
-    const std::size_t descriptors = Descriptors();
+    const long descriptors = Descriptors();
     while (minutes_ < std::atoi(minutes) && !HasFailure()) RunMinute();
     CheckTables();
     EXPECT_LE(Descriptors(), descriptors + 1) << "one connection may be on its way out";
     EXPECT_LE(ResidentKilobytes() - resident, 5120);
-    std::printf("%d minutes, %d visits: %+ld kB resident of %ld, %zu descriptors, database of %ju bytes\n", minutes_,
+    std::printf("%d minutes, %d visits: %+ld kB resident of %ld, %ld descriptors, database of %ju bytes\n", minutes_,
                 visits_, ResidentKilobytes() - resident, resident, Descriptors(),
                 std::filesystem::file_size(SystemPath(DatabasePath(9))));
 }

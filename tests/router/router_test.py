@@ -10,19 +10,25 @@ import socket
 import struct
 import subprocess
 import sys
-import tempfile
 import threading
 import unittest
 from http.server import BaseHTTPRequestHandler, HTTPServer
+from pathlib import Path
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../support"))
-from site_under_test import Site, bitmap
+from site_under_test import Site
 
 ROUTER, HOME = "192.168.77.1", "192.168.77.2"
 PUBLIC, CARRIER = "198.51.100.7", "100.64.3.2"
 SKIPPED = 77
 SERVICE = "urn:schemas-upnp-org:service:WANIPConnection:1"
 DEVICE = "urn:schemas-upnp-org:device:InternetGatewayDevice:1"
+ENVELOPE = '<?xml version="1.0"?><s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><s:Body>%s</s:Body></s:Envelope>'
+FAULT = "<s:Fault><detail><UPnPError><errorCode>%d</errorCode></UPnPError></detail></s:Fault>"
+RESPONSE = '<u:%sResponse xmlns:u="%s">%s</u:%sResponse>'
+RESULTS = {"GetStatusInfo": "<NewConnectionStatus>Connected</NewConnectionStatus><NewLastConnectionError>ERROR_NONE"
+                            "</NewLastConnectionError><NewUptime>9</NewUptime>",
+           "GetExternalIPAddress": "<NewExternalIPAddress>{outer}</NewExternalIPAddress>"}
 
 
 def run(*words):
@@ -63,8 +69,7 @@ def serve_discovery():
 
 
 def gateway(outer, allows):
-    with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "gateway.xml")) as file:
-        description = file.read()
+    here = os.path.dirname(os.path.abspath(__file__))
 
     class Gateway(BaseHTTPRequestHandler):
         def log_message(self, *_):
@@ -78,30 +83,21 @@ def gateway(outer, allows):
             self.wfile.write(text.encode())
 
         def do_GET(self):
-            self.answer(200, description)
+            self.answer(200, Path(here, "gateway.xml").read_text())
 
         def do_POST(self):
             action = self.headers["SOAPAction"].strip('"').split("#")[1]
             body = self.rfile.read(int(self.headers["Content-Length"])).decode()
-
-            def value(name):
-                found = re.search("<%s>([^<]*)</%s>" % (name, name), body)
-                return found.group(1) if found else ""
-            results = {"GetStatusInfo": "<NewConnectionStatus>Connected</NewConnectionStatus><NewLastConnectionError>ERROR_NONE"
-                                        "</NewLastConnectionError><NewUptime>9</NewUptime>",
-                       "GetExternalIPAddress": "<NewExternalIPAddress>%s</NewExternalIPAddress>" % outer}
+            value = dict(re.findall("<(New[A-Za-z]*)>([^<]*)<", body))
             error = 0
             if action == "AddPortMapping":
-                tell("upnp", "open", value("NewInternalPort"), value("NewLeaseDuration"), value("NewInternalClient"))
-                error = 0 if allows == "yes" or value("NewLeaseDuration") == "0" else 725 if allows == "for ever" else 606
+                lease = value["NewLeaseDuration"]
+                tell("upnp", "open", value["NewInternalPort"], lease, value["NewInternalClient"])
+                error = 0 if allows == "yes" or lease == "0" else 725 if allows == "for ever" else 606
             elif action == "DeletePortMapping":
-                tell("upnp", "close", value("NewExternalPort"))
-            envelope = '<?xml version="1.0"?><s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><s:Body>%s</s:Body></s:Envelope>'
-            if error:
-                self.answer(500, envelope % ("<s:Fault><detail><UPnPError><errorCode>%d</errorCode></UPnPError></detail></s:Fault>" % error))
-            else:
-                self.answer(200, envelope % ('<u:%sResponse xmlns:u="%s">%s</u:%sResponse>'
-                                             % (action, SERVICE, results.get(action, ""), action)))
+                tell("upnp", "close", value["NewExternalPort"])
+            inner = FAULT % error if error else RESPONSE % (action, SERVICE, RESULTS.get(action, "").replace("{outer}", outer), action)
+            self.answer(500 if error else 200, ENVELOPE % inner)
     return Gateway
 
 
@@ -124,7 +120,7 @@ def play_router(protocols, outer, allows):
 # The home.
 
 class Router:
-    def __init__(self, protocols, outer=PUBLIC, allows="yes"):
+    def __init__(self, protocols, outer, allows):
         self.process = subprocess.Popen(["unshare", "--net", sys.executable, __file__, "--router", protocols, outer, allows],
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self.process.stdout.readline()
@@ -143,51 +139,46 @@ class Router:
         return said
 
 
+def serve(protocols, outer, allows):
+    """Starts and stops a site. Returns what the router was asked, the site's address, and what the owner was told."""
+    router = Router(protocols, outer, allows)
+    site = Site(sys.argv[1], settings={"PortMapping": "1"})
+    try:
+        os.mkdir(site.folder + "/pictures")
+        site.add_album("A", site.folder + "/pictures")
+        site.start()
+        settings = Path(site.folder, "config/pixmora/settings.ini").read_text("utf-8")
+        address = re.search(r"http://[^\"\s]*", settings).group(0)
+        status = site.stop()
+        texts = ["\n".join(router.end()), address, site.error_text() + ("" if status == 0 else "status %s" % status)]
+        return [text.replace(str(site.port), "PORT") for text in texts]
+    finally:
+        site.close()
+
+
+# What is done, the router's words, its outer address, what it allows, what it is asked (or None), what the owner is told.
+STORIES = {
+    "nat_pmp_opens_the_port_and_takes_it_back":
+        ("nat-pmp", PUBLIC, "yes", "nat-pmp open PORT 3600\nnat-pmp close PORT 0", ""),
+    "upnp_opens_the_port_and_takes_it_back":
+        ("upnp", PUBLIC, "yes", "upnp open PORT 3600 %s\nupnp close PORT" % HOME, ""),
+    "a_router_that_knows_no_leases_opens_it_for_ever":
+        ("upnp", PUBLIC, "for ever", "upnp open PORT 3600 %s\nupnp open PORT 0 %s\nupnp close PORT" % (HOME, HOME), ""),
+    "a_refusal_is_told": ("nat-pmp upnp", PUBLIC, "no", None, "Your router has refused to open port PORT"),
+    "a_router_of_the_provider_is_told": ("nat-pmp", CARRIER, "yes", None, CARRIER + ", is a private one"),
+    "a_silent_router_is_told": ("none", PUBLIC, "yes", None, "No router has answered"),
+}
+
+
 class BehindARouter(unittest.TestCase):
-    def serve(self, protocols, outer=PUBLIC, allows="yes"):
-        """Starts and stops a site. Returns (what the router was asked, the site's address, what the owner was told)"""
-        router = Router(protocols, outer, allows)
-        with tempfile.TemporaryDirectory() as pictures:
-            with open(pictures + "/a.bmp", "wb") as file:
-                file.write(bitmap())
-            site = Site(sys.argv[1], settings={"PortMapping": "1"})
-            try:
-                site.add_album("A", pictures)
-                site.start()
-                with open(site.folder + "/config/pixmora/settings.ini", encoding="utf-8") as file:
-                    address = re.search(r"http://[^\"\s]*", file.read()).group(0)
-                self.assertEqual(site.stop(), 0)
-                texts = ["\n".join(router.end()), address, site.error_text()]
-                return tuple(text.replace(str(site.port), "PORT") for text in texts)
-            finally:
-                site.close()
-
-    def assert_opens(self, asked, *words):
-        self.assertEqual(("\n".join(asked), "http://%s:PORT" % PUBLIC, ""), self.serve(*words))
-
-    def test_nat_pmp_opens_the_port_and_takes_it_back(self):
-        self.assert_opens(["nat-pmp open PORT 3600", "nat-pmp close PORT 0"], "nat-pmp")
-
-    def test_upnp_opens_the_port_and_takes_it_back(self):
-        self.assert_opens(["upnp open PORT 3600 " + HOME, "upnp close PORT"], "upnp")
-
-    def test_a_router_that_knows_no_leases_opens_it_for_ever(self):
-        asked = ["upnp open PORT 3600 " + HOME, "upnp open PORT 0 " + HOME, "upnp close PORT"]
-        self.assert_opens(asked, "upnp", PUBLIC, "for ever")
-
-    def assert_trouble(self, words, *router):
-        _, address, told = self.serve(*router)
-        self.assertEqual("http://%s:PORT" % HOME, address)
-        self.assertIn(words, told)
-
-    def test_a_refusal_is_told(self):
-        self.assert_trouble("Your router has refused to open port PORT", "nat-pmp upnp", PUBLIC, "no")
-
-    def test_a_router_of_the_provider_is_told(self):
-        self.assert_trouble(CARRIER + ", is a private one", "nat-pmp", CARRIER)
-
-    def test_a_silent_router_is_told(self):
-        self.assert_trouble("No router has answered", "none")
+    def test_story(self):
+        protocols, outer, allows, asked, told = STORIES[sys.argv[2]]
+        seen = serve(protocols, outer, allows)
+        self.assertEqual("http://%s:PORT" % (HOME if told else PUBLIC), seen[1], seen)
+        if told:
+            self.assertIn(told, seen[2])
+        else:
+            self.assertEqual((asked, ""), (seen[0], seen[2]))
 
 
 def main():
@@ -195,12 +186,11 @@ def main():
         return play_router(*sys.argv[2:])
     if len(sys.argv) == 3:  # one test, in a namespace of its own
         run("ip", "link", "set", "lo", "up")
-        return unittest.main(argv=[sys.argv[0], sys.argv[2]], warnings="ignore")
+        return unittest.main(argv=sys.argv[:1], warnings="ignore")
     namespaces = ["unshare", "--user", "--map-root-user", "--net"]
     if subprocess.run([*namespaces, "true"], stderr=subprocess.DEVNULL).returncode != 0:
         sys.exit(SKIPPED)
-    tests = ["BehindARouter." + name for name in dir(BehindARouter) if name.startswith("test_")]
-    running = [subprocess.Popen([*namespaces, sys.executable, __file__, sys.argv[1], test]) for test in tests]
+    running = [subprocess.Popen([*namespaces, sys.executable, __file__, sys.argv[1], story]) for story in STORIES]
     sys.exit(max(test.wait() for test in running))
 
 

@@ -62,7 +62,7 @@ TEST_F(DirOrder, MovesAreKeptBySavingOnly) {
 }
 
 TEST_F(DirOrder, PreSortsRenumberTheRows) {
-    for (const auto &[name, time] : {std::pair{"a", 3000000}, {"b", 1000000}, {"O'Brien", 2000000}}) {
+    for (const auto &[name, time] : {std::pair{"a", 3000120}, {"b", 3000000}, {"O'Brien", 3000060}}) {
         const utimbuf times{time, time};
         utime(Program.Path(std::string("albums/Trips/") + name).c_str(), &times);
     }

@@ -3,18 +3,18 @@
 
 #include <unistd.h>
 
+#include <filesystem>
+#include <fstream>
+
+#include "core/site/ListenRefusal.h"
 #include "platform/files/Files.h"
 #include "platform/runtime/Clock.h"
-#include "platform/sockets/Hosts.h"
-#include "setup/rules/InternetState.h"
+#include "platform/runtime/Text.h"
 #include "support/ErrorOf.h"
 #include "support/SetupFixture.h"
 
 namespace pixmora {
 namespace {
-
-constexpr const char *own = "127.0.0.1";
-constexpr const char *unreachable = "::1";  // as the check listens on IPv4
 
 int FreePort() {
     const auto socket = Winsock::Create();
@@ -40,7 +40,7 @@ protected:
             EXPECT_EQ(url, "http://service.example/clients/firewall.php");
             EXPECT_TRUE(isBusy);
             if (whileAsking) whileAsking();
-            return publicIP;
+            return answer;
         };
         hands.ServiceBase = Give(serviceBase);
         return hands;
@@ -55,15 +55,11 @@ protected:
     bool IsPortOpen() const {
         return ErrorOf([this] { Occupy(); }) != ErrorNumber{};
     }
-    void ExpectInUse(const std::string &advice) {
-        Owner.ExpectMessage("There is another application already listening on port " + port + "! " + advice,
-                            FlagCritical);
-    }
 
     std::string port = std::to_string(FreePort());
     std::string fallbackPort = std::to_string(FreePort());
-    std::string privateIP = own;
-    std::string publicIP = own;
+    std::string privateIP = "127.0.0.1";
+    std::string answer = "127.0.0.1";
     std::string shown;
     std::string serviceBase = "http://service.example";
     bool isBusy = false;
@@ -72,140 +68,63 @@ protected:
     PortCheck check{Hands()};
 };
 
+/// The addresses of the rows: 127.0.0.1 is reached, ::1 isn't, as the check listens on IPv4.
 TEST_F(PortChecks, SayWhatTheyFind) {
-    const auto firewall = &PortCheck::CheckFirewall;
-    const auto portCheck = &PortCheck::CheckPort;
-    const struct {
-        void (PortCheck::*Check)();
-        std::string PublicIP;  ///< what the service answers, "offline": without Internet
-        std::string Message;
-        int Flags;
-        std::string Page = {};  ///< opened by the question's Yes
-        Tick Waited = 0;
-        bool FallsBack = false;
-        bool IsUsed = false;  ///< the port, by another program
-        std::string PrivateIP = own;
-    } cases[] = {
-        {firewall, "offline", "We cannot detect a connection to the Internet. Please connect before you run this test.",
-         FlagCritical},
-        {firewall, "<html>404 Not Found</html>\n",
-         "We can't contact our servers to validate your IP Address!\r\n\r\nIf you are sure you're connected to the "
-         "Internet, our servers may be down.\r\n\r\nPlease run the test later. For now, try starting your website and "
-         "ask a friend to try connecting.",
-         FlagCritical},
-        {firewall, own + std::string("\r\n"),
-         "Congratulations! Your computer has successfully received our request.\r\n\r\nThis usually indicates that "
-         "your friends will be able to see your website with no problem.",
-         FlagInformation},
-        // Just under eleven seconds, then the next look.
-        {firewall, unreachable,
-         "Your private IP address is 127.0.0.1, but your public IP address is ::1 ! It appears your computer is on a "
-         "network behind some sort of router that has not been properly configured.\r\n\r\nWould you like to read up "
-         "on properly configuring your router?",
-         CriticalQuestion, "support_config", 11000},
-        {firewall, unreachable,
-         "Your private and public IP addresses are the same but your computer did not receive our request. This "
-         "usually indicates your friends will not be able to connect to your website. Your Internet Service Provider "
-         "or firewall may block incoming traffic to certain ports on your computer. Please try changing your listening "
-         "port in Port Setup.\r\n\r\nWould you like to read more on this?",
-         CriticalQuestion, "support_noluck", 22000, true, false, unreachable},
-        {firewall, own, "Congratulations! Your computer has...", FlagInformation, "", 0, true, true},
-        {portCheck, "offline",
-         "We cannot detect a connection to the Internet. Please connect before you run Port Check.", FlagCritical},
-        {portCheck, "", "We were unable to contact our servers! Please try again later.", FlagCritical},
-        {portCheck, own,
-         "Congratulations! Your computer successfully received our request. This indicates that your friends will be "
-         "able to see your website.",
-         FlagInformation},
-        {portCheck, unreachable,
-         "Your computer did not receive our request! This indicates your friends will not be able to connect to your "
-         "website.\r\n\r\nIf you have properly setup your firewall or router, please try changing the listening port.",
-         FlagCritical, "", 11000},
-    };
-    for (const auto &row : cases) {
-        SCOPED_TRACE(row.Message);
+    std::ifstream table(std::filesystem::path(__FILE__).parent_path() / "portchecks.tsv");
+    int rows = 0;
+    for (std::string line; std::getline(table, line);) {
+        if (line.starts_with('#')) continue;
+        SCOPED_TRACE(line);
+        const std::vector<std::string> row = Split(Replace(Replace(line, "\\r", "\r"), "\\n", "\n"), "\t");
+        ASSERT_EQ(row.size(), 11U);
+        const bool isFirewall = row[0] == "firewall";
+        const bool isUsed = row[3] == "used";
         std::optional<ClockSetForTest> clock;
-        if (row.Waited > 0) clock.emplace(1000, MakeDate(2004, 3, 1));
-        DeleteSetting("Setup", "RunFirewallCheck");
+        if (!row[7].empty()) clock.emplace(1000, MakeDate(2004, 3, 1));
+        SaveSetting("Setup", "RunFirewallCheck", row[4]);
         DeleteSetting("Records", "FirewallCheck");
-        isConnected = row.PublicIP != "offline";
-        publicIP = row.PublicIP;
-        privateIP = row.PrivateIP;
-        port = std::to_string(FreePort());
-        const std::string before = port;
-        const auto other = row.IsUsed ? Occupy() : nullptr;
-        Owner.ExpectMessage(row.Message, row.Flags, row.Page.empty() ? AnswerOk : AnswerYes);
-        if (!row.Page.empty()) Owner.ExpectBrowser("http://service.example/" + row.Page + ".php");
+        isConnected = row[1] != "offline";
+        serviceBase = row[1] == "no service" ? "" : "http://service.example";
+        answer = row[1];
+        privateIP = row[2];
+        const std::string before = row[3] == "70000" ? row[3] : std::to_string(FreePort());
+        port = before;
+        const auto other = isUsed ? Occupy() : nullptr;
+        const int flags = row[5] == "critical"      ? FlagCritical
+                          : row[5] == "information" ? FlagInformation
+                                                    : CriticalQuestion;
+        Owner.ExpectMessage(Replace(row[10], "{port}", port), flags, row[6].empty() ? AnswerOk : AnswerYes);
+        if (!row[6].empty()) Owner.ExpectBrowser("http://service.example/" + row[6] + ".php");
         whileAsking = [&] {
-            EXPECT_EQ(IsPortOpen(), row.IsUsed || row.Check == portCheck) << "the port check listens before it asks";
+            EXPECT_EQ(IsPortOpen(), isUsed || !isFirewall) << "the port check listens before it asks";
         };
-        (check.*row.Check)();
-        EXPECT_EQ(port, row.FallsBack ? "8080" : before);
-        EXPECT_EQ(GetSetting("Setup", "RunFirewallCheck"), isConnected ? "1" : "");
-        const bool isReached = row.Check == firewall && row.Flags == FlagInformation;
+        isFirewall ? check.CheckFirewall() : check.CheckPort();
+        EXPECT_EQ(port, row[9].empty() ? before : row[9]);
+        EXPECT_EQ(GetSetting("Setup", "RunFirewallCheck"), row[8]);
+        const bool isReached = isFirewall && row[10].starts_with("Congratulations");
         EXPECT_EQ(GetSetting("Records", "FirewallCheck"), isReached ? "Pass" : "");
-        if (clock) {
-            EXPECT_EQ(GetTickCount() - 1000, row.Waited);
-        }
+        EXPECT_EQ(clock ? std::to_string(GetTickCount() - 1000) : "", row[7]);
         EXPECT_FALSE(isBusy);
-        if (row.FallsBack) port = fallbackPort;
-        if (isReached) {
-            EXPECT_FALSE(IsPortOpen()) << "given back";
-        }
+        port = row[9].empty() ? before : fallbackPort;
+        const bool isGivenBack = row[3] == "free" && !clock;
+        EXPECT_TRUE(!isGivenBack || !IsPortOpen()) << "given back";
+        ++rows;
     }
-    EXPECT_EQ(shown, own);
-    whileAsking = {};
-    port = std::to_string(FreePort());
-    const auto other = Occupy();
-    ExpectInUse("Please go to Port Setup and choose another port.");
-    check.CheckFirewall();
-    ExpectInUse("Please choose another port.");
-    check.CheckPort();
-    EXPECT_FALSE(isBusy);
-    port = "70000";
-    Owner.ExpectMessage("There is no port 70000! Ports go from 1 to 65535. Please choose another port.", FlagCritical);
-    check.CheckPort();
-}
-
-TEST_F(PortChecks, WithoutAServiceAllThatCanBeKnownHereIsTold) {
-    serviceBase = "";
-    const std::string isFree = "Port " + port + " is free, and this computer may listen on it.\r\n\r\nIts address ";
-    const std::string askAFriend =
-        "\r\n\r\nWhether it works can only be seen from outside: ask a friend to try connecting.";
-    const std::pair<const char *, std::string> addresses[] = {
-        {"192.168.1.5",
-         "is a private one, which only computers on your own network can reach. To let your friends in, open the page "
-         "of your router in your browser, look for \"port forwarding\", and forward TCP port " +
-             port + " to 192.168.1.5. Your friends then need your router's public address."},
-        {"198.51.100.7",
-         "is a public one. If a firewall keeps your friends away, allow incoming TCP connections on port " + port +
-             "."},
-    };
-    for (const auto &[address, words] : addresses) {
-        privateIP = address;
-        Owner.ExpectMessage(isFree + address + " " + words + askAFriend, FlagInformation);
-        check.CheckFirewall();
-    }
-    EXPECT_EQ(GetSetting("Setup", "RunFirewallCheck") + GetSetting("Records", "FirewallCheck"), "1");
-    privateIP = own;
-    Owner.ExpectMessage("This computer has no address on a network, so nobody else can reach your website.",
-                        FlagCritical);
-    check.CheckPort();
-    const auto other = Occupy();
-    ExpectInUse("Please go to Port Setup and choose another port.");
-    check.CheckFirewall();
+    EXPECT_EQ(rows, 17);
+    EXPECT_EQ(shown, "127.0.0.1");
 }
 
 TEST_F(PortChecks, AMissingRightIsToldApartFromAPortInUse) {
+    const std::string refusal =
+        "You have no right to listen on port 80! This computer keeps the ports up to 1023 for its administrator. "
+        "Please choose a port above 1023, such as 8080.";
+    EXPECT_EQ(ListenRefusal(RunTimeError(ErrorNumber::PermissionDenied), 80, "Please"), refusal);
     if (std::stoi(ReadBinaryFile("\\proc\\sys\\net\\ipv4\\ip_unprivileged_port_start")) <= 80) {
         GTEST_SKIP() << "this machine lets everybody listen on port 80";
     }
     serviceBase = "";
     port = "80";
-    Owner.ExpectMessage(
-        "You have no right to listen on port 80! This computer keeps the ports up to 1023 for its administrator. "
-        "Please choose a port above 1023, such as 8080.",
-        FlagCritical);
+    Owner.ExpectMessage(refusal, FlagCritical);
     const bool isAdministrator = geteuid() == 0 && seteuid(65534) == 0;  // without those rights, whoever runs the tests
     const std::string proposed = ProposedPort();
     check.CheckPort();
@@ -223,26 +142,6 @@ TEST_F(PortChecks, AnAbandonedCheckEndsWithoutAWord) {
     EXPECT_EQ(shown + GetSetting("Setup", "RunFirewallCheck"), "...");
     check.CheckPort();
     EXPECT_TRUE(check.IsAbandoned());
-}
-
-TEST(PrivateAddresses, AreThoseOfOwnNetworks) {
-    for (const char *address : {"10.1.2.3", "172.16.0.1", "172.31.9.9", "192.168.1.5", "169.254.1.1", "100.64.0.1"})
-        EXPECT_TRUE(IsPrivateAddress(address)) << address;
-    for (const char *address : {"172.32.0.1", "192.169.1.1", "100.128.0.1", "8.8.8.8", "", "ten"})
-        EXPECT_FALSE(IsPrivateAddress(address)) << address;
-}
-
-TEST(InternetState, NeedsADefaultRouteThatIsUp) {
-    const std::tuple<const char *, const char *, bool> rows[] = {
-        {"default route", "eth0\t00000000\t0101A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n", true},
-        {"network only", "eth0\t0001A8C0\t00000000\t0001\t0\t0\t100\t00FFFFFF\t0\t0\t0\n", false},
-        {"half of all addresses", "tun0\t00000000\t0101A8C0\t0003\t0\t0\t0\t00000080\t0\t0\t0\n", false},
-        {"down", "eth0\t00000000\t0101A8C0\t0002\t0\t0\t100\t00000000\t0\t0\t0\n", false},
-        {"refusing", "*\t00000000\t00000000\t0201\t0\t0\t100\t00000000\t0\t0\t0\n", false},
-        {"loopback", "lo\t00000000\t00000000\t0001\t0\t0\t100\t00000000\t0\t0\t0\n", false},
-    };
-    const std::string head = "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\tMTU\tWindow\tIRTT\n";
-    for (const auto &[name, route, isConnected] : rows) EXPECT_EQ(HasDefaultRoute(head + route), isConnected) << name;
 }
 
 }  // namespace

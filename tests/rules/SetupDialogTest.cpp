@@ -1,6 +1,7 @@
 // What the setup dialog decides: Finish, Cancel, its lists and texts.
 #include "setup/rules/SetupDialog.h"
 
+#include "platform/runtime/Text.h"
 #include "setup/rules/Autostart.h"
 #include "setup/rules/HelpTexts.h"
 #include "support/SetupFixture.h"
@@ -8,10 +9,7 @@
 namespace pixmora {
 namespace {
 
-const std::string firewallQuestion =
-    "You haven't run the Firewall Check yet! Until you do so, we cannot guarantee your friends will be able to "
-    "connect to your website. Do you want to run the firewall check now?\r\n\r\nIf you choose No, you can find the "
-    "Firewall Check in Setup.";
+const std::string firewallQuestion = "You haven't run the Firewall Check yet!...";
 
 class SetupDialog : public SetupFixture {
 protected:
@@ -45,18 +43,19 @@ protected:
 };
 
 TEST_F(SetupDialog, TheFirstFinishRemindsOfEverythingInOrder) {
-    Owner.ExpectMessage(
-        "You have decided not to run Pixmora! when Windows starts!\r\n\r\nThis is not recommended because it means you "
-        "will have to manually load Pixmora! to share your pictures and movies.\r\n\r\nWould you like to follow our "
-        "recommendation and have Pixmora! run automatically?",
-        CriticalQuestion, AnswerYes);
+    fields.RunOnStart = "1";
+    isClosedByCheck = true;
     Owner.ExpectMessage(firewallQuestion, CriticalQuestion, AnswerYes);
-    Owner.ExpectMessage(
-        "Just as a reminder, you can edit your albums or add more by returning to Setup.\r\n\r\nIf your website is "
-        "open while you modify a setting, make sure click Refresh in your browser to see the latest changes.",
-        FlagInformation);
+    EXPECT_FALSE(Finish());
+    EXPECT_EQ(Stored("ServerTitle"), "(none)") << "a check that outlives the dialog saves nothing";
+    isClosedByCheck = false;
+    DeleteSetting("Records", "FirewallCheckWarning");
+    fields.RunOnStart = "0";
+    Owner.ExpectMessage("You have decided not to run Pixmora! when Windows starts!...", CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage(firewallQuestion, CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage("Just as a reminder, you can edit your albums or add more...", FlagInformation);
     EXPECT_TRUE(Finish());
-    EXPECT_EQ(did, "check ");
+    EXPECT_EQ(did, "check check ");
     EXPECT_EQ(Stored("RunOnStart") + Stored("RunSetup"), "11");
     EXPECT_EQ(GetSetting("Records", "CreatedAlbum"), "1");
     EXPECT_EQ(Program.Read("config/autostart/pixmora.desktop"), AutostartEntry("/opt/pixmora"));
@@ -71,10 +70,7 @@ TEST_F(SetupDialog, WithoutAlbumsTheOwnerMayCreateOneFirst) {
     fields.RunOnStart = "1";
     albums = 0;
     for (const int answer : {AnswerYes, AnswerNo}) {
-        Owner.ExpectMessage(
-            "You don't have any albums setup!\r\n\r\nYou won't be able to start your website until you create "
-            "one.\r\n\r\nWould you like to create one now?",
-            CriticalQuestion, answer);
+        Owner.ExpectMessage("You don't have any albums setup!...", CriticalQuestion, answer);
         EXPECT_EQ(Finish(), answer == AnswerNo);
         EXPECT_EQ(did, "create ");
         EXPECT_EQ(IsFirstRun(), answer == AnswerYes) << "nothing is saved before";
@@ -83,61 +79,48 @@ TEST_F(SetupDialog, WithoutAlbumsTheOwnerMayCreateOneFirst) {
     EXPECT_EQ(GetSetting("Records", "FirewallCheckWarning"), "") << "without a service no check is offered";
 }
 
-TEST_F(SetupDialog, ACheckThatOutlivesTheDialogSavesNothing) {
-    SaveSetting("Setup", "RunSetup", "1");
-    isClosedByCheck = true;
-    Owner.ExpectMessage(firewallQuestion, CriticalQuestion, AnswerYes);
-    EXPECT_FALSE(Finish());
-    EXPECT_EQ(Stored("ServerTitle"), "(none)");
-}
-
-TEST_F(SetupDialog, PortsAndAddressesThatAreNoneAreNotStored) {
-    for (const char *port : {"1", "65000", "8080x"}) {
-        fields.ListenPort = port;
+TEST_F(SetupDialog, WhatIsNoPortAddressOrWishIsNotStored) {
+    const std::string badPort = "Invalid Port! Valid ranges are 1 to 65000! Reverting to original value...";
+    const std::string badAddress =
+        "Invalid Public Address! Enter a host, host:port or web address. Reverting to original value...";
+    using Field = std::string SetupFields::*;
+    const std::tuple<const char *, Field, std::string, std::string, std::string> rows[] = {
+        // key, field, what is typed, what is stored then, what the owner is told
+        {"ListenPort", &SetupFields::ListenPort, "1", "1", ""},
+        {"ListenPort", &SetupFields::ListenPort, "65000", "65000", ""},
+        {"ListenPort", &SetupFields::ListenPort, "8080x", "8080x", ""},
+        {"ListenPort", &SetupFields::ListenPort, "0", "8080x", badPort},
+        {"ListenPort", &SetupFields::ListenPort, "65001", "8080x", badPort},
+        {"ListenPort", &SetupFields::ListenPort, "abc", "8080x", badPort},
+        {"PublicAddress", &SetupFields::PublicAddress, "photos.example:8080", "photos.example:8080", ""},
+        {"PublicAddress", &SetupFields::PublicAddress, "my <photos>", "photos.example:8080", badAddress},
+        {"Style", &SetupFields::Style, "", "Default", ""},
+        {"MoreTypes", &SetupFields::MoreTypes, "1", "1", ""},
+        {"MoreTypes", &SetupFields::MoreTypes, "0", "(none)", ""},
+        {"BrowserCache", &SetupFields::BrowserCache, " 90 ", "90", ""},
+        {"BrowserCache", &SetupFields::BrowserCache, "-5", "(none)", ""},
+        {"BrowserCache", &SetupFields::BrowserCache, "soon", "(none)", ""},
+        {"FilesPerPage", &SetupFields::FilesPerPage, AllFiles, "0", ""},
+        {"ServiceBase", &SetupFields::ServiceBase, " photos.example// ", "http://photos.example", ""},
+    };
+    SaveSetupFields(fields, "/p");
+    for (const auto &[key, field, typed, stored, message] : rows) {
+        fields = LoadSetupFields();
+        fields.*field = typed;
+        fields.Welcome = Concat(key, typed);
+        fields.Description = "<b>my</b> site";
+        if (!message.empty()) Owner.ExpectMessage(message, FlagCritical);
         SaveSetupFields(fields, "/p");
-        EXPECT_EQ(Stored("ListenPort"), port);
-    }
-    for (const char *port : {"0", "65001", "abc", ""}) {
-        fields.ListenPort = port;
-        fields.Welcome = std::string("with ") + port;
-        Owner.ExpectMessage("Invalid Port! Valid ranges are 1 to 65000! Reverting to original value...", FlagCritical);
-        SaveSetupFields(fields, "/p");
-        EXPECT_EQ(Stored("ListenPort"), "8080x");
+        EXPECT_EQ(Stored(key), stored) << key << " " << typed;
         EXPECT_EQ(Program.Read("welcome.txt"), fields.Welcome) << "the rest is saved";
     }
-    fields.ListenPort = "80";
-    fields.Style.clear();
-    for (const char *address : {"photos.example:8080", "my <photos>"}) {
-        fields.PublicAddress = address;
-        if (fields.PublicAddress == "my <photos>")
-            Owner.ExpectMessage(
-                "Invalid Public Address! Enter a host, host:port or web address. Reverting to original value...",
-                FlagCritical);
-        SaveSetupFields(fields, "/p");
-        EXPECT_EQ(Stored("PublicAddress") + " " + Stored("Style"), "photos.example:8080 Default");
-    }
-}
-
-TEST_F(SetupDialog, WhatIsOffLeavesNoSetting) {
-    fields.MoreTypes = fields.ShowPlaces = "1";
-    fields.BrowserCache = " 90 ";
-    SaveSetupFields(fields, "/p");
-    EXPECT_EQ(Stored("MoreTypes") + Stored("ShowPlaces") + Stored("BrowserCache"), "1190");
-    EXPECT_EQ(LoadSetupFields().BrowserCache, "90");
-    for (const char *off : {CacheOff, "0", "", "-5", "soon"}) {
-        fields.BrowserCache = off;
-        fields.MoreTypes = fields.ShowPlaces = "0";
-        SaveSetupFields(fields, "/p");
-        EXPECT_EQ(Stored("MoreTypes") + Stored("ShowPlaces") + Stored("BrowserCache"), "(none)(none)(none)") << off;
-        EXPECT_EQ(LoadSetupFields().BrowserCache, CacheOff);
-    }
+    EXPECT_EQ(Program.Read("sitedesc.txt"), "my site");
+    EXPECT_EQ(LoadSetupFields().BrowserCache, CacheOff);
+    EXPECT_EQ(LoadSetupFields().FilesPerPage, AllFiles);
 }
 
 TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
-    Owner.ExpectMessage(
-        "You haven't configured your website yet!\r\n\r\nCancelling Setup is not recommended.\r\n\r\nAre you sure you "
-        "want to cancel Setup?",
-        CriticalQuestion, AnswerNo);
+    Owner.ExpectMessage("You haven't configured your website yet!...", CriticalQuestion, AnswerNo);
     EXPECT_FALSE(MayCancelSetup(false));
     SaveSetting("Setup", "RunSetup", "1");
     EXPECT_TRUE(MayCancelSetup(false));
@@ -155,19 +138,6 @@ TEST_F(SetupDialog, StylesAreThoseOfHtdocs) {
     EXPECT_EQ(StyleIndex(names, "My_Own"), 1);
     Owner.ExpectMessage("Your saved stylesheet cannot be found! Please pick a new one.", FlagCritical);
     EXPECT_EQ(StyleIndex(names, "Default"), -1);
-}
-
-TEST(SetupTexts, PathsAreCutToTheColumn) {
-    std::string accents = "/";  // 40 characters, whatever their bytes
-    for (int i = 0; i < 39; ++i) accents += "é";
-    const std::pair<std::string, std::string> paths[] = {
-        {"/home/owner/pictures/of/the/years/summer", "/home/owner/pictures/of/the/years/summer"},
-        {"/home/owner/pictures/of/the/years/summers", "/home/owner/pictures/of/the/y.../summers"},
-        {"C:\\My Pictures\\Collected Over The Years\\New", "C:\\My Pictures\\Collected Over The...\\New"},
-        {"/srv/" + std::string(60, 'x') + "end", "..." + std::string(34, 'x') + "end"},
-        {accents, accents},
-    };
-    for (const auto &[path, shown] : paths) EXPECT_EQ(AbbreviatedDir(path), shown);
 }
 
 TEST(SetupTexts, FiguresFollowTheControls) {
