@@ -22,7 +22,6 @@
 #include "support/ProgramFolder.h"
 
 namespace pixmora::test {
-
 namespace {
 
 class DesktopTest : public testing::Test {
@@ -259,5 +258,4 @@ TEST(TrayIcon, TakesTheTwoClicksOfATrayWithoutDoubleClicksForOne) {
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -1,13 +1,22 @@
-// What the owner's buttons and menu items do.
+// What the menus say about a site, and what the owner's buttons and menu items do.
 #include "console/OwnerActions.h"
 
+#include "console/MainStatus.h"
 #include "console/MenuItems.h"
 #include "outside/Address.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
-
 namespace {
+
+std::string Texts(const MenuItems &items) {
+    std::string text;
+    for (const MenuItem &item : items) {
+        text += (text.empty() ? "" : "|") + item.Text;
+        if (!item.SubItems.empty()) text += "{" + item.SubMenuName + ": " + Texts(item.SubItems) + "}";
+    }
+    return text;
+}
 
 class OwnerActionsTest : public RunningSite {
 protected:
@@ -42,6 +51,30 @@ protected:
 private:
     std::string done_;
 };
+
+TEST_F(OwnerActionsTest, AddressAndMenusFollowTheState) {
+    gVisitorsActive = 0;
+    EXPECT_EQ(Texts(SystrayMenuItems(true)), "Active Visitors: 0||Start Website|Setup||Minimize Window||Exit");
+    gWebsiteStarted = true;
+    gVisitorsActive = 3;
+    EXPECT_EQ(Texts(SystrayMenuItems(false)),
+              "Active Visitors: 3||Stop Website|Setup||Put Link in AIM Away Message||Restore Window||Exit");
+    gWebsiteAddress = "http://service.example?anna";
+    EXPECT_EQ(ReadMainStatus().Address, "http://service.example?anna");
+    SaveSetting("Setup", "ServiceBase", "http://service.example");
+    EXPECT_EQ(ReadMainStatus().Address, "service.example?anna") << "of the service's address alone";
+    gWebsiteAddress = "http://192.0.2.1:8080";
+    EXPECT_EQ(ReadMainStatus().Address, "http://192.0.2.1:8080");
+    gWebsiteStarted = false;
+    AddAlbum("Exit");
+    EXPECT_EQ(Texts(AlbumMenuItems()), "Add New Album|Edit Album||Holiday|Exit");
+    EXPECT_EQ(Texts(ActiveMenuItems()), "No Active Users");
+    constexpr std::int64_t month = 30 * 86400000LL;  // ms
+    gVisitors = {{0, Uptime(), "127.0.0.1", "Home Page"}, {0, Uptime() - month - 60000, "10.0.0.9", ""}};
+    EXPECT_EQ(Texts(ActiveMenuItems()),
+              "Me{0ActiveMenu: Connected Time: 0h 0m|Page: Home Page}|"
+              "10.0.0.9{1ActiveMenu: Connected Time: 720h 1m|Page: }");
+}
 
 TEST_F(OwnerActionsTest, SetupNeedsAStoppedSite) {
     EXPECT_EQ(Click(SystrayMenu, "Setup"), "setup");
@@ -138,5 +171,4 @@ TEST_F(OwnerActionsTest, AnItemsTextIsItsCommand) {
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -13,7 +13,6 @@
 #include "support/Client.h"
 
 namespace pixmora::test {
-
 namespace {
 
 const MenuItems people = {{"Me", {{"Page: Home Page", {}, {}}, {"Wave", {}, {}}}, "0Visit"},
@@ -199,5 +198,4 @@ TEST(MenuPlace, StaysClearOfWhatOpensItAndOnTheScreen) {
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -7,7 +7,6 @@
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
-
 namespace {
 
 class frmMainTest : public RunningSite {
@@ -78,9 +77,19 @@ TEST_F(frmMainTest, FollowsTheStateOfTheSite) {
 }
 
 TEST_F(frmMainTest, ShowsFiguresEachSecondAndOnLoading) {
-    gThumbsTotal = 7;
+    const auto figures = [this](const std::string &column) {
+        std::string texts;
+        for (const char *figure : {"RunningTime", "Connections", "Thumbs", "Downloads", "Bandwidth"})
+            texts += Text(("lblStat" + (figure + column)).c_str()) + "|";
+        return texts;
+    };
+    gRunningTotal = 60 * 24 - 1;  // a minute short of a day
+    gConnectionsTotal = 1000;
+    gThumbsTotal = 20;
+    gDownloadsTotal = 3;
+    gBandwidthTotal = 1;
     Main.Load();
-    EXPECT_EQ(Text("lblStatThumbsTotal"), "7");
+    EXPECT_EQ(figures("Total"), "0d 23h|1000|20|3|1.00 KB|");
     Clock.Advance(3600000);
     gOnlineTimer->StopTimer();  // a start that failed before its first step
     Main.ShowFigures();
@@ -90,11 +99,22 @@ TEST_F(frmMainTest, ShowsFiguresEachSecondAndOnLoading) {
     gThumbsSession = 2;
     EXPECT_TRUE(TurnUntil([this] { return Text("lblStatThumbsSession") == "2"; }));
     Main.Unload();
-    gVisitorsActive = 4;
+    gRunningTotal = 60 * 24 - 1;
+    gConnectionsTotal = 1000;
+    gBandwidthTotal = 1;
+    gVisitorsActive = gConnectionsSession = 4;
     gBandwidthSession = 3;
+    gOnlineTimer->StartTimer();
+    Clock.Advance(86400000);
     Main.Load();
     EXPECT_EQ(Text("lblStatActiveSession"), "4");
-    EXPECT_EQ(Text("lblStatBandwidthSession"), "3.00 KB");
+    EXPECT_EQ(figures("Session"), "24h 0m|4|2|0|3.00 KB|");
+    EXPECT_EQ(figures("Total"), "1d 23h|1004|2|0|4.00 KB|");
+    Clock.Advance(60000);
+    gBandwidthSession = 2000000001.0 / 1024;
+    Main.Load();
+    EXPECT_EQ(figures("Session"), "1d 0h|4|2|0|1.86 GB|");
+    EXPECT_EQ(Text("lblStatRunningTimeTotal"), "2d 0h");
 }
 
 TEST_F(frmMainTest, GoesToTheTrayOrIsMinimised) {
@@ -138,5 +158,4 @@ TEST_F(frmMainTest, EverythingIsReachedAndWorkedByKeys) {
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

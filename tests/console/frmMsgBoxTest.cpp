@@ -7,7 +7,6 @@
 #include "support/Client.h"
 
 namespace pixmora::test {
-
 namespace {
 
 constexpr int question = FlagYesNo;
@@ -100,5 +99,4 @@ TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -7,7 +7,6 @@
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
-
 namespace {
 
 class frmStartStatusTest : public RunningSite {
@@ -66,5 +65,4 @@ TEST_F(frmStartStatusTest, ShowsTheStartHeedsACancelAndOffersTheSite) {
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -24,28 +24,23 @@ protected:
     }
 };
 
-TEST_F(ListingsTest, ListsWhatTheAlbumShowsInTheDisksOrder) {
-    for (const char *name : {"b.JPG", "a.mpeg", "Z.gif", "c.jpeg", "d.txt", "e.Mov", "a b+&#%'.bmp", "folder.jpg/x"})
+TEST_F(ListingsTest, ListsWhatTheAlbumShowsAndTheOwnerTakesIn) {
+    for (const char *name : {"b.JPG", "a.mpeg", "Z.gif", "c.jpeg", "c.png", "d.webp", "e.HEIC", "f.avif", "g.MP4",
+                             "h.webm", "a b+&#%'.bmp", "folder.jpg/x", "i.mkv", "j.m4v", "k.heif", "l.tiff"})
         AddFile(name);
     clsAlbum &album = StartAlbum();
-    EXPECT_EQ(Files(), "Z.gif|a b+&#%'.bmp|a.mpeg|b.JPG|e.Mov");
+    EXPECT_EQ(Files(), "Z.gif|a b+&#%'.bmp|a.mpeg|b.JPG");
     album.ShowMovies = 0;
     EXPECT_EQ(Files(), "Z.gif|a b+&#%'.bmp|b.JPG");
-    EXPECT_TRUE(ListMediaFiles(album, album.Directory + "\\nowhere").empty());
-}
-
-TEST_F(ListingsTest, TakesInTodaysKindsWhereTheOwnerWants) {
-    for (const char *name : {"a.mpeg", "b.JPEG", "c.png", "d.webp", "e.HEIC", "f.avif", "g.MP4", "h.webm", "i.mkv",
-                             "j.m4v", "k.heif", "l.tiff"})
-        AddFile(name);
-    StartAlbum();
-    EXPECT_EQ(Files(), "a.mpeg");
     EXPECT_EQ(Get("/ShowPicture?1&full&/c.png"), "Not a Valid Picture!");
+    EXPECT_TRUE(ListMediaFiles(album, album.Directory + "\\nowhere").empty());
     SaveSetting("Setup", "MoreTypes", "1");
     LoadMediaTypes();
-    EXPECT_EQ(Files(), "a.mpeg|b.JPEG|c.png|d.webp|e.HEIC|f.avif|g.MP4|h.webm|i.mkv|j.m4v|k.heif");
+    album.ShowMovies = 1;
+    EXPECT_EQ(Files(),
+              "Z.gif|a b+&#%'.bmp|a.mpeg|b.JPG|c.jpeg|c.png|d.webp|e.HEIC|f.avif|g.MP4|h.webm|i.mkv|j.m4v|k.heif");
     const std::pair<const char *, const char *> types[] = {
-        {"Picture?1&full&/b.JPEG", "image/jpeg"}, {"Picture?1&full&/c.png", "image/png"},
+        {"Picture?1&full&/c.jpeg", "image/jpeg"}, {"Picture?1&full&/c.png", "image/png"},
         {"Picture?1&full&/d.webp", "image/webp"}, {"Picture?1&full&/e.HEIC", "image/heic"},
         {"Picture?1&full&/f.avif", "image/avif"}, {"Movie?1&full&/g.MP4", "video/mp4"},
         {"Movie?1&full&/h.webm", "video/webm"},   {"Movie?1&full&/a.mpeg", "application/octet-stream"}};
@@ -74,6 +69,23 @@ TEST_F(ListingsTest, SortsSubdirectoriesAsTheOwnerWants) {
     EXPECT_EQ(SubDirs("\\Alpha\\", 2, 0), "B!|c!");
     album.SubDirectories = 0;
     EXPECT_EQ(SubDirs("\\", 0, 0), "");
+}
+
+TEST_F(ListingsTest, MediaPageMayShowAllFilesOnOnePageAndNoSubdirectories) {
+    for (const char *name : {"a.jpg", "b.jpg", "c.jpg", "d.jpg", "sub/x.jpg"}) AddFile(name);
+    clsAlbum &album = StartAlbum();
+    gFilesPerPage = 0;
+    const std::string page = Get("/ShowAlbumMedia?1&thumbs&0");
+    EXPECT_EQ(Count(page, "id=\"pic_"), 4);
+    EXPECT_EQ(Count(page, "<tr>\r\n"), 2);
+    ExpectParts(page, {"Page 0 of 1"});
+    gFilesPerPage = 4;
+    ExpectParts(Get("/ShowAlbumMedia?1&thumbs&1"), {"!next.gif"});
+    album.SubDirectories = 0;
+    ExpectParts(Get("/ShowAlbumMedia?1&thumbs&1&gone"), {"No files here.<"});
+    ExpectParts(Get("/ShowAlbumMedia?1&thumbs&1"), {"/a.jpg"});
+    gFilesPerRow = 0;
+    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1"), "Bad Request");
 }
 
 TEST(VisitorFilePath, StaysInsideTheAlbumAndHasOneSpelling) {

@@ -62,21 +62,6 @@ TEST_F(ShowDetailsTest, ShowsThePlaceOnlyWhereTheOwnerWantsIt) {
     ExpectParts(PageOf(photograph("N", 148)), {"!?mlat="});
 }
 
-TEST_F(ShowDetailsTest, CountsAViewOnceForEachVisitor) {
-    for (const char *name : {"O'Brien/a b.jpg", "closed/x.jpg", "Private.jpg"}) AddFile(name);
-    AddRight("A", "\\closed", "nobody");
-    StartAlbum();
-    for (const char *args : {"nocount&/O'Brien/a%20b.jpg", "Count&/O'Brien/a%20b.jpg", "count&/closed/x.jpg",
-                             "count&/./closed/x.jpg", "count&/Private.jpg"})
-        Get(Concat("/ShowDetails?1&", args));
-    EXPECT_EQ(gDownloadsSession, 0);
-    for (const char *from : {"127.0.0.1", "127.0.0.1", "127.0.0.2"})
-        Get("/ShowDetails?1&count&//O'Brien/./a%20b.jpg", "", from);
-    EXPECT_EQ(Ask("SELECT FilePath, FileCount FROM PopularFiles"), "\\O%39Brien\\a b.jpg|2\n");
-    EXPECT_EQ(gDownloadsSession, 2);
-    EXPECT_EQ(Ask("SELECT AlbumName, Downloads FROM StatsDaily WHERE Downloads > 0"), "A|2\n");
-}
-
 TEST(FileDetails, WritesTimesOfTheTwelveHourDay) {
     EXPECT_EQ(FileTimeText(MakeDate(2004, 12, 31, 0, 5, 9)), "12/31/2004 12:05:09 AM");
     EXPECT_EQ(FileTimeText(MakeDate(1980, 1, 1, 12, 30, 0)), "1/1/1980 12:30:00 AM") << "noon, deliberately";

@@ -44,35 +44,26 @@ TEST_F(ShowPictureTest, ConvertsToTheSizeAndQualityOfTheMode) {
     EXPECT_GT(Picture("thumb&/wide.BMP").size(), coarse.size());
 }
 
-TEST_F(ShowPictureTest, LeavesTheOwnersFolderAlone) {
+TEST_F(ShowPictureTest, LeavesTheOwnersFolderAloneAndKeepsConversionsApart) {
     AddFile("a.jpg", "no picture at all");
-    AddFile("b.bmp", BitmapFile(20, 10));
     AddFile("c.bmp", BitmapFile(20, 10).replace(28, 1, 1, '\x08').substr(0, 60));
     StartAlbum();
     const auto folder = Program.Path("albums/A");
     const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::days(40);
     std::filesystem::last_write_time(folder, longAgo);
     SaveSetting("Setup", "BrowserCache", "10");
+    const Tick begun = gLastConversionTick = GetTickCount();
     EXPECT_EQ(Picture("thumb&/a.jpg"), imageHead_) << "not kept: it may be readable soon";
-    EXPECT_EQ(WidthOf(Picture("preview&/b.bmp")), 20);
+    EXPECT_EQ(gLastConversionTick - begun, 501);
     EXPECT_EQ(Picture("slideshow&/c.bmp"), WriteResponseHead("text/html", true) + "Picture Conversion Error");
     EXPECT_EQ(gThumbsSession, 2);
     EXPECT_EQ(std::filesystem::last_write_time(folder), longAgo);
-}
-
-TEST_F(ShowPictureTest, KeepsConversionsApart) {
-    AddFile("a.bmp", BitmapFile(20, 10));
-    StartAlbum();
-    const Tick begun = GetTickCount();
-    gLastConversionTick = begun - 100;
-    const auto ticks = [&](const std::string &args) {
-        Picture(args);
-        return gLastConversionTick - begun;
-    };
-    EXPECT_EQ(ticks("full&/a.bmp"), 401);
-    EXPECT_EQ(ticks("thumb&/missing.bmp"), 902);
+    Picture("full&/a.jpg");
+    Picture("thumb&/missing.bmp");
+    EXPECT_EQ(gLastConversionTick - begun, 4 * 501) << "each takes its turn";
     SaveSetting("Setup", "ConversionSpacing", "2000");
-    EXPECT_EQ(ticks("thumb&/a.bmp"), 2903);
+    Picture("full&/a.jpg");
+    EXPECT_EQ(gLastConversionTick - begun, 4 * 501 + 2001);
 }
 
 TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {

@@ -249,17 +249,8 @@ TEST_F(SetupForm, AClickTakesARightAway) {
     EXPECT_EQ(RowsOf(*form, "lvwRestricted"), "Trips|b|Ann|\n") << "the next key takes no other away";
 }
 
-TEST_F(SetupForm, AWebcamNeedsADeviceAndAPortNumbers) {
+TEST_F(SetupForm, APortNeedsNumbersAndAWebcamADevice) {
     const auto form = Open();
-    Tabs(*form).setCurrentIndex(4);
-    Owner.ExpectMessage("I'm sorry but no capture devices could be found...", FlagCritical);
-    Click(*form, "chkWebcam");
-    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
-    Cameras.Count = 1;
-    Hands.WhenShown("frmSetupWebcam", [](QWidget &webcam) { Click(webcam, "cmdOK"); });
-    Click(*form, "chkWebcam");
-    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0") << "it gives no picture";
-
     Tabs(*form).setCurrentIndex(7);
     auto *port = &Find<QComboBox>(*form, "cboListenPort");
     ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
@@ -269,6 +260,15 @@ TEST_F(SetupForm, AWebcamNeedsADeviceAndAPortNumbers) {
     EXPECT_EQ(port->currentText(), "8080x");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(port->currentText(), "8080");
+
+    Tabs(*form).setCurrentIndex(4);
+    Owner.ExpectMessage("I'm sorry but no capture devices could be found...", FlagCritical);
+    Click(*form, "chkWebcam");
+    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
+    Cameras.Count = 1;
+    Hands.WhenShown("frmSetupWebcam", [](QWidget &webcam) { Click(webcam, "cmdOK"); });
+    Click(*form, "chkWebcam");
+    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0") << "it gives no picture";
 }
 
 TEST_F(SetupForm, AnAlbumMadeOnTheWayLeavesTheKeysOnFinish) {
