@@ -68,8 +68,6 @@ TEST_F(clsXPMenuTest, RowsFollowTheItemsAndOnlyAClickOnACommandReachesTheHandler
     const auto wider = Show({{"Second & third", {}, {}}, {"A much longer item than that one", {}, {}}});
     const auto menu = Show();
     EXPECT_GT(wider->GetWidth(), menu->GetWidth());
-    EXPECT_EQ(menu->ItemRect(2).height(), 9);
-    EXPECT_EQ(menu->GetHeight(), 3 * menu->ItemRect(1).height() + 9 + 4);
     EXPECT_EQ(WindowOf(*menu)->height(), menu->GetHeight());
     for (const auto &[y, item] : {std::pair{menu->ItemRect(1).center().y(), 1},
                                   {menu->ItemRect(2).center().y(), 0},

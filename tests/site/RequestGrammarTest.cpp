@@ -11,8 +11,6 @@
 #include <random>
 
 #include "core/site/ByteRange.h"
-#include "core/site/Globals.h"
-#include "core/site/Visitors.h"
 #include "platform/runtime/Encoding.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -133,13 +131,6 @@ TEST(LinkParts, CarryAnyNameThroughPageBrowserAndQuery) {
         ASSERT_EQ(target.Args.size(), name.empty() ? 4U : 5U) << name;
         ASSERT_EQ(DecodeLinkPart(name.empty() ? "" : target.Args[4]), name);
     }
-}
-
-TEST(Visitors, DownloadsCountOnceForEachAndInEachAlbum) {
-    const std::tuple<const char *, int, const char *, bool> cases[] = {
-        {"1", 1, "/x", true}, {"1", 1, "/x", false}, {"1", 2, "/x", true}, {"2", 1, "/x", true}, {"1", 1, "/y", true}};
-    for (const auto &[ip, album, path, isNew] : cases) EXPECT_EQ(AddDownloadCookie(ip, album, path), isNew) << ip;
-    gDownloadCookies.clear();
 }
 
 }  // namespace
