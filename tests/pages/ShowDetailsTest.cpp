@@ -16,7 +16,7 @@ protected:
     }
 };
 
-TEST_F(ShowDetailsTest, ShowsWhatTheCameraNoted) {
+TEST_F(ShowDetailsTest, TellsWhatTheCameraNotedInTheOwnersWords) {
     StartAlbum();
     const std::string photograph = BlockBuilder(true).File(
         {{272, 2, 8, 0, {}, "Acme 200"}},
@@ -26,20 +26,16 @@ TEST_F(ShowDetailsTest, ShowsWhatTheCameraNoted) {
     ExpectParts(PageOf("no picture"), {"Dimensions: N/A<br>\r\n", "Date Taken: N/A<br>\n"});
     ExpectParts(PageOf(BitmapFile(40, 20) + std::string("Exif\0\0II*\0", 10)),
                 {"Dimensions: 40 x 20<br>\r\n", "Camera Model: N/A<br>\r\n&nbsp;&nbsp;Date Taken: N/A<br>\n"});
-}
-
-TEST_F(ShowDetailsTest, TellsTheCamerasFactsInTheirWords) {
-    StartAlbum();
     Program.Write("exif.ini", "[ExposureTime]\nFormat=1/@X s\n[FNumber]\nFormat=f/@X\n[Flash]\n16=switched off\n");
-    const std::tuple<std::uint32_t, std::uint32_t, const char *> exposures[] = {
-        {10, 2500, "1/250 s"}, {4, 1, "4 s"}, {1, 2, "0.5 s"}};
-    for (const auto &[numerator, denominator, text] : exposures) {
-        const std::string photograph = BlockBuilder(false).File({}, {{33434, 5, 1, 4, {numerator, denominator}},
-                                                                     {33437, 5, 1, 4, {28, 10}},
-                                                                     {37385, 3, 1, 2, {16}},
-                                                                     {37386, 5, 1, 4, {60000}},
-                                                                     {42036, 2, 9, 0, {}, "50 <mm> &"}});
-        ExpectParts(PageOf(photograph),
+    const std::pair<std::vector<std::uint32_t>, const char *> exposures[] = {
+        {{10, 2500}, "1/250 s"}, {{4, 1}, "4 s"}, {{1, 2}, "0.5 s"}};
+    for (const auto &[fraction, text] : exposures) {
+        const std::string bytes = BlockBuilder(false).File({}, {{33434, 5, 1, 4, fraction},
+                                                                {33437, 5, 1, 4, {28, 10}},
+                                                                {37385, 3, 1, 2, {16}},
+                                                                {37386, 5, 1, 4, {60000}},
+                                                                {42036, 2, 9, 0, {}, "50 <mm> &"}});
+        ExpectParts(PageOf(bytes),
                     {Concat(">&nbsp;&nbsp;Exposure: ", text, "<br>\r\n&nbsp;&nbsp;Aperture: f/2.8<br>\r\n",
                             "&nbsp;&nbsp;Flash: switched off<br>\r\n&nbsp;&nbsp;Lens: 50 &lt;mm&gt; &amp;<br>\r\n<")});
     }

@@ -40,13 +40,23 @@ protected:
 
 TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     const std::string folder = Program.MakeFolder("pictures");
-    frmSetupAlbum form(nullptr, std::nullopt, Chooses({Local(folder)}));
+    frmSetupAlbum form(nullptr, std::nullopt,
+                       Chooses({QUrl("smb://server/share"), Local("/"), Local(folder), Local("/"), Local(folder)}));
     form.show();
     EXPECT_FALSE(IsEnabled(form, "cmdDelete"));
     EXPECT_EQ(form.focusWidget()->objectName(), "txtAlbumName");
     Owner.ExpectMessage("Album name cannot contain...", FlagCritical);
     QTest::keyClicks(&Find(form, "txtAlbumName"), "Trips:");
     EXPECT_EQ(TextOf(form, "txtAlbumName"), "Trips");
+    Owner.ExpectMessage("Invalid directory to share!\r\n\r\nPlease choose a folder on your harddrive to share.",
+                        FlagCritical);
+    QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
+    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerYes);
+    for (int click = 0; click < 2; ++click) QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
+    EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "a good path is left alone";
+    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerNo);
+    Click(form, "cmdAlbumChangeDir");
+    EXPECT_EQ(TextOf(form, "txtAlbumPath"), "");
     Owner.ExpectMessage("You must choose a directory for this album!", FlagCritical);
     Click(form, "cmdOK");
     EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "the refusal brings the chooser";
@@ -60,22 +70,6 @@ TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     EXPECT_EQ(form.Outcome().What, AlbumOutcome::Kind::Saved);
     EXPECT_EQ(Column("Albums", "AlbumName") + Column("Albums", "Pictures") + Column("Albums", "FeaturedImage"),
               "Trips|0|1|");
-}
-
-TEST_F(SubForms, RootsAndFoldersOfNoDiskAreRefused) {
-    const std::string folder = Program.MakeFolder("pictures");
-    frmSetupAlbum form(nullptr, std::nullopt,
-                       Chooses({QUrl("smb://server/share"), Local("/"), Local(folder), Local("/")}));
-    form.show();
-    Owner.ExpectMessage("Invalid directory to share!\r\n\r\nPlease choose a folder on your harddrive to share.",
-                        FlagCritical);
-    QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
-    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerYes);
-    for (int click = 0; click < 2; ++click) QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
-    EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "a good path is left alone";
-    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerNo);
-    Click(form, "cmdAlbumChangeDir");
-    EXPECT_EQ(TextOf(form, "txtAlbumPath"), "");
 }
 
 TEST_F(SubForms, TheFeaturedPictureIsChosenOrLeft) {
