@@ -145,6 +145,8 @@ TEST_F(clsXPMenuTest, StaysOnTheScreenAndScrollsToWhatIsBeyond) {
         EXPECT_EQ(menu->ItemUnder(window.geometry().topLeft() + QPoint(9, 3)), 0) << "the band that scrolls back";
         Press(*menu, {Qt::Key_Z});
         EXPECT_EQ(menu->GetHilightNum(), 41);
+        Press(*menu, {Qt::Key_A, Qt::Key_A});
+        EXPECT_EQ(menu->GetHilightNum(), 43);
         Press(*menu, {Qt::Key_Q, Qt::Key_Home});
         EXPECT_EQ(menu->GetHilightNum(), 1);
         EXPECT_EQ(window.PlaceOfRow(menu->ItemRect(1)).y(), window.y() + menu->ItemRect(1).y());

@@ -50,7 +50,7 @@ TEST_F(frmStartStatusTest, ShowsTheStartHeedsACancelAndOffersTheSite) {
     EXPECT_FALSE(gWebsiteStarted);
     std::filesystem::create_directory(folder);
     RunWindow("Your Website is Live!", [](frmStartStatus &form) {
-        EXPECT_TRUE(form.tmrClose.Enabled());
+        EXPECT_TRUE(form.tmrClose.Enabled() && Find(form, "cmdViewSite").isVisible());
         EXPECT_EQ(form.tmrClose.Interval(), 5000);
         form.tmrClose.OnTimer();
     });

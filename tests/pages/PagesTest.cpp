@@ -55,9 +55,10 @@ TEST_F(Pages, SayWhatTheTableSays) {
     EXPECT_EQ(Ask("SELECT DirPath, DirCount FROM PopularDirs WHERE AlbumName = 'Walks'"),
               "\\O%39Brien\\R & B|2\n\\b\\c|2\n\\O%39Brien|1\n\\Private Stuff|1\n");
     EXPECT_EQ(Ask("SELECT FilePath, FileCount FROM PopularFiles WHERE AlbumName = 'Walks'"),
-              "\\d%39or\\b_c.avi|3\n\\R&B\\x & y.jpg|2\n\\b\\one.jpg|2\n\\b\\film.mpeg|2\n");
-    EXPECT_EQ(gDownloadsSession, 2);
-    EXPECT_EQ(Ask("SELECT AlbumName, Downloads FROM StatsDaily WHERE Downloads > 0"), "Walks|2\n");
+              "\\d%39or\\b_c.avi|3\n\\R&B\\x & y.jpg|2\n\\b\\one.jpg|2\n\\b\\film.mpeg|2\n"
+              "\\d%39or\\a.jpg|3\n");
+    EXPECT_EQ(gDownloadsSession, 5);
+    EXPECT_EQ(Ask("SELECT AlbumName, Downloads FROM StatsDaily WHERE Downloads > 0"), "Walks|5\n");
 }
 
 TEST_F(Pages, TellTheSessionAndTheStatisticsWhatTheySent) {

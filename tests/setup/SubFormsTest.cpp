@@ -159,6 +159,8 @@ TEST_F(SubForms, AUserIsOfferedAndTicksGiveAndTakeRights) {
     EXPECT_FALSE(IsEnabled(form, "cmdUserDelete")) << "the keys alone select nobody";
     tree->setCurrentItem(Node(form, "tvAccess", {0, 0}));
     EXPECT_EQ(TextOf(form, "lblParentAlbum") + TextOf(form, "lblAccessDir"), "TripsO'Brien");
+    for (const bool isOpen : {false, true}) Node(form, "tvAccess", {0})->setExpanded(isOpen);
+    EXPECT_EQ(Node(form, "tvAccess", {0})->childCount(), 1) << "read once";
     users->item(0)->setCheckState(Qt::Checked);
     users->item(1)->setCheckState(Qt::Checked);
     EXPECT_EQ(Column("PrivateDirs", "SubDir") + Column("PrivateDirs", "Username"), "\\O%34Brien|\\O%34Brien|Ann|Bob|");
