@@ -76,11 +76,21 @@ TEST_F(OwnerActionsTest, AddressAndMenusFollowTheState) {
               "10.0.0.9{1ActiveMenu: Connected Time: 720h 1m|Page: }");
 }
 
-TEST_F(OwnerActionsTest, SetupNeedsAStoppedSite) {
+TEST_F(OwnerActionsTest, SetupNeedsAStoppedSiteAndStatisticsARunningOne) {
     EXPECT_EQ(Click(SystrayMenu, "Setup"), "setup");
+    CanStart = false;
+    for (const int answer : {AnswerYes, AnswerNo})
+        Owner.ExpectMessage(
+            "You must start your website before viewing your statistics.\r\n\r\nWould you like to start it now?",
+            FlagYesNo, answer);
+    Actions.Statistics();
+    EXPECT_EQ(Done(), "start|figures");
+    CanStart = true;
     const int changes = Owner.StatusChanges();
     EXPECT_EQ(Click(SystrayMenu, "Start Website"), "start|figures");
     EXPECT_GT(Owner.StatusChanges(), changes);
+    Owner.ExpectBrowser("http://" + GetLocalIP() + ":" + std::to_string(Port()) + "/ShowAlbum?ShowStats");
+    Actions.Statistics();
     const auto setUp = [this](int visitors, int answer) {
         gVisitorsActive = visitors;
         Owner.ExpectMessage("You must stop your website before you enter Setup.\r\n\r\nWould you like to do that now?",
@@ -101,19 +111,6 @@ TEST_F(OwnerActionsTest, SetupNeedsAStoppedSite) {
     EXPECT_EQ(setUp(0, AnswerYes), "setup albums|start|figures");
     EXPECT_EQ(Click(SystrayMenu, "Stop Website"), "");
     EXPECT_FALSE(gWebsiteStarted);
-}
-
-TEST_F(OwnerActionsTest, StatisticsArePagesOfTheRunningSite) {
-    CanStart = false;
-    for (const int answer : {AnswerYes, AnswerNo})
-        Owner.ExpectMessage(
-            "You must start your website before viewing your statistics.\r\n\r\nWould you like to start it now?",
-            FlagYesNo, answer);
-    Actions.Statistics();
-    EXPECT_EQ(Done(), "start|figures");
-    Start();
-    Owner.ExpectBrowser("http://" + GetLocalIP() + ":" + std::to_string(Port()) + "/ShowAlbum?ShowStats");
-    Actions.Statistics();
 }
 
 TEST_F(OwnerActionsTest, ExitAsksByWhatThereIsToLose) {
