@@ -115,6 +115,9 @@ TEST_F(frmMainTest, ShowsFiguresEachSecondAndOnLoading) {
     Main.Load();
     EXPECT_EQ(figures("Session"), "1d 0h|4|2|0|1.86 GB|");
     EXPECT_EQ(Text("lblStatRunningTimeTotal"), "2d 0h");
+    gOnlineTimer->StopTimer();
+    Clock.Advance(3600000);
+    EXPECT_EQ(gOnlineTimer->Elapsed(), 86460000);
 }
 
 TEST_F(frmMainTest, GoesToTheTrayOrIsMinimised) {
