@@ -22,7 +22,6 @@
 #include "support/ProgramFolder.h"
 
 namespace pixmora::test {
-
 namespace {
 
 class DesktopTest : public testing::Test {
@@ -53,19 +52,17 @@ protected:
         Program = std::make_unique<Desktop>(forms, shell);
     }
     void Note(const std::string &what) { Done += what + "|"; }
-    void AddAlbum() {
-        ASSERT_TRUE(OpenOrCreateDatabase());
-        SaveAlbum();
-        gDatabase.reset();
-    }
     void SaveAlbum() {
+        ASSERT_TRUE(OpenOrCreateDatabase());
         AlbumFields fields;
         fields.Name = "Holiday";
         fields.Directory = Folder.MakeFolder("albums/Holiday");
         AlbumEditor().Save(fields);
     }
-    /// Steps that every start goes through first.
-    void ClickSplash() {
+    /// A new program, whose splash screen is clicked away first of all.
+    void Begin() {
+        MakeDesktop();
+        Done.clear();
         Hands.WhenShown("frmSplash", [this](QWidget &splash) {
             EXPECT_EQ(ShownWindow("frmMain"), nullptr);
             Note("splash");
@@ -73,17 +70,17 @@ protected:
         });
     }
     void CloseStartWindow() {
+        const auto cancel = [] {
+            const QWidget *form = ShownWindow("frmStartStatus");
+            return form == nullptr ? "" : TextOf(*form, "cmdCancel");
+        };
         Hands.When(
-            "end of the start",
-            [] {
-                QWidget *form = ShownWindow("frmStartStatus");
-                return form != nullptr && TextOf(*form, "cmdCancel") == "Close";
-            },
+            "end of the start", [cancel] { return cancel() == "Close"; },
             [] { Click(*ShownWindow("frmStartStatus"), "cmdCancel"); });
     }
 
     ProgramFolder Folder;
-    std::string Done;
+    std::string Done;  ///< what the program asked of its surroundings, "|" behind each
     bool CanOpen = true;
     std::function<void()> WhileSetupIsOpen = [] {
     };
@@ -92,21 +89,16 @@ protected:
 };
 
 TEST(RunMode, IsTheExactCommandLine) {
-    EXPECT_EQ(RunModeOf(""), RunMode::Normal);
-    EXPECT_EQ(RunModeOf("start"), RunMode::Start);
-    EXPECT_EQ(RunModeOf("startopensite"), RunMode::StartOpenSite);
     EXPECT_EQ(RunModeOf("START"), RunMode::NewAlbum);
     EXPECT_EQ(RunModeOf(" start"), RunMode::NewAlbum);
     EXPECT_EQ(NewAlbumDirectory("START"), "START");
-    EXPECT_EQ(NewAlbumDirectory("/srv/pictures of mine"), "/srv/pictures of mine");
     EXPECT_TRUE(NewAlbumDirectory("./").starts_with("/"));
 }
 
 TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesAlsoUnderADialog) {
-    ClickSplash();
+    Begin();
     EXPECT_TRUE(Program->Main(""));
     EXPECT_NE(ShownWindow("frmMain"), nullptr);
-    EXPECT_FALSE(gWebsiteStarted);
     EXPECT_EQ(Done, "splash|");
     EXPECT_EQ(GetSetting("Records", "InstallTime").size(), 10U);
     Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
@@ -126,49 +118,48 @@ TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesAlsoUnderADialog) 
     clsXPMenu::KillAllMenus();
 }
 
-TEST_F(DesktopTest, StartLeavesOnlyTheIconServesDuringADialogAndEndsWhenToldTo) {
-    AddAlbum();
-    ClickSplash();
+TEST_F(DesktopTest, AStartServesDuringADialogShowsAnErrorOnceAndEndsWhenToldTo) {
+    SaveAlbum();
+    gDatabase.reset();
+    Begin();
     CloseStartWindow();
     SaveSetting("Records", "InstallTime", "2004030112");
     EXPECT_TRUE(Program->Main("start"));
     EXPECT_EQ(GetSetting("Records", "InstallTime"), "2004030112");
     EXPECT_TRUE(gWebsiteStarted);
-    EXPECT_EQ(ShownWindow("frmMain"), nullptr);
+    EXPECT_EQ(ShownWindow("frmMain"), nullptr) << "the icon alone is left";
     EXPECT_FALSE(Program->IsMainWindowShown());
-    EXPECT_EQ(Done, "splash|");
-
     Hands.WhenShown("frmMsgBox", [port = gSystray->wnskListen->LocalPort](QWidget &box) {
-        const std::string page = Fetch(port, "GET / HTTP/1.0\r\n\r\n");
-        EXPECT_TRUE(page.starts_with("HTTP/1.0 200 OK"));
+        EXPECT_TRUE(Fetch(port, "GET / HTTP/1.0\r\n\r\n").starts_with("HTTP/1.0 200 OK"));
         QTest::keyClick(&box, Qt::Key_Space);
     });
     EXPECT_EQ(ShowMessageBox("?", FlagYesNo), AnswerYes);
     EXPECT_EQ(gVisitorsActive, 1);
 
+    Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
+        EXPECT_TRUE(TextOf(box, "lblMessage").starts_with("Error in database!"));
+        EXPECT_EQ(gSystray->wnskListen->State(), SocketState::Closed);
+        EXPECT_FALSE(Program->ShowUnhandledError(RunTimeError(ErrorNumber::Overflow)));
+        Click(box, "imgOk");
+    });
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(Program->ShowUnhandledError({ErrorNumber::DatabaseError, "no such table: Albums"}));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("no such table: Albums\n"), std::string::npos);
     Program->EndWithoutQuestion();
     EXPECT_FALSE(gWebsiteStarted);
     EXPECT_EQ(Done, "splash|end|");
 }
 
-TEST_F(DesktopTest, StartOpenSiteOpensItWhetherItRunsOrNot) {
-    ClickSplash();
+TEST_F(DesktopTest, ADirectoryAnAddressAndAFirstRunHaveTheirOwnBeginnings) {
+    Begin();
+    EXPECT_TRUE(Program->Main("/srv/pictures of mine"));
+    EXPECT_EQ(Done, "album /srv/pictures of mine|splash|");
+    Begin();
     Hands.WhenAsked("You haven't setup any albums! Would you like to set one up now?", "imgNo");
     CloseStartWindow();
     EXPECT_TRUE(Program->Main("startopensite"));
-    EXPECT_FALSE(gWebsiteStarted);
-    EXPECT_NE(ShownWindow("frmMain"), nullptr);
     EXPECT_EQ(Done, "splash|open |");
-}
-
-TEST_F(DesktopTest, ADirectoryComesBeforeEverythingThatShows) {
-    ClickSplash();
-    EXPECT_TRUE(Program->Main("/srv/pictures of mine"));
-    EXPECT_EQ(Done, "album /srv/pictures of mine|splash|");
-    EXPECT_FALSE(gWebsiteStarted);
-}
-
-TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
+    EXPECT_NE(ShownWindow("frmMain"), nullptr);
     for (const bool makesAlbum : {false, true}) {
         SaveSetting("Setup", "RunSetup", makesAlbum ? "-1" : "");
         WhileSetupIsOpen = [this, makesAlbum] {
@@ -177,9 +168,7 @@ TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
             SaveSetting("Records", "CreatedAlbum", "1");
             SaveAlbum();
         };
-        MakeDesktop();
-        Done.clear();
-        ClickSplash();
+        Begin();
         Hands.WhenAsked(
             "Welcome to your first time using Pixmora! Digital Media Software!\n\nTo get your website up and running, "
             "there are some things we have to setup and configure.\n\nPlease read everything carefully to expedite the "
@@ -197,28 +186,25 @@ TEST_F(DesktopTest, TheFirstRunGreetsAndOffersToStart) {
         EXPECT_EQ(TextOf(*ShownWindow("frmMain"), "lblStatAlbums"), makesAlbum ? "1" : "0");
         EXPECT_TRUE(Hands.IsDone()) << makesAlbum;
     }
+    EXPECT_FALSE(gWebsiteStarted);
 }
 
 TEST_F(DesktopTest, ASecondCopyIsRefusedBeforeAnythingOpens) {
-    const std::string lock = Folder.Write("pixmora.lock");
-    const int other = open(lock.c_str(), O_RDWR | O_CLOEXEC);
+    const int other = open(Folder.Write("pixmora.lock").c_str(), O_RDWR | O_CLOEXEC);
     ASSERT_EQ(flock(other, LOCK_EX), 0);
-    Hands.WhenAsked("Pixmora! Digital Media Software is already running!", "imgOk");
+    const std::string refusal = "Pixmora! Digital Media Software is already running!";
+    Hands.WhenAsked(refusal, "imgOk");
     EXPECT_FALSE(Program->Main(""));
-    Hands.WhenAsked(
-        "Pixmora! Digital Media Software is already running! To create an album, click on Setup and then "
-        "Albums.",
-        "imgOk");
+    Hands.WhenAsked(refusal + " To create an album, click on Setup and then Albums.", "imgOk");
     EXPECT_FALSE(Program->Main("start"));
     EXPECT_EQ(gDatabase, nullptr);
     EXPECT_EQ(Done, "");
     close(other);
 }
 
-TEST_F(DesktopTest, OpensAddressesAndFoldersAndSaysWhenNothingDoes) {
-    OpenInBrowser("http://192.0.2.1:8080");
-    OpenInBrowser("service.example?anna");
-    OpenInBrowser("mailto:?subject=x");
+TEST_F(DesktopTest, OpensAddressesAndSaysWhenNothingDoes) {
+    for (const char *address : {"http://192.0.2.1:8080", "service.example?anna", "mailto:?subject=x"})
+        OpenInBrowser(address);
     EXPECT_EQ(Done, "open http://192.0.2.1:8080|open http://service.example?anna|open mailto:?subject=x|");
     CanOpen = false;
     Hands.WhenAsked("There is no program on this computer that opens 'http://192.0.2.1'.", "imgOk");
@@ -228,51 +214,30 @@ TEST_F(DesktopTest, OpensAddressesAndFoldersAndSaysWhenNothingDoes) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("http://192.0.2.7:80"));
 }
 
-TEST_F(DesktopTest, AnUnhandledErrorIsShownOnceWithTheSiteClosedAndNotInTheDatabasesWords) {
-    AddAlbum();
-    ClickSplash();
-    CloseStartWindow();
-    EXPECT_TRUE(Program->Main("start"));
-    Hands.WhenShown("frmMsgBox", [this](QWidget &box) {
-        EXPECT_TRUE(TextOf(box, "lblMessage").starts_with("Error in database!"));
-        EXPECT_EQ(gSystray->wnskListen->State(), SocketState::Closed);
-        EXPECT_FALSE(Program->ShowUnhandledError(RunTimeError(ErrorNumber::Overflow)));
-        Click(box, "imgOk");
-    });
-    testing::internal::CaptureStderr();
-    EXPECT_TRUE(Program->ShowUnhandledError({ErrorNumber::DatabaseError, "no such table: Albums"}));
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("no such table: Albums\n"), std::string::npos);
-}
-
 TEST_F(DesktopTest, WindowsFollowTheDesktopsFontWhileTheyShow) {
     const QFont before = QApplication::font();
-    ClickSplash();
+    Begin();
     EXPECT_TRUE(Program->Main(""));
     const QSize usual = ShownWindow("frmMain")->size();
     QFont large = before;
     large.setPointSizeF(before.pointSizeF() * 1.5);
-    QSize box;
-    const auto showBox = [&box](QWidget &form) {
-        QTest::qWait(1);
-        box = form.size();
-        QTest::keyClick(&form, Qt::Key_Escape);
+    const auto sizeOfBox = [&] {
+        QSize size;
+        Hands.WhenShown("frmMsgBox", [&](QWidget &form) {
+            QApplication::setFont(large);
+            QTest::qWait(1);
+            size = form.size();
+            QTest::keyClick(&form, Qt::Key_Escape);
+        });
+        ShowMessageBox("What is to be done?", FlagYesNo);
+        return size;
     };
-    Hands.WhenShown("frmMsgBox", [&](QWidget &form) {
-        QApplication::setFont(large);
-        showBox(form);
-    });
-    ShowMessageBox("What is to be done?", FlagYesNo);
+    const QSize changedBox = sizeOfBox();
     const QSize changed = ShownWindow("frmMain")->size();
-    const QSize changedBox = box;
-    Program.reset();
-    ReleaseProgram();
-    MakeDesktop();
-    Hands.WhenShown("frmMsgBox", showBox);
-    ShowMessageBox("What is to be done?", FlagYesNo);
-    EXPECT_EQ(changedBox, box) << "as it is when it begins with that font";
-    ClickSplash();
+    Begin();
     EXPECT_TRUE(Program->Main(""));
     QTest::qWait(1);
+    EXPECT_EQ(changedBox, sizeOfBox()) << "as it is when it begins with that font";
     EXPECT_EQ(changed, ShownWindow("frmMain")->size());
     EXPECT_GT(changed.height(), usual.height() * 5 / 4);
     QApplication::setFont(before);
@@ -286,12 +251,11 @@ TEST(TrayIcon, TakesTheTwoClicksOfATrayWithoutDoubleClicksForOne) {
         ++doubleClicks;
     };
     tray.TrayAdd("Tip", {});
-    for (int clicks = 0; clicks < 2; ++clicks) tray.HandleActivation(QSystemTrayIcon::Trigger);
-    EXPECT_EQ(doubleClicks, 1);
-    tray.HandleActivation(QSystemTrayIcon::Trigger);
-    EXPECT_EQ(doubleClicks, 2);
+    for (const int wanted : {1, 1, 2}) {
+        tray.HandleActivation(QSystemTrayIcon::Trigger);
+        EXPECT_EQ(doubleClicks, wanted);
+    }
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -62,21 +62,25 @@ inline std::string TextOf(const QWidget &form, const char *name) {
     return dynamic_cast<const QLabel &>(control).text().toStdString();
 }
 
-/// Waits, from its making on, for one window after the other and does to each what is to be done. A step that has not
-/// come at the robot's end fails the test.
+/// Waits, from its making on, for one thing after the other and does then what is to be done. A step that has not come
+/// at the robot's end fails the test.
 class Robot {
 public:
-    using Action = std::function<void(QWidget &form)>;
-
     Robot() {
         QObject::connect(&timer_, &QTimer::timeout, [this] { Look(); });
         timer_.start(5);
     }
     ~Robot() {
-        for (const Step &step : steps_) ADD_FAILURE() << "never shown: " << step.Name;
+        for (const Step &step : steps_) ADD_FAILURE() << "never came: " << step.Name;
     }
 
-    void WhenShown(const char *name, Action action) { steps_.push_back({name, std::move(action), {}}); }
+    void When(const std::string &name, std::function<bool()> isDue, std::function<void()> act) {
+        steps_.push_back({name, std::move(isDue), std::move(act)});
+    }
+    void WhenShown(const char *name, const std::function<void(QWidget &form)> &act) {
+        When(
+            name, [name] { return ShownWindow(name) != nullptr; }, [name, act] { act(*ShownWindow(name)); });
+    }
     /// A message box. @param text whole, with the line ends of a label @param button that is pressed then
     void WhenAsked(const std::string &text, const char *button) {
         WhenShown("frmMsgBox", [text, button](QWidget &box) {
@@ -84,28 +88,21 @@ public:
             Click(box, button);
         });
     }
-    /// What is done as soon as the condition holds.
-    void When(const char *name, std::function<bool()> condition, std::function<void()> action) {
-        steps_.push_back({name, [action = std::move(action)](QWidget &) { action(); }, std::move(condition)});
-    }
     bool IsDone() const { return steps_.empty(); }
 
 private:
     struct Step {
         std::string Name;
-        Action Do;
-        std::function<bool()> Condition;  ///< in place of the window's showing
+        std::function<bool()> IsDue;
+        std::function<void()> Act;
     };
 
     void Look() {
-        if (steps_.empty()) return;
-        QWidget *form = steps_.front().Condition ? nullptr : ShownWindow(steps_.front().Name.c_str());
-        if (form == nullptr && !(steps_.front().Condition && steps_.front().Condition())) return;
+        if (steps_.empty() || !steps_.front().IsDue()) return;
         // The action may turn the loop, and the next step may come within it.
         const Step step = std::move(steps_.front());
         steps_.pop_front();
-        QWidget nothing;
-        step.Do(form == nullptr ? nothing : *form);
+        step.Act();
     }
 
     std::deque<Step> steps_;

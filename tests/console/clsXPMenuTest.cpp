@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QPushButton>
 #include <QScreen>
+#include <algorithm>
 
 #include "console/AccessibleMenus.h"
 #include "console/Robot.h"
@@ -12,7 +13,6 @@
 #include "support/Client.h"
 
 namespace pixmora::test {
-
 namespace {
 
 const MenuItems people = {{"Me", {{"Page: Home Page", {}, {}}, {"Wave", {}, {}}}, "0Visit"},
@@ -35,19 +35,19 @@ protected:
         menu->ShowMenu(corner);
         return menu;
     }
+    static QList<frmXPMenu *> Windows() {
+        QList<frmXPMenu *> windows;
+        for (QWidget *form : QApplication::topLevelWidgets())
+            if (auto *window = dynamic_cast<frmXPMenu *>(form)) windows << window;
+        return windows;
+    }
     static frmXPMenu *WindowOf(const clsXPMenu &menu) {
-        for (QWidget *form : QApplication::topLevelWidgets()) {
-            auto *window = dynamic_cast<frmXPMenu *>(form);
-            if (window != nullptr && window->XPMenuClass.get() == &menu) return window;
-        }
+        for (frmXPMenu *window : Windows())
+            if (window->XPMenuClass.get() == &menu) return window;
         return nullptr;
     }
-    static int OpenMenus() {
-        int count = 0;
-        for (const QWidget *form : QApplication::topLevelWidgets()) {
-            count += form->isVisible() && form->property("Tag").toString() == QLatin1String("XPMenu") ? 1 : 0;
-        }
-        return count;
+    static auto OpenMenus() {
+        return std::ranges::count_if(Windows(), [](const frmXPMenu *window) { return window->isVisible(); });
     }
     static QPoint Middle(const clsXPMenu &menu, int item) { return menu.ItemRect(item).center(); }
     static void Press(const clsXPMenu &menu, const QList<Qt::Key> &keys) {
@@ -64,31 +64,22 @@ private:
     std::string clicked_;
 };
 
-TEST_F(clsXPMenuTest, RowsAndWidthFollowTheItems) {
+TEST_F(clsXPMenuTest, RowsFollowTheItemsAndOnlyAClickOnACommandReachesTheHandler) {
+    const auto wider = Show({{"Second & third", {}, {}}, {"A much longer item than that one", {}, {}}});
     const auto menu = Show();
-    const int row = menu->ItemRect(1).height();
-    EXPECT_EQ(menu->ItemRect(2).height(), 9);
-    EXPECT_EQ(menu->GetHeight(), 3 * row + 9 + 4);
+    EXPECT_GT(wider->GetWidth(), menu->GetWidth());
     EXPECT_EQ(WindowOf(*menu)->height(), menu->GetHeight());
     for (const auto &[y, item] : {std::pair{menu->ItemRect(1).center().y(), 1},
                                   {menu->ItemRect(2).center().y(), 0},
                                   {menu->GetHeight() + 5, 0},
                                   {-1, 0}})
         EXPECT_EQ(menu->GetHilightedItem(y), item) << y;
-    const auto wider = Show({{"Second & third", {}, {}}, {"A much longer item than that one", {}, {}}});
-    EXPECT_GT(wider->GetWidth(), menu->GetWidth());
-}
-
-TEST_F(clsXPMenuTest, OnlyAClickOnACommandClosesAllMenusAndReachesTheHandler) {
-    const auto menu = Show();
     QTest::mouseRelease(WindowOf(*menu), Qt::RightButton, {}, Middle(*menu, 1));  // of the press that opened it
     for (const int item : {2, 4}) QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, item));
     EXPECT_EQ(Clicked(), "");
-    EXPECT_TRUE(menu->IsVisible());
-    EXPECT_TRUE(menu->PopupShown());
+    EXPECT_TRUE(menu->IsVisible() && menu->PopupShown());
     QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 3));
     EXPECT_EQ(Clicked(), "Menu:Second & third ");
-    EXPECT_FALSE(menu->IsVisible());
     EXPECT_EQ(OpenMenus(), 0);
 }
 
@@ -154,13 +145,12 @@ TEST_F(clsXPMenuTest, StaysOnTheScreenAndScrollsToWhatIsBeyond) {
         EXPECT_EQ(menu->ItemUnder(window.geometry().topLeft() + QPoint(9, 3)), 0) << "the band that scrolls back";
         Press(*menu, {Qt::Key_Z});
         EXPECT_EQ(menu->GetHilightNum(), 41);
+        Press(*menu, {Qt::Key_A, Qt::Key_A});
+        EXPECT_EQ(menu->GetHilightNum(), 43);
         Press(*menu, {Qt::Key_Q, Qt::Key_Home});
         EXPECT_EQ(menu->GetHilightNum(), 1);
         EXPECT_EQ(window.PlaceOfRow(menu->ItemRect(1)).y(), window.y() + menu->ItemRect(1).y());
     }
-    EXPECT_EQ(MenuPlaceAt({100, 100, 28, 24}, {200, 150}, {0, 0, 1000, 800}), QPoint(100, 124))
-        << "clear of its button";
-    EXPECT_EQ(MenuPlaceAt({100, 700, 28, 24}, {200, 150}, {0, 0, 1000, 800}), QPoint(100, 550));
 }
 
 TEST_F(clsXPMenuTest, IsAmongTheWindowsOfAssistiveTechnology) {
@@ -178,24 +168,24 @@ TEST_F(clsXPMenuTest, IsAmongTheWindowsOfAssistiveTechnology) {
 }
 
 TEST_F(clsXPMenuTest, EndsWithTheNextMenuAPressOutsideOrTheFocusGoneElsewhere) {
-    const auto first = Show();
-    first->setHilightedItem(4);
-    const auto second = Show(commands, {300, 300});
-    EXPECT_FALSE(first->IsVisible());
-    EXPECT_EQ(OpenMenus(), 1);
-    second->setHilightedItem(4);
+    const auto openTwo = [this](const QPoint &corner) {
+        const auto menu = Show(commands, corner);
+        EXPECT_EQ(OpenMenus(), 1) << "the one before has gone";
+        menu->setHilightedItem(4);
+        return menu;
+    };
+    const auto first = openTwo({100, 100});
+    const auto second = openTwo({300, 300});
     QTest::mousePress(QApplication::activePopupWidget(), Qt::LeftButton, {}, QPoint(-500, -50));
     EXPECT_EQ(OpenMenus(), 0);
-
+    const auto third = openTwo({100, 100});
     QWidget other;
-    const auto third = Show();
-    third->setHilightedItem(4);
     other.show();
     other.activateWindow();
     EXPECT_TRUE(TurnUntil([] { return OpenMenus() == 0; }));
 }
 
-TEST(TrayMenuPlace, StaysClearOfTheTaskBarAndOnTheScreen) {
+TEST(MenuPlace, StaysClearOfWhatOpensItAndOnTheScreen) {
     const QRect screen(0, 0, 1000, 800);
     const QSize menu(200, 150);
     const QRect barBelow(0, 0, 1000, 770);
@@ -203,8 +193,9 @@ TEST(TrayMenuPlace, StaysClearOfTheTaskBarAndOnTheScreen) {
     EXPECT_EQ(TrayMenuPlace({500, 10}, menu, screen, {0, 30, 1000, 770}), QPoint(500, 30)) << "a bar above";
     EXPECT_EQ(TrayMenuPlace({500, 400}, menu, screen, barBelow), QPoint(500, 250)) << "no bar known";
     EXPECT_EQ(TrayMenuPlace({500, 100}, menu, screen, barBelow), QPoint(500, 100)) << "no room above the pointer";
+    EXPECT_EQ(MenuPlaceAt({100, 100, 28, 24}, menu, screen), QPoint(100, 124)) << "below a button";
+    EXPECT_EQ(MenuPlaceAt({100, 700, 28, 24}, menu, screen), QPoint(100, 550)) << "no room below it";
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -7,52 +7,37 @@
 #include "support/Client.h"
 
 namespace pixmora::test {
-
 namespace {
 
 constexpr int question = FlagYesNo;
 
-TEST(frmMsgBox, TheFlagsChooseButtonsAndIcon) {
-    const std::tuple<int, bool, const char *> cases[] = {
-        {36, true, "imgInfo"}, {16, false, "imgCritical"}, {20, true, "imgCritical"}};
+TEST(frmMsgBox, ShowsWhatItsFlagsSayAndTakesKeys) {
+    const std::tuple<int, QList<Qt::Key>, int, const char *> cases[] = {
+        {FlagCritical, {Qt::Key_Escape}, AnswerOk, "imgCritical"},
+        {0, {Qt::Key_Space}, AnswerOk, "imgInfo"},
+        {CriticalQuestion, {Qt::Key_A, Qt::Key_Enter}, AnswerYes, "imgCritical"},
+        {36, {Qt::Key_Space}, AnswerYes, "imgInfo"},
+        {question, {Qt::Key_Tab, Qt::Key_Return}, AnswerNo, "imgInfo"},
+        {question, {Qt::Key_Right, Qt::Key_Space}, AnswerNo, "imgInfo"},
+        {question, {Qt::Key_Tab, Qt::Key_Left, Qt::Key_Enter}, AnswerYes, "imgInfo"},
+        {question, {Qt::Key_Escape}, AnswerNo, "imgInfo"}};
     frmMsgBox box;
-    for (const auto &[flags, isQuestion, icon] : cases) {
-        SCOPED_TRACE(flags);
+    for (const auto &[flags, keys, answer, icon] : cases) {
         Robot robot;
-        robot.WhenShown("frmMsgBox", [isQuestion = isQuestion, icon = icon](QWidget &form) {
+        robot.WhenShown("frmMsgBox", [&, flags = flags, &keys = keys, icon = icon](QWidget &form) {
             EXPECT_EQ(TextOf(form, "lblMessage"), "One <b>line</b>\n\nand another");
-            EXPECT_EQ(Find(form, "imgOk").isVisible(), !isQuestion);
-            EXPECT_EQ(Find(form, "imgYes").isVisible(), isQuestion);
-            EXPECT_EQ(Find(form, "imgNo").isVisible(), isQuestion);
-            EXPECT_TRUE(Find(form, icon).isVisible());
-            Click(form, isQuestion ? "imgYes" : "imgOk");
-        });
-        EXPECT_EQ(box.Ask("One <b>line</b>\r\n\r\nand another", flags, nullptr), isQuestion ? AnswerYes : AnswerOk);
-        EXPECT_FALSE(box.isVisible());
-    }
-}
-
-TEST(frmMsgBox, KeysAnswer) {
-    const std::tuple<int, QList<Qt::Key>, int> cases[] = {
-        {0, {Qt::Key_Escape}, AnswerOk},
-        {0, {Qt::Key_Space}, AnswerOk},
-        {question, {Qt::Key_A, Qt::Key_Enter}, AnswerYes},
-        {question, {Qt::Key_Space}, AnswerYes},
-        {question, {Qt::Key_Tab, Qt::Key_Return}, AnswerNo},
-        {question, {Qt::Key_Right, Qt::Key_Space}, AnswerNo},
-        {question, {Qt::Key_Tab, Qt::Key_Left, Qt::Key_Enter}, AnswerYes},
-        {question, {Qt::Key_Escape}, AnswerNo}};
-    frmMsgBox box;
-    for (const auto &[flags, keys, answer] : cases) {
-        Robot robot;
-        robot.WhenShown("frmMsgBox", [&keys = keys](QWidget &form) {
+            for (const char *button : {"imgYes", "imgNo"})
+                EXPECT_EQ(Find(form, button).isVisible(), (flags & FlagYesNo) != 0) << flags;
+            EXPECT_NE(Find(form, "imgOk").isVisible(), Find(form, "imgNo").isVisible());
+            EXPECT_TRUE(Find(form, icon).isVisible()) << flags;
             ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
             for (const Qt::Key key : keys) {
                 ASSERT_NE(QApplication::focusWidget(), nullptr) << "no button tells its focus";
                 QTest::keyClick(QApplication::focusWidget(), key);
             }
         });
-        EXPECT_EQ(box.Ask("?", flags, nullptr), answer) << flags << " " << keys.last();
+        EXPECT_EQ(box.Ask("One <b>line</b>\r\n\r\nand another", flags, nullptr), answer) << flags << " " << keys.last();
+        EXPECT_FALSE(box.isVisible());
     }
 }
 
@@ -77,8 +62,7 @@ TEST(frmMsgBox, ASecondQuestionWaitsForTheFirstAndEachKeepsItsAnswer) {
 TEST(frmHelpBalloon, StandsBesideThePointerOnTheScreen) {
     const QRect screen(0, 0, 1000, 800);
     EXPECT_EQ(BalloonPlace({100, 100}, {300, 120}, screen), QPoint(110, 110));
-    EXPECT_EQ(BalloonPlace({700, 100}, {300, 120}, screen), QPoint(390, 110)) << "past the right edge";
-    EXPECT_EQ(BalloonPlace({690, 790}, {300, 120}, screen), QPoint(700, 680)) << "past the lower edge";
+    EXPECT_EQ(BalloonPlace({700, 790}, {300, 120}, screen), QPoint(390, 680)) << "past the right and the lower edge";
 }
 
 TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
@@ -87,29 +71,24 @@ TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
     QDialog dialog;
     dialog.setModal(true);
     dialog.show();
-    const std::string text(200, 'x');
-    balloon.Show("Title", text, true);
-    Click(balloon, "lblOnlineSupport");
+    const auto endsBy = [&](const std::function<void()> &action) {
+        balloon.Show("Title", std::string(200, 'x'), true);
+        action();
+        return !balloon.isVisible();
+    };
+    EXPECT_FALSE(endsBy([&] { Click(balloon, "lblOnlineSupport"); }));
     EXPECT_EQ(opened, 1);
-    QTest::keyClick(&dialog, Qt::Key_Escape);
-    EXPECT_FALSE(balloon.isVisible());
+    EXPECT_TRUE(endsBy([&] { QTest::keyClick(&dialog, Qt::Key_Escape); }));
     EXPECT_TRUE(dialog.isVisible()) << "Escape was meant for the balloon";
-    balloon.Show("Title", text, true);
     QDialog above;
     above.setModal(true);
-    above.show();
-    EXPECT_FALSE(balloon.isVisible()) << "it lay dead over the box that opens";
+    EXPECT_TRUE(endsBy([&] { above.show(); })) << "it lay dead over the box that opens";
     above.hide();
-    balloon.Show("Title", text, true);
-    dialog.hide();
-    EXPECT_FALSE(balloon.isVisible()) << "it belongs to its dialog";
-    balloon.Show("Another", text, false);
+    EXPECT_TRUE(endsBy([&] { dialog.hide(); })) << "it belongs to its dialog";
+    balloon.Show("Another", "text", false);
     EXPECT_EQ(TextOf(balloon, "lblHelpBalloonTitle"), "Another");
     EXPECT_FALSE(Find(balloon, "lblOnlineSupport").isVisible());
-    Click(balloon, "imgHelpBallonExit");
-    EXPECT_FALSE(balloon.isVisible());
-    balloon.Show("Title", "", true);
-    EXPECT_FALSE(balloon.isVisible());
+    EXPECT_TRUE(endsBy([&] { Click(balloon, "imgHelpBallonExit"); }));
     EXPECT_EQ(BalloonTime(QStringLiteral("\u00e9x")), 120);
     balloon.Show("Title", "abc", true);
     EXPECT_TRUE(balloon.isVisible());
@@ -117,5 +96,4 @@ TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
 }
 
 }  // namespace
-
 }  // namespace pixmora::test

@@ -1,14 +1,20 @@
-// Tests of picture delivery.
-#include "support/PageSite.h"
+// Tests of picture delivery, and of what browsers may keep.
+#include <chrono>
+#include <filesystem>
+#include <optional>
+
+#include "pages/PageTest.h"
+#include "pages/clsWebServerCommands.h"
+#include "platform/runtime/Clock.h"
 #include "support/Pictures.h"
 
 namespace pixmora::test {
 namespace {
 
-class ShowPictureTest : public PageSite {
+class ShowPictureTest : public PageTest {
 protected:
-    std::string Picture(std::string_view args) { return Get("ShowPicture?" + std::string(args)); }
-    std::int32_t WidthOf(const std::string &answer) {
+    std::string Picture(const std::string &args) const { return Get("/ShowPicture?1&" + args); }
+    std::int32_t WidthOf(const std::string &answer) const {
         const std::string path = Program.Write("answer.jpg", Body(answer));
         PictureEngine engine;
         std::int32_t success = 0;
@@ -19,63 +25,51 @@ protected:
 };
 
 TEST_F(ShowPictureTest, ConvertsToTheSizeAndQualityOfTheMode) {
-    const clsAlbum &album = AddAlbum("A");
-    AddFile(album, "wide.BMP", BitmapFile(1000, 40));
-    AddFile(album, "small.bmp", BitmapFile(20, 10));
+    const std::string wide = BitmapFile(1000, 40);
+    AddFile("wide.BMP", wide);
+    AddFile("small.bmp", BitmapFile(20, 10));
+    StartAlbum();
     gThumbQuality = 50 * 4096;
-    const std::string coarse = Picture("1&thumb&/wide.BMP");
+    const std::string coarse = Picture("thumb&/wide.BMP");
     EXPECT_TRUE(coarse.starts_with(imageHead_ + "\xFF\xD8"));
-    EXPECT_EQ(WidthOf(coarse), 150);
-    EXPECT_EQ(WidthOf(Picture("1&slideshow&/wide.BMP")), 300);
-    EXPECT_EQ(WidthOf(Picture("1&preview&/wide.BMP")), 375);
-    EXPECT_EQ(WidthOf(Picture("1&thumb&/small.bmp")), 20);
-    EXPECT_EQ(gThumbsSession, 3);
-    EXPECT_EQ(Column("StatsDaily", "AlbumName") + Column("StatsDaily", "Thumbs"), "A3");
+    const std::pair<const char *, int> widths[] = {
+        {"thumb&/wide.BMP", 150}, {"slideshow&/wide.BMP", 300}, {"preview&/wide.BMP", 375}, {"thumb&/small.bmp", 20}};
+    for (const auto &[args, width] : widths) EXPECT_EQ(WidthOf(Picture(args)), width) << args;
+    gBandwidthSession = 0;
+    for (const char *mode : {"full", "thumbs", ""}) EXPECT_EQ(Picture(Concat(mode, "&/wide.BMP")), imageHead_ + wide);
+    EXPECT_EQ(gBandwidthSession, 3 * static_cast<double>(wide.size() / 1024));
+    EXPECT_EQ(gThumbsSession, 4);
+    EXPECT_EQ(Ask("SELECT AlbumName, Thumbs FROM StatsDaily WHERE Thumbs > 0"), "A|4\n");
     gThumbQuality = 95 * 4096;
-    EXPECT_GT(Picture("1&thumb&/wide.BMP").size(), coarse.size());
+    EXPECT_GT(Picture("thumb&/wide.BMP").size(), coarse.size());
 }
 
-TEST_F(ShowPictureTest, SendsTheStoredFileUntouched) {
-    const std::string bitmap = BitmapFile(50, 20);
-    AddFile(AddAlbum("A"), "a.bmp", bitmap);
-    for (const std::string mode : {"full", "thumbs", ""})
-        EXPECT_EQ(Picture("1&" + mode + "&/a.bmp"), imageHead_ + bitmap);
-    EXPECT_EQ(gThumbsSession, 0);
-    EXPECT_EQ(gBandwidthSession, 3 * static_cast<double>(bitmap.size() / 1024));
-}
-
-TEST_F(ShowPictureTest, LeavesTheOwnersFolderAlone) {
-    const clsAlbum &album = AddAlbum("A");
-    AddFile(album, "a.jpg", "no picture at all");
-    AddFile(album, "b.bmp", BitmapFile(20, 10));
-    std::string colourless = BitmapFile(20, 10).replace(28, 1, 1, '\x08');
-    AddFile(album, "c.bmp", colourless.substr(0, 60));
-    const auto folder = std::filesystem::path(SystemPath(album.Directory));
+TEST_F(ShowPictureTest, LeavesTheOwnersFolderAloneAndKeepsConversionsApart) {
+    AddFile("a.jpg", "no picture at all");
+    AddFile("c.bmp", BitmapFile(20, 10).replace(28, 1, 1, '\x08').substr(0, 60));
+    StartAlbum();
+    const auto folder = Program.Path("albums/A");
     const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::days(40);
     std::filesystem::last_write_time(folder, longAgo);
-    EXPECT_EQ(Picture("1&thumb&/a.jpg"), imageHead_);
-    EXPECT_EQ(WidthOf(Picture("1&preview&/b.bmp")), 20);
-    EXPECT_EQ(Picture("1&slideshow&/c.bmp"), WriteResponseHead("text/html", true) + "Picture Conversion Error");
+    SaveSetting("Setup", "BrowserCache", "10");
+    const Tick begun = gLastConversionTick = GetTickCount();
+    EXPECT_EQ(Picture("thumb&/a.jpg"), imageHead_) << "not kept: it may be readable soon";
+    EXPECT_EQ(gLastConversionTick - begun, 501);
+    EXPECT_EQ(Picture("slideshow&/c.bmp"), WriteResponseHead("text/html", true) + "Picture Conversion Error");
     EXPECT_EQ(gThumbsSession, 2);
     EXPECT_EQ(std::filesystem::last_write_time(folder), longAgo);
-}
-
-TEST_F(ShowPictureTest, KeepsConversionsApart) {
-    AddFile(AddAlbum("A"), "a.bmp", BitmapFile(20, 10));
-    gLastConversionTick = GetTickCount() - 100;
-    Picture("1&full&/a.bmp");
-    EXPECT_EQ(gLastConversionTick, 1000401);
-    Picture("1&thumb&/missing.bmp");
-    EXPECT_EQ(gLastConversionTick, 1000902);
+    Picture("full&/a.jpg");
+    Picture("thumb&/missing.bmp");
+    EXPECT_EQ(gLastConversionTick - begun, 4 * 501) << "each takes its turn";
     SaveSetting("Setup", "ConversionSpacing", "2000");
-    Picture("1&thumb&/a.bmp");
-    EXPECT_EQ(gLastConversionTick, 1002903);
+    Picture("full&/a.jpg");
+    EXPECT_EQ(gLastConversionTick - begun, 4 * 501 + 2001);
 }
 
 TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
-    const clsAlbum &album = AddAlbum("A");
-    AddFile(album, "big.bmp", BitmapFile(1000, 700));
-    AddFile(album, "small.bmp", BitmapFile(160, 10));
+    AddFile("big.bmp", BitmapFile(1000, 700));
+    AddFile("small.bmp", BitmapFile(160, 10));
+    StartAlbum();
     Client visitor(Port());
     ASSERT_TRUE(TurnUntil([] { return gSystray->wnskConnect.UBound() == 1; }));
     Timer arrival;
@@ -90,7 +84,7 @@ TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
     };
     arrival.SetInterval(1);
     arrival.SetEnabled(true);
-    EXPECT_EQ(WidthOf(Picture("1&slideshow&/big.bmp")), 300);
+    EXPECT_EQ(WidthOf(Picture("slideshow&/big.bmp")), 300);
     EXPECT_EQ(wasHeld, true);
     EXPECT_FALSE(gHeldPictures);
     EXPECT_EQ(WidthOf(visitor.ReceiveAll()), 150);
@@ -98,8 +92,8 @@ TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
 }
 
 TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
-    const clsAlbum &album = AddAlbum("A");
-    for (const char *name : {"outer.bmp", "inner.bmp"}) AddFile(album, name, BitmapFile(300, 10));
+    for (const char *name : {"outer.bmp", "inner.bmp"}) AddFile(name, BitmapFile(300, 10));
+    StartAlbum();
     for (const bool goes : {false, true}) {
         SCOPED_TRACE(goes);
         Client first(Port());
@@ -125,6 +119,39 @@ TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
         TurnUntil([] { return gSystray->wnskConnect.UBound() == 0; });
     }
     EXPECT_EQ(gThumbsSession, 3);
+}
+
+TEST_F(ShowPictureTest, BrowsersKeepWhatTheOwnerAllowsUntilItChanges) {
+    AddFile("a.jpg", "picture");
+    clsAlbum &album = StartAlbum();
+    for (const char *name : {"a.gif", "capture.jpg"}) Program.Write(std::string("htdocs/") + name, "graphic");
+    const auto ask = [this](const std::string &target, const std::string &held) {
+        return Get(target, "if-none-match: " + held + "\r\n");
+    };
+    const std::string graphic = WriteResponseHead("image/gif", true) + "graphic";
+    EXPECT_EQ(ask("/ShowGraphic?a.gif", "*"), graphic) << "not by itself";
+    SaveSetting("Setup", "BrowserCache", "10");
+    EXPECT_EQ(ask("/ShowGraphic?capture.jpg", "*"), graphic) << "the webcam's is another one soon";
+    for (const std::string target : {"/ShowGraphic?a.gif", "/ShowPicture?1&full&/a.jpg"}) {
+        const std::string answer = ask(target, "\"another\"");
+        ExpectParts(answer, {"\r\nCache-Control: private, max-age=600\r\nETag: ", "!Pragma"});
+        const std::size_t tag = answer.find("ETag: ") + 6;
+        const std::string held = "W/" + answer.substr(tag, answer.find("\r\n", tag) - tag);
+        const Tick before = gLastConversionTick;
+        const std::string word = ask(target, "\"x\", " + held);
+        EXPECT_TRUE(word.starts_with("HTTP/1.0 304 Not Modified\r\n")) << word;
+        EXPECT_EQ(Body(word), "");
+        EXPECT_EQ(gLastConversionTick, before) << "it takes no turn";
+        ExpectParts(ask("/ShowPicture?1&thumb&/a.jpg", held), {"!304 Not Modified"});  // another form of the picture
+        const std::string changed = "changed: " + target;
+        Program.Write("htdocs/a.gif", changed);
+        AddFile("a.jpg", changed);
+        EXPECT_EQ(Body(ask(target, held)), changed);
+    }
+    album.FeaturedImagePath = ProgramPath(Program.Write("albums/A/a.jpg.pixmoraicon", "small"));
+    EXPECT_EQ(Body(Get("/ShowAlbumIcon?1")), "small");
+    album.FeaturedImagePath = album.Directory + "\\gone.pixmoraicon";
+    EXPECT_EQ(Get("/ShowAlbumIcon?1"), "Bad Request!");
 }
 
 }  // namespace

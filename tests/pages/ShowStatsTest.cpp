@@ -1,77 +1,61 @@
-// Tests of the statistics page.
-#include "support/PageSite.h"
+// Tests of the pages of figures: the statistics, and the most popular.
+#include <regex>
+
+#include "pages/PageTest.h"
 
 namespace pixmora::test {
 namespace {
 
-class ShowStatsTest : public PageSite {
+class ShowStatsTest : public PageTest {
 protected:
-    std::string Page() { return Get("ShowStats"); }
-    /// The cells of each of a table's rows, without their elements: "Today,1,2,3,4.00 KB". The heading comes first.
-    static std::vector<std::string> Rows(const std::string &page, const std::string &table) {
-        std::vector<std::string> rows;
-        for (const std::string &row : Split(Filled(page, table), "<tr")) {
-            std::vector<std::string> cells;
-            for (const std::string &cell : Split(row, "<td class=\"tdTableRow\"")) {
-                if (!Contains(cell, "</td>")) continue;
-                const std::string text = cell.substr(cell.find('>') + 1);
-                cells.push_back(Replace(Replace(text.substr(0, text.find("</td>")), "<b>", ""), "</b>", ""));
-            }
-            if (cells.size() == 5) rows.push_back(Join(cells, ","));
-        }
-        return rows;
-    }
-    void AddHour(DateTime day, std::int64_t hour, std::int64_t visitors) const {
-        AddRow("StatsHourly", {{"AlbumName", "A"}, {"WhichDay", day}, {"WhichHour", hour}, {"Visitors", visitors}});
-    }
-    void AddDay(const std::string &album, DateTime day, std::int64_t thumbs, std::int64_t kilobytes) const {
-        AddRow("StatsDaily", {{"AlbumName", album}, {"WhichDay", day}, {"Thumbs", thumbs}, {"Bandwidth", kilobytes}});
-    }
-    void AddMonth(std::int64_t year, std::int64_t month, std::int64_t downloads) const {
-        AddRow("StatsMonthly",
-               {{"AlbumName", "A"}, {"WhichYear", year}, {"WhichMonth", month}, {"Downloads", downloads}});
+    /// The page's words, "|" in the place of the elements between them.
+    std::string Words() const { return std::regex_replace(Get("/ShowStats"), std::regex(R"((<[^>]*>\s*)+)"), "|"); }
+    static void Add(const std::string &table, const std::string &columns, const std::vector<std::string> &rows) {
+        for (const std::string &row : rows) Ask("INSERT INTO " + table + " (" + columns + ") VALUES (" + row + ")");
     }
 };
 
-TEST_F(ShowStatsTest, ShowsZerosInEveryRowOfAnEmptyDatabase) {
-    const std::string page = Page();
-    for (const auto &[table, rows] :
-         {std::pair{"STATS_SUMMARY", 4}, {"STATS_HOURLY", 24}, {"STATS_DAILY", 14}, {"STATS_MONTHLY", 12}})
-        EXPECT_EQ(Count(Join(Rows(page, table), "|"), ",0,0,0,0 bytes"), rows);
+TEST_F(ShowStatsTest, SumsOverAlbumsAndSpansBackIntoLastYear) {
+    StartAlbum();
+    EXPECT_EQ(Count(Words(), "|0|0|0|0 bytes|"), 4 + 24 + 14 + 12) << "an empty database";
+    Clock.SetNow(MakeDate(2004, 1, 1, 0, 5, 0));
+    Add("StatsHourly", "AlbumName, WhichDay, WhichHour, Visitors",
+        {"'A', '2004-01-01', 0, 1", "'A', '2003-12-31', 0, 1000", "'A', '2003-12-31', 1, 2", "'A', '2003-12-31', 23, 3",
+         "'A', '2003-12-30', 23, 4000"});
+    Add("StatsDaily", "AlbumName, WhichDay, Thumbs, Bandwidth",
+        {"'A', '2004-01-01', 3, 3000000", "' ', '2004-01-01', 4, 0", "'A', '2003-12-26', 10, 1",
+         "'A', '2003-12-25', 100, 1", "'A', '2003-12-03', 1000, 1", "'A', '2003-12-02', 10000, 1"});
+    Add("StatsMonthly", "AlbumName, WhichYear, WhichMonth, Downloads",
+        {"'A', 2004, 1, 1", "'A', 2003, 12, 2", "'A', 2003, 2, 3", "'A', 2003, 1, 4000"});
+    const std::string words = Words();
+    ExpectParts(words,
+                {"|Timespan|Visitors|Thumbnails|File Clicks|Bandwidth|Today|0|7|0|2.86 GB|Last 7 "
+                 "Days|0|17|0|2.86 GB|Last 30 Days|0|1117|0|2.86 GB|Overall|0|0|4006|0 bytes|",
+                 "|Bandwidth|12am to 1am|1|0|0|0 bytes|11pm to 12am|3|0|0|0 bytes|", "|12pm to 1pm|0|0|0|0 bytes|",
+                 "|1am to 2am|2|0|0|0 bytes|", "|Bandwidth|1/1/2004|0|7|0|2.86 GB|", "|12/26/2003|0|10|0|1.00 KB|",
+                 "|12/19/2003|0|0|0|0 bytes|", "|January '04|0|0|1|0 bytes|December '03|0|0|2|0 bytes|",
+                 "|February '03|0|0|3|0 bytes|"});
+    EXPECT_EQ(Count(words.substr(0, words.find("|1/1/2004|")), "|0|0|0|0 bytes|"), 21) << "of 24 hours";
 }
 
-TEST_F(ShowStatsTest, SumsOverAlbumsAndSpansBackIntoLastYear) {
-    const DateTime today = MakeDate(2004, 1, 1);
-    Clock.SetNow(today + std::chrono::minutes(5));
-    AddHour(today, 0, 1);
-    AddHour(AddDays(today, -1), 0, 1000);
-    AddHour(AddDays(today, -1), 1, 2);
-    AddHour(AddDays(today, -1), 23, 3);
-    AddHour(AddDays(today, -2), 23, 4000);
-    AddDay("A", today, 3, 3000000);
-    AddDay(" ", today, 4, 0);
-    const std::pair<int, int> days[] = {{6, 10}, {7, 100}, {29, 1000}, {30, 10000}};
-    for (const auto &[ago, thumbs] : days) AddDay("A", AddDays(today, -ago), thumbs, 1);
-    const std::tuple<int, int, int> months[] = {{2004, 1, 1}, {2003, 12, 2}, {2003, 2, 3}, {2003, 1, 4000}};
-    for (const auto &[year, month, downloads] : months) AddMonth(year, month, downloads);
-    const std::string page = Page();
-    EXPECT_EQ(Join(Rows(page, "STATS_SUMMARY"), "|"),
-              "Timespan,Visitors,Thumbnails,File Clicks,Bandwidth|Today,0,7,0,2.86 GB|Last 7 Days,0,17,0,2.86 GB|"
-              "Last 30 Days,0,1117,0,2.86 GB|Overall,0,0,4006,0 bytes");
-    const std::vector<std::string> hourly = Rows(page, "STATS_HOURLY");
-    EXPECT_EQ(hourly[1], "12am to 1am,1,0,0,0 bytes");
-    EXPECT_EQ(hourly[2], "11pm to 12am,3,0,0,0 bytes");
-    EXPECT_EQ(hourly[24], "1am to 2am,2,0,0,0 bytes");
-    EXPECT_EQ(hourly[13], "12pm to 1pm,0,0,0,0 bytes");
-    EXPECT_EQ(Count(Join(hourly, "|"), ",0,0,0,0 bytes"), 21);
-    const std::vector<std::string> daily = Rows(page, "STATS_DAILY");
-    EXPECT_EQ(daily[1], "1/1/2004,0,7,0,2.86 GB");
-    EXPECT_EQ(daily[7], "12/26/2003,0,10,0,1.00 KB");
-    EXPECT_EQ(daily[14], "12/19/2003,0,0,0,0 bytes");
-    const std::vector<std::string> monthly = Rows(page, "STATS_MONTHLY");
-    EXPECT_EQ(monthly[1], "January '04,0,0,1,0 bytes");
-    EXPECT_EQ(monthly[2], "December '03,0,0,2,0 bytes");
-    EXPECT_EQ(monthly[12], "February '03,0,0,3,0 bytes");
+TEST_F(ShowStatsTest, LimitsThePopular) {
+    StartAlbum();
+    for (int i = 0; i < 7; ++i) Add("PopularDirs", "AlbumName, DirPath, DirCount", {Concat("'A', '\\d", i, "', 9")});
+    for (int i = 0; i < 30; ++i)
+        Add("PopularFiles", "AlbumName, FilePath, FileCount", {Concat("'A', '\\f", 100 + i, ".jpg', 9")});
+    const std::tuple<int, int, int, int> cases[] = {
+        {12, 4, 12, 12}, {40, 4, 30, 30}, {0, 4, 21, 21}, {0, 7, 36, 30}};  // per page, per row, entries, files of them
+    for (const auto &[perPage, perRow, entries, files] : cases) {
+        gFilesPerPage = perPage;
+        gFilesPerRow = perRow;
+        const std::string page = Get("/ShowPopular?thumbs");
+        EXPECT_EQ(Count(page, "<font class=\"lblPopularSubDir\">"), 5);
+        EXPECT_EQ(Count(page, " id=\"pic_"), entries);
+        EXPECT_EQ(Count(page, "ShowPicture?1"), files);
+        EXPECT_EQ(Count(page, Concat(" colspan=", perRow, ">")), 7);
+        EXPECT_LT(page.find("/f129.jpg"), page.find("/f128.jpg")) << "of equal counts the later path first";
+        ExpectParts(Get("/ShowPopular?slideshow&play&99&5"), {Concat("File 1 of ", entries)});
+    }
 }
 
 }  // namespace

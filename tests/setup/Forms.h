@@ -7,6 +7,8 @@
 #include "console/Robot.h"
 #include "console/Texts.h"
 #include "setup/ControlText.h"
+#include "setup/rules/WebcamEditor.h"
+#include "support/Pictures.h"
 #include "support/SetupFixture.h"
 
 namespace pixmora {
@@ -21,6 +23,13 @@ inline std::string TextOf(const QWidget &form, const char *name) {
     return ControlText(Find<QObject>(form, name));
 }
 
+/// The texts of these controls, "|" behind each.
+inline std::string TextsOf(const QWidget &form, std::initializer_list<const char *> names) {
+    std::string texts;
+    for (const char *name : names) texts += TextOf(form, name) + "|";
+    return texts;
+}
+
 inline void Enter(const QWidget &form, const char *name, const std::string &text) {
     SetControlText(Find<QObject>(form, name), text);
 }
@@ -28,5 +37,34 @@ inline void Enter(const QWidget &form, const char *name, const std::string &text
 inline bool IsEnabled(const QWidget &form, const char *name) {
     return Find<QAbstractButton>(form, name).isEnabled();
 }
+
+/// Cameras that are played. The first gives pictures, the second has a dialog for its source, the third tells nothing.
+struct PlayedCameras {
+    int Count = 0;
+    int Opened = -1;
+    bool Delivers = false;
+
+    WebcamHands Hands() {
+        WebcamHands hands;
+        hands.GetDriverDescription = [this](int device) -> std::optional<CaptureDescription> {
+            return device < Count ? std::optional(CaptureDescription{"Camera", std::to_string(device)}) : std::nullopt;
+        };
+        hands.OpenWebcam = [this](int device) {
+            Opened = device;
+            return true;
+        };
+        hands.CloseWebcam = [this] {
+            Opened = -1;
+        };
+        hands.GetDriverDialogs = [this]() -> std::optional<WebcamHands::Dialogs> {
+            return Opened == 2 ? std::nullopt : std::optional(WebcamHands::Dialogs{Opened == 1, false});
+        };
+        hands.TestCapture = Give(Delivers);
+        hands.TakePreview = [this](const std::function<void(const std::string &)> &show) {
+            show(Opened == 0 ? test::BitmapFile(4, 2) : "");
+        };
+        return hands;
+    }
+};
 
 }  // namespace pixmora

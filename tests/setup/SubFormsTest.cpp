@@ -15,7 +15,6 @@
 #include "setup/rules/HelpTexts.h"
 #include "setup/rules/UserEditor.h"
 #include "support/FileSizeLimit.h"
-#include "support/Pictures.h"
 
 namespace pixmora {
 namespace {
@@ -23,35 +22,41 @@ namespace {
 class SubForms : public SetupFixture {
 protected:
     /// Choosers that answer these, one after the other.
-    Choosers Chooses(std::vector<QUrl> folders, std::string picture = "") {
-        folders_ = std::move(folders);
+    static Choosers Chooses(const std::vector<QUrl> &folders, const std::string &picture = "") {
         Choosers choosers;
-        choosers.ChooseFolder = [this](QWidget *, const std::string &) -> std::optional<QUrl> {
-            if (folders_.empty()) return std::nullopt;
-            const QUrl folder = folders_.front();
-            folders_.erase(folders_.begin());
+        choosers.ChooseFolder = [next = folders](QWidget *, const std::string &) mutable -> std::optional<QUrl> {
+            if (next.empty()) return std::nullopt;
+            const QUrl folder = next.front();
+            next.erase(next.begin());
             return folder;
         };
-        choosers.ChoosePicture = [picture = std::move(picture)](QWidget *, const std::string &) {
+        choosers.ChoosePicture = [picture](QWidget *, const std::string &) {
             return picture;
         };
         return choosers;
     }
-    QUrl Local(const std::string &path) const { return QUrl::fromLocalFile(ToQt(path)); }
-
-private:
-    std::vector<QUrl> folders_;
+    static QUrl Local(const std::string &path) { return QUrl::fromLocalFile(ToQt(path)); }
 };
 
 TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     const std::string folder = Program.MakeFolder("pictures");
-    frmSetupAlbum form(nullptr, std::nullopt, Chooses({Local(folder)}));
+    frmSetupAlbum form(nullptr, std::nullopt,
+                       Chooses({QUrl("smb://server/share"), Local("/"), Local(folder), Local("/"), Local(folder)}));
     form.show();
     EXPECT_FALSE(IsEnabled(form, "cmdDelete"));
     EXPECT_EQ(form.focusWidget()->objectName(), "txtAlbumName");
     Owner.ExpectMessage("Album name cannot contain...", FlagCritical);
     QTest::keyClicks(&Find(form, "txtAlbumName"), "Trips:");
     EXPECT_EQ(TextOf(form, "txtAlbumName"), "Trips");
+    Owner.ExpectMessage("Invalid directory to share!\r\n\r\nPlease choose a folder on your harddrive to share.",
+                        FlagCritical);
+    QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
+    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerYes);
+    for (int click = 0; click < 2; ++click) QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
+    EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "a good path is left alone";
+    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerNo);
+    Click(form, "cmdAlbumChangeDir");
+    EXPECT_EQ(TextOf(form, "txtAlbumPath"), "");
     Owner.ExpectMessage("You must choose a directory for this album!", FlagCritical);
     Click(form, "cmdOK");
     EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "the refusal brings the chooser";
@@ -65,22 +70,6 @@ TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     EXPECT_EQ(form.Outcome().What, AlbumOutcome::Kind::Saved);
     EXPECT_EQ(Column("Albums", "AlbumName") + Column("Albums", "Pictures") + Column("Albums", "FeaturedImage"),
               "Trips|0|1|");
-}
-
-TEST_F(SubForms, RootsAndFoldersOfNoDiskAreRefused) {
-    const std::string folder = Program.MakeFolder("pictures");
-    frmSetupAlbum form(nullptr, std::nullopt,
-                       Chooses({QUrl("smb://server/share"), Local("/"), Local(folder), Local("/")}));
-    form.show();
-    Owner.ExpectMessage("Invalid directory to share!\r\n\r\nPlease choose a folder on your harddrive to share.",
-                        FlagCritical);
-    QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
-    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerYes);
-    for (int click = 0; click < 2; ++click) QTest::mouseClick(&Find(form, "txtAlbumPath"), Qt::LeftButton);
-    EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "a good path is left alone";
-    Owner.ExpectMessage(DriveRootQuestion, CriticalQuestion, AnswerNo);
-    Click(form, "cmdAlbumChangeDir");
-    EXPECT_EQ(TextOf(form, "txtAlbumPath"), "");
 }
 
 TEST_F(SubForms, TheFeaturedPictureIsChosenOrLeft) {
@@ -144,10 +133,21 @@ QTreeWidgetItem *Node(const QWidget &form, const char *tree, std::initializer_li
     return node;
 }
 
-TEST_F(SubForms, TicksGiveAndTakeRights) {
+TEST_F(SubForms, AUserIsOfferedAndTicksGiveAndTakeRights) {
     Program.MakeFolder("albums/Trips/O'Brien/deep");
     MakeAlbum("Trips");
-    SaveUser({"Ann", "a", "a", false}, "");
+    Owner.ExpectMessage("You have not created any users!...", CriticalQuestion, AnswerYes);
+    Owner.ExpectMessage("User Added!", FlagInformation);
+    Robot hands;
+    hands.WhenShown("frmSetupUsers", [](QWidget &user) {
+        for (const char *box : {"txtUsername", "txtPassword", "txtConfirm"}) Enter(user, box, "Ann");
+        Click(user, "cmdOK");
+    });
+    frmSetupAccess first(nullptr);
+    hands.When(
+        "the new user", [&first] { return Find<QListWidget>(first, "lstUsers").count() == 1; },
+        [&first] { QTest::keyClick(&first, Qt::Key_Escape); });
+    first.Run();
     SaveUser({"Bob", "b", "b", false}, "");
     frmSetupAccess form(nullptr);
     form.show();
@@ -159,6 +159,8 @@ TEST_F(SubForms, TicksGiveAndTakeRights) {
     EXPECT_FALSE(IsEnabled(form, "cmdUserDelete")) << "the keys alone select nobody";
     tree->setCurrentItem(Node(form, "tvAccess", {0, 0}));
     EXPECT_EQ(TextOf(form, "lblParentAlbum") + TextOf(form, "lblAccessDir"), "TripsO'Brien");
+    for (const bool isOpen : {false, true}) Node(form, "tvAccess", {0})->setExpanded(isOpen);
+    EXPECT_EQ(Node(form, "tvAccess", {0})->childCount(), 1) << "read once";
     users->item(0)->setCheckState(Qt::Checked);
     users->item(1)->setCheckState(Qt::Checked);
     EXPECT_EQ(Column("PrivateDirs", "SubDir") + Column("PrivateDirs", "Username"), "\\O%34Brien|\\O%34Brien|Ann|Bob|");
@@ -184,29 +186,6 @@ TEST_F(SubForms, TicksGiveAndTakeRights) {
     Find<QPlainTextEdit>(form, "txtRestrictWords").setPlainText("Secret*\nMine\n");
     Click(form, "cmdOK");
     EXPECT_EQ(Program.Read("restrictwords.txt"), "Secret*\r\nMine\r\n");
-}
-
-TEST_F(SubForms, WithNoUsersOneIsOffered) {
-    MakeAlbum("Trips");
-    Owner.ExpectMessage(
-        "You have not created any users! You will not be able to restrict any directories until you do so.\r\n\r\n"
-        "Would you like to add a user now?\r\n\r\nIt is recommended that you create a user account for yourself and "
-        "allow yourself to view all directories.",
-        CriticalQuestion, AnswerYes);
-    Owner.ExpectMessage("User Added!", FlagInformation);
-    Robot hands;
-    hands.WhenShown("frmSetupUsers", [](QWidget &users) {
-        Enter(users, "txtUsername", "Ann");
-        Enter(users, "txtPassword", "a");
-        Enter(users, "txtConfirm", "a");
-        Click(users, "cmdOK");
-    });
-    frmSetupAccess form(nullptr);
-    hands.When(
-        "the new user", [&form] { return Find<QListWidget>(form, "lstUsers").count() == 1; },
-        [&form] { QTest::keyClick(&form, Qt::Key_Escape); });
-    form.Run();
-    EXPECT_EQ(Column("Users", "Username"), "Ann|");
 }
 
 TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
@@ -257,30 +236,10 @@ TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
 }
 
 TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
-    int opened = -1;
-    bool delivers = true;
-    WebcamHands hands;
-    hands.GetDriverDescription = [](int device) -> std::optional<CaptureDescription> {
-        return device < 3 ? std::optional(CaptureDescription{"Camera", std::to_string(device)}) : std::nullopt;
-    };
-    hands.OpenWebcam = [&opened](int device) {
-        opened = device;
-        return true;
-    };
-    hands.CloseWebcam = [&opened] {
-        opened = -1;
-    };
-    hands.GetDriverDialogs = [&opened]() -> std::optional<WebcamHands::Dialogs> {
-        if (opened == 2) return std::nullopt;
-        return WebcamHands::Dialogs{opened == 1, false};
-    };
-    hands.TestCapture = Give(delivers);
-    hands.TakePreview = [&opened](const std::function<void(const std::string &)> &show) {
-        show(opened == 0 ? test::BitmapFile(4, 2) : "");
-    };
+    PlayedCameras cameras{.Count = 3, .Delivers = true};
     SaveSetting("Setup", "WebcamSource", "1");
     const auto accept = [&](const char *source, const char *interval) {
-        frmSetupWebcam form(nullptr, hands);
+        frmSetupWebcam form(nullptr, cameras.Hands());
         form.show();
         EXPECT_EQ(TextOf(form, "cboSource") + TextOf(form, "lblCaptureInterval"), "Camera 10m 30s");
         EXPECT_TRUE(IsEnabled(form, "cmdDeviceSource"));
@@ -288,21 +247,21 @@ TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
         EXPECT_FALSE(IsEnabled(form, "cmdDeviceSource"));
         Enter(form, "sldCaptureInterval", interval);
         const std::string shown = TextOf(form, "lblCaptureInterval");
-        EXPECT_EQ(Find<QLabel>(form, "lblPreview").pixmap().isNull(), opened != 0) << "what the camera sees";
+        EXPECT_EQ(Find<QLabel>(form, "lblPreview").pixmap().isNull(), cameras.Opened != 0) << "what the camera sees";
         Click(form, "cmdOK");
         return shown + (form.IsWebcamUsable() ? " usable" : "");
     };
     EXPECT_EQ(accept("Camera 0", "6"), "0m 30s usable");
-    EXPECT_EQ(opened, -1) << "the form gives the device up";
+    EXPECT_EQ(cameras.Opened, -1) << "the form gives the device up";
     SaveSetting("Setup", "WebcamSource", "1");
-    delivers = false;
+    cameras.Delivers = false;
     Owner.ExpectMessage("Unable to get driver capabilities!", FlagCritical);
     EXPECT_EQ(accept("Camera 2", "25"), "2m 5s");
     EXPECT_EQ(GetSetting("Setup", "CaptureInterval") + GetSetting("Setup", "WebcamSource"), "252")
         << "the index stands over the mark of the failed test";
     SaveSetting("Setup", "WebcamSource", "7");
-    EXPECT_TRUE(WebcamEditor(hands).Enter());
-    EXPECT_EQ(opened, 0) << "in the place of a device that is there no more";
+    EXPECT_TRUE(WebcamEditor(cameras.Hands()).Enter());
+    EXPECT_EQ(cameras.Opened, 0) << "in the place of a device that is there no more";
 }
 
 TEST_F(SubForms, TheOwnersSizeComesAgainUnlessItIsNonsense) {

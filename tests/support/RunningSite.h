@@ -66,10 +66,6 @@ protected:
                     const std::string &from = "127.0.0.1") const {
         return Fetch(Port(), "GET " + target + " HTTP/1.0\r\n" + headers + "\r\n", from);
     }
-    std::string Post(const std::string &body) const {
-        return Fetch(Port(),
-                     "POST /SendLogin HTTP/1.0\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
-    }
     /// A field of the first row of a statement as text; "(none)" without one.
     static std::string FirstValue(const std::string &statement, std::string_view field) {
         const auto rows = gDatabase->OpenRecordset(statement, RecordsetType::Snapshot);
