@@ -1,4 +1,4 @@
-// The conversion library itself over a played kernel: whatever format a device has, a still comes of it.
+// The conversion library itself over a played kernel: a still comes of a format that is none of ours.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
@@ -67,12 +67,6 @@ private:
     V4l2Calls &system_ = SystemV4l2Calls();
 };
 
-std::string Repeated(std::string_view bytes, int times) {
-    std::string text;
-    for (int i = 0; i < times; ++i) text += bytes;
-    return text;
-}
-
 /// The still of a device that has one format, 32 by 16 pixels.
 QImage StillOf(std::uint32_t format, const std::string &frame) {
     PlayedKernel played;
@@ -93,22 +87,13 @@ QImage StillOf(std::uint32_t format, const std::string &frame) {
 
 }  // namespace
 
-TEST(V4l2Library, MakesAStillOfWhateverTheDeviceHas) {
-    constexpr int pixels = 32 * 16;
-    const std::string light(pixels, '\x52');  // red is Y 82, U 90, V 240 (ITU-R BT.601)
-    const std::tuple<const char *, std::uint32_t, std::string> cases[] = {
-        {"RGB3", V4L2_PIX_FMT_RGB24, Repeated({"\xFF\0\0", 3}, pixels)},
-        {"BGR3", V4L2_PIX_FMT_BGR24, Repeated({"\0\0\xFF", 3}, pixels)},
-        {"YUYV", V4L2_PIX_FMT_YUYV, Repeated("\x52\x5A\x52\xF0", pixels / 2)},
-        {"NV12", V4L2_PIX_FMT_NV12, light + Repeated("\x5A\xF0", pixels / 4)},
-        {"YU12", V4L2_PIX_FMT_YUV420, light + std::string(pixels / 4, '\x5A') + std::string(pixels / 4, '\xF0')},
-    };
-    for (const auto &[name, format, frame] : cases) {
-        const QImage still = StillOf(format, frame);
-        ASSERT_EQ(still.size(), QSize(32, 16)) << name;
-        const QColor colour = still.pixelColor(9, 9);
-        EXPECT_TRUE(colour.red() > 235 && colour.green() < 20 && colour.blue() < 20) << name;
-    }
+TEST(V4l2Library, MakesAStillOfWhatMostCamerasHave) {
+    std::string frame;
+    for (int pair = 0; pair < 16 * 16; ++pair) frame += "\x52\x5A\x52\xF0";  // red is Y 82, U 90, V 240 (ITU-R BT.601)
+    const QImage still = StillOf(V4L2_PIX_FMT_YUYV, frame);
+    ASSERT_EQ(still.size(), QSize(32, 16));
+    const QColor colour = still.pixelColor(9, 9);
+    EXPECT_TRUE(colour.red() > 235 && colour.green() < 20 && colour.blue() < 20);
 }
 
 }  // namespace pixmora
