@@ -18,13 +18,9 @@ using testing::ElementsAre;
 namespace {
 
 const std::string requestEnd = " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n";
-const std::string extinct =
-    "This version of Pixmora! Digital Media Software has been determined extinct!\r\n\r\n"
-    "Would you like to read about the latest version now?";
-const std::string newVersion =
-    "There is a new version of Pixmora! Digital Media Software available!\r\n\r\n"
-    "Would you like to read about it now?";
-const std::string news = "There is some important news regarding your software!\r\n\r\nWould you like to read it now?";
+const std::string extinct = "This version of Pixmora! Digital Media Software has been determined extinct!...";
+const std::string newVersion = "There is a new version of Pixmora! Digital Media Software available!...";
+const std::string news = "There is some important news regarding your software!...";
 
 }  // namespace
 
@@ -85,11 +81,10 @@ TEST_F(CentralService, IsAskedAndTellsTheAddress) {
 }
 
 TEST_F(CentralService, WarnsOfADifferentAddressUntilToldNotTo) {
-    const std::string warning =
-        "We have detected your private IP is " + own + ", but your public IP is 203.0.113.7 !...";
     DeleteSetting("Setup", "RunFirewallCheck");
     for (const int answer : {AnswerNo, AnswerYes}) {
-        owner.ExpectMessage(warning, FlagYesNo | FlagCritical, answer);
+        owner.ExpectMessage("We have detected your private IP is " + own + ", but your public IP is 203.0.113.7 !...",
+                            FlagYesNo | FlagCritical, answer);
         EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7"));
         EXPECT_EQ(gWebsiteAddress, "http://203.0.113.7:8080");
     }

@@ -104,6 +104,7 @@ TEST_F(PortMapping, IsRenewedAndTakenBack) {
     RenewRouterPort();
     EXPECT_TRUE(TurnUntil([this] { return router.Opened == 4 && !gSystray->RouterPort.IsAsked; })) << "told once";
 
+    gSystray->RouterPort.Address = "http://203.0.113.10:8080";
     CloseRouterPort();
     EXPECT_TRUE(TurnUntil([this] { return router.Closed == 1; }));
     EXPECT_EQ(BestWebsiteAddress(), "http://192.0.2.8:8080");
