@@ -18,13 +18,9 @@ using testing::ElementsAre;
 namespace {
 
 const std::string requestEnd = " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n";
-const std::string extinct =
-    "This version of Pixmora! Digital Media Software has been determined extinct!\r\n\r\n"
-    "Would you like to read about the latest version now?";
-const std::string newVersion =
-    "There is a new version of Pixmora! Digital Media Software available!\r\n\r\n"
-    "Would you like to read about it now?";
-const std::string news = "There is some important news regarding your software!\r\n\r\nWould you like to read it now?";
+const std::string extinct = "This version of Pixmora! Digital Media Software has been determined extinct!...";
+const std::string newVersion = "There is a new version of Pixmora! Digital Media Software available!...";
+const std::string news = "There is some important news regarding your software!...";
 
 }  // namespace
 
@@ -38,7 +34,7 @@ protected:
         gSystray->wnskListen->LocalPort = 8080;
     }
 
-    ServiceCheck Check(bool startingServer = true) { return CheckCentralService(startingServer); }
+    static ServiceCheck Check(bool startingServer = true) { return CheckCentralService(startingServer); }
     ServiceCheck CheckWithAnswer(const std::string &answer) {
         service.Answer = answer;
         return Check();
@@ -53,18 +49,13 @@ protected:
     ScriptedOwner owner;
 };
 
-TEST_F(CentralService, IsAskedAtTheStart) {
-    EXPECT_EQ(Check(true), ServiceCheck::NoAnswer);
+TEST_F(CentralService, IsAskedAndTellsTheAddress) {
+    EXPECT_EQ(Check(), ServiceCheck::NoAnswer);
     SaveSetting("Setup", "ListenPort", "81");
-    gSystray->wnskListen->LocalPort = 81;
     EXPECT_EQ(Check(false), ServiceCheck::NoAnswer);
     EXPECT_THAT(service.Requests,
                 ElementsAre("GET /clients/startup.php?&ver=01000000&port=&starting_server=1" + requestEnd,
                             "GET /clients/startup.php?&ver=01000000&port=81&starting_server=0" + requestEnd));
-    EXPECT_EQ(gWebsiteAddress, "http://" + own + ":81");
-}
-
-TEST_F(CentralService, TellsTheAddress) {
     const std::tuple<std::string, std::string, std::string> cases[] = {
         // answer, account, address
         {"", "ann", local},
@@ -83,23 +74,17 @@ TEST_F(CentralService, TellsTheAddress) {
     };
     for (const auto &[answer, account, address] : cases) {
         SaveSetting("Setup", "AccountName", account);
-        const ServiceCheck check = CheckWithAnswer(answer);
         const bool isAnswer = address != local || answer == own;
-        EXPECT_EQ(check, isAnswer ? ServiceCheck::Answered : ServiceCheck::NoAnswer) << answer;
+        EXPECT_EQ(CheckWithAnswer(answer), isAnswer ? ServiceCheck::Answered : ServiceCheck::NoAnswer) << answer;
         EXPECT_EQ(gWebsiteAddress, address) << answer;
     }
 }
 
 TEST_F(CentralService, WarnsOfADifferentAddressUntilToldNotTo) {
-    const std::string warning =
-        "We have detected your private IP is " + own +
-        ", but your public IP is 203.0.113.7 !\r\n\r\nTherefore, unless you have configured your network for this, you "
-        "may experience problems with visitors accessing your site.\r\n\r\nPlease run the Firewall Check in Setup to "
-        "make "
-        "sure you won't encounter any connection problems.\r\n\r\nWould you like to ignore this message in the future?";
     DeleteSetting("Setup", "RunFirewallCheck");
     for (const int answer : {AnswerNo, AnswerYes}) {
-        owner.ExpectMessage(warning, FlagYesNo | FlagCritical, answer);
+        owner.ExpectMessage("We have detected your private IP is " + own + ", but your public IP is 203.0.113.7 !...",
+                            FlagYesNo | FlagCritical, answer);
         EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7"));
         EXPECT_EQ(gWebsiteAddress, "http://203.0.113.7:8080");
     }
@@ -107,71 +92,42 @@ TEST_F(CentralService, WarnsOfADifferentAddressUntilToldNotTo) {
     EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7"));
 }
 
-TEST_F(CentralService, CallsTheStartOffForAnExtinctVersion) {
+TEST_F(CentralService, BringsNewsInTheOrderOfItsAnswerOrCallsTheStartOff) {
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|LatestNews2004030112"))
+        << "known when the program was installed";
+    const std::string answer = "203.0.113.7|LatestNews2004030200|NewVersionAvailable";
+    for (const int reading : {AnswerNo, AnswerYes}) {
+        const bool isRead = reading == AnswerYes;
+        owner.ExpectMessage(news, FlagYesNo | FlagInformation, reading);
+        if (isRead) owner.ExpectBrowser(service.Base() + "/news.php?ver=2004030200");
+        owner.ExpectMessage(newVersion, FlagYesNo | FlagInformation, reading);
+        if (isRead) owner.ExpectBrowser(service.Base() + "/whatsnew.php");
+        EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer(answer));
+        EXPECT_EQ(GetSetting("Records", "LatestNewsTime"), isRead ? "2004030200" : "");
+    }
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer(answer.substr(0, answer.rfind('|')))) << "once";
+    owner.ExpectMessage(news, FlagYesNo | FlagInformation, AnswerNo);
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|The LatestNews2004030201"));
+
     owner.ExpectMessage(extinct, FlagYesNo | FlagCritical, AnswerYes);
     owner.ExpectBrowser(service.Base() + "/download.php");
     owner.ExpectMessage(newVersion, FlagYesNo | FlagInformation, AnswerNo);
     EXPECT_EQ(ServiceCheck::CalledOff, CheckWithAnswer("203.0.113.7|OldVersionExtinct|NewVersionAvailable"));
 }
 
-TEST_F(CentralService, BringsNewsInTheOrderOfItsAnswer) {
-    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|LatestNews2004030112"))
-        << "known when the program was installed";
-    const std::string answer = "203.0.113.7|LatestNews2004030200|NewVersionAvailable";
-    owner.ExpectMessage(news, FlagYesNo | FlagInformation, AnswerNo);
-    owner.ExpectMessage(newVersion, FlagYesNo | FlagInformation, AnswerNo);
-    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer(answer));
-    EXPECT_EQ(GetSetting("Records", "LatestNewsTime"), "");
-
-    owner.ExpectMessage(news, FlagYesNo | FlagInformation, AnswerYes);
-    owner.ExpectBrowser(service.Base() + "/news.php?ver=2004030200");
-    owner.ExpectMessage(newVersion, FlagYesNo | FlagInformation, AnswerYes);
-    owner.ExpectBrowser(service.Base() + "/whatsnew.php");
-    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer(answer));
-    EXPECT_EQ(GetSetting("Records", "LatestNewsTime"), "2004030200");
-
-    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer(answer.substr(0, answer.rfind('|')))) << "once";
-    owner.ExpectMessage(news, FlagYesNo | FlagInformation, AnswerNo);
-    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|The LatestNews2004030201"));
-}
-
-TEST_F(CentralService, ListsTheSite) {
+TEST_F(CentralService, HearsOfTheSiteByListingAndPing) {
+    OpenOrCreateDatabase();
+    CreateStatsRecent();
+    const Tick now = GetTickCount();
+    for (const Tick time : {now - 3600000 - 60000, now}) {  // the elder event has left the last hour
+        const ClockSetForTest past(time, MakeDate(2004, 3, 1));
+        const std::pair<Stat, int> events[] = {
+            {Stat::Visitors, 1}, {Stat::Thumbs, 2}, {Stat::Downloads, 3}, {Stat::Bandwidth, 4000}};
+        for (const auto &[kind, value] : events) RecordStat(kind, NoAlbum, value);
+    }
     SaveSetting("Setup", "AccountName", "ann b");
     gServerTitle = "My Site";
     gSiteDescription = "A B";
-    SendListing(12, 3);
-    gSiteDescription.clear();
-    WaitForRequests(1);
-    EXPECT_THAT(service.Requests, ElementsAre("GET /clients/sendserverinfo.php?username=ann%20b&site_title=My%20Site&&"
-                                              "site_desc=A%20B&&picturecount=12&&moviecount=3" +
-                                              requestEnd));
-}
-
-class Ping : public CentralService {
-protected:
-    Ping() {
-        OpenOrCreateDatabase();
-        CreateStatsRecent();
-        const Tick now = GetTickCount();
-        for (const Tick time : {now - 3600000 - 60000, now}) {
-            // The elder event has left the last hour.
-            const ClockSetForTest past(time, MakeDate(2004, 3, 1));
-            RecordStat(Stat::Visitors, NoAlbum, 1);
-            RecordStat(Stat::Thumbs, NoAlbum, 2);
-            RecordStat(Stat::Downloads, NoAlbum, 3);
-            RecordStat(Stat::Bandwidth, NoAlbum, 4000);
-        }
-    }
-    ~Ping() override { gDatabase.reset(); }
-
-    static int RecentRows() {
-        const auto rows = gDatabase->OpenRecordset("StatsRecent", RecordsetType::Dynaset);
-        return static_cast<int>(rows->RecordCount());
-    }
-};
-
-TEST_F(Ping, ReportsTheSite) {
-    SaveSetting("Setup", "AccountName", "ann");
     gRunningTotal = 7;
     gConnectionsTotal = 11;
     gThumbsTotal = 13;
@@ -182,24 +138,29 @@ TEST_F(Ping, ReportsTheSite) {
         gOnlineTimer->StopTimer();  // as the stop before did
         gOnlineTimer->StartTimer();
     }
-    SendPing();
-    EXPECT_TRUE(gSystray->tmrReport.Enabled()) << "nor for ever";
+    SendListing(12, 3);
+    gSiteDescription.clear();
     EXPECT_TRUE(service.Requests.empty()) << "nobody waits";
     WaitForRequests(1);
-    EXPECT_THAT(service.Requests,
-                ElementsAre("GET /clients/serverping.php?username=ann&ver=01000000&tr=420&tv=11&tt=13&td=17"
-                            "&tb=3000000000&sr=126&rv=1&rt=2&rd=3&rb=4000" +
-                            requestEnd));
-    EXPECT_EQ(RecentRows(), 4) << "and tidies the recent events";
+    SendPing();
+    EXPECT_TRUE(gSystray->tmrReport.Enabled()) << "nor for ever";
+    WaitForRequests(2);
+    EXPECT_THAT(service.Requests, ElementsAre("GET /clients/sendserverinfo.php?username=ann%20b&site_title=My%20Site&&"
+                                              "site_desc=A%20B&&picturecount=12&&moviecount=3" +
+                                                  requestEnd,
+                                              "GET /clients/serverping.php?username=ann%20b&ver=01000000&tr=420&tv=11"
+                                              "&tt=13&td=17&tb=3000000000&sr=126&rv=1&rt=2&rd=3&rb=4000" +
+                                                  requestEnd));
+    EXPECT_EQ(gDatabase->OpenRecordset("StatsRecent", RecordsetType::Table)->RecordCount(), 4) << "and is tidied";
+    gDatabase.reset();
 
     SaveSetting("Setup", "ServiceBase", "");
     SetClock();
-    SendPing();
     SendListing(1, 1);
     EXPECT_EQ(Check(), ServiceCheck::NoAnswer);
     EXPECT_EQ(TakeWaited(), 0);
     EXPECT_EQ(gWebsiteAddress, local);
-    EXPECT_EQ(service.Requests.size(), 1U) << "none without a service";
+    EXPECT_EQ(service.Requests.size(), 2U) << "none without a service";
 }
 
 }  // namespace pixmora

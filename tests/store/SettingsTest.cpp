@@ -17,10 +17,7 @@ constexpr Registry::Root user = Registry::Root::CurrentUser;
 
 }  // namespace
 
-class SettingsTest : public testing::Test {
-protected:
-    ProgramFolder folder;
-};
+class SettingsTest : public testing::Test, protected ProgramFolder {};
 
 TEST_F(SettingsTest, HaveTheDefaultOfTheCall) {
     EXPECT_EQ(GetSettingNumber("Setup", "ListenPort", 8080), 8080);
@@ -31,8 +28,6 @@ TEST_F(SettingsTest, HaveTheDefaultOfTheCall) {
         EXPECT_EQ(MessageOf([] { GetSettingNumber("Setup", "ListenPort", 8080); }),
                   "Type mismatch (Setup, ListenPort)");
     }
-    DeleteSetting("Setup", "ListenPort");
-    EXPECT_EQ(GetSetting("Setup", "ListenPort", "80"), "80");
     EXPECT_TRUE(
         Registry::KeyExists(user, "Software\\VB and VBA Program Settings\\Pixmora! Digital Media Software\\Setup"));
 }
@@ -58,9 +53,9 @@ TEST_F(SettingsTest, MoveFromTheFormerNameAndSortMethod) {
 
 TEST_F(SettingsTest, ReadTheTextFilesWhole) {
     EXPECT_FALSE(ReadProgramFile("welcome.txt").has_value());
-    folder.Write("welcome.txt", "\xEF\xBB\xBFHello\r\n");
+    Write("welcome.txt", "\xEF\xBB\xBFHello\r\n");
     EXPECT_EQ(ReadProgramFile("welcome.txt"), "Hello\r\n");
-    folder.MakeFolder("sitedesc.txt");
+    MakeFolder("sitedesc.txt");
     EXPECT_EQ(MessageOf([] { ReadProgramFile("sitedesc.txt"); }), "Path/File access error (sitedesc.txt)");
 }
 

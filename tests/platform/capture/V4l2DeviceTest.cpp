@@ -13,9 +13,6 @@
 namespace pixmora {
 
 using testing::ElementsAre;
-using testing::IsNull;
-using testing::Le;
-using testing::NotNull;
 
 namespace {
 
@@ -68,40 +65,30 @@ protected:
 TEST_F(V4l2Device, CountsOnlyNodesThatCapture) {
     AddCamera("/dev/video0", {.Card = "Metadata", .Capabilities = V4L2_CAP_META_CAPTURE | V4L2_CAP_STREAMING});
     AddCamera("/dev/video1", {.Card = "Garden"});
-    AddCamera("/dev/video2", {.Card = "Encoder", .Capabilities = V4L2_CAP_VIDEO_M2M | V4L2_CAP_STREAMING});
     AddCamera("/dev/video3", {.Card = "Gone", .HasVanished = true});
     AddCamera("/dev/video4", {.Card = "Porch"});
-    ASSERT_TRUE(drivers.Describe(0));
-    EXPECT_EQ(drivers.Describe(0)->Name, "Garden");
-    EXPECT_EQ(drivers.Describe(0)->Version, "6.1.99");
-    EXPECT_EQ(drivers.Describe(1)->Name, "Porch");
+    ASSERT_TRUE(drivers.Describe(1));
+    EXPECT_EQ(drivers.Describe(0)->Name + drivers.Describe(0)->Version + drivers.Describe(1)->Name,
+              "Garden6.1.99Porch");
     EXPECT_FALSE(drivers.Describe(2));
-    EXPECT_THAT(drivers.Connect(2), IsNull());
-    EXPECT_THAT(drivers.Connect(-1), IsNull());
+    for (const int index : {2, -1}) EXPECT_FALSE(drivers.Connect(index)) << index;
 }
 
 TEST_F(V4l2Device, TurnsFramesIntoBitmaps) {
-    const Format rgb{V4L2_PIX_FMT_RGB24, 4, 2};
     const Format mjpeg{V4L2_PIX_FMT_MJPEG, 16, 8};
     const std::string red = Jpeg(Qt::red);
-    const std::tuple<const char *, Format, std::string, QColor> cases[] = {
-        {"white", rgb, white, Qt::white},
-        {"jpeg", mjpeg, Jpeg(Qt::blue), Qt::blue},
-        {"jpeg filled up with zeros", mjpeg, red + std::string(100, '\0'), Qt::red},
-        {"jpeg with other bytes behind it", mjpeg, red + "of the frame before", Qt::red},
-        {"jpeg without its end mark", mjpeg, red.substr(0, red.size() - 2), Qt::red},
+    const std::string line("\xFF\0\0\0\xFF\0\xFF\0\0\0\xFF\0", 12);  // red, green, red, green
+    const std::tuple<const char *, Format, std::string> cases[] = {
+        {"jpeg filled up with zeros", mjpeg, red + std::string(100, '\0')},
+        {"jpeg with other bytes behind it", mjpeg, red + "of the frame before"},
+        {"jpeg without its end mark", mjpeg, red.substr(0, red.size() - 2)},
+        {"each pixel in its place", {V4L2_PIX_FMT_RGB24, 4, 2}, line + line},
     };
-    for (const auto &[name, format, frame, wanted] : cases) {
+    for (const auto &[name, format, frame] : cases) {
         AddCamera(node, {.Formats = {{V4L2_PIX_FMT_GREY}, format}, .Frames = {{frame}}});
         ASSERT_TRUE(TakeFromFirst()) << name;
-        EXPECT_TRUE(IsStill(wanted)) << name;
+        EXPECT_TRUE(IsStill(Qt::red)) << name;
     }
-}
-
-TEST_F(V4l2Device, PutsEachPixelInItsPlace) {
-    const std::string line("\xFF\0\0\0\xFF\0\xFF\0\0\0\xFF\0", 12);  // red, green, red, green
-    AddCamera(node, {.Frames = {{line + line}}});
-    ASSERT_TRUE(TakeFromFirst());
     ASSERT_EQ(Still().size(), QSize(4, 2));
     for (int x = 0; x < 4; ++x) EXPECT_EQ(Still().pixelColor(x, 1), QColor(x % 2 == 0 ? Qt::red : Qt::green)) << x;
 }
@@ -114,25 +101,24 @@ TEST_F(V4l2Device, TakesTheFormatNearestToItsSize) {
     AddCamera(node, {.Formats = {{V4L2_PIX_FMT_RGB24, 4, 2}, small}, .Frames = {{Jpeg(Qt::red)}}});
     EXPECT_TRUE(TakeFromFirst()) << "of two alike the camera's own";
     AddCamera(node, {.Formats = {{V4L2_PIX_FMT_GREY}, {V4L2_PIX_FMT_RGB24, 40000, 40000}}});
-    EXPECT_THAT(drivers.Connect(0), IsNull()) << "none that is known";
+    EXPECT_FALSE(drivers.Connect(0)) << "none that is known";
     AddCamera(node, {.Errors = {{VIDIOC_S_FMT, EBUSY}}});
-    EXPECT_THAT(drivers.Connect(0), IsNull()) << "another program has it";
+    EXPECT_FALSE(drivers.Connect(0)) << "another program has it";
 }
 
 TEST_F(V4l2Device, KeepsTheLastOfAFewFrames) {
-    Camera &camera = AddCamera(node);
-    for (int i = 0; i < 7; ++i) camera.Frames.push_back({black});
-    camera.Frames.push_back({black, V4L2_BUF_FLAG_ERROR});
-    camera.Frames.push_back({black.substr(1)});
-    camera.Frames.push_back({white});
-    for (int i = 0; i < 90; ++i) camera.Frames.push_back({black});
+    Camera &camera = AddCamera(node, {.Frames = std::deque<Frame>(7, {black})});
+    for (const Frame &frame : {Frame{black, V4L2_BUF_FLAG_ERROR}, {black.substr(1)}, {white}})
+        camera.Frames.push_back(frame);
+    camera.Frames.insert(camera.Frames.end(), 90, {black});
     ASSERT_TRUE(TakeFromFirst());
     EXPECT_TRUE(IsStill(Qt::white));
     EXPECT_EQ(camera.FramesGiven, 10U);
 
     const std::string whole = Jpeg(Qt::red);
+    const std::string unended = Jpeg(Qt::blue).substr(0, whole.size() - 9);
     AddCamera(node, {.Formats = {{V4L2_PIX_FMT_MJPEG, 16, 8}},
-                     .Frames = {{whole}, {whole.substr(0, whole.size() / 2)}, {"\xFF\xD8\xFF no picture \xFF\xD9"}}});
+                     .Frames = {{whole}, {unended}, {"\xFF\xD8\xFF no picture \xFF\xD9"}}});
     ASSERT_TRUE(TakeFromFirst());
     EXPECT_TRUE(IsStill(Qt::red)) << "the last one that is whole and can be decoded";
 
@@ -140,13 +126,11 @@ TEST_F(V4l2Device, KeepsTheLastOfAFewFrames) {
     const Tick start = GetTickCount();
     ASSERT_TRUE(TakeFromFirst()) << "a slow camera";
     EXPECT_TRUE(IsStill(Qt::white));
-    EXPECT_THAT(GetTickCount() - start, Le(2000));
-}
+    EXPECT_LE(GetTickCount() - start, 2000);
 
-TEST_F(V4l2Device, ReadsWhereItCannotStream) {
     AddCamera(node,
               {.Capabilities = V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_READWRITE, .Frames = {{black.substr(3)}, {white}}});
-    ASSERT_TRUE(TakeFromFirst());
+    ASSERT_TRUE(TakeFromFirst()) << "one that can only be read";
     EXPECT_TRUE(IsStill(Qt::white));
 }
 
@@ -167,11 +151,11 @@ TEST_F(V4l2Device, GivesNothingWhenItFailsAndGoesOnOnceMended) {
     for (const auto &[name, fault] : faults) {
         AddCamera(node, {.Frames = good});
         const auto device = drivers.Connect(0);
-        ASSERT_THAT(device, NotNull()) << name;
+        ASSERT_TRUE(device) << name;
         AddCamera(node, fault);
         const Tick start = GetTickCount();
         EXPECT_FALSE(Take(*device)) << name;
-        EXPECT_THAT(GetTickCount() - start, Le(2000)) << name;
+        EXPECT_LE(GetTickCount() - start, 2000) << name;
         AddCamera(node, {.Frames = good});
         EXPECT_TRUE(Take(*device)) << name;
     }

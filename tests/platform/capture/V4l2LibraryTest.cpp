@@ -1,4 +1,4 @@
-// The conversion library itself over a played kernel: whatever format a device has, a still comes of it.
+// The conversion library itself over a played kernel: a still comes of a format that is none of ours.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
@@ -7,7 +7,8 @@
 #include <QImage>
 #include <cstdarg>
 
-#include "platform/capture/V4l2Device.h"
+#include "platform/capture/CaptureFrame.h"
+#include "platform/capture/V4l2Session.h"
 #include "platform/loop/MessageLoop.h"
 #include "support/PlayedKernel.h"
 
@@ -45,70 +46,30 @@ extern "C" long syscall(long number, ...) noexcept {
 
 namespace pixmora {
 
-namespace {
-
-/// The system's calls, on the one node.
-class NodeCalls : public V4l2Calls {
-public:
-    std::vector<std::string> Devices() override { return {node}; }
-    int Open(const std::string &path) override { return system_.Open(path); }
-    int Ioctl(int number, unsigned long request, void *argument) override {
-        return system_.Ioctl(number, request, argument);
-    }
-    void *Map(int number, std::size_t length, off_t offset) override { return system_.Map(number, length, offset); }
-    void Unmap(void *start, std::size_t length) override { system_.Unmap(start, length); }
-    std::shared_ptr<void> AwaitInput(int number, int ms, std::function<void(bool hasInput)> done) override {
-        return system_.AwaitInput(number, ms, std::move(done));
-    }
-    ssize_t Read(int number, void *buffer, std::size_t count) override { return system_.Read(number, buffer, count); }
-    void Close(int number) override { system_.Close(number); }
-
-private:
-    V4l2Calls &system_ = SystemV4l2Calls();
-};
-
-std::string Repeated(std::string_view bytes, int times) {
-    std::string text;
-    for (int i = 0; i < times; ++i) text += bytes;
-    return text;
-}
-
-/// The still of a device that has one format, 32 by 16 pixels.
-QImage StillOf(std::uint32_t format, const std::string &frame) {
+TEST(V4l2Library, MakesFramesOfWhatMostCamerasHave) {
+    std::string red;  // Y 82, U 90, V 240 (ITU-R BT.601)
+    for (int pair = 0; pair < 16 * 16; ++pair) red += "\x52\x5A\x52\xF0";
     PlayedKernel played;
     kernel = &played;
-    played.Cameras[node] = {.Formats = {{format, 32, 16}}, .Frames = std::deque<Frame>(8, {frame})};
+    played.Cameras[node] = {.Formats = {{V4L2_PIX_FMT_YUYV, 32, 16}}, .Frames = std::deque<Frame>(8, {red})};
     played.Open(node);  // chooses the camera
-    NodeCalls calls;
-    V4l2Drivers drivers(calls);
-    auto device = drivers.Connect(0);
-    std::optional<std::string> bitmap;
-    if (device) device->TakeStill([&bitmap](const std::string &bytes) { bitmap = bytes; });
-    for (int turn = 0; device && !bitmap && turn < 1000; ++turn) WaitUntilTick(TickAfter(GetTickCount(), 1));
-    device.reset();
-    DoEvents();  // what has waited for input goes with the loop's next turn
-    kernel = nullptr;
-    return QImage::fromData(QByteArray::fromStdString(bitmap.value_or("")), "BMP");
-}
-
-}  // namespace
-
-TEST(V4l2Library, MakesAStillOfWhateverTheDeviceHas) {
-    constexpr int pixels = 32 * 16;
-    const std::string light(pixels, '\x52');  // red is Y 82, U 90, V 240 (ITU-R BT.601)
-    const std::tuple<const char *, std::uint32_t, std::string> cases[] = {
-        {"RGB3", V4L2_PIX_FMT_RGB24, Repeated({"\xFF\0\0", 3}, pixels)},
-        {"BGR3", V4L2_PIX_FMT_BGR24, Repeated({"\0\0\xFF", 3}, pixels)},
-        {"YUYV", V4L2_PIX_FMT_YUYV, Repeated("\x52\x5A\x52\xF0", pixels / 2)},
-        {"NV12", V4L2_PIX_FMT_NV12, light + Repeated("\x5A\xF0", pixels / 4)},
-        {"YU12", V4L2_PIX_FMT_YUV420, light + std::string(pixels / 4, '\x5A') + std::string(pixels / 4, '\xF0')},
-    };
-    for (const auto &[name, format, frame] : cases) {
-        const QImage still = StillOf(format, frame);
-        ASSERT_EQ(still.size(), QSize(32, 16)) << name;
-        const QColor colour = still.pixelColor(9, 9);
-        EXPECT_TRUE(colour.red() > 235 && colour.green() < 20 && colour.blue() < 20) << name;
+    std::string bitmap;
+    {
+        V4l2Session session(SystemV4l2Calls(), node);
+        ASSERT_TRUE(session.IsCaptureDevice() && session.SetFormat() && session.Start());
+        bool hasInput = false;
+        const auto wait = session.AwaitInput(1000, [&](bool has) { hasInput = has; });
+        for (int turn = 0; !hasInput && turn < 1000; ++turn) WaitUntilTick(TickAfter(GetTickCount(), 1));
+        EXPECT_TRUE(hasInput);
+        V4l2Session::Attempt frame;
+        ASSERT_TRUE(session.Next(frame) && frame);
+        bitmap = FrameToBitmap(session.Format(), *frame);
     }
+    kernel = nullptr;
+    const QImage still = QImage::fromData(QByteArray::fromStdString(bitmap), "BMP");
+    ASSERT_EQ(still.size(), QSize(32, 16));
+    const QColor colour = still.pixelColor(9, 9);
+    EXPECT_TRUE(colour.red() > 235 && colour.green() < 20 && colour.blue() < 20);
 }
 
 }  // namespace pixmora

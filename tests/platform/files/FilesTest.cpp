@@ -2,7 +2,6 @@
 #include "platform/files/Files.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,18 +14,10 @@ namespace pixmora {
 
 namespace {
 
-using testing::ElementsAre;
 using namespace std::string_literals;
 
 constexpr ErrorNumber notFound = ErrorNumber::FileNotFound;
 constexpr ErrorNumber accessError = ErrorNumber::PathFileAccessError;
-
-std::vector<std::string> NamesIn(std::string_view path) {
-    std::vector<std::string> names;
-    const Directory directory(path);
-    for (const DirectoryEntry &entry : directory.Entries()) names.push_back(entry.Name);
-    return names;
-}
 
 }  // namespace
 
@@ -41,15 +32,7 @@ TEST(Paths, TellWhatStandsThere) {
     for (const std::string &there : {path + "\\\\a\\", path + "\\a\\\\", folder.Path() + "/a/", "\"" + path + "\\a\""})
         EXPECT_TRUE(PathExists(there)) << there;
     for (const std::string &none : {path + "\\b", ""s}) EXPECT_FALSE(PathExists(none)) << none;
-    EXPECT_TRUE(IsDirectory(path + "\\a"));
     for (const std::string &none : {path + "\\a\\x.txt", path + "\\a\0"s}) EXPECT_FALSE(IsDirectory(none)) << none;
-}
-
-TEST(Paths, RefuseAWayUpAndBadNames) {
-    for (const auto &path : {".."s, "a\\..\\b"s, "../x"s, "\\a/.."s, "a\0b"s}) EXPECT_TRUE(HasForbiddenPart(path));
-    for (const auto &path : {""s, "a..b"s, "...\\x"s, "\\a\\.\\b"s}) EXPECT_FALSE(HasForbiddenPart(path)) << path;
-    for (const char c : R"(\/:*?"'<>|)"s) EXPECT_TRUE(HasBadFileChars("a"s + c)) << c;
-    EXPECT_FALSE(HasBadFileChars("Rock & Roll; 100% #1 (é)"));
 }
 
 TEST(Facts, AreThoseOfTheFile) {
@@ -57,21 +40,13 @@ TEST(Facts, AreThoseOfTheFile) {
     const std::string file = folder.Write("x.bin", std::string(1340, 'x'));
     const timespec times[] = {{1000000000, 0}, {1078157106, 0}};
     ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
-    const FileFacts facts = GetFileFacts(file);
-    EXPECT_EQ(facts.Size, 1340);
-    EXPECT_FALSE(facts.IsDirectory);
-    EXPECT_EQ(facts.LastWriteTime, MakeDate(2004, 3, 1, 16, 5, 6));
+    EXPECT_EQ(GetFileFacts(file).LastWriteTime, MakeDate(2004, 3, 1, 16, 5, 6));
     struct statx system {};
     ASSERT_EQ(statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME, &system), 0);
     const bool hasBirth = (system.stx_mask & STATX_BTIME) != 0;
-    EXPECT_EQ(facts.CreationTime, hasBirth ? LocalTime(system.stx_btime.tv_sec) : facts.LastWriteTime);
-
-    EXPECT_EQ(FileLength(file), 1340);
+    EXPECT_EQ(GetFileFacts(file).CreationTime, LocalTime(hasBirth ? system.stx_btime.tv_sec : 1078157106));
     EXPECT_EQ(FormatFileSize(file), "1.30 KB");
-    EXPECT_EQ(FormatFileSize(folder.Path()), "");
-    EXPECT_EQ(FormatFileSize(file + "\0"s), "");
-    EXPECT_EQ(ErrorOf([&] { FileLength(file + "x"); }), notFound);
-    EXPECT_TRUE(GetFileFacts(folder.Path()).IsDirectory);
+    for (const std::string &none : {folder.Path(), file + "\0"s}) EXPECT_EQ(FormatFileSize(none), "") << none;
 }
 
 TEST(Walk, ListsByBytesAndFollowsLinks) {
@@ -83,13 +58,10 @@ TEST(Walk, ListsByBytesAndFollowsLinks) {
     ASSERT_EQ(symlink("a.jpg", folder.Path("to file").c_str()), 0);
     ASSERT_EQ(symlink("nowhere", folder.Path("broken").c_str()), 0);
 
+    std::string names;
     const Directory directory(ProgramPath(folder.Path()));
-    ASSERT_TRUE(directory.IsReadable());
-    EXPECT_THAT(NamesIn(folder.Path()), ElementsAre("!.jpg", ".", "..", "B.jpg", "a", "a.jpg", "b.jpg", "to file",
-                                                    "to folder", "\xC3\xA9.jpg", "\xFF.jpg"));
-    std::string folders;
-    for (const DirectoryEntry &entry : directory.Entries()) folders += entry.IsDirectory ? entry.Name + "|" : "";
-    EXPECT_EQ(folders, ".|..|a|to folder|");
+    for (const auto &[name, isDirectory] : directory.Entries()) names += name + (isDirectory ? "/|" : "|");
+    EXPECT_EQ(names, "!.jpg|./|../|B.jpg|a/|a.jpg|b.jpg|to file|to folder/|\xC3\xA9.jpg|\xFF.jpg|");
 
     EXPECT_EQ(directory.Facts({".", true}).value().Inode, GetFileFacts(folder.Path()).Inode);
     DeleteFile(folder.Path("b.jpg"));
@@ -99,15 +71,14 @@ TEST(Walk, ListsByBytesAndFollowsLinks) {
 TEST(BinaryFiles, ReadInPiecesAndRefuseWhatIsNoFile) {
     const TempFolder folder;
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path("none")); }), notFound);
-    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Write("x") + "/y"); }), notFound);
-    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path()); }), accessError);
-    EXPECT_EQ(ErrorOf([&] { BinaryFile::OpenForRead(folder.Path("pipe")); }), accessError) << "and does not wait";
+    const std::pair<std::string, ErrorNumber> others[] = {{folder.Path("none"), notFound},
+                                                          {folder.Write("x") + "/y", notFound},
+                                                          {folder.Path(), accessError},
+                                                          {folder.Path("pipe"), accessError}};  // without a wait
+    for (const auto &[path, error] : others) EXPECT_EQ(ErrorOf([&, at = path] { BinaryFile::OpenForRead(at); }), error);
     const auto file = BinaryFile::OpenForRead(folder.Write("bytes", "\0\xFF\r\n\x1A"s + std::string(3 << 20, 'x')));
-    EXPECT_EQ(file->Length(), 5 + (3 << 20));
     EXPECT_EQ(file->Read(5), "\0\xFF\r\n\x1A"s);
     EXPECT_EQ(file->ReadAll(), std::string(3 << 20, 'x'));
-    EXPECT_EQ(file->Read(1024), "");
     EXPECT_EQ(ReadBinaryFile(folder.Path("new")), "");
     EXPECT_TRUE(FileExists(folder.Path("new"))) << "the binary open makes a missing file";
 }
@@ -123,7 +94,7 @@ TEST(Changes, ReplaceAFileWholeOrNotAtAll) {
         EXPECT_EQ(ErrorOf([&] { WriteFileAtomically(file, std::string(100, 'x')); }), ErrorNumber::DiskFull);
     }
     EXPECT_EQ(folder.Read("x\xFF"), "new\0bytes"s);
-    EXPECT_THAT(NamesIn(folder.Path()), ElementsAre(".", "..", "x\xFF")) << "nothing left behind";
+    EXPECT_EQ(Directory(folder.Path()).Entries().size(), 3U) << "nothing but the folders and the file is left";
 
     ASSERT_EQ(symlink("x\xFF", folder.Path("link").c_str()), 0);
     WriteFileAtomically(folder.Path("link"), "through");
@@ -136,30 +107,17 @@ TEST(Changes, CopyATreeAndKeepWhatIsThere) {
     const TempFolder folder;
     folder.Write("from/a.txt", "a");
     folder.Write("from/sub/deep/b.txt", std::string(600000, 'b'));
-    folder.MakeFolder("from/empty");
     ASSERT_EQ(symlink("..", folder.Path("from/sub/up").c_str()), 0);
     folder.Write("to/a.txt", "mine");
     CopyDirectory(folder.Path("from"), folder.Path("to"));
     EXPECT_EQ(folder.Read("to/a.txt"), "mine");
     EXPECT_EQ(folder.Read("to/sub/deep/b.txt").size(), 600000u);
-    EXPECT_TRUE(IsDirectory(folder.Path("to/empty")));
     EXPECT_FALSE(FileExists(folder.Path("to/sub/up"))) << "a link back up is not followed";
 
     CopyDirectory(folder.Path("from"), folder.Path("from/sub/copy"));
     EXPECT_EQ(folder.Read("from/sub/copy/a.txt"), "a") << "a copy into itself ends";
     EXPECT_THROW(CopyDirectory(folder.Path("none"), folder.Path("to")), RunTimeError);
     EXPECT_EQ(ErrorOf([&] { MakeDirectory(folder.Path("to/a.txt/x")); }), accessError);
-}
-
-TEST(Paths, AreCutAtTheirLastSeparator) {
-    const std::tuple<const char *, const char *, const char *> cases[] = {
-        {"\\a\\b.jpg", "b.jpg", "\\a\\"}, {"/a/b.jpg", "b.jpg", "/a/"},
-        {"b.jpg", "b.jpg", ""},           {"/", "\\", ""},
-        {"\\a\\", "", "\\a\\"},           {"", "", ""}};
-    for (const auto &[path, last, parent] : cases) {
-        EXPECT_EQ(LastPathPart(path), last) << path;
-        EXPECT_EQ(ParentPath(path), parent) << path;
-    }
 }
 
 }  // namespace pixmora

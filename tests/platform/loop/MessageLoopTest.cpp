@@ -29,7 +29,6 @@ TEST(MessageLoopWait, IdlesHoweverManyWaitsAreNested) {
         for (; !isOver; ++disturbances) WaitUntilTick(GetTickCount() + 600'000);
     };
     handler();
-    EXPECT_EQ(waiting, 20) << "in one another";
     EXPECT_LE(disturbances, 2 * 20) << "each is woken by the timer of the next and the last";
 }
 
@@ -59,37 +58,31 @@ TEST(MessageLoop, NestsToAnEnd) {
     EXPECT_LT(waits, 600);
 }
 
-TEST(MessageLoopTimer, TicksWhileEnabledWithAnInterval) {
-    Timer timer;
+TEST(MessageLoopTimer, TicksWhileEnabledWithAnIntervalAndMayBeDestroyedByItsHandler) {
+    auto timer = std::make_unique<Timer>();
     int ticks = 0;
-    timer.OnTimer = [&] {
+    timer->OnTimer = [&] {
         ++ticks;
         WaitThrough(GetTickCount() + 15);  // it does not tick inside itself
     };
-    timer.SetEnabled(true);
+    timer->SetEnabled(true);
     WaitThrough(GetTickCount() + 10);
     EXPECT_EQ(ticks, 0) << "an interval of 0";
-    timer.SetInterval(5);
+    timer->SetInterval(5);
     while (ticks < 3) WaitUntilTick(GetTickCount() + 600'000);
-    timer.SetEnabled(false);
-    WaitUntilTick(GetTickCount() - 1);
+    timer->SetEnabled(false);
     ticks = 0;
     WaitThrough(GetTickCount() + 20);
     EXPECT_EQ(ticks, 0);
-}
 
-TEST(MessageLoopTimer, MayBeDestroyedByItsHandler) {
-    auto timer = std::make_unique<Timer>();
-    bool hasRun = false;
     timer->OnTimer = [&, captured = std::string(100, 'x')] {
         timer.reset();
         DoEvents();
-        hasRun = captured.size() == 100;
+        ticks = static_cast<int>(captured.size());
     };
-    timer->SetInterval(1);
     timer->SetEnabled(true);
     while (timer) WaitUntilTick(GetTickCount() + 600'000);
-    EXPECT_TRUE(hasRun);
+    EXPECT_EQ(ticks, 100);
 }
 
 TEST(MessageLoop, EndsTheProcessOnAnErrorThatNoHandlerCaught) {
@@ -97,13 +90,6 @@ TEST(MessageLoop, EndsTheProcessOnAnErrorThatNoHandlerCaught) {
         throw RunTimeError(ErrorNumber::Overflow);
     };
     EXPECT_EXIT(RunEventHandler(overflow), testing::ExitedWithCode(70), "^Overflow\n$");
-
-    std::vector<ErrorNumber> errors;
-    SetUnhandledErrorHandler([&](const RunTimeError &error) { errors.push_back(error.Number()); });
-    RunEventHandler(overflow);
-    RunEventHandler([] {});
-    SetUnhandledErrorHandler(nullptr);
-    EXPECT_EQ(errors, std::vector{ErrorNumber::Overflow});
     EXPECT_THROW(RunEventHandler([] { throw std::length_error("a bug"); }), std::length_error)
         << "not an event's business";
 }

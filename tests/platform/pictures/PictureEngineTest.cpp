@@ -81,6 +81,11 @@ std::string WithManyScans(const std::string &progressive, int scans) {
     return jpeg + "\xFF\xD9";
 }
 
+bool IsNear(QColor color, QColor expected) {
+    return std::abs(color.red() - expected.red()) < 24 && std::abs(color.green() - expected.green()) < 24 &&
+           std::abs(color.blue() - expected.blue()) < 24;
+}
+
 class PictureEngineTest : public testing::Test {
 protected:
     bool LoadFile(const std::string &path) {
@@ -107,14 +112,19 @@ protected:
         return QImage(QString::fromStdString(folder.Path("saved.jpg")), "jpeg");
     }
 
+    /// That the saved picture has the size, and is as red and as blue at these places of its first row.
+    void ExpectRedQuarter(QSize size, int red, int blue) {
+        const QImage image = Saved(95);
+        ASSERT_EQ(image.size(), size);
+        if (size.height() == 1) return;
+        EXPECT_TRUE(IsNear(image.pixelColor(red, 0), Qt::red));
+        EXPECT_TRUE(IsNear(image.pixelColor(blue, 0), Qt::blue));
+        EXPECT_TRUE(IsNear(image.pixelColor(red, size.height() - 1), Qt::blue));
+    }
+
     TempFolder folder;
     PictureEngine engine;
 };
-
-bool IsNear(QColor color, QColor expected) {
-    return std::abs(color.red() - expected.red()) < 24 && std::abs(color.green() - expected.green()) < 24 &&
-           std::abs(color.blue() - expected.blue()) < 24;
-}
 
 }  // namespace
 
@@ -126,9 +136,7 @@ TEST_F(PictureEngineTest, TakesTheNewerFormatsWhereTheyAreNamedSo) {
         ASSERT_TRUE(LoadFile(Sample(name)));
         EXPECT_EQ(QSize(engine.Width(), engine.Height()), QSize(128, 64));
         Resize(64);
-        const QImage image = Saved();
-        ASSERT_EQ(image.size(), QSize(64, 32));
-        EXPECT_TRUE(IsNear(image.pixelColor(10, 5), Qt::red) && IsNear(image.pixelColor(50, 5), Qt::blue));
+        ExpectRedQuarter({64, 32}, 30, 33);  // and not made of a smaller one beside the whole
         EXPECT_FALSE(engine.Encoded(3, [] {}).empty()) << "on a thread of its own";
         for (const std::size_t length : {std::size_t{0}, std::size_t{9}, bytes.size() / 3, bytes.size() * 2 / 3}) {
             if (LoadFile(folder.Write(name, bytes.substr(0, length)))) ErrorOf([&] { SaveTo(folder.Path("out")); });
@@ -142,82 +150,83 @@ TEST_F(PictureEngineTest, KeepsTheProportionsAndThePictureWhenItScales) {
         {{640, 480}, {150, 113}}, {{643, 481}, {150, 112}}, {{400, 30}, {4, 1}}, {{40, 30}, {200, 150}}};
     for (const auto &[given, wanted] : sizes) {
         for (const char *format : {"jpeg", "bmp", "png"}) {
-            SCOPED_TRACE(given.width());
+            SCOPED_TRACE(format + std::to_string(given.width()));
             ASSERT_TRUE(Load(Encoded(WithRedQuarter(given.width(), given.height()), format)));
             ASSERT_TRUE(Resize(wanted.width()));
             EXPECT_EQ(QSize(engine.Width(), engine.Height()), wanted);
-            const QImage image = Saved();
-            ASSERT_EQ(image.size(), wanted);
-            if (wanted.height() == 1) continue;
-            EXPECT_TRUE(IsNear(image.pixelColor(0, 0), Qt::red));
-            EXPECT_TRUE(IsNear(image.pixelColor(wanted.width() - 1, wanted.height() - 1), Qt::blue));
+            ExpectRedQuarter(wanted, 0, wanted.width() - 1);
         }
     }
+    ASSERT_TRUE(Load(Encoded(WithRedQuarter(640, 480), "jpeg")));
+    Resize(320);
+    ExpectRedQuarter({320, 240}, 158, 161);  // and not made of too coarse a fraction
 }
 
 TEST_F(PictureEngineTest, SetsPhotographsUpright) {
     const std::string jpeg = Encoded(WithRedQuarter(640, 320), "jpeg");
-    const QPoint corners[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1},
-                              {0, 0}, {1, 0}, {1, 1}, {0, 1}};  // the red one, by orientation
+    const QPoint corners[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};  // the red one, by orientation
     for (int orientation = 1; orientation <= 8; ++orientation) {
         SCOPED_TRACE(orientation);
         ASSERT_TRUE(Load(WithOrientation(jpeg, orientation)));
-        const bool isTurned = orientation >= 5;
-        EXPECT_EQ(engine.Width(), isTurned ? 320 : 640);
-        EXPECT_EQ(engine.Height(), isTurned ? 640 : 320);
+        const QSize whole = orientation >= 5 ? QSize(320, 640) : QSize(640, 320);
+        EXPECT_EQ(QSize(engine.Width(), engine.Height()), whole);
         Resize(100);
         const QImage image = Saved();
-        ASSERT_EQ(image.size(), QSize(100, isTurned ? 200 : 50));
-        for (const QPoint corner : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)}) {
+        ASSERT_EQ(image.width() * whole.height(), image.height() * whole.width());
+        for (const QPoint corner : corners) {
             const QColor color = image.pixelColor(corner.x() * 99, corner.y() * (image.height() - 1));
-            EXPECT_TRUE(IsNear(color, corner == corners[orientation - 1] ? Qt::red : Qt::blue))
-                << corner.x() << corner.y();
+            const QPoint red = corners[(orientation - 1) % 4];
+            EXPECT_TRUE(IsNear(color, corner == red ? Qt::red : Qt::blue)) << corner.x() << corner.y();
         }
     }
 }
 
 TEST_F(PictureEngineTest, ReadsColoursOfOtherKinds) {
-    QImage clear(64, 32, QImage::Format_ARGB32);
-    clear.fill(Qt::transparent);
     QImage wide = Plain(64, 32, QColor(150, 200, 150));
     wide.setColorSpace(QColorSpace::AdobeRgb);
     const QImage grey = Plain(64, 32, QColor(90, 90, 90)).convertToFormat(QImage::Format_Grayscale8);
     const std::pair<std::string, QColor> cases[] = {
-        {Encoded(clear, "png"), Qt::white},
-        {Gif(), Qt::white},
+        {Gif(), Qt::white},  // of its transparent half
         {ReadBinaryFile(Sample("printers_red.jpg")), Qt::red},
-        {Encoded(grey, "jpeg"), QColor(90, 90, 90)},
         {Encoded(wide, "jpeg"), QColor(122, 201, 147)},  // 150 by the wide space's red is less of ours
+        {Encoded(grey, "jpeg"), QColor(90, 90, 90)},
     };
     for (const auto &[bytes, colour] : cases) {
         ASSERT_TRUE(Load(bytes));
         EXPECT_TRUE(IsNear(Saved(95).pixelColor(5, 5), colour)) << bytes.substr(0, 4) << colour.red();
     }
-    ASSERT_TRUE(Load(Encoded(grey, "jpeg")));
     Resize(32);
     EXPECT_EQ(Saved().format(), QImage::Format_Grayscale8);
 }
 
-TEST_F(PictureEngineTest, WritesAPlainJpegOfTheQualityAsked) {
+TEST_F(PictureEngineTest, WritesAPlainJpegOfTheQualityAskedOrNothing) {
     QImage image = WithRedQuarter(200, 200);
     image.setText("Comment", "taken at home");
     image.setColorSpace(QColorSpace::SRgb);
     ASSERT_TRUE(Load(Encoded(image, "jpeg", true)));
-    SaveTo(folder.Path("out"), 0, 0);
-    const std::string jpeg = folder.Read("out");
-    EXPECT_EQ(jpeg.find("at home"), std::string::npos);
-    EXPECT_EQ(jpeg.find("ICC_PROFILE"), std::string::npos);
-    EXPECT_NE(jpeg.find("\xFF\xC0"), std::string::npos) << "every browser shows it from the top down";
-
-    const auto lengthAt = [&](int quality) {
-        SaveTo(folder.Path("out"), quality);
-        return folder.Read("out").size();
+    const auto jpegOf = [&](int quality, int type) {
+        SaveTo(folder.Path("out"), quality, type);
+        return folder.Read("out");
     };
-    EXPECT_EQ(lengthAt(75), jpeg.size());
-    EXPECT_LT(lengthAt(30), jpeg.size());
-    EXPECT_EQ(lengthAt(101), lengthAt(100));
+    const std::string jpeg = jpegOf(0, 0);
+    for (const char *part : {"at home", "ICC_PROFILE"}) EXPECT_EQ(jpeg.find(part), std::string::npos) << part;
+    EXPECT_NE(jpeg.find("\xFF\xC0"), std::string::npos) << "every browser shows it from the top down";
+    EXPECT_EQ(jpegOf(75, 3), jpeg);
+    EXPECT_LT(jpegOf(30, 3).size(), jpeg.size());
+    EXPECT_EQ(jpegOf(101, 3), jpegOf(100, 3));
     const auto entries = std::filesystem::directory_iterator(folder.Path());
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 2) << "something is left over";
+
+    const auto errorAt = [&](const std::string &path) {
+        return ErrorOf([&] { SaveTo(path); });
+    };
+    EXPECT_EQ(errorAt(folder.Path("missing/out")), pictureError);
+    Resize(70000);
+    EXPECT_EQ(errorAt(folder.Path("wide")), pictureError) << "wider than a JPEG can be";
+    Resize(64);
+    std::filesystem::remove(folder.Path("picture.jpg"));
+    EXPECT_EQ(errorAt(folder.Path("wide")), pictureError) << "gone meanwhile";
+    EXPECT_FALSE(FileExists(folder.Path("wide")));
 }
 
 TEST_F(PictureEngineTest, RefusesBeforeItDecodes) {
@@ -289,22 +298,6 @@ TEST_F(PictureEngineTest, LetsOthersUseItBetweenThePiecesOfALargePicture) {
         EXPECT_GE(pauses, fewest) << name;
         EXPECT_EQ(jpeg, undisturbed) << name;
     }
-}
-
-TEST_F(PictureEngineTest, FailsWithItsErrorWhereItCannotSave) {
-    const auto errorAt = [&](const std::string &path, int type = 3) {
-        return ErrorOf([&] { SaveTo(path, 75, type); });
-    };
-    EXPECT_EQ(errorAt(folder.Path("out")), pictureError) << "no picture";
-    ASSERT_TRUE(Load(Encoded(WithRedQuarter(64, 64), "jpeg")));
-    EXPECT_EQ(errorAt(folder.Path("out"), 2), pictureError) << "another file type";
-    EXPECT_EQ(errorAt(folder.Path("missing/out")), pictureError);
-    EXPECT_TRUE(!Resize(0) && Resize(70000));
-    EXPECT_EQ(errorAt(folder.Path("out")), pictureError) << "wider than a JPEG can be";
-    std::filesystem::remove(folder.Path("picture.jpg"));
-    Resize(64);
-    EXPECT_EQ(errorAt(folder.Path("out")), pictureError) << "gone meanwhile";
-    EXPECT_FALSE(std::filesystem::exists(folder.Path("out")));
 }
 
 }  // namespace pixmora

@@ -1,0 +1,82 @@
+// The functions of texts alone: numbers, dates, wildcards, encodings and paths, by the rows of functions.tsv.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/files/Files.h"
+#include "platform/runtime/Clock.h"
+#include "platform/runtime/Encoding.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RunTimeError.h"
+#include "platform/runtime/Text.h"
+
+namespace pixmora {
+
+namespace {
+
+std::string Answer(bool isSo) {
+    return isSo ? "yes" : "no";
+}
+
+/// @param other the second argument of a function that has one
+std::string ResultOf(const std::string &function, const std::string &text, const std::string &other) {
+    if (function == "AddLong") return std::to_string(AddLong(CLng(text), CLng(other)));
+    if (function == "CInt") return std::to_string(CInt(text));
+    if (function == "CLng") return std::to_string(CLng(text));
+    if (function == "DateText") return DateText(ParseDate(text));
+    if (function == "FormatByteSize") return FormatByteSize(CDbl(text));
+    if (function == "FormatElapsed") return FormatElapsed(CDbl(text), other == "days", other == "seconds");
+    if (function == "FormatFixed") return FormatFixed(CDbl(text), CLng(other));
+    if (function == "FormatGrouped") return FormatGrouped(CDbl(text));
+    if (function == "FormatPadded") return FormatPadded(CLng(text), CLng(other));
+    if (function == "HasBadFileChars") return Answer(HasBadFileChars(text));
+    if (function == "HasForbiddenPart") return Answer(HasForbiddenPart(text));
+    if (function == "IsNumeric") return Answer(IsNumeric(text));
+    if (function == "IsUtf8") return Answer(IsUtf8(text));
+    if (function == "IsoDate") return IsoDate(ParseDate(text));
+    if (function == "LastPathPart") return LastPathPart(text);
+    if (function == "Like") return Answer(Like(text, other));
+    if (function == "LongDate") return LongDate(ParseDate(text));
+    if (function == "MultiplyLong") return std::to_string(MultiplyLong(CLng(text), CLng(other)));
+    if (function == "NumberText") return NumberText(CDbl(text));
+    if (function == "ParentPath") return ParentPath(text);
+    if (function == "PathMatchSpec") return Answer(PathMatchSpec(text, other));
+    if (function == "RoundUpTo") return NumberText(RoundUpTo(CDbl(text), CLng(other)));
+    if (function == "Val") return NumberText(Val(text));
+    if (function == "WithoutByteOrderMark") return WithoutByteOrderMark(text);
+    return "no such function";
+}
+
+/// A table's column, in which "%" and two hexadecimal digits stand for a byte.
+std::string Column(std::string_view text) {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        bytes += text[i] == '%' ? ByteOfDigits(text.substr(i + 1, 2)).value() : text[i];
+        if (text[i] == '%') i += 2;
+    }
+    return bytes;
+}
+
+}  // namespace
+
+TEST(Functions, GiveWhatTheTableSays) {
+    std::ifstream table(std::filesystem::path(__FILE__).parent_path() / "functions.tsv");
+    int rows = 0;
+    for (std::string line; std::getline(table, line);) {
+        if (line.starts_with('#')) continue;
+        const std::vector<std::string> row = Split(line, "\t");
+        ASSERT_EQ(row.size(), 4U) << line;
+        std::string outcome;
+        try {
+            outcome = ResultOf(row[0], Column(row[1]), Column(row[2]));
+        } catch (const RunTimeError &error) {
+            outcome = error.Message();
+        }
+        EXPECT_EQ(outcome, Column(row[3])) << line;
+        ++rows;
+    }
+    EXPECT_GE(rows, 170);
+}
+
+}  // namespace pixmora
