@@ -68,7 +68,41 @@ def check_second_copy(programs, results):
                     done.returncode == 1 and "already running" in done.stderr)
 
 
-ROWS = [("Y1", check_year), ("Y6", check_folders), ("Y10", check_second_copy)]
+# What the tests show of the other points is worn by repeating them, in other orders: (row, what, program, its cases).
+TESTED = [
+    ("Y2", "limits of connections, idle peers, an answer that is being made", "test_core", "Guards.*Limit*:Guards.*Idle*:Guards.*Peers*"),
+    ("Y4", "settings that another program has locked", "test_platform", "RegistryTest.*Lock*"),
+    ("Y6", "a folder that goes and comes back", "test_core", "Website.*Folder*"),
+    ("Y8", "pictures that their browser gives up", "test_core", "Guards.*Picture*"),
+    ("Y11", "files that hold passwords, formerly readable by all", "test_store:test_platform", "SchemaTest.*:RegistryTest.*"),
+    ("Y12", "texts of every language compared and sorted", "test_platform", "Texts.*:RecordsetTest.*Case*"),
+    ("Y16", "what is shipped follows the program, what the owner has changed stays", "test_platform", "AppTest.*"),
+]
+REPEATS = 50
+
+
+def check_tested(programs, results):
+    for row, what, names, cases in TESTED:
+        passed = failed = 0
+        for name in names.split(":"):
+            done = subprocess.run([os.path.abspath(programs) + "/" + name, "--gtest_filter=" + cases, "--gtest_shuffle",
+                                   "--gtest_repeat=%d" % REPEATS],
+                                  cwd=programs + "/..", stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+            passed += done.stdout.count("[       OK ]")
+            failed += done.stdout.count("[  FAILED  ]") + (done.returncode != 0)
+        results.add(row, what + " (tests)", REPEATS, "%d passed, %d failed" % (passed, failed), "0 failed",
+                    failed == 0 and passed >= REPEATS)
+
+
+def check_programs(programs, results):
+    """Y3, Y5, Y9, Y14, Y15: signals, a reader who goes, locks, faults named, words refused, backups."""
+    test = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../tests/app/programs_test.py")
+    done = [subprocess.run([sys.executable, test, programs], stderr=subprocess.DEVNULL).returncode for _ in range(5)]
+    results.add("Y3", "the programs by shell: signals, a reader who goes, faults named, words refused, backups (tests)", len(done),
+                "%d failed" % sum(map(bool, done)), "0 failed", not any(done))
+
+
+ROWS = [("Y1", check_year), ("Y2", check_tested), ("Y3", check_programs), ("Y6", check_folders), ("Y10", check_second_copy)]
 
 
 if __name__ == "__main__":

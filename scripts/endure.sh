@@ -15,7 +15,7 @@ build() {
   scripts/install-packages build run endure
   [ -z "${ENDURE_PROGRAMS:-}" ] || return 0
   cmake --preset release >/dev/null
-  cmake --build --preset release --target pixmorad pixmoractl pixmora test_core
+  cmake --build --preset release --target pixmorad pixmoractl pixmora test_core test_store test_platform
 }
 
 # run NAME [ROW...]: prints its rows.
