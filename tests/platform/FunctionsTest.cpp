@@ -22,11 +22,19 @@ std::string Answer(bool isSo) {
     return isSo ? "yes" : "no";
 }
 
+/// How people sort the two; texts that are the same fold to the same.
+std::string OrderOf(const std::string &left, const std::string &right) {
+    const int order = CompareTexts(left, right);
+    if ((order == 0) != (FoldedText(left) == FoldedText(right))) return "folds otherwise";
+    return order < 0 ? "before" : order > 0 ? "behind" : "same";
+}
+
 /// @param other the second argument of a function that has one
 std::string ResultOf(const std::string &function, const std::string &text, const std::string &other) {
     if (function == "AddLong") return std::to_string(AddLong(CLng(text), CLng(other)));
     if (function == "CInt") return std::to_string(CInt(text));
     if (function == "CLng") return std::to_string(CLng(text));
+    if (function == "CompareTexts") return OrderOf(text, other);
     if (function == "DateText") return DateText(ParseDate(text));
     if (function == "FormatByteSize") return FormatByteSize(CDbl(text));
     if (function == "FormatElapsed") return FormatElapsed(CDbl(text), other == "days", other == "seconds");
