@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <variant>
 
 #include "platform/files/Files.h"
 #include "support/ErrorOf.h"
@@ -65,33 +64,6 @@ TEST_F(DatabaseTest, IsAPlainFileOfTheEngine) {
     EXPECT_EQ(rows->Value("D"), FieldValue(MakeDate(2004, 3, 1, 16, 5, 6)));
     rows->FindFirst("D=#3/1/2004#");
     EXPECT_EQ(rows->Value("B"), FieldValue(false));
-}
-
-TEST_F(DatabaseTest, ConvertsValuesToTheFieldsTypeOrRefusesThem) {
-    const std::tuple<FieldType, FieldValue, std::variant<FieldValue, ErrorNumber>> cases[] = {
-        // type of the field, given, outcome
-        {FieldType::Long, " 12 ", FieldValue(std::int64_t{12})},
-        {FieldType::Long, 2.5, FieldValue(std::int64_t{2})},
-        {FieldType::Text, MakeDate(2004, 3, 1), FieldValue("3/1/2004")},
-        {FieldType::Boolean, Null{}, FieldValue(false)},
-        {FieldType::Date, "3/1/2004", FieldValue(MakeDate(2004, 3, 1))},
-        {FieldType::Long, std::int64_t{2147483648}, ErrorNumber::Overflow},
-        {FieldType::Integer, 32768, ErrorNumber::Overflow},
-        {FieldType::Long, 1e30, ErrorNumber::Overflow},
-        {FieldType::Long, "twelve", ErrorNumber::TypeMismatch},
-        {FieldType::Double, MakeDate(2004, 3, 1), ErrorNumber::TypeMismatch},
-        {FieldType::Date, "soon", ErrorNumber::TypeMismatch},
-    };
-    for (const auto &[type, given, outcome] : cases) {
-        const auto database = CreateWithTable(type);
-        const auto error = ErrorOf([&, value = given] { Add(*database, value); });
-        if (const auto *number = std::get_if<ErrorNumber>(&outcome)) {
-            EXPECT_EQ(error, *number);
-        } else {
-            EXPECT_EQ(database->OpenRecordset("T", RecordsetType::Table)->Value(0), std::get<FieldValue>(outcome));
-        }
-        std::filesystem::remove(Path());
-    }
 }
 
 TEST_F(DatabaseTest, SaysThatAnotherProgramHoldsTheFile) {

@@ -134,19 +134,4 @@ TEST_F(RecordsetTest, EditsTheRowAsItStandsNowAndDropsWhatWasNotUpdated) {
     EXPECT_EQ(RunSql(folder.Path("test.mdb"), "SELECT * FROM Files WHERE rowid=6"), "|\\f.jpg||\n");
 }
 
-TEST_F(RecordsetTest, NamesWhatItCannotFindOrChange) {
-    const auto files = Open("Files");
-    const auto statement = Open("SELECT * FROM Files");
-    const std::pair<std::function<void()>, ErrorNumber> cases[] = {
-        {[&] { Open("SELECT Nothing FROM Files"); }, ErrorNumber::ItemNotFound},
-        {[&] { files->FindFirst("Nothing='Nothing'"); }, ErrorNumber::DatabaseError},
-        {[&] { files->FindFirst("Views=" + QuotedText("x' OR 'a'='a")); }, ErrorNumber::SyntaxError},
-        {[&] { files->Value(-1); }, ErrorNumber::ItemNotFound},
-        {[&] { Open("Files", RecordsetType::Snapshot)->AddNew(); }, ErrorNumber::DatabaseError},
-        {[&] { statement->Edit(); }, ErrorNumber::DatabaseError},
-        {[&] { statement->MoveAlong(0); }, ErrorNumber::InvalidProcedureCall},
-    };
-    for (const auto &[call, error] : cases) EXPECT_EQ(ErrorOf(call), error);
-}
-
 }  // namespace pixmora
