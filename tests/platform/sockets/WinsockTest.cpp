@@ -128,6 +128,25 @@ TEST(WinsockSource, GoesOutBetweenTheBytesAroundItWithOneSendComplete) {
     }
 }
 
+TEST(WinsockSend, RaisesErrorWhenTheClientHasVanished) {
+    for (const std::string moment : {"while its answer waits", "before its answer", "while the handler waits"}) {
+        std::unique_ptr<Client> client;
+        Server server([&](const Element &element) {
+            if (moment == "while its answer waits") Answer(element, Pattern(20'000'000));
+            client->Reset();
+            if (moment == "before its answer") Answer(element, "x");
+            if (moment != "while the handler waits") return;
+            TurnUntil([&] { return element->State() != SocketState::Connected; });
+            EXPECT_THROW(element->SendData("late"), RunTimeError);
+        });
+        client = std::make_unique<Client>(server.Port());
+        client->Send("x");
+        EXPECT_TRUE(TurnUntil([&] { return server.Events.size() == 2; }));
+        EXPECT_THAT(server.Events, ElementsAre("arrival", "error")) << moment;
+        EXPECT_EQ(server.Elements[0]->State(), SocketState::Closed);
+    }
+}
+
 TEST(WinsockSend, HoldsABigAnswerForAStalledReaderWhileOthersAreServed) {
     const std::string answer = Pattern(16'000'000);
     std::unique_ptr<Client> stalled;
