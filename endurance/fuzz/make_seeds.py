@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Writes the inputs that each fuzz target begins with: make_seeds.py FOLDER, one folder a target below it."""
 import collections
-import os
 import struct
 import sys
 import zlib
+from pathlib import Path
 
-HERE = os.path.dirname(os.path.abspath(__file__))
-MEDIA = os.path.join(HERE, "../../tests/platform/media")
+HERE = Path(__file__).resolve().parent
+MEDIA = HERE.parents[1] / "tests/platform/media"
 
 # Number, format, count, bytes: an entry for each way that a value becomes a text.
 EXIF_ENTRIES = [
@@ -67,8 +67,7 @@ def picture_seeds():
     yield bitmap(8, -4, bytes(96))
     yield bitmap(30000, 20000, b"")
     yield portable_network_graphic(6, 5)
-    with open(MEDIA + "/printers_red.jpg", "rb") as file:
-        plain = file.read()
+    plain = (MEDIA / "printers_red.jpg").read_bytes()
     yield plain
     yield plain.replace(b"\xff\xc0", b"\xff\xc2", 1)
     yield plain[:2] + b"\xff\xe1" + struct.pack(">H", 2 + len(ORIENTATION)) + ORIENTATION + plain[2:]
@@ -76,24 +75,22 @@ def picture_seeds():
 
 
 def media_seeds(*endings):
-    for name in sorted(os.listdir(MEDIA)):
-        if name.rsplit(".", 1)[1] in endings:
-            with open(os.path.join(MEDIA, name), "rb") as file:
-                yield file.read()
+    for path in sorted(MEDIA.iterdir()):
+        if path.suffix[1:] in endings:
+            yield path.read_bytes()
 
 
 def main(folder):
     seeds = collections.defaultdict(list)
-    with open(HERE + "/seeds.tsv", encoding="ascii") as table:
-        for name, text in [line.rstrip("\n").split("\t") for line in table if not line.startswith("#")]:
-            seeds[name].append(text.encode().decode("unicode_escape").encode("utf-8"))
+    for line in (HERE / "seeds.tsv").read_text("ascii").splitlines()[1:]:
+        name, text = line.split("\t")
+        seeds[name].append(text.encode().decode("unicode_escape").encode("utf-8"))
     seeds.update(Exif=list(exif_seeds()), Pictures=list(picture_seeds()), Movies=list(media_seeds("avi", "mov", "mpg", "mpeg")),
                  Heif=list(media_seeds("heic", "avif")))
     for name, inputs in seeds.items():
-        os.makedirs(os.path.join(folder, name), exist_ok=True)
+        Path(folder, name).mkdir(parents=True, exist_ok=True)
         for number, data in enumerate(inputs):
-            with open(os.path.join(folder, name, "seed_%02d" % number), "wb") as file:
-                file.write(data)
+            Path(folder, name, "seed_%02d" % number).write_bytes(data)
 
 
 if __name__ == "__main__":

@@ -50,13 +50,11 @@ class Target:
         """The target ends at each finding and then begins anew, until the time is over."""
         end = time.monotonic() + seconds
         open(self.log, "w").close()
-        for _ in range(MOST_ENDS):
+        for number in range(MOST_ENDS):
             left = int(end - time.monotonic() + 0.5)
             if left < 1:
                 return
-            finding = self.run_once(left, seed)
-            seed += 1
-            if finding:
+            if finding := self.run_once(left, seed + number):
                 self.judge(finding)
 
     def run_once(self, seconds, seed):
@@ -108,8 +106,7 @@ def main():
     for name in names:
         target = Target(programs, work, name)
         target.run(seconds, seed)
-        for finding in sorted(target.crashes | target.timeouts):
-            print("found: " + finding, file=sys.stderr, flush=True)
+        print("".join("found: %s\n" % finding for finding in sorted(target.crashes | target.timeouts)), end="", file=sys.stderr)
         seen = "%d crashes, %d timeouts, peak %d MB, coverage %d" % (
             len(target.crashes), len(target.timeouts), target.megabytes, target.coverage)
         wanted = "0 crashes, 0 timeouts, RSS at most %d MB" % MOST_MEGABYTES

@@ -319,8 +319,11 @@ TEST_F(Website, CountsTheMinutesAndReportsOnEveryTenth) {
     EXPECT_EQ(FirstValue("SELECT * FROM StatsTotal WHERE Stat=0", "TotalCount"), "10");
     EXPECT_EQ(GetSetting("Website", "LastOnline"), DateText(Now()));
     EXPECT_EQ(gDownloadCookies.size(), 1U);
+    SaveSetting("Setup", "PublicAddress", "photos.example:81");
     PassMinute();
     EXPECT_TRUE(gDownloadCookies.empty());
+    EXPECT_EQ(gWebsiteAddress + " " + GetSetting("Website", "Address"),
+              "http://photos.example:81 http://photos.example:81");
 }
 
 TEST_F(Website, GoesOnWhileNothingCanBeSaved) {
