@@ -6,19 +6,18 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 
 namespace pixmora {
 
-/// Each as the system call of its name.
+/// Each answers as the system call of its name.
 struct CameraLibrary {
-    int (*Open)(const char *path, int flags, ...);
+    /// For reading and writing, without blocking.
+    int (*Open)(const char *path);
     int (*Close)(int descriptor);
     int (*Ioctl)(int descriptor, unsigned long request, ...);
     ssize_t (*Read)(int descriptor, void *buffer, std::size_t count);
     void *(*Map)(void *start, std::size_t length, int protection, int flags, int descriptor, std::int64_t offset);
     int (*Unmap)(void *start, std::size_t length);
-    std::FILE **Log;  ///< where the library tells its troubles
 };
 
 /// The module's one symbol.

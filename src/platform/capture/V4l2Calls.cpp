@@ -1,16 +1,13 @@
 // The calls of the conversion library, and the loop's watch over a device.
 #include "platform/capture/V4l2Calls.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cstdio>
 #include <utility>
 
 #include "platform/capture/CameraModule.h"
@@ -61,41 +58,14 @@ private:
     std::function<void(bool)> done_;
 };
 
-/// Keeps what is printed on standard output from those who read it, for its life.
-class SilentOutput {
-public:
-    explicit SilentOutput(int nowhere) : former_(dup(STDOUT_FILENO)) {
-        std::fflush(stdout);
-        dup2(nowhere, STDOUT_FILENO);
-    }
-    ~SilentOutput() {
-        std::fflush(stdout);
-        dup2(former_, STDOUT_FILENO);
-        close(former_);
-    }
-    SilentOutput(const SilentOutput &) = delete;
-    SilentOutput &operator=(const SilentOutput &) = delete;
-
-private:
-    const int former_;
-};
-
 class SystemCalls : public V4l2Calls {
 public:
-    /// The library would tell its troubles on standard error, which is the owner's.
-    SystemCalls() {
-        if (library_ != nullptr) *library_->Log = nowhere_;
-    }
-
     /// None where the module is not installed; so no other call is made then.
     std::vector<std::string> Devices() override {
         return library_ != nullptr ? FindVideoNodes("/dev") : std::vector<std::string>();
     }
 
-    int Open(const std::string &path) override {
-        const SilentOutput silent(fileno(nowhere_));  // its plug-in for multi-planar devices says so each time
-        return library_->Open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
-    }
+    int Open(const std::string &path) override { return library_->Open(path.c_str()); }
 
     int Ioctl(int descriptor, unsigned long request, void *argument) override {
         int result = 0;
@@ -122,7 +92,6 @@ public:
 private:
     const CameraLibrary *const library_ =
         static_cast<const CameraLibrary *>(LoadModule("camera", "PixmoraCameraLibrary"));
-    std::FILE *const nowhere_ = std::fopen("/dev/null", "we");
 };
 
 }  // namespace
