@@ -1,7 +1,6 @@
 // Paths, facts of files, reading, and every way of changing them.
 #include "platform/files/Files.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,20 +32,6 @@ TEST(Paths, TellWhatStandsThere) {
         EXPECT_TRUE(PathExists(there)) << there;
     for (const std::string &none : {path + "\\b", ""s}) EXPECT_FALSE(PathExists(none)) << none;
     for (const std::string &none : {path + "\\a\\x.txt", path + "\\a\0"s}) EXPECT_FALSE(IsDirectory(none)) << none;
-}
-
-TEST(Facts, AreThoseOfTheFile) {
-    const TempFolder folder;
-    const std::string file = folder.Write("x.bin", std::string(1340, 'x'));
-    const timespec times[] = {{1000000000, 0}, {1078157106, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
-    EXPECT_EQ(GetFileFacts(file).LastWriteTime, MakeDate(2004, 3, 1, 16, 5, 6));
-    struct statx system {};
-    ASSERT_EQ(statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME, &system), 0);
-    const bool hasBirth = (system.stx_mask & STATX_BTIME) != 0;
-    EXPECT_EQ(GetFileFacts(file).CreationTime, LocalTime(hasBirth ? system.stx_btime.tv_sec : 1078157106));
-    EXPECT_EQ(FormatFileSize(file), "1.30 KB");
-    for (const std::string &none : {folder.Path(), file + "\0"s}) EXPECT_EQ(FormatFileSize(none), "") << none;
 }
 
 TEST(Walk, ListsByBytesAndFollowsLinks) {

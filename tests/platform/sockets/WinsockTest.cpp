@@ -16,7 +16,6 @@ namespace pixmora {
 namespace {
 
 using test::Client;
-using test::Fetch;
 using test::TurnUntil;
 using testing::ElementsAre;
 using Element = std::shared_ptr<Winsock>;
@@ -147,33 +146,6 @@ TEST(WinsockSend, RaisesErrorWhenTheClientHasVanished) {
     }
 }
 
-TEST(WinsockSend, HoldsABigAnswerForAStalledReaderWhileOthersAreServed) {
-    const std::string answer = Pattern(16'000'000);
-    std::unique_ptr<Client> stalled;
-    Server server([&](const Element &element) {
-        if (element->GetData() != "big") return element->SendData("small");
-        element->SendData(answer.substr(0, answer.size() / 2));
-        stalled->Receive();  // makes room for what must not overtake
-        element->SendData(answer.substr(answer.size() / 2));
-    });
-    stalled = std::make_unique<Client>(server.Port(), "127.0.0.2");
-    stalled->Send("big");
-    stalled->HalfClose();
-    EXPECT_TRUE(TurnUntil([&] { return !server.Events.empty(); }));
-    EXPECT_EQ(server.Elements[0]->RemoteHostIP, "127.0.0.2");
-    EXPECT_GT(server.Elements[0]->BytesWaiting(), answer.size() / 2);
-    EXPECT_LT(DisturbancesOfAWait(), 10) << "neither the full buffer nor the end of input may spin";
-    EXPECT_EQ(Fetch(server.Port(), "x"), "small");
-    EXPECT_TRUE(stalled->ReceiveAll() == answer);
-
-    Client given(server.Port());
-    given.Send("big");
-    EXPECT_TRUE(TurnUntil([&] { return server.Elements.size() == 3 && server.Elements[2]->BytesWaiting() > 0; }));
-    const int before = DescriptorCount();
-    server.Elements[2]->Close();
-    EXPECT_EQ(DescriptorCount(), before - 1) << "an answer given up holds none";
-}
-
 TEST(WinsockReceive, KeepsAFloodOutUntilItIsFetched) {
     const std::string flood = Pattern(30'000'000);
     Server server([](const Element &) {});
@@ -287,22 +259,6 @@ TEST(WinsockListen, KeepsWhatIsBeyondItsLimitInTheQueue) {
     later.WaitForBytes(6);
     server.Listening->OnConnectionRequest = nullptr;
     EXPECT_EQ(Client(port).ReceiveAll(), "") << "nobody takes it";
-}
-
-TEST(WinsockSend, FeedsSlowReadersInSmallPortions) {
-    std::size_t sent = 0;
-    Server server([](const Element &element) { Answer(element, "head"); });
-    server.OnComplete = [&](const Element &element) {
-        sent += 1024;
-        element->SendData(std::string(1024, 'c'));
-    };
-    Client client(server.Port(), "127.0.0.1", 4096);
-    client.Send("x");
-    EXPECT_LE(Settled([&] { return sent; }), 512U * 1024) << "in the network's buffers for somebody who takes nothing";
-    const std::size_t before = sent;
-    client.WaitForBytes(128 * 1024);
-    EXPECT_TRUE(TurnUntil([&] { return sent > before; }))
-        << "the next chunks may not wait for the reader to take a megabyte";
 }
 
 /// Lowers the limit of descriptors for the length of a test.
