@@ -138,23 +138,6 @@ TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
     EXPECT_TRUE(MayCancelSetup(true));
 }
 
-TEST_F(SetupDialog, StylesAreThoseOfHtdocs) {
-    Owner.ExpectMessage("We couldn't find any style sheets! Please reinstall!", FlagCritical);
-    EXPECT_TRUE(StyleNames().empty());
-    for (const char *name : {"StyleSheet_Garden", "StyleSheet_My_Own.old", "Index"})
-        Program.Write(std::string("htdocs/") + name + ".tpl");
-    const std::vector<std::string> names = StyleNames();
-    EXPECT_EQ(names, (std::vector<std::string>{"Garden", "My_Own"}));
-    EXPECT_EQ(StyleIndex(names, "My_Own"), 1);
-    Owner.ExpectMessage("Your saved stylesheet cannot be found! Please pick a new one.", FlagCritical);
-    EXPECT_EQ(StyleIndex(names, "Default"), -1);
-}
-
-TEST_F(SetupDialog, OffersPagesOfWholeRows) {
-    const std::vector<std::string> choices = FilesPerPageChoices(4);
-    EXPECT_EQ(choices.front() + choices[19] + choices.back() + FilesPerPageAtFirst(4), "480All16");
-}
-
 int FreePort() {
     const auto socket = Winsock::Create();
     socket->LocalPort = 0;
