@@ -14,7 +14,6 @@ protected:
         for (const auto &[key, value] : settings) SaveSetting("Setup", key, value);
         AddAlbum("A");
         Start();
-        ASSERT_TRUE(gWebsiteStarted);
     }
     /// Moves the clock on by the seconds, with the check that each of them brings.
     void Pass(int seconds) {
@@ -111,6 +110,18 @@ TEST_F(Guards, AHeldPictureIsItsConnectionsOneAnswerAndIsGivenUpAtOnce) {
     const auto held = std::exchange(gHeldPictures, std::nullopt);
     for (const auto &answer : *held) answer();
     EXPECT_EQ(visitor.ReceiveAll(), Head("image/jpeg") + "\r\n");
+}
+
+TEST_F(Guards, ALimitKeepsIndexesBelowTheirCeiling) {
+    StartWith({});
+    std::optional<Client> held;  // the one before it goes when the next is there
+    for (int index = 1; index <= HighestSendIndex; ++index) {
+        Client next(Port());
+        WaitForIndex(index);
+        held.emplace(std::move(next));
+    }
+    EXPECT_NE(Get("/ShowHelp").find("</html>"), std::string::npos);
+    EXPECT_EQ(gSystray->wnskConnect.UBound(), HighestSendIndex);
 }
 
 TEST_F(Guards, BothFamiliesAreServedWhereTheOwnerWantsIt) {

@@ -38,17 +38,6 @@ protected:
         EXPECT_LE(gVisitorsActive, 3) << minutes_ << ": idle ones leave after ten minutes";
     }
 
-    /// What the tables say of the minutes so far.
-    void CheckTables() {
-        EXPECT_EQ(ReadStatTotal(Stat::RunningTime), minutes_);
-        EXPECT_EQ(ReadStatTotal(Stat::Visitors), visits_);
-        EXPECT_EQ(ReadStatTotal(Stat::Thumbs), visits_);
-        EXPECT_EQ(ReadRecentSum(Stat::Thumbs), 12) << "an hour's";
-        // Three rows a visit, one a minute, and the ticks that wait for the next purge.
-        EXPECT_LE(std::stoi(RunSql(SystemPath(DatabasePath(9)), "SELECT count(*) FROM StatsRecent")),
-                  70 * (60 + 4 * 12) / 60);
-    }
-
     static long Descriptors() {
         for (int turn = 0; turn < 10; ++turn) DoEvents();  // the last visitor's connection goes
         const std::filesystem::directory_iterator entries("/proc/self/fd");
@@ -76,7 +65,13 @@ TEST_F(Year, PassesTheWrapsOfTheTickCountWithoutATrace) {
     const long resident = ResidentKilobytes();
     const long descriptors = Descriptors();
     while (minutes_ < minutes && !HasFailure()) RunMinute();
-    CheckTables();
+    EXPECT_EQ(ReadStatTotal(Stat::RunningTime), minutes_);
+    EXPECT_EQ(ReadStatTotal(Stat::Visitors), visits_);
+    EXPECT_EQ(ReadStatTotal(Stat::Thumbs), visits_);
+    EXPECT_EQ(ReadRecentSum(Stat::Thumbs), 12) << "an hour's";
+    // Three rows a visit, one a minute, and the ticks that wait for the next purge.
+    EXPECT_LE(std::stoi(RunSql(SystemPath(DatabasePath(9)), "SELECT count(*) FROM StatsRecent")),
+              70 * (60 + 4 * 12) / 60);
     EXPECT_NEAR(static_cast<double>(gOnlineTimer->Elapsed()), minutes * 60000.0, 1000);
     EXPECT_LE(Descriptors(), descriptors + 1) << "one connection may be on its way out";
     EXPECT_LE(ResidentKilobytes() - resident, 5120);

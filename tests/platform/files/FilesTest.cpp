@@ -1,4 +1,4 @@
-// Paths, facts of files, reading, and every way of changing them.
+// Paths, reading, and every way of changing files.
 #include "platform/files/Files.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,6 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr ErrorNumber notFound = ErrorNumber::FileNotFound;
 constexpr ErrorNumber accessError = ErrorNumber::PathFileAccessError;
 
 }  // namespace
@@ -56,8 +55,8 @@ TEST(Walk, ListsByBytesAndFollowsLinks) {
 TEST(BinaryFiles, ReadInPiecesAndRefuseWhatIsNoFile) {
     const TempFolder folder;
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-    const std::pair<std::string, ErrorNumber> others[] = {{folder.Path("none"), notFound},
-                                                          {folder.Write("x") + "/y", notFound},
+    const std::pair<std::string, ErrorNumber> others[] = {{folder.Path("none"), ErrorNumber::FileNotFound},
+                                                          {folder.Write("x") + "/y", ErrorNumber::FileNotFound},
                                                           {folder.Path(), accessError},
                                                           {folder.Path("pipe"), accessError}};  // without a wait
     for (const auto &[path, error] : others) EXPECT_EQ(ErrorOf([&, at = path] { BinaryFile::OpenForRead(at); }), error);
