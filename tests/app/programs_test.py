@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """The programs as a shell meets them: exit codes, refusals, signals, defaults: programs_test.py FOLDER_OF_THE_PROGRAMS"""
+import contextlib
 import os
 import re
 import shutil
@@ -8,6 +9,7 @@ import socket
 import sqlite3
 import subprocess
 import sys
+import time
 import unittest
 from pathlib import Path
 
@@ -73,6 +75,23 @@ class ProgramsTest(unittest.TestCase):
             with self.subTest(words):
                 done = self.run_words(*(PROGRAMS + "/" + words).split())
                 self.assertEqual((status, status == 0, status != 0), (done.returncode, bool(done.stdout), bool(done.stderr)))
+
+    def test_a_reader_of_the_messages_who_goes_ends_nothing(self):
+        self.site.add_album("Trips", self.pictures)
+        reading, writing = os.pipe()
+        os.close(reading)
+        server = subprocess.Popen([PROGRAMS + "/pixmorad"], env=self.site.environment, stdout=writing, stderr=writing)
+        os.close(writing)
+        self.addCleanup(server.wait)
+        self.addCleanup(server.kill)
+        deadline, page = time.monotonic() + 60, b""
+        while not page and server.poll() is None and time.monotonic() < deadline:
+            with contextlib.suppress(OSError):
+                page = self.site.get("/ShowHelp")
+            time.sleep(0.1)
+        self.assertIn(b"</html>", page)
+        server.send_signal(signal.SIGHUP)
+        self.assertEqual(0, server.wait(60))
 
     def test_a_start_that_cannot_be_says_why(self):
         self.assertEqual(1, self.run_words(PROGRAMS + "/pixmorad").returncode, "no albums")

@@ -193,6 +193,20 @@ TEST_F(Website, AStopAsksAndLeavesNothingOpenAndAStartBeginsAnew) {
         EXPECT_EQ(FirstValue(Concat("SELECT * FROM StatsMonthly WHERE WhichYear=", year), "Visitors"), "1") << year;
 }
 
+TEST_F(Website, AFolderThatIsTakenAwayContributesNothingUntilItIsBack) {
+    const std::string folder = AddAlbum("A");
+    const std::string away = Program.Path("away");
+    for (const char *file : {"a.jpg", "m.avi"}) Program.Write(std::string("albums/A/") + file, "x");
+    Start();
+    for (const bool isThere : {false, true}) {
+        std::filesystem::rename(isThere ? away : folder, isThere ? folder : away);
+        EXPECT_EQ(Contains(Get("/ShowAlbumMedia?1&thumbs&1"), "/a.jpg"), isThere);
+        EXPECT_EQ(Get("/ShowPicture?1&full&/a.jpg") == "Picture Not Found!", !isThere);
+        EXPECT_EQ(Get("/ShowMovie?1&x&/m.avi") == "Bad Request", !isThere);
+        EXPECT_EQ(Get("/ShowDetails?1&nocount&/m.avi") == "File Not Found!", !isThere);
+    }
+}
+
 TEST_F(Website, CountsVisitorsByAddressAndForgetsIdleOnes) {
     AddAlbum("A");
     Start();

@@ -212,6 +212,18 @@ TEST_F(CentralService, IsAskedAndTellsTheAddress) {
     }
 }
 
+TEST_F(CentralService, WarnsOfADifferentAddressUntilToldNotTo) {
+    DeleteSetting("Setup", "RunFirewallCheck");
+    for (const int answer : {AnswerNo, AnswerYes}) {
+        owner.ExpectMessage("We have detected your private IP is " + own + ", but your public IP is 203.0.113.7 !...",
+                            FlagYesNo | FlagCritical, answer);
+        EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7"));
+        EXPECT_EQ(gWebsiteAddress, "http://203.0.113.7:8080");
+    }
+    EXPECT_EQ(GetSetting("IgnoreMsg", "DifferentIps"), "1");
+    EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7"));
+}
+
 TEST_F(CentralService, BringsNewsInTheOrderOfItsAnswerOrCallsTheStartOff) {
     EXPECT_EQ(ServiceCheck::Answered, CheckWithAnswer("203.0.113.7|LatestNews2004030112"))
         << "known when the program was installed";

@@ -2,7 +2,6 @@
 #include "platform/sockets/Winsock.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -259,51 +258,6 @@ TEST(WinsockListen, KeepsWhatIsBeyondItsLimitInTheQueue) {
     later.WaitForBytes(6);
     server.Listening->OnConnectionRequest = nullptr;
     EXPECT_EQ(Client(port).ReceiveAll(), "") << "nobody takes it";
-}
-
-/// Lowers the limit of descriptors for the length of a test.
-class DescriptorLimit {
-public:
-    /// @param spare how many more may be opened
-    explicit DescriptorLimit(unsigned spare) {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        const int lowest = dup(0);
-        close(lowest);
-        const rlimit lowered{static_cast<rlim_t>(lowest) + spare, before_.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &lowered);
-    }
-    ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before_); }
-    DescriptorLimit(const DescriptorLimit &) = delete;
-    DescriptorLimit &operator=(const DescriptorLimit &) = delete;
-
-private:
-    rlimit before_{};
-};
-
-TEST(WinsockListen, WaitsIdlyWhileDescriptorsAreUsedUpAndThenGoesOn) {
-    DescriptorCount();  // lets go what has ended in an earlier test
-    Server server([](const Element &element) { Answer(element, "late but whole"); });
-    std::vector<Client> clients;
-    clients.reserve(30);
-    for (int i = 0; i < 30; ++i) clients.emplace_back(server.Port());
-    {
-        const DescriptorLimit limit(16 + 10);
-        TurnUntil([&] { return server.Elements.size() == 10; });
-        EXPECT_LT(DisturbancesOfAWait(), 10);
-        EXPECT_EQ(server.Elements.size(), 10U) << "files have room";
-        for (Client &client : clients) {
-            client.Send("x");
-            EXPECT_EQ(client.ReceiveAll(), "late but whole");
-            client.HalfClose();
-        }
-    }
-    Client other(server.Port());
-    {
-        const DescriptorLimit limit(5);
-        EXPECT_EQ(Settled([&] { return server.Elements.size(); }), 30U);
-    }
-    other.Send("x");
-    EXPECT_EQ(other.ReceiveAll(), "late but whole") << "room that others made is found too";
 }
 
 }  // namespace
