@@ -1,5 +1,4 @@
-// Every address of the site over a real socket: the rows of malformed.tsv, good and bad, and the ceiling of
-// connections.
+// Every address of the site over a real socket: the rows of malformed.tsv, good and bad.
 #include <fstream>
 #include <regex>
 
@@ -90,23 +89,6 @@ TEST_F(Addresses, AnswerAsTheTableSays) {
     for (const char *popular : {"PopularFiles", "PopularDirs"})
         EXPECT_EQ(FirstValue(popular, "AlbumName"), "(none)") << "nothing refused is counted";
     EXPECT_EQ(gSystray->wnskConnect.UBound(), 0);
-}
-
-TEST_F(Addresses, BehindTheCeilingOfIndexesTheProcessWouldEnd) {
-    std::vector<std::string> errors;
-    SetUnhandledErrorHandler([&errors](const RunTimeError &error) { errors.push_back(error.Message()); });
-    gSystray->wnskListen->SetConnectionLimit(0);
-    while (gSystray->wnskConnect.UBound() < HighestSendIndex) gSystray->wnskConnect.Load();
-    const std::string wanted = "Too many connections! Try again later.Bad Request";
-    Client client(Port());
-    client.Send("GET /ShowMovie?1&full&/film.avi HTTP/1.0\r\n\r\n");
-    client.WaitForBytes(wanted.size());
-    EXPECT_EQ(client.Receive(), wanted);
-    client.Close();
-    TurnUntil([&errors] { return !errors.empty(); });
-    SetUnhandledErrorHandler({});
-    ASSERT_FALSE(errors.empty());
-    EXPECT_EQ(errors[0], "Subscript out of range");
 }
 
 }  // namespace

@@ -1,15 +1,66 @@
-// The machine's own address, the links that carry the site's, and the away message.
+// The machine's own address, the links that carry the site's, and the port that the home's router leads here.
 #include "outside/Address.h"
 
-#include <gmock/gmock.h>
+#include <atomic>
 
 #include "OutsideFixture.h"
+#include "outside/PortMapping.h"
 #include "store/Settings.h"
+#include "support/Client.h"
 #include "support/ScriptedOwner.h"
 
 namespace pixmora {
 
-using testing::HasSubstr;
+using test::TurnUntil;
+
+namespace {
+
+/// A router that answers what it is told to, on the asking thread.
+struct PlayedRouter {
+    RouterReply Reply;
+    std::atomic<int> Opened = 0;
+    std::atomic<int> Closed = 0;
+};
+
+struct PlayedProtocols : RouterProtocols {
+    explicit PlayedProtocols(PlayedRouter &router) : Router(router) {}
+    RouterReply Open(int) override {
+        ++Router.Opened;
+        return Router.Reply;
+    }
+    void Close() override { ++Router.Closed; }
+
+    PlayedRouter &Router;
+};
+
+}  // namespace
+
+class WebsiteAddress : public OutsideFixture {
+protected:
+    WebsiteAddress() {
+        SaveSetting("Setup", "ListenAddress", "192.0.2.7");
+        gSystray->wnskListen->LocalPort = 8080;
+    }
+};
+
+class PortMapping : public WebsiteAddress {
+protected:
+    PortMapping() {
+        SaveSetting("Setup", "PortMapping", "1");
+        gWebsiteStarted = true;
+        SetRouterProtocols([this] { return std::make_unique<PlayedProtocols>(router); });
+    }
+    ~PortMapping() override {
+        SetRouterProtocols(nullptr);
+        gSystray->RouterPort = {};
+        gWebsiteStarted = false;
+    }
+    static void Open() {
+        OpenRouterPort([] { return false; });
+    }
+    PlayedRouter router;
+    ScriptedOwner owner;
+};
 
 TEST(LocalIP, IsTheHostTablesUnlessThatIsLoopback) {
     using Addresses = std::vector<std::string>;
@@ -20,11 +71,7 @@ TEST(LocalIP, IsTheHostTablesUnlessThatIsLoopback) {
     EXPECT_EQ(GetLocalIP({}, {}), "");
 }
 
-using WebsiteAddress = OutsideFixture;
-
 TEST_F(WebsiteAddress, IsTheBestThatIsKnown) {
-    gSystray->wnskListen->LocalPort = 8080;
-    SaveSetting("Setup", "ListenAddress", "192.0.2.7");
     EXPECT_EQ(BestWebsiteAddress(), "http://192.0.2.7:8080");
     gSystray->RouterPort.Address = "http://198.51.100.1:8080";
     EXPECT_EQ(BestWebsiteAddress(), "http://198.51.100.1:8080");
@@ -37,42 +84,61 @@ TEST_F(WebsiteAddress, IsTheBestThatIsKnown) {
     EXPECT_EQ(BestWebsiteAddress(), "http://pictures.example:8080");
 }
 
-using AwayMessage = OutsideFixture;
-
-TEST_F(AwayMessage, StandsAmongTheOwnersOwnWhileTheSiteIsUp) {
-    const Registry::Root root = Registry::Root::CurrentUser;
-    const std::string messenger = R"(Software\America Online\AOL Instant Messenger (TM)\CurrentVersion)";
-    const std::string list = messenger + R"(\Users\ann\IAmGoneList)";
-    const auto messages = [&] {
-        return Registry::EnumValues(root, list).size();
+TEST_F(PortMapping, GivesTheSiteItsAddressOrTellsWhyNot) {
+    const std::string own = "http://192.0.2.7:8080";
+    const std::tuple<RouterReply, const char *, std::string> cases[] = {
+        {{RouterOutcome::Opened, "203.0.113.9", 40080, ""}, "", "http://203.0.113.9:40080"},
+        {{RouterOutcome::Opened, "100.64.1.2", 8080, ""},
+         "Your router has opened port 8080, but its own address, 100.64.1.2, is a private one: there is another...",
+         own},
+        {{RouterOutcome::Refused, "203.0.113.9", 0, "Action not authorized"},
+         "Your router has refused to open port 8080 (Action not authorized). Please allow it in its settings, or...",
+         own},
+        {{RouterOutcome::NoRouter, "", 0, ""},
+         "No router has answered the request to open port 8080. If there...",
+         own},
     };
-    const auto ownMessage = [&] {
-        return std::get<std::string>(Registry::GetValue(root, list, "GoneMsg0042", std::string()));
-    };
-    const ScriptedOwner owner;
-    gWebsiteAddress = "http://203.0.113.7:8080";
-    SaveSetting("Setup", "ServiceBase", "http://central.example");
-    InstallAwayMessage();
-    RemoveAwayMessage();
-    EXPECT_FALSE(Registry::KeyExists(root, "Software\\America Online")) << "no messenger, no list";
+    for (const auto &[reply, trouble, address] : cases) {
+        router.Reply = reply;
+        if (*trouble != 0) owner.ExpectNotice(trouble);
+        Open();
+        EXPECT_EQ(gWebsiteAddress, address) << trouble;
+        EXPECT_TRUE(owner.IsDone()) << trouble;
+    }
+    SaveSetting("Setup", "PortMapping", "0");
+    const int asked = router.Opened;
+    Open();
+    EXPECT_EQ(router.Opened, asked) << "unless the owner wants it";
+}
 
-    Registry::SetValue(root, messenger + "\\Login", "Screen Name", std::string("ann"));
-    for (const char *name : {"GoneMsg0041", "GoneMsg0007", "Other", "GoneMsg99999999999999999999"})
-        Registry::SetValue(root, list, name, std::string("gone fishing"));
-    for (int start = 0; start < 2; ++start) InstallAwayMessage();
-    EXPECT_EQ(messages(), 5U);
-    EXPECT_EQ(ownMessage(),
-              "<title>Advertise My Picture Website</title><HTML><BODY BGCOLOR=\"#ffffff\"><FONT LANG=\"0\">"
-              "<A HREF=\"http://203.0.113.7:8080\">Check out my picture website!</A></FONT><BR><BR>"
-              "<FONT LANG=\"0\" SIZE=1><A HREF=\"http://central.example\"></FONT><FONT BACK=\"#ffffff\" SIZE=1>"
-              "Powered by Pixmora! Digital Media Software</A></FONT></BODY></HTML>");
-    SaveSetting("Setup", "PublicAddress", "http://another/ann");
-    RefreshWebsiteAddress();
-    EXPECT_EQ(gWebsiteAddress, "http://another/ann");
-    EXPECT_THAT(ownMessage(), HasSubstr("http://another/ann"));
-    RemoveAwayMessage();
-    EXPECT_EQ(ownMessage(), "");
-    EXPECT_EQ(messages(), 4U);
+TEST_F(PortMapping, IsRenewedAndTakenBack) {
+    router.Reply = {RouterOutcome::Opened, "203.0.113.9", 8080, ""};
+    Open();
+    SetClock();
+    gSystray->RouterPort.AskedTick = clockStart;
+    clock->Advance(RouterLease / 2 * 1000 - 1);
+    RenewRouterPort();
+    EXPECT_EQ(router.Opened, 1);
+    clock->Advance(1);
+    router.Reply.OuterAddress = "203.0.113.10";
+    RenewRouterPort();
+    EXPECT_TRUE(TurnUntil([] { return gWebsiteAddress == "http://203.0.113.10:8080"; })) << "the provider's new one";
+    SaveSetting("Setup", "ListenAddress", "192.0.2.8");
+    router.Reply = {RouterOutcome::Refused, "203.0.113.9", 0, ""};
+    owner.ExpectNotice("Your router has refused to open port 8080. Please allow it in its settings, or...");
+    RenewRouterPort();
+    EXPECT_TRUE(TurnUntil([this] { return owner.IsDone(); })) << "the machine has moved";
+    clock->Advance(RouterLease / 2 * 1000);
+    RenewRouterPort();
+    EXPECT_TRUE(TurnUntil([this] { return router.Opened == 4 && !gSystray->RouterPort.IsAsked; })) << "told once";
+
+    gSystray->RouterPort.Address = "http://203.0.113.10:8080";
+    CloseRouterPort();
+    EXPECT_TRUE(TurnUntil([this] { return router.Closed == 1; }));
+    EXPECT_EQ(BestWebsiteAddress(), "http://192.0.2.8:8080");
+    RenewRouterPort();
+    DoEvents();
+    EXPECT_EQ(router.Opened, 4) << "not after a stop";
 }
 
 }  // namespace pixmora

@@ -2,6 +2,8 @@
 // functions.tsv.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 
@@ -29,12 +31,23 @@ std::string OrderOf(const std::string &left, const std::string &right) {
     return order < 0 ? "before" : order > 0 ? "behind" : "same";
 }
 
+std::string LocalTimeText(std::int64_t unixSeconds, const std::string &zone) {
+    setenv("TZ", zone.c_str(), 1);
+    tzset();
+    const std::string text = DateText(LocalTime(unixSeconds));
+    setenv("TZ", "UTC", 1);
+    tzset();
+    return text;
+}
+
 /// @param other the second argument of a function that has one
 std::string ResultOf(const std::string &function, const std::string &text, const std::string &other) {
+    if (function == "AddDays") return DateText(AddDays(ParseDate(text), CLng(other)));
     if (function == "AddLong") return std::to_string(AddLong(CLng(text), CLng(other)));
     if (function == "CInt") return std::to_string(CInt(text));
     if (function == "CLng") return std::to_string(CLng(text));
     if (function == "CompareTexts") return OrderOf(text, other);
+    if (function == "DateDiffDays") return std::to_string(DateDiffDays(ParseDate(text), ParseDate(other)));
     if (function == "DateText") return DateText(ParseDate(text));
     if (function == "FormatByteSize") return FormatByteSize(CDbl(text));
     if (function == "FormatElapsed") return FormatElapsed(CDbl(text), other == "days", other == "seconds");
@@ -50,6 +63,7 @@ std::string ResultOf(const std::string &function, const std::string &text, const
     if (function == "IsoDate") return IsoDate(ParseDate(text));
     if (function == "LastPathPart") return LastPathPart(text);
     if (function == "Like") return Answer(Like(text, other));
+    if (function == "LocalTime") return LocalTimeText(static_cast<std::int64_t>(CDbl(text)), other);
     if (function == "LongDate") return LongDate(ParseDate(text));
     if (function == "MultiplyLong") return std::to_string(MultiplyLong(CLng(text), CLng(other)));
     if (function == "NumberText") return NumberText(CDbl(text));

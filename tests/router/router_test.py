@@ -11,15 +11,16 @@ import struct
 import subprocess
 import sys
 import threading
-import unittest
 from http.server import BaseHTTPRequestHandler, HTTPServer
 from pathlib import Path
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../support"))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, HERE + "/../support")
 from site_under_test import Site
 
+STORIES = {line.split("\t")[0]: line.replace("|", "\n").split("\t")[1:]
+           for line in Path(HERE, "stories.tsv").read_text().splitlines()[1:]}
 ROUTER, HOME = "192.168.77.1", "192.168.77.2"
-PUBLIC, CARRIER = "198.51.100.7", "100.64.3.2"
 SKIPPED = 77
 SERVICE = "urn:schemas-upnp-org:service:WANIPConnection:1"
 DEVICE = "urn:schemas-upnp-org:device:InternetGatewayDevice:1"
@@ -56,7 +57,6 @@ def serve_nat_pmp(outer, allows):
 
 def serve_discovery():
     with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as server:
-        server.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
         server.bind(("", 1900))
         server.setsockopt(socket.IPPROTO_IP, socket.IP_ADD_MEMBERSHIP, socket.inet_aton("239.255.255.250") + socket.inet_aton(ROUTER))
         while True:
@@ -69,8 +69,6 @@ def serve_discovery():
 
 
 def gateway(outer, allows):
-    here = os.path.dirname(os.path.abspath(__file__))
-
     class Gateway(BaseHTTPRequestHandler):
         def log_message(self, *_):
             pass
@@ -83,7 +81,7 @@ def gateway(outer, allows):
             self.wfile.write(text.encode())
 
         def do_GET(self):
-            self.answer(200, Path(here, "gateway.xml").read_text())
+            self.answer(200, Path(HERE, "gateway.xml").read_text())
 
         def do_POST(self):
             action = self.headers["SOAPAction"].strip('"').split("#")[1]
@@ -156,29 +154,12 @@ def serve(protocols, outer, allows):
         site.close()
 
 
-# What is done, the router's words, its outer address, what it allows, what it is asked (or None), what the owner is told.
-STORIES = {
-    "nat_pmp_opens_the_port_and_takes_it_back":
-        ("nat-pmp", PUBLIC, "yes", "nat-pmp open PORT 3600\nnat-pmp close PORT 0", ""),
-    "upnp_opens_the_port_and_takes_it_back":
-        ("upnp", PUBLIC, "yes", "upnp open PORT 3600 %s\nupnp close PORT" % HOME, ""),
-    "a_router_that_knows_no_leases_opens_it_for_ever":
-        ("upnp", PUBLIC, "for ever", "upnp open PORT 3600 %s\nupnp open PORT 0 %s\nupnp close PORT" % (HOME, HOME), ""),
-    "a_refusal_is_told": ("nat-pmp upnp", PUBLIC, "no", None, "Your router has refused to open port PORT"),
-    "a_router_of_the_provider_is_told": ("nat-pmp", CARRIER, "yes", None, CARRIER + ", is a private one"),
-    "a_silent_router_is_told": ("none", PUBLIC, "yes", None, "No router has answered"),
-}
-
-
-class BehindARouter(unittest.TestCase):
-    def test_story(self):
-        protocols, outer, allows, asked, told = STORIES[sys.argv[2]]
-        seen = serve(protocols, outer, allows)
-        self.assertEqual("http://%s:PORT" % (HOME if told else PUBLIC), seen[1], seen)
-        if told:
-            self.assertIn(told, seen[2])
-        else:
-            self.assertEqual((asked, ""), (seen[0], seen[2]))
+def tell_story(name):
+    """Returns nothing when it goes as it should, else what was seen."""
+    protocols, outer, allows, asked, address, told = STORIES[name]
+    seen = serve(protocols, outer, allows)
+    is_right = asked in ("?", seen[0]) and address == seen[1] and told in seen[2] and bool(told) == bool(seen[2])
+    return None if is_right else "%s: %s" % (name, seen)
 
 
 def main():
@@ -186,7 +167,7 @@ def main():
         return play_router(*sys.argv[2:])
     if len(sys.argv) == 3:  # one test, in a namespace of its own
         run("ip", "link", "set", "lo", "up")
-        return unittest.main(argv=sys.argv[:1], warnings="ignore")
+        return sys.exit(tell_story(sys.argv[2]))
     namespaces = ["unshare", "--user", "--map-root-user", "--net"]
     if subprocess.run([*namespaces, "true"], stderr=subprocess.DEVNULL).returncode != 0:
         sys.exit(SKIPPED)

@@ -1,9 +1,19 @@
-// What the setup dialog decides: Finish, Cancel, its lists and texts.
+// What the setup dialog decides: Finish, Cancel, its lists; and its checks of the port, in all their branches, on this
+// computer's own sockets.
 #include "setup/rules/SetupDialog.h"
 
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "core/site/ListenRefusal.h"
+#include "platform/files/Files.h"
+#include "platform/runtime/Clock.h"
 #include "platform/runtime/Text.h"
 #include "setup/rules/Autostart.h"
-#include "setup/rules/HelpTexts.h"
+#include "setup/rules/PortCheck.h"
+#include "support/ErrorOf.h"
 #include "support/SetupFixture.h"
 
 namespace pixmora {
@@ -128,27 +138,128 @@ TEST_F(SetupDialog, CancelAsksWhereSomethingWouldBeLost) {
     EXPECT_TRUE(MayCancelSetup(true));
 }
 
-TEST_F(SetupDialog, StylesAreThoseOfHtdocs) {
-    Owner.ExpectMessage("We couldn't find any style sheets! Please reinstall!", FlagCritical);
-    EXPECT_TRUE(StyleNames().empty());
-    for (const char *name : {"StyleSheet_Garden", "StyleSheet_My_Own.old", "Index"})
-        Program.Write(std::string("htdocs/") + name + ".tpl");
-    const std::vector<std::string> names = StyleNames();
-    EXPECT_EQ(names, (std::vector<std::string>{"Garden", "My_Own"}));
-    EXPECT_EQ(StyleIndex(names, "My_Own"), 1);
-    Owner.ExpectMessage("Your saved stylesheet cannot be found! Please pick a new one.", FlagCritical);
-    EXPECT_EQ(StyleIndex(names, "Default"), -1);
+int FreePort() {
+    const auto socket = Winsock::Create();
+    socket->LocalPort = 0;
+    socket->Listen();
+    return socket->LocalPort;
 }
 
-TEST(SetupTexts, FiguresFollowTheControls) {
-    const std::vector<std::string> choices = FilesPerPageChoices(4);
-    EXPECT_EQ(choices.front() + choices[19] + choices.back() + FilesPerPageAtFirst(4), "480All16");
-    EXPECT_EQ(NumericText("8080x") + NumericText("abc"), "80800");
-    EXPECT_EQ(ServiceName("http://photos.example:8000/x"), "photos.example");
-    EXPECT_NE(
-        AutostartEntry("/opt/my \"$5\" \\100%").find("\nExec=\"/opt/my \\\\\"\\\\$5\\\\\" \\\\\\\\100%%\" start\n"),
-        std::string::npos)
-        << "the program is quoted";
+class PortChecks : public SetupFixture {
+protected:
+    PortCheckHands Hands() {
+        PortCheckHands hands;
+        hands.ListenPort = [this] {
+            // The fallback's own port may be taken on the machine of the test.
+            return port == "8080" ? fallbackPort : port;
+        };
+        hands.SetListenPort = TakeInto(port);
+        hands.PrivateIP = Give(privateIP);
+        hands.SetPublicIP = TakeInto(shown);
+        hands.SetBusy = TakeInto(isBusy);
+        hands.IsConnectedToInternet = Give(isConnected);
+        hands.GetWebPage = [this](const std::string &url) {
+            EXPECT_EQ(url, "http://service.example/clients/firewall.php");
+            EXPECT_TRUE(isBusy);
+            if (whileAsking) whileAsking();
+            return answer;
+        };
+        hands.ServiceBase = Give(serviceBase);
+        return hands;
+    }
+    /// Another program's socket on the port under test.
+    std::shared_ptr<Winsock> Occupy() const {
+        auto socket = Winsock::Create();
+        socket->LocalPort = std::stoi(port);
+        socket->Listen();
+        return socket;
+    }
+    bool IsPortOpen() const {
+        return ErrorOf([this] { Occupy(); }) != ErrorNumber{};
+    }
+
+    std::string port = std::to_string(FreePort());
+    std::string fallbackPort = std::to_string(FreePort());
+    std::string privateIP = "127.0.0.1";
+    std::string answer = "127.0.0.1";
+    std::string shown;
+    std::string serviceBase = "http://service.example";
+    bool isBusy = false;
+    bool isConnected = true;
+    std::function<void()> whileAsking;
+    PortCheck check{Hands()};
+};
+
+/// The addresses of the rows: 127.0.0.1 is reached, ::1 isn't, as the check listens on IPv4.
+TEST_F(PortChecks, SayWhatTheyFind) {
+    std::ifstream table(std::filesystem::path(__FILE__).parent_path() / "portchecks.tsv");
+    int rows = 0;
+    for (std::string line; std::getline(table, line);) {
+        if (line.starts_with('#')) continue;
+        SCOPED_TRACE(line);
+        const std::vector<std::string> row = Split(Replace(Replace(line, "\\r", "\r"), "\\n", "\n"), "\t");
+        ASSERT_EQ(row.size(), 11U);
+        const bool isFirewall = row[0] == "firewall";
+        const bool isUsed = row[3] == "used";
+        std::optional<ClockSetForTest> clock;
+        if (!row[7].empty()) clock.emplace(1000, MakeDate(2004, 3, 1));
+        SaveSetting("Setup", "RunFirewallCheck", row[4]);
+        DeleteSetting("Records", "FirewallCheck");
+        isConnected = row[1] != "offline";
+        serviceBase = row[1] == "no service" ? "" : "http://service.example";
+        answer = row[1];
+        privateIP = row[2];
+        const std::string before = row[3] == "70000" ? row[3] : std::to_string(FreePort());
+        port = before;
+        const auto other = isUsed ? Occupy() : nullptr;
+        const int flags = row[5] == "critical"      ? FlagCritical
+                          : row[5] == "information" ? FlagInformation
+                                                    : CriticalQuestion;
+        Owner.ExpectMessage(Replace(row[10], "{port}", port), flags, row[6].empty() ? AnswerOk : AnswerYes);
+        if (!row[6].empty()) Owner.ExpectBrowser("http://service.example/" + row[6] + ".php");
+        whileAsking = [&] {
+            EXPECT_EQ(IsPortOpen(), isUsed || !isFirewall) << "the port check listens before it asks";
+        };
+        isFirewall ? check.CheckFirewall() : check.CheckPort();
+        EXPECT_EQ(port, row[9].empty() ? before : row[9]);
+        EXPECT_EQ(GetSetting("Setup", "RunFirewallCheck"), row[8]);
+        const bool isReached = isFirewall && row[10].starts_with("Congratulations");
+        EXPECT_EQ(GetSetting("Records", "FirewallCheck"), isReached ? "Pass" : "");
+        EXPECT_EQ(clock ? std::to_string(GetTickCount() - 1000) : "", row[7]);
+        EXPECT_FALSE(isBusy);
+        port = row[9].empty() ? before : fallbackPort;
+        const bool isGivenBack = row[3] == "free" && !clock;
+        EXPECT_TRUE(!isGivenBack || !IsPortOpen()) << "given back";
+        ++rows;
+    }
+    EXPECT_EQ(rows, 17);
+    EXPECT_EQ(shown, "127.0.0.1");
+}
+
+TEST_F(PortChecks, AMissingRightIsToldApartFromAPortInUse) {
+    const std::string refusal =
+        "You have no right to listen on port 80! This computer keeps the ports up to 1023 for its administrator. "
+        "Please choose a port above 1023, such as 8080.";
+    EXPECT_EQ(ListenRefusal(RunTimeError(ErrorNumber::PermissionDenied), 80, "Please"), refusal);
+    if (std::stoi(ReadBinaryFile("\\proc\\sys\\net\\ipv4\\ip_unprivileged_port_start")) <= 80) {
+        GTEST_SKIP() << "this machine lets everybody listen on port 80";
+    }
+    const bool isAdministrator = geteuid() == 0 && seteuid(65534) == 0;  // without those rights, whoever runs the tests
+    const std::string proposed = ProposedPort();
+    if (isAdministrator) {
+        ASSERT_EQ(seteuid(0), 0);
+    }
+    EXPECT_EQ(proposed, "8080");
+}
+
+TEST_F(PortChecks, AnAbandonedCheckEndsWithoutAWord) {
+    whileAsking = [this] {
+        check.Abandon();
+    };
+    check.CheckFirewall();
+    EXPECT_EQ(shown + GetSetting("Setup", "RunFirewallCheck"), "...");
+    check.CheckPort();
+    EXPECT_TRUE(check.IsAbandoned());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The database's tables, made new and brought up from older files.
+// The database's tables, made new and brought up from older files; the settings that an earlier version left.
 #include "store/Schema.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +8,7 @@
 
 #include "platform/runtime/RunTimeError.h"
 #include "store/Globals.h"
+#include "store/Settings.h"
 #include "support/ProgramFolder.h"
 #include "support/RawDatabase.h"
 
@@ -124,6 +125,26 @@ TEST_F(SchemaTest, SaysWhichFilesItCouldNotLoad) {
     std::filesystem::remove(Path(9));
     folder.Write("db_v7.mdb", "no database either");
     EXPECT_FALSE(OpenOrCreateDatabase());
+}
+
+TEST_F(SchemaTest, SettingsMoveFromTheFormerNameAndSortMethod) {
+    const std::string former = "Software\\VB and VBA Program Settings\\Pixmora! Digital Media Server";
+    const auto setFormer = [&](const char *key, const char *name, const Registry::Value &value) {
+        Registry::SetValue(Registry::Root::CurrentUser, former + key, name, value);
+    };
+    setFormer("\\Setup", "ServerTitle", "Old title");
+    setFormer("\\Setup", "SortMethod", "3");
+    setFormer("\\AlbumIDs", "Holiday", std::int64_t{7});
+    SaveSetting("Setup", "Author", "Ann");
+    MigrateSettings();
+    const std::pair<const char *, const char *> moved[] = {
+        {"ServerTitle", "Old title"}, {"Author", "Ann"}, {"SortMethod", "2"}};
+    for (const auto &[key, value] : moved) EXPECT_EQ(GetSetting("Setup", key), value);
+    EXPECT_EQ(GetSetting("AlbumIDs", "Holiday"), "7");
+    EXPECT_FALSE(Registry::KeyExists(Registry::Root::CurrentUser, former));
+    SaveSetting("Setup", "SortMethod", "1");
+    MigrateSettings();
+    EXPECT_EQ(GetSetting("Setup", "SortMethod"), "1");
 }
 
 }  // namespace pixmora

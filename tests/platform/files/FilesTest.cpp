@@ -1,7 +1,6 @@
-// Paths, facts of files, reading, and every way of changing them.
+// Paths, reading, and every way of changing files.
 #include "platform/files/Files.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,7 +15,6 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr ErrorNumber notFound = ErrorNumber::FileNotFound;
 constexpr ErrorNumber accessError = ErrorNumber::PathFileAccessError;
 
 }  // namespace
@@ -33,20 +31,6 @@ TEST(Paths, TellWhatStandsThere) {
         EXPECT_TRUE(PathExists(there)) << there;
     for (const std::string &none : {path + "\\b", ""s}) EXPECT_FALSE(PathExists(none)) << none;
     for (const std::string &none : {path + "\\a\\x.txt", path + "\\a\0"s}) EXPECT_FALSE(IsDirectory(none)) << none;
-}
-
-TEST(Facts, AreThoseOfTheFile) {
-    const TempFolder folder;
-    const std::string file = folder.Write("x.bin", std::string(1340, 'x'));
-    const timespec times[] = {{1000000000, 0}, {1078157106, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
-    EXPECT_EQ(GetFileFacts(file).LastWriteTime, MakeDate(2004, 3, 1, 16, 5, 6));
-    struct statx system {};
-    ASSERT_EQ(statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME, &system), 0);
-    const bool hasBirth = (system.stx_mask & STATX_BTIME) != 0;
-    EXPECT_EQ(GetFileFacts(file).CreationTime, LocalTime(hasBirth ? system.stx_btime.tv_sec : 1078157106));
-    EXPECT_EQ(FormatFileSize(file), "1.30 KB");
-    for (const std::string &none : {folder.Path(), file + "\0"s}) EXPECT_EQ(FormatFileSize(none), "") << none;
 }
 
 TEST(Walk, ListsByBytesAndFollowsLinks) {
@@ -71,8 +55,8 @@ TEST(Walk, ListsByBytesAndFollowsLinks) {
 TEST(BinaryFiles, ReadInPiecesAndRefuseWhatIsNoFile) {
     const TempFolder folder;
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-    const std::pair<std::string, ErrorNumber> others[] = {{folder.Path("none"), notFound},
-                                                          {folder.Write("x") + "/y", notFound},
+    const std::pair<std::string, ErrorNumber> others[] = {{folder.Path("none"), ErrorNumber::FileNotFound},
+                                                          {folder.Write("x") + "/y", ErrorNumber::FileNotFound},
                                                           {folder.Path(), accessError},
                                                           {folder.Path("pipe"), accessError}};  // without a wait
     for (const auto &[path, error] : others) EXPECT_EQ(ErrorOf([&, at = path] { BinaryFile::OpenForRead(at); }), error);

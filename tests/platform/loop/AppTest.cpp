@@ -1,12 +1,15 @@
-// The program's folder: its choice, its lock, and the htdocs put there.
+// The program's folder, the htdocs put there, and what a service manager hears.
 #include "platform/loop/App.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "platform/files/Files.h"
-#include "platform/runtime/RunTimeError.h"
+#include "platform/loop/ServiceManager.h"
 #include "support/TempFolder.h"
 
 namespace pixmora {
@@ -52,6 +55,23 @@ TEST_F(AppTest, InstallsHtdocsOnceAndRenewsWhatTheOwnerHasNotChanged) {
     EXPECT_EQ(folder.Read("htdocs/Index.tpl"), "mine");
     EXPECT_FALSE(FileExists(folder.Path("exif.ini")));
     EXPECT_EQ(App::UpdateShippedFiles(), std::vector<std::string>()) << "told once";
+}
+
+TEST(ServiceManager, HearsTheLinesByAnAbstractNameToo) {
+    const std::string name = "@pixmora-test-" + std::to_string(getpid());
+    sockaddr_storage address{AF_UNIX, {}, 0};
+    const auto length = static_cast<socklen_t>(sizeof address.ss_family + name.size());
+    std::copy(name.begin() + 1, name.end(), reinterpret_cast<char *>(&address) + sizeof address.ss_family + 1);
+    const int manager = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(bind(manager, reinterpret_cast<sockaddr *>(&address), length), 0);
+    setenv("NOTIFY_SOCKET", name.c_str(), 1);
+    NotifyServiceManager("READY=1\nSTATUS=here");
+    char heard[256] = "";
+    EXPECT_EQ(recv(manager, heard, sizeof heard, MSG_DONTWAIT), 19);
+    EXPECT_STREQ(heard, "READY=1\nSTATUS=here");
+    close(manager);
+    NotifyServiceManager("READY=1");  // nobody is there any more
+    unsetenv("NOTIFY_SOCKET");
 }
 
 }  // namespace pixmora

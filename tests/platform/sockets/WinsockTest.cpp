@@ -2,7 +2,6 @@
 #include "platform/sockets/Winsock.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -16,7 +15,6 @@ namespace pixmora {
 namespace {
 
 using test::Client;
-using test::Fetch;
 using test::TurnUntil;
 using testing::ElementsAre;
 using Element = std::shared_ptr<Winsock>;
@@ -147,33 +145,6 @@ TEST(WinsockSend, RaisesErrorWhenTheClientHasVanished) {
     }
 }
 
-TEST(WinsockSend, HoldsABigAnswerForAStalledReaderWhileOthersAreServed) {
-    const std::string answer = Pattern(16'000'000);
-    std::unique_ptr<Client> stalled;
-    Server server([&](const Element &element) {
-        if (element->GetData() != "big") return element->SendData("small");
-        element->SendData(answer.substr(0, answer.size() / 2));
-        stalled->Receive();  // makes room for what must not overtake
-        element->SendData(answer.substr(answer.size() / 2));
-    });
-    stalled = std::make_unique<Client>(server.Port(), "127.0.0.2");
-    stalled->Send("big");
-    stalled->HalfClose();
-    EXPECT_TRUE(TurnUntil([&] { return !server.Events.empty(); }));
-    EXPECT_EQ(server.Elements[0]->RemoteHostIP, "127.0.0.2");
-    EXPECT_GT(server.Elements[0]->BytesWaiting(), answer.size() / 2);
-    EXPECT_LT(DisturbancesOfAWait(), 10) << "neither the full buffer nor the end of input may spin";
-    EXPECT_EQ(Fetch(server.Port(), "x"), "small");
-    EXPECT_TRUE(stalled->ReceiveAll() == answer);
-
-    Client given(server.Port());
-    given.Send("big");
-    EXPECT_TRUE(TurnUntil([&] { return server.Elements.size() == 3 && server.Elements[2]->BytesWaiting() > 0; }));
-    const int before = DescriptorCount();
-    server.Elements[2]->Close();
-    EXPECT_EQ(DescriptorCount(), before - 1) << "an answer given up holds none";
-}
-
 TEST(WinsockReceive, KeepsAFloodOutUntilItIsFetched) {
     const std::string flood = Pattern(30'000'000);
     Server server([](const Element &) {});
@@ -287,67 +258,6 @@ TEST(WinsockListen, KeepsWhatIsBeyondItsLimitInTheQueue) {
     later.WaitForBytes(6);
     server.Listening->OnConnectionRequest = nullptr;
     EXPECT_EQ(Client(port).ReceiveAll(), "") << "nobody takes it";
-}
-
-TEST(WinsockSend, FeedsSlowReadersInSmallPortions) {
-    std::size_t sent = 0;
-    Server server([](const Element &element) { Answer(element, "head"); });
-    server.OnComplete = [&](const Element &element) {
-        sent += 1024;
-        element->SendData(std::string(1024, 'c'));
-    };
-    Client client(server.Port(), "127.0.0.1", 4096);
-    client.Send("x");
-    EXPECT_LE(Settled([&] { return sent; }), 512U * 1024) << "in the network's buffers for somebody who takes nothing";
-    const std::size_t before = sent;
-    client.WaitForBytes(128 * 1024);
-    EXPECT_TRUE(TurnUntil([&] { return sent > before; }))
-        << "the next chunks may not wait for the reader to take a megabyte";
-}
-
-/// Lowers the limit of descriptors for the length of a test.
-class DescriptorLimit {
-public:
-    /// @param spare how many more may be opened
-    explicit DescriptorLimit(unsigned spare) {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        const int lowest = dup(0);
-        close(lowest);
-        const rlimit lowered{static_cast<rlim_t>(lowest) + spare, before_.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &lowered);
-    }
-    ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before_); }
-    DescriptorLimit(const DescriptorLimit &) = delete;
-    DescriptorLimit &operator=(const DescriptorLimit &) = delete;
-
-private:
-    rlimit before_{};
-};
-
-TEST(WinsockListen, WaitsIdlyWhileDescriptorsAreUsedUpAndThenGoesOn) {
-    DescriptorCount();  // lets go what has ended in an earlier test
-    Server server([](const Element &element) { Answer(element, "late but whole"); });
-    std::vector<Client> clients;
-    clients.reserve(30);
-    for (int i = 0; i < 30; ++i) clients.emplace_back(server.Port());
-    {
-        const DescriptorLimit limit(16 + 10);
-        TurnUntil([&] { return server.Elements.size() == 10; });
-        EXPECT_LT(DisturbancesOfAWait(), 10);
-        EXPECT_EQ(server.Elements.size(), 10U) << "files have room";
-        for (Client &client : clients) {
-            client.Send("x");
-            EXPECT_EQ(client.ReceiveAll(), "late but whole");
-            client.HalfClose();
-        }
-    }
-    Client other(server.Port());
-    {
-        const DescriptorLimit limit(5);
-        EXPECT_EQ(Settled([&] { return server.Elements.size(); }), 30U);
-    }
-    other.Send("x");
-    EXPECT_EQ(other.ReceiveAll(), "late but whole") << "room that others made is found too";
 }
 
 }  // namespace
