@@ -3,6 +3,7 @@
 
 #include "console/MainStatus.h"
 #include "console/MenuItems.h"
+#include "console/Robot.h"
 #include "outside/Address.h"
 #include "support/RunningSite.h"
 
@@ -22,31 +23,33 @@ class OwnerActionsTest : public RunningSite {
 protected:
     OwnerActionsTest() : Directory(AddAlbum("Holiday")) {}
 
-    /// What the hands were asked for since the last call, "|" between.
+    /// What the hands were asked for since the last call, "|" behind each.
     std::string Done() { return std::exchange(done_, ""); }
     std::string Click(const std::string &menu, const std::string &item) {
         Actions.HandleClick(menu, item);
         return Done();
     }
-    void Note(const std::string &what) { done_ += (done_.empty() ? "" : "|") + what; }
+    ActionHands Hands() {
+        const auto start = [this] {
+            done_ += "start|";
+            if (CanStart) Start();
+        };
+        const auto setUp = [this](const SetupOpening &opening) {
+            done_ += Concat("setup", opening.ShowAlbumsTab ? " albums" : "", opening.AddAlbumOnOpen ? " add|" : "|");
+        };
+        return {start,
+                Noting(done_, "figures"),
+                Noting(done_, "toggle"),
+                setUp,
+                Noting(done_, "copy "),
+                Noting(done_, "qr "),
+                Noting(done_, "folder "),
+                Noting(done_, "end")};
+    }
 
     std::string Directory;
     bool CanStart = true;
-    OwnerActions Actions{{[this] {
-                              Note("start");
-                              if (CanStart) Start();
-                          },
-                          [this] { Note("figures"); }, [this] { Note("toggle"); },
-                          [this](const SetupOpening &opening) {
-                              Note(std::string("setup") + (opening.ShowAlbumsTab ? " albums" : "") +
-                                   (opening.AddAlbumOnOpen ? " add" : ""));
-                          },
-                          [this](const std::string &text) { Note("copy " + text); },
-                          [this](const std::string &text) { Note("qr " + text); },
-                          [this](const std::string &path) { Note("folder " + path); },
-                          [this] {
-                              Note("end");
-                          }}};
+    OwnerActions Actions{Hands()};
 
 private:
     std::string done_;
@@ -77,51 +80,42 @@ TEST_F(OwnerActionsTest, AddressAndMenusFollowTheState) {
 }
 
 TEST_F(OwnerActionsTest, SetupNeedsAStoppedSiteAndStatisticsARunningOne) {
-    EXPECT_EQ(Click(SystrayMenu, "Setup"), "setup");
+    EXPECT_EQ(Click(SystrayMenu, "Setup"), "setup|");
     CanStart = false;
     for (const int answer : {AnswerYes, AnswerNo})
-        Owner.ExpectMessage(
-            "You must start your website before viewing your statistics.\r\n\r\nWould you like to start it now?",
-            FlagYesNo, answer);
+        Owner.ExpectMessage("You must start your website before viewing your statistics...", FlagYesNo, answer);
     Actions.Statistics();
-    EXPECT_EQ(Done(), "start|figures");
+    EXPECT_EQ(Done(), "start|figures|");
     CanStart = true;
     const int changes = Owner.StatusChanges();
-    EXPECT_EQ(Click(SystrayMenu, "Start Website"), "start|figures");
+    EXPECT_EQ(Click(SystrayMenu, "Start Website"), "start|figures|");
     EXPECT_GT(Owner.StatusChanges(), changes);
     Owner.ExpectBrowser("http://" + GetLocalIP() + ":" + std::to_string(Port()) + "/ShowAlbum?ShowStats");
     Actions.Statistics();
     const auto setUp = [this](int visitors, int answer) {
         gVisitorsActive = visitors;
-        Owner.ExpectMessage("You must stop your website before you enter Setup.\r\n\r\nWould you like to do that now?",
-                            FlagYesNo, answer);
+        Owner.ExpectMessage("You must stop your website before you enter Setup...", FlagYesNo, answer);
         // The owner agrees to stop, then thinks of the visitors.
         if (visitors > 0) Owner.ExpectMessage("There are still people...", FlagYesNo, AnswerNo);
         if (visitors == 0 && answer == AnswerYes)
-            Owner.ExpectMessage(
-                "In order for your pictures and movies to appear online, you must restart your website.\r\n\r\nWould "
-                "you like to do that now?",
-                FlagYesNo, AnswerYes);
+            Owner.ExpectMessage("In order for your pictures and movies to appear online...", FlagYesNo, AnswerYes);
         const std::string done = Click(AlbumMenu, "Edit Album");
         EXPECT_TRUE(gWebsiteStarted);
         return done;
     };
     EXPECT_EQ(setUp(0, AnswerNo), "");
     EXPECT_EQ(setUp(1, AnswerYes), "");
-    EXPECT_EQ(setUp(0, AnswerYes), "setup albums|start|figures");
+    EXPECT_EQ(setUp(0, AnswerYes), "setup albums|start|figures|");
     EXPECT_EQ(Click(SystrayMenu, "Stop Website"), "");
     EXPECT_FALSE(gWebsiteStarted);
 }
 
 TEST_F(OwnerActionsTest, ExitAsksByWhatThereIsToLose) {
-    const std::string people =
-        "There are still people on your website! If you stop your website they won't be able to see your "
-        "files.\r\n\r\n";
     const std::tuple<bool, int, std::string, int> cases[] = {
         // is started, visitors of the session, question, flags
         {false, 5, "Are you sure you want to exit?", 36},
         {true, 0, "Are you sure you want to stop your website and exit?", 36},
-        {true, 1, people + "Are you sure you want to stop your website and exit?", 4},
+        {true, 1, "There are still people on your website!...", 4},
     };
     for (const auto &[isStarted, sessionVisitors, question, flags] : cases) {
         if (isStarted) Start();
@@ -129,7 +123,7 @@ TEST_F(OwnerActionsTest, ExitAsksByWhatThereIsToLose) {
         gVisitorsActive = 1;  // asked about no more, once the owner has decided
         for (const int answer : {AnswerNo, AnswerYes}) {
             Owner.ExpectMessage(question, flags, answer);
-            EXPECT_EQ(Click(SystrayMenu, "Exit"), answer == AnswerNo ? "" : "end");
+            EXPECT_EQ(Click(SystrayMenu, "Exit"), answer == AnswerNo ? "" : "end|");
             EXPECT_EQ(gWebsiteStarted, isStarted && answer == AnswerNo) << question;
         }
     }
@@ -140,11 +134,11 @@ TEST_F(OwnerActionsTest, AnItemsTextIsItsCommand) {
     const std::tuple<const char *, std::string, std::string> cases[] = {
         // menu, item, what is done
         {SystrayMenu, "Active Visitors: 3", ""},
-        {SystrayMenu, "Minimize Window", "toggle"},
-        {AddressOptsMenu, "Copy Link to Clipboard", "copy http://192.0.2.1:8080"},
-        {AddressOptsMenu, "Show QR Code", "qr http://192.0.2.1:8080"},
-        {AlbumMenu, "Add New Album", "setup add"},
-        {AlbumMenu, "Holiday", "folder " + Directory},
+        {SystrayMenu, "Minimize Window", "toggle|"},
+        {AddressOptsMenu, "Copy Link to Clipboard", "copy http://192.0.2.1:8080|"},
+        {AddressOptsMenu, "Show QR Code", "qr http://192.0.2.1:8080|"},
+        {AlbumMenu, "Add New Album", "setup add|"},
+        {AlbumMenu, "Holiday", "folder " + Directory + "|"},
         {AlbumMenu, "No such album", ""},
         {ActiveMenu, "Holiday", ""},
     };

@@ -4,19 +4,10 @@
 #include <QAccessible>
 #include <QAction>
 #include <QComboBox>
-#include <QSlider>
-#include <QStyleOptionSlider>
-#include <QTabBar>
 #include <QTabWidget>
-#include <filesystem>
 
-#include "core/site/RequestGrammar.h"
 #include "core/site/frmSystray.h"
 #include "setup/Forms.h"
-#include "setup/SetupPages.h"
-#include "setup/frmSetupAccess.h"
-#include "setup/frmSetupDirOrder.h"
-#include "setup/frmSetupUsers.h"
 #include "setup/rules/UserEditor.h"
 #include "support/PlayedService.h"
 
@@ -24,31 +15,6 @@ namespace pixmora {
 namespace {
 
 const std::string discardQuestion = "Are you sure you wish to cancel...";
-const std::string albumQuestion = "You don't have any albums setup!...";
-
-/// Fails for every control that shows less than its text, and every slider that shows less than its handle.
-void ExpectNothingIsCut(const QWidget &form) {
-    for (const QSlider *slider : form.findChildren<QSlider *>()) {
-        QStyleOptionSlider option;
-        option.initFrom(slider);
-        option.tickPosition = slider->tickPosition();
-        const QRect handle =
-            slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
-        EXPECT_TRUE(slider->rect().top() <= handle.top() && handle.bottom() <= slider->rect().bottom());
-    }
-    for (const QWidget *control : form.findChildren<QWidget *>()) {
-        const auto *label = qobject_cast<const QLabel *>(control);
-        const auto *button = qobject_cast<const QAbstractButton *>(control);
-        const QString words = label != nullptr ? label->text() : button != nullptr ? button->text() : QString();
-        if (words.isEmpty() || !control->isVisible()) continue;
-        if (label != nullptr && label->wordWrap()) {
-            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << FromQt(words);
-        } else if (control->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
-            EXPECT_GE(control->width(), control->sizeHint().width()) << FromQt(words);
-        }
-        EXPECT_GE(control->height(), control->fontMetrics().height()) << FromQt(words);
-    }
-}
 
 class SetupForm : public SetupFixture {
 protected:
@@ -271,18 +237,6 @@ TEST_F(SetupForm, APortNeedsNumbersAndAWebcamADevice) {
     EXPECT_EQ(TextOf(*form, "chkWebcam"), "0") << "it gives no picture";
 }
 
-TEST_F(SetupForm, AnAlbumMadeOnTheWayLeavesTheKeysOnFinish) {
-    const auto form = Open();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
-    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerYes);
-    WhenAskedMakeTrips();
-    Find<QWidget>(*form, "cmdOK").setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(form->focusWidget()->objectName(), "cmdOK");
-    QTest::keyClick(form->focusWidget(), Qt::Key_Return);
-    EXPECT_FALSE(form->isVisible());
-}
-
 TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsWhatIsGone) {
     std::filesystem::remove(MakeAlbum("Gone"));
     for (const char *name : {"Home", "Late", "Trips"}) MakeAlbum(name);
@@ -350,24 +304,6 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     EXPECT_FALSE(form->isVisible()) << "closed while it waits, the check ends without a word";
 }
 
-TEST_F(SetupForm, WithoutAServiceNothingLeadsToIt) {
-    const auto form = Open();
-    for (const bool hasService : {false, true}) {
-        if (hasService) Enter(*form, "txtServiceBase", " service.example/ ");
-        for (const char *control : {"lblLinkIP", "lblWhatPortsAre", "chkListOnline", "lblURLOnlineList"})
-            EXPECT_EQ(IsEnabled(*form, control), hasService) << control;
-    }
-    Enter(*form, "txtAccountName", "ann&co");
-    Enter(*form, "txtPublicAddress", "photos.example:8080");
-    EXPECT_EQ(FromQt(Find<QAbstractButton>(*form, "lblURLRedirecting").text()),
-              "http://service.example?" + EncodeLinkPart("ann&co"));
-    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerNo);
-    Click(*form, "cmdOK");
-    EXPECT_EQ(GetSetting("Setup", "ServiceBase") + " " + GetSetting("Setup", "AccountName") + " " +
-                  GetSetting("Setup", "PublicAddress"),
-              "http://service.example ann&co photos.example:8080");
-}
-
 TEST_F(SetupForm, EveryControlHasANameAndHelp) {
     const auto form = Open();
     for (QWidget *control : form->findChildren<QWidget *>()) {
@@ -379,38 +315,6 @@ TEST_F(SetupForm, EveryControlHasANameAndHelp) {
     }
     Owner.ExpectBalloon("Sample Help", "A description to help you will be displayed here.");
     Click(*form, "lblHelpSample");
-}
-
-TEST_F(SetupForm, NothingIsCutInLargeTextAndOnSmallScreens) {
-    MakeAlbum("Trips");
-    const QFont before = QApplication::font();
-    for (const int pixels : {12, 18}) {
-        QFont font = before;
-        font.setPixelSize(pixels);
-        QApplication::setFont(font);
-        const auto form = Open();
-        form->resize(form->sizeHint());
-        for (int tab = 0; tab < SetupTabs; ++tab) {
-            Tabs(*form).setCurrentIndex(tab);
-            QTest::qWait(1);
-            ExpectNothingIsCut(*form);
-        }
-        EXPECT_GE(Tabs(*form).tabBar()->width(), Tabs(*form).tabBar()->sizeHint().width());
-        frmSetupAlbum album(nullptr, std::nullopt, {});
-        frmSetupUsers users(nullptr, "");
-        frmSetupAccess access(nullptr);
-        frmSetupDirOrder order(nullptr);
-        for (QDialog *dialog : std::initializer_list<QDialog *>{&album, &users, &access, &order}) {
-            dialog->show();
-            QTest::qWait(1);
-            ExpectNothingIsCut(*dialog);
-            dialog->hide();
-        }
-    }
-    QApplication::setFont(before);
-    const auto form = Open();
-    form->resize(500, 300);
-    EXPECT_LE(form->height(), 320) << "the tabs scroll";
 }
 
 }  // namespace

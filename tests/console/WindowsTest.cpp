@@ -1,9 +1,12 @@
-// The main window.
+// The main window and the start window.
 #include "console/frmMain.h"
+
+#include <QProgressBar>
 
 #include "console/Robot.h"
 #include "console/Texts.h"
 #include "console/clsXPMenu.h"
+#include "console/frmStartStatus.h"
 #include "support/RunningSite.h"
 
 namespace pixmora::test {
@@ -33,42 +36,41 @@ protected:
         return texts;
     }
 
+    ActionHands Hands() {
+        ActionHands hands;
+        hands.StartWebsite = Noting(Done, "start");
+        hands.ShowFigures = Noting(Done, "figures");
+        return hands;
+    }
+    MainWindowHands WindowHands() {
+        return {[this] { return HasTray; }, Noting(Done, "unloaded"),
+                [this](const QRect &) {
+                    Done += "menu|";
+                }};
+    }
+
     std::string Done;
     bool HasTray = true;
-    OwnerActions Actions{
-        {[this] { Done += "start "; }, [] {}, [] {},
-         [this](const SetupOpening &opening) { Done += opening.AddAlbumOnOpen ? "setup add " : "setup "; },
-         [](const std::string &) {}, [](const std::string &) {}, [](const std::string &) {},
-         [this] {
-             Done += "end ";
-         }}};
-    frmMain Main{Actions,
-                 {[this] { return HasTray; }, [this] { Done += "unloaded "; },
-                  [this](const QRect &) {
-                      Done += "menu ";
-                  }}};
+    OwnerActions Actions{Hands()};
+    frmMain Main{Actions, WindowHands()};
 };
 
 TEST_F(frmMainTest, FollowsTheStateOfTheSite) {
     EXPECT_EQ(Text("lblAddress"), "Website offline! Click Start Website.");
     EXPECT_FALSE(Control("imgStopServer").isVisible());
-    EXPECT_EQ(Control("lblSeeActive").toolTip(), QStringLiteral("Start your website first."));
     EXPECT_EQ(Main.focusWidget(), &Control("cmdStartStop"));
     for (const char *link : {"lblAddressOptions", "lblSeeActive"}) EXPECT_FALSE(Control(link).isEnabled()) << link;
     Click(Main, "lblAddress");
-    EXPECT_EQ(Done, "start ");
+    EXPECT_EQ(Done, "start|figures|");
     EXPECT_EQ(MenuOf("lblAlbumsBrowse"), "Add New Album|Edit Album|Holiday|");
     StartSite();
     Owner.ExpectBrowser(gWebsiteAddress);
     Click(Main, "lblAddress");
-    EXPECT_EQ(Done, "start ");
+    EXPECT_EQ(Done, "start|figures|");
     EXPECT_EQ(Text("lblAddress"), gWebsiteAddress);
     EXPECT_EQ(MenuOf("lblSeeActive"), "No Active Users|");
     EXPECT_TRUE(MenuOf("lblAddressOptions").starts_with("View My Website|"));
     EXPECT_TRUE(Control("imgStopServer").isVisible());
-    Control("cmdStartStop").resize(300, 50);  // as a long address makes it
-    EXPECT_EQ(Control("imgStopServer").geometry(), QRect(0, 0, 300, 50));
-    EXPECT_EQ(Control("lblSeeActive").toolTip(), QString());
     EXPECT_EQ(Control("cmdStartStop").accessibleName(), QStringLiteral("Stop Website"));
     EXPECT_EQ(Text("lblStatAlbums") + Text("lblAlbumsBrowse"), "1Browse");
     AlbumEditor("Holiday").Delete();
@@ -83,23 +85,10 @@ TEST_F(frmMainTest, ShowsFiguresEachSecondAndOnLoading) {
             texts += Text(("lblStat" + (figure + column)).c_str()) + "|";
         return texts;
     };
-    gRunningTotal = 60 * 24 - 1;  // a minute short of a day
-    gConnectionsTotal = 1000;
-    gThumbsTotal = 20;
-    gDownloadsTotal = 3;
-    gBandwidthTotal = 1;
-    Main.Load();
-    EXPECT_EQ(figures("Total"), "0d 23h|1000|20|3|1.00 KB|");
-    Clock.Advance(3600000);
-    gOnlineTimer->StopTimer();  // a start that failed before its first step
-    Main.ShowFigures();
-    EXPECT_EQ(Text("lblStatRunningTimeSession"), "0h 0m");
-    Main.Load();  // while a question of the start is open
     StartSite();
     gThumbsSession = 2;
     EXPECT_TRUE(TurnUntil([this] { return Text("lblStatThumbsSession") == "2"; }));
-    Main.Unload();
-    gRunningTotal = 60 * 24 - 1;
+    gRunningTotal = 60 * 24 - 1;  // a minute short of a day
     gConnectionsTotal = 1000;
     gBandwidthTotal = 1;
     gVisitorsActive = gConnectionsSession = 4;
@@ -123,7 +112,7 @@ TEST_F(frmMainTest, ShowsFiguresEachSecondAndOnLoading) {
 TEST_F(frmMainTest, GoesToTheTrayOrIsMinimised) {
     EXPECT_FALSE(Control("cmdMenu").isVisible());
     Click(Main, "imgMin");
-    EXPECT_EQ(Done, "unloaded ");
+    EXPECT_EQ(Done, "unloaded|");
     EXPECT_FALSE(Main.isVisible());
     HasTray = false;
     Main.LookForTray();
@@ -131,33 +120,61 @@ TEST_F(frmMainTest, GoesToTheTrayOrIsMinimised) {
     Main.LookForTray();
     EXPECT_TRUE(Main.IsUp()) << "nothing else brings it back";
     Click(Main, "cmdMenu");
-    EXPECT_EQ(Done, "unloaded menu ");
+    EXPECT_EQ(Done, "unloaded|menu|");
     for (int close = 0; close < 2; ++close) Main.close();  // by the desktop
-    EXPECT_EQ(Done, "unloaded menu unloaded ");
+    EXPECT_EQ(Done, "unloaded|menu|unloaded|");
     EXPECT_TRUE(Main.isVisible());
     EXPECT_TRUE(Main.isMinimized());
 }
 
-TEST_F(frmMainTest, EverythingIsReachedAndWorkedByKeys) {
-    StartSite();
-    std::string order;
-    QWidget *first = &Control("lblAddress");
-    first->setFocus();
-    for (QWidget *at = first;;) {
-        order += at->objectName().toStdString() + " ";
-        do at = at->nextInFocusChain();
-        while (at != first && !((at->focusPolicy() & Qt::TabFocus) != 0 && at->isEnabled() && at->isVisible()));
-        if (at == first) break;
+class frmStartStatusTest : public RunningSite {
+protected:
+    /// Runs the window; when its sequence is over, with that status, does what the owner does then.
+    void RunWindow(const std::string &status, const std::function<void(QWidget &)> &action) {
+        Hands.WhenStartEnds([&](QWidget &form) {
+            EXPECT_EQ(TextOf(form, "lblStatus"), status);
+            action(form);
+        });
+        frmStartStatus().Run(nullptr);
     }
-    EXPECT_EQ(order,
-              "lblAddress lblAddressOptions lblAlbumsBrowse lblSeeActive cmdStartStop cmdSetup cmdStatistics cmdAbout "
-              "cmdExit imgMin ");
-    Owner.ExpectMessage("Are you sure you want to stop your website and exit?", 36, AnswerNo);
-    QTest::keyClick(&Control("cmdExit"), Qt::Key_Return);
-    QTest::keyClick(&Main, Qt::Key_Escape);
-    EXPECT_EQ(Done, "");
-    for (const auto *control : Main.findChildren<QPushButton *>())
-        EXPECT_FALSE(control->accessibleName().isEmpty() && control->text().isEmpty()) << FromQt(control->objectName());
+
+    Robot Hands;
+};
+
+TEST_F(frmStartStatusTest, ShowsTheStartHeedsACancelAndOffersTheSite) {
+    const std::string folder = AddAlbum("Holiday");
+    Hands.WhenShown("frmStartStatus", [](QWidget &form) {
+        EXPECT_EQ(TextOf(form, "cmdCancel"), "Cancel");
+        Click(form, "cmdCancel");
+        EXPECT_FALSE(Find(form, "cmdCancel").isEnabled());
+        EXPECT_TRUE(form.isVisible());
+    });
+    RunWindow("Pixmora! Stopped!", [](QWidget &form) {
+        EXPECT_FALSE(Find(form, "cmdViewSite").isVisible());
+        QTest::keyClick(&form, Qt::Key_Escape);
+    });
+    std::filesystem::remove(folder);
+    Owner.ExpectMessage("Your album 'Holiday' cannot be found!...", CriticalQuestion, AnswerYes);
+    RunWindow("Pixmora! Stopped!", [](QWidget &form) {
+        EXPECT_EQ(Find<QProgressBar>(form, "prg").value(), 0) << "it failed half way";
+        Click(form, "cmdCancel");
+    });
+    EXPECT_FALSE(gWebsiteStarted);
+    std::filesystem::create_directory(folder);
+    RunWindow("Your Website is Live!", [](QWidget &form) {
+        EXPECT_TRUE(Find(form, "cmdViewSite").isVisible());
+        auto &window = dynamic_cast<frmStartStatus &>(form);
+        EXPECT_TRUE(window.tmrClose.Enabled());
+        window.tmrClose.OnTimer();
+    });
+    EXPECT_TRUE(gWebsiteStarted);
+    RunWindow("Your Website is Live!", [this](QWidget &form) {
+        EXPECT_TRUE(Find(form, "cmdCancel").isEnabled() && Find(form, "cmdCancel").hasFocus());
+        const auto &bar = Find<QProgressBar>(form, "prg");
+        EXPECT_EQ(bar.value(), bar.maximum());
+        Owner.ExpectBrowser(gWebsiteAddress);
+        Click(form, "cmdViewSite");
+    });
 }
 
 }  // namespace
