@@ -1,12 +1,13 @@
-// Tests of the pages of figures: the statistics, and the most popular.
+// Tests of what pages tell of the site: the front page, the statistics, and the most popular.
 #include <regex>
 
 #include "pages/PageTest.h"
+#include "platform/runtime/Clock.h"
 
 namespace pixmora::test {
 namespace {
 
-class ShowStatsTest : public PageTest {
+class FiguresTest : public PageTest {
 protected:
     /// The page's words, "|" in the place of the elements between them.
     std::string Words() const { return std::regex_replace(Get("/ShowStats"), std::regex(R"((<[^>]*>\s*)+)"), "|"); }
@@ -15,7 +16,7 @@ protected:
     }
 };
 
-TEST_F(ShowStatsTest, SumsOverAlbumsAndSpansBackIntoLastYear) {
+TEST_F(FiguresTest, SumsOverAlbumsAndSpansBackIntoLastYear) {
     StartAlbum();
     EXPECT_EQ(Count(Words(), "|0|0|0|0 bytes|"), 4 + 24 + 14 + 12) << "an empty database";
     Clock.SetNow(MakeDate(2004, 1, 1, 0, 5, 0));
@@ -38,7 +39,7 @@ TEST_F(ShowStatsTest, SumsOverAlbumsAndSpansBackIntoLastYear) {
     EXPECT_EQ(Count(words.substr(0, words.find("|1/1/2004|")), "|0|0|0|0 bytes|"), 21) << "of 24 hours";
 }
 
-TEST_F(ShowStatsTest, LimitsThePopular) {
+TEST_F(FiguresTest, LimitsThePopular) {
     StartAlbum();
     for (int i = 0; i < 7; ++i) Add("PopularDirs", "AlbumName, DirPath, DirCount", {Concat("'A', '\\d", i, "', 9")});
     for (int i = 0; i < 30; ++i)
@@ -56,6 +57,44 @@ TEST_F(ShowStatsTest, LimitsThePopular) {
         EXPECT_LT(page.find("/f129.jpg"), page.find("/f128.jpg")) << "of equal counts the later path first";
         ExpectParts(Get("/ShowPopular?slideshow&play&99&5"), {Concat("File 1 of ", entries)});
     }
+}
+
+TEST_F(FiguresTest, AddsTheSessionToTheTotals) {
+    StartAlbum();
+    gThumbsSession = 7;
+    gThumbsTotal = 3000000000.0;
+    gBandwidthTotal = 2;
+    gRunningTotal = 26 * 60;
+    gOnlineTimer->StartTimer();
+    Clock.Advance(86400000);
+    ExpectParts(Get("/Index"), {">24h 0m<"});
+    Clock.Advance(3600000);
+    gBandwidthSession = 1.25;
+    ExpectParts(Get("/Index"), {">1d 1h<", ">2d 3h<", ">3000000007<", ">1.25 KB<", ">3.25 KB<"});
+}
+
+TEST_F(FiguresTest, TellsOfItsAlbumsAndTheWebcam) {
+    const std::string login =
+        R"(no public albums. Please <a href="ShowAlbum?ShowLogin&1&thumbs&1">click here</a> to login.)";
+    AddRight("A", "\\", "nobody");
+    clsAlbum &album = StartAlbum();
+    ExpectParts(Get("/Index"), {login, "!>My Webcam<"});
+    RemoveRight("A", "\\", "nobody");
+    album.FeaturedImage = 2;
+    album.DateCreated = "March 1, 2004";
+    const std::pair<const char *, const char *> days[] = {
+        {"3/10/2004", "Today"}, {"3/9/2004", "1 day ago"}, {"3/8/2004", "2 days ago"}, {"3/11/2004", "-1 days ago"}};
+    for (const auto &[date, text] : days) {
+        album.DateUpdated = date;
+        ExpectParts(Get("/Index"),
+                    {"!" + login, R"(Created:</td><td class="lblPictureList">March 1, 2004</td>)",
+                     Concat(R"(Updated:</td><td class="lblPictureList">)", text, "</td>"),
+                     R"(<a href="ShowAlbum?1&thumbs&1"><img src="ShowAlbumIcon?1" border=0 width="150">)"});
+    }
+    gSystray->tmrWebCam.SetInterval(5000);
+    gSystray->tmrWebCam.SetEnabled(true);
+    gLastCaptureTick = GetTickCount() - 62600;
+    ExpectParts(Get("/Index"), {"Picture Taken 63 secs ago.</font></td><td class=\"tdPictureCell\""});
 }
 
 }  // namespace
