@@ -52,18 +52,14 @@ public:
         const sockaddr_in own = Address(from, 0);
         const sockaddr_in server = Address("127.0.0.1", port);
         if (bind(socket_, reinterpret_cast<const sockaddr *>(&own), sizeof own) != 0) Throw("bind");
-        if (connect(socket_, reinterpret_cast<const sockaddr *>(&server), sizeof server) != 0 && errno != EINPROGRESS) {
+        if (connect(socket_, reinterpret_cast<const sockaddr *>(&server), sizeof server) != 0 && errno != EINPROGRESS)
             Throw("connect");
-        }
     }
     ~Client() { Close(); }
     Client(Client &&other) noexcept
         : socket_(std::exchange(other.socket_, -1)),
           received_(std::move(other.received_)),
           hasEnded_(other.hasEnded_) {}
-    Client &operator=(Client &&) = delete;
-    Client(const Client &) = delete;
-    Client &operator=(const Client &) = delete;
 
     void Send(std::string_view bytes) {
         Wait("send", [&] {
@@ -85,14 +81,10 @@ public:
     const std::string &Receive() {
         std::array<char, 16384> buffer{};
         ssize_t count = 0;
-        while (!hasEnded_ && (count = recv(socket_, buffer.data(), buffer.size(), 0)) > 0) {
+        while (!hasEnded_ && (count = recv(socket_, buffer.data(), buffer.size(), 0)) > 0)
             received_.append(buffer.data(), static_cast<std::size_t>(count));
-        }
-        if (count < 0 && errno != EAGAIN && errno != EINPROGRESS && errno != ENOTCONN) {
-            wasReset_ = hasEnded_ = true;
-        } else if (count == 0) {
-            hasEnded_ = true;
-        }
+        wasReset_ |= count < 0 && errno != EAGAIN && errno != EINPROGRESS && errno != ENOTCONN;
+        hasEnded_ |= count == 0 || wasReset_;
         return received_;
     }
     /// Everything up to the server's close. @throws std::runtime_error also when the server resets the connection

@@ -61,43 +61,44 @@ public:
         return paths;
     }
     int Open(const std::string &path) override {
-        const auto found = Cameras.find(path);
-        if (found == Cameras.end()) return Failed(ENOENT);
-        if (found->second.HasVanished) return Failed(ENODEV);
-        camera_ = &found->second;
+        if (!Cameras.contains(path)) return Failed(ENOENT);
+        camera_ = &Cameras[path];
+        if (camera_->HasVanished) return Failed(ENODEV);
         ++OpenDescriptors;
         return 3;
     }
     void Close(int) override { --OpenDescriptors; }
 
     int Ioctl(int, unsigned long request, void *argument) override {
-        if (camera_->HasVanished) return Failed(ENODEV);
-        if (const auto error = camera_->Errors.find(request); error != camera_->Errors.end())
-            return Failed(error->second);
+        const auto error = camera_->Errors.find(request);
+        if (camera_->HasVanished || error != camera_->Errors.end())
+            return Failed(camera_->HasVanished ? ENODEV : error->second);
+        auto &buffer = *static_cast<v4l2_buffer *>(argument);
+        auto &pixels = static_cast<v4l2_format *>(argument)->fmt.pix;
         switch (request) {
             case VIDIOC_QUERYCAP:
                 return QueryCapability(*static_cast<v4l2_capability *>(argument));
             case VIDIOC_ENUM_FMT:
                 return EnumerateFormats(*static_cast<v4l2_fmtdesc *>(argument));
             case VIDIOC_G_FMT:
-                static_cast<v4l2_format *>(argument)->fmt.pix.pixelformat = camera_->Formats.front().Code;
-                return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
+                pixels.pixelformat = camera_->Formats.front().Code;
+                [[fallthrough]];
             case VIDIOC_TRY_FMT:
             case VIDIOC_S_FMT:
-                return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
+                return SetFormat(pixels);
             case VIDIOC_REQBUFS:
                 Buffers = std::min(static_cast<v4l2_requestbuffers *>(argument)->count, 2U);
                 static_cast<v4l2_requestbuffers *>(argument)->count = Buffers;
                 return 0;
             case VIDIOC_QUERYBUF:
-                static_cast<v4l2_buffer *>(argument)->length = sizeof memory_[0];
-                static_cast<v4l2_buffer *>(argument)->m.offset = static_cast<v4l2_buffer *>(argument)->index;
+                buffer.length = sizeof memory_[0];
+                buffer.m.offset = buffer.index;
                 return 0;
             case VIDIOC_QBUF:
-                queued_.push_back(static_cast<v4l2_buffer *>(argument)->index);
+                queued_.push_back(buffer.index);
                 return 0;
             case VIDIOC_DQBUF:
-                return GiveFrame(*static_cast<v4l2_buffer *>(argument));
+                return GiveFrame(buffer);
             case VIDIOC_STREAMON:
                 IsStreaming = true;
                 return 0;
@@ -126,20 +127,16 @@ public:
     }
     ssize_t Read(int, void *buffer, std::size_t count) override {
         if (camera_->HasVanished) return Failed(ENODEV);
-        const std::string bytes = TakeFrame().Bytes;
-        std::memcpy(buffer, bytes.data(), std::min(count, bytes.size()));
-        return static_cast<ssize_t>(std::min(count, bytes.size()));
+        return static_cast<ssize_t>(TakeFrame().Bytes.copy(static_cast<char *>(buffer), count));
     }
 
     ClockSetForTest Clock{1000000, MakeDate(2004, 3, 1)};
 
-protected:
+private:
     static int Failed(int error) {
         errno = error;
         return -1;
     }
-
-private:
     bool LetTimeGo(int ms) {
         const int wait = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
         Clock.Advance(std::min(wait, ms));
@@ -182,7 +179,7 @@ private:
         queued_.pop_front();
         buffer.bytesused = static_cast<std::uint32_t>(frame.Bytes.size());
         buffer.flags = frame.Flags;
-        std::memcpy(memory_[buffer.index], frame.Bytes.data(), frame.Bytes.size());
+        frame.Bytes.copy(memory_[buffer.index], sizeof memory_[0]);
         return 0;
     }
 

@@ -47,11 +47,7 @@ private:
         Winsock *const element = connection.get();
         element->OnDataArrival = [this, element](std::size_t) {
             Requests.push_back(element->GetData());
-            if (OnRequest) {
-                const std::string request = Requests.back();
-                OnRequest(*element, request);
-                return;
-            }
+            if (OnRequest) return OnRequest(*element, std::string(Requests.back()));
             element->OnSendComplete = [element] {
                 element->Close();
             };
