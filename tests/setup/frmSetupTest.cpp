@@ -1,7 +1,6 @@
 // The setup dialog's form: opening, wizard, lists, Finish and Cancel.
 #include "setup/frmSetup.h"
 
-#include <QAccessible>
 #include <QAction>
 #include <QComboBox>
 #include <QTabWidget>
@@ -43,13 +42,6 @@ protected:
         auto form = std::make_unique<frmSetup>(opening, surroundings);
         form->show();
         return form;
-    }
-    void WhenAskedMakeTrips() {
-        Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
-            Enter(album, "txtAlbumName", "Trips");
-            Click(album, "cmdAlbumChangeDir");
-            Click(album, "cmdOK");
-        });
     }
     static QTabWidget &Tabs(const QWidget &form) { return Find<QTabWidget>(form, "SSTab1"); }
     static std::string Tab(const QWidget &form) { return FromQt(Tabs(form).tabText(Tabs(form).currentIndex())); }
@@ -145,7 +137,11 @@ TEST_F(SetupForm, CancelAsksOnlyAfterAChange) {
 TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
     const auto form = Open({true, false});
     EXPECT_EQ(Tab(*form), "Albums");
-    WhenAskedMakeTrips();
+    Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
+        Enter(album, "txtAlbumName", "Trips");
+        Click(album, "cmdAlbumChangeDir");
+        Click(album, "cmdOK");
+    });
     Click(*form, "cmdAlbumAdd");
     const std::string path = AbbreviatedDir(Program.Path("pictures"));
     EXPECT_EQ(RowsOf(*form, "lstAlbums"), "Trips|" + path + "|\n");
@@ -168,38 +164,6 @@ TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
     });
     ClickRow(list, true);
     EXPECT_EQ(RowsOf(*form, "lstAlbums") + Column("Albums", "AlbumName") + RowsOf(*form, "lvwRestricted"), "");
-}
-
-TEST_F(SetupForm, AnAlbumMayBeAskedForAtOnce) {
-    const auto form = Open({false, true});
-    form->hide();
-    Hands.WhenShown("frmSetupAlbum", [&form](QWidget &editor) {
-        Click(editor, "cmdCancel");
-        QTimer::singleShot(0, form.get(), [&form] { Click(*form, "cmdCancel"); });
-    });
-    form->Run();
-}
-
-TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
-    const auto form = Open();
-    Tabs(*form).setCurrentIndex(4);
-    Owner.ExpectMessage(
-        "You must create an album before you can set the directory order!\r\n\r\nWould you like to create one now?",
-        CriticalQuestion, AnswerNo);
-    Click(*form, "optDirSortMethod(2)");
-    EXPECT_FALSE(IsEnabled(*form, "optDirSortOrder(0)"));
-    Click(*form, "optDirSortMethod(0)");
-    EXPECT_TRUE(IsEnabled(*form, "optDirSortOrder(0)"));
-    Owner.ExpectMessage("You must create an album before you can enter Access Control!...", CriticalQuestion,
-                        AnswerYes);
-    WhenAskedMakeTrips();
-    Tabs(*form).setCurrentIndex(6);
-    Click(*form, "cmdSetupRestricted");
-    EXPECT_EQ(Tab(*form), "Albums");
-    Tabs(*form).setCurrentIndex(4);
-    Hands.WhenShown("frmSetupDirOrder", [](QWidget &editor) { Click(editor, "cmdOK"); });
-    Click(*form, "cmdSetDirOrder");
-    EXPECT_EQ(TextOf(*form, "optDirSortMethod"), "2");
 }
 
 TEST_F(SetupForm, AClickTakesARightAway) {
@@ -279,8 +243,6 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     SaveSetting("Setup", "ServiceBase", service.Base());
     SaveSetting("Setup", "AccountName", "ann b");
     const auto form = Open();
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(&Find<QLabel>(*form, "lblPublicIP"))->text(QAccessible::Name),
-              "...");
     EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting").text(), ToQt(service.Base() + "?ann%20b"));
     const auto free = Winsock::Create();
     free->LocalPort = 0;
@@ -302,19 +264,6 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     };
     Click(*form, "cmdCheckFirewall");
     EXPECT_FALSE(form->isVisible()) << "closed while it waits, the check ends without a word";
-}
-
-TEST_F(SetupForm, EveryControlHasANameAndHelp) {
-    const auto form = Open();
-    for (QWidget *control : form->findChildren<QWidget *>()) {
-        if (control->focusPolicy() == Qt::NoFocus || control->focusProxy() != nullptr) continue;
-        if (control->window() != form.get()) continue;  // the lists that drop down speak for their boxes
-        const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(control);
-        EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty() && spoken->relations(QAccessible::Label).isEmpty())
-            << control->metaObject()->className() << " " << FromQt(control->objectName());
-    }
-    Owner.ExpectBalloon("Sample Help", "A description to help you will be displayed here.");
-    Click(*form, "lblHelpSample");
 }
 
 }  // namespace
