@@ -5,7 +5,6 @@
 
 #include "Fuzz.h"
 #include "platform/files/Files.h"
-#include "platform/loop/App.h"
 #include "platform/movies/MovieProbe.h"
 #include "platform/pictures/HeifModule.h"
 #include "platform/pictures/JpegHead.h"
@@ -13,24 +12,12 @@
 #include "platform/runtime/Text.h"
 #include "store/ExifPlace.h"
 #include "store/clsExif.h"
-#include "support/TempFolder.h"
+#include "support/ProgramFolder.h"
 
 namespace pixmora {
 namespace {
 
 constexpr std::int32_t tagsOfInterest[] = {0, 256, 270, 272, 33434, 34665, 36864, 37500, 40962, 65535};
-
-/// The program's folder with the file of words.
-class Folder {
-public:
-    Folder() {
-        folder_.Write("exif.ini", "[ExposureTime]\nFormat=1/@X s\n[Orientation]\n1=upright\n[Model]\nFormat=@X@X\n");
-        App::SetPath(ProgramPath(folder_.Path()));
-    }
-
-private:
-    TempFolder folder_;
-};
 
 void CheckExifOf(std::string_view bytes, const std::string &path) {
     clsExif exif;
@@ -54,7 +41,9 @@ void CheckExifOf(std::string_view bytes, const std::string &path) {
 
 /// The Exif reader on any bytes, with words of its own for some tags.
 void CheckExif(std::string_view text) {
-    static const Folder folder;
+    static const ProgramFolder folder;
+    static const std::string words =
+        folder.Write("exif.ini", "[ExposureTime]\nFormat=1/@X s\n[Orientation]\n1=upright\n[Model]\nFormat=@X@X\n");
     static const MemoryFile file;
     file.Fill(text);
     CheckExifOf(text, file.Path());
