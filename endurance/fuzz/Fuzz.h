@@ -63,8 +63,6 @@ class MemoryFile {
 public:
     MemoryFile() : descriptor_(memfd_create("input", MFD_CLOEXEC)) { REQUIRE(descriptor_ >= 0); }
     ~MemoryFile() { close(descriptor_); }
-    MemoryFile(const MemoryFile &) = delete;
-    MemoryFile &operator=(const MemoryFile &) = delete;
 
     /// Replaces what the file holds.
     void Fill(std::string_view bytes) const {

@@ -18,9 +18,8 @@ std::string DecodeSlowly(std::string text) {
     while ((position = text.find('%')) != std::string::npos) {
         const std::string escape = text.substr(position, 3);
         const std::string digits = escape.substr(1);
-        if (digits.empty() || !HoldsOnly(digits, "0123456789abcdefABCDEF")) {
+        if (digits.empty() || !HoldsOnly(digits, "0123456789abcdefABCDEF"))
             throw RunTimeError(ErrorNumber::TypeMismatch);
-        }
         text = Replace(text, escape, std::string(1, static_cast<char>(std::stoi(digits, nullptr, 16))));
     }
     return Replace(Replace(Replace(text, "+", " "), "**", " "), "*", "&");
@@ -139,9 +138,8 @@ void CheckGathering(std::string_view start, std::string_view body, std::size_t p
     const std::string request = head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
     const std::string whole = request + std::string(body);
     if (GetRequestTarget(head) != "SendLogin") return;  // the rest of the first line made another address of it
-    for (std::size_t length = head.size(); length < request.size(); ++length) {
+    for (std::size_t length = head.size(); length < request.size(); ++length)
         REQUIRE(IsUnfinishedLogin(whole.substr(0, length)));
-    }
     const std::string_view gathered = Gathered(whole, head.size(), piece);
     REQUIRE(gathered.size() >= request.size());
     // A length announced before ours is the one that counts, and any text may stand there.

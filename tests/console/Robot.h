@@ -22,9 +22,8 @@ namespace pixmora::test {
 
 /// The visible window of that name, or null.
 inline QWidget *ShownWindow(const char *name) {
-    for (QWidget *form : QApplication::topLevelWidgets()) {
+    for (QWidget *form : QApplication::topLevelWidgets())
         if (form->isVisible() && form->objectName() == QLatin1String(name)) return form;
-    }
     return nullptr;
 }
 
@@ -50,9 +49,8 @@ inline std::string RowsOf(const QWidget &form, const char *name) {
     std::string rows;
     const auto &list = Find<QTreeWidget>(form, name);
     for (int row = 0; row < list.topLevelItemCount(); ++row) {
-        for (int column = 0; column < list.columnCount(); ++column) {
+        for (int column = 0; column < list.columnCount(); ++column)
             if (!list.isColumnHidden(column)) rows += list.topLevelItem(row)->text(column).toStdString() + "|";
-        }
         rows += "\n";
     }
     return rows;

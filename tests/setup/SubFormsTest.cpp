@@ -12,6 +12,8 @@
 #include "setup/modTree.h"
 #include "setup/rules/HelpTexts.h"
 #include "setup/rules/UserEditor.h"
+#include "setup/rules/WebcamEditor.h"
+#include "support/Pictures.h"
 
 namespace pixmora {
 namespace {
@@ -207,8 +209,37 @@ TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
     EXPECT_EQ(Column("DBOrder", "SeqPos"), "2|1|3|");
 }
 
+/// Three cameras that are played. The first gives pictures, the second has a dialog for its source, the third tells
+/// nothing.
+struct PlayedCameras {
+    int Opened = -1;
+    bool Delivers = true;
+
+    WebcamHands Hands() {
+        WebcamHands hands;
+        hands.GetDriverDescription = [this](int device) -> std::optional<CaptureDescription> {
+            return device < 3 ? std::optional(CaptureDescription{"Camera", std::to_string(device)}) : std::nullopt;
+        };
+        hands.OpenWebcam = [this](int device) {
+            Opened = device;
+            return true;
+        };
+        hands.CloseWebcam = [this] {
+            Opened = -1;
+        };
+        hands.GetDriverDialogs = [this]() -> std::optional<WebcamHands::Dialogs> {
+            return Opened == 2 ? std::nullopt : std::optional(WebcamHands::Dialogs{Opened == 1, false});
+        };
+        hands.TestCapture = Give(Delivers);
+        hands.TakePreview = [this](const std::function<void(const std::string &)> &show) {
+            show(Opened == 0 ? test::BitmapFile(4, 2) : "");
+        };
+        return hands;
+    }
+};
+
 TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
-    PlayedCameras cameras{.Count = 3, .Delivers = true};
+    PlayedCameras cameras;
     SaveSetting("Setup", "WebcamSource", "1");
     const auto accept = [&](const char *source, const char *interval) {
         frmSetupWebcam form(nullptr, cameras.Hands());

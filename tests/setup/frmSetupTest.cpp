@@ -19,9 +19,8 @@ class SetupForm : public SetupFixture {
 protected:
     SetupForm() {
         gSystray = std::make_unique<frmSystray>();
-        for (const char *style : {"Default", "Garden"}) {
+        for (const char *style : {"Default", "Garden"})
             Program.Write(std::string("htdocs/StyleSheet_") + style + ".tpl");
-        }
         SaveSetting("Setup", "RunSetup", "1");
         SaveSetting("Setup", "RunFirewallCheck", "1");
     }
@@ -34,9 +33,6 @@ protected:
         };
         surroundings.IsConnectedToInternet = [] {
             return true;
-        };
-        surroundings.Webcam = [this] {
-            return Cameras.Hands();
         };
         surroundings.Program = "/opt/pixmora";
         auto form = std::make_unique<frmSetup>(opening, surroundings);
@@ -51,7 +47,6 @@ protected:
         if (isTwice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
     }
 
-    PlayedCameras Cameras;
     Robot Hands;
 };
 
@@ -179,7 +174,7 @@ TEST_F(SetupForm, AClickTakesARightAway) {
     EXPECT_EQ(RowsOf(*form, "lvwRestricted"), "Trips|b|Ann|\n") << "the next key takes no other away";
 }
 
-TEST_F(SetupForm, APortNeedsNumbersAndAWebcamADevice) {
+TEST_F(SetupForm, APortNeedsNumbers) {
     const auto form = Open();
     Tabs(*form).setCurrentIndex(7);
     auto *port = &Find<QComboBox>(*form, "cboListenPort");
@@ -190,15 +185,6 @@ TEST_F(SetupForm, APortNeedsNumbersAndAWebcamADevice) {
     EXPECT_EQ(port->currentText(), "8080x");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(port->currentText(), "8080");
-
-    Tabs(*form).setCurrentIndex(4);
-    Owner.ExpectMessage("I'm sorry but no capture devices could be found...", FlagCritical);
-    Click(*form, "chkWebcam");
-    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
-    Cameras.Count = 1;
-    Hands.WhenShown("frmSetupWebcam", [](QWidget &webcam) { Click(webcam, "cmdOK"); });
-    Click(*form, "chkWebcam");
-    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0") << "it gives no picture";
 }
 
 TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsWhatIsGone) {

@@ -19,6 +19,7 @@
 #include <utility>
 
 #include "platform/loop/MessageLoop.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora::test {
 
@@ -90,7 +91,7 @@ public:
     /// Everything up to the server's close. @throws std::runtime_error also when the server resets the connection
     std::string ReceiveAll() {
         Wait("receive", [&] { return HasEnded(); });
-        if (wasReset_) throw std::runtime_error("Client: reset after " + std::to_string(received_.size()) + " bytes");
+        if (wasReset_) throw std::runtime_error(Concat("Client: reset after ", received_.size(), " bytes"));
         return received_;
     }
     void WaitForBytes(std::size_t count) {
@@ -124,12 +125,11 @@ private:
 
     template <class Condition>
     void Wait(const char *what, Condition condition) const {
-        if (!TurnUntil(condition, patience, socket_))
-            throw std::runtime_error(std::string("Client: too long: ") + what);
+        if (!TurnUntil(condition, patience, socket_)) throw std::runtime_error(Concat("Client: too long: ", what));
     }
 
     [[noreturn]] static void Throw(const char *what) {
-        throw std::runtime_error(std::string("Client: ") + what + ": " + std::strerror(errno));
+        throw std::runtime_error(Concat("Client: ", what, ": ", std::strerror(errno)));
     }
 
     int socket_;

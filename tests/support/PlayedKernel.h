@@ -73,32 +73,35 @@ public:
         const auto error = camera_->Errors.find(request);
         if (camera_->HasVanished || error != camera_->Errors.end())
             return Failed(camera_->HasVanished ? ENODEV : error->second);
-        auto &buffer = *static_cast<v4l2_buffer *>(argument);
-        auto &pixels = static_cast<v4l2_format *>(argument)->fmt.pix;
+        auto *const description = static_cast<v4l2_fmtdesc *>(argument);
+        auto *const format = static_cast<v4l2_format *>(argument);
+        auto *const buffers = static_cast<v4l2_requestbuffers *>(argument);
+        auto *const buffer = static_cast<v4l2_buffer *>(argument);
         switch (request) {
             case VIDIOC_QUERYCAP:
                 return QueryCapability(*static_cast<v4l2_capability *>(argument));
             case VIDIOC_ENUM_FMT:
-                return EnumerateFormats(*static_cast<v4l2_fmtdesc *>(argument));
+                if (description->index >= camera_->Formats.size()) return Failed(EINVAL);
+                description->pixelformat = camera_->Formats[description->index].Code;
+                return 0;
             case VIDIOC_G_FMT:
-                pixels.pixelformat = camera_->Formats.front().Code;
+                format->fmt.pix.pixelformat = camera_->Formats.front().Code;
                 [[fallthrough]];
             case VIDIOC_TRY_FMT:
             case VIDIOC_S_FMT:
-                return SetFormat(pixels);
+                return SetFormat(format->fmt.pix);
             case VIDIOC_REQBUFS:
-                Buffers = std::min(static_cast<v4l2_requestbuffers *>(argument)->count, 2U);
-                static_cast<v4l2_requestbuffers *>(argument)->count = Buffers;
+                Buffers = buffers->count = std::min(buffers->count, 2U);
                 return 0;
             case VIDIOC_QUERYBUF:
-                buffer.length = sizeof memory_[0];
-                buffer.m.offset = buffer.index;
+                buffer->length = sizeof memory_[0];
+                buffer->m.offset = buffer->index;
                 return 0;
             case VIDIOC_QBUF:
-                queued_.push_back(buffer.index);
+                queued_.push_back(buffer->index);
                 return 0;
             case VIDIOC_DQBUF:
-                return GiveFrame(buffer);
+                return GiveFrame(*buffer);
             case VIDIOC_STREAMON:
                 IsStreaming = true;
                 return 0;
@@ -120,7 +123,10 @@ public:
     std::shared_ptr<void> AwaitInput(int, int ms, std::function<void(bool hasInput)> done) override {
         const auto wait = std::make_shared<bool>();
         const auto finish = [this, ms, done, weak = std::weak_ptr(wait)] {
-            if (!weak.expired()) done(LetTimeGo(ms));
+            if (weak.expired()) return;
+            const int due = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
+            Clock.Advance(std::min(due, ms));
+            done(due <= ms || camera_->HasVanished);
         };
         QMetaObject::invokeMethod(QCoreApplication::instance(), finish, Qt::QueuedConnection);
         return wait;
@@ -137,22 +143,12 @@ private:
         errno = error;
         return -1;
     }
-    bool LetTimeGo(int ms) {
-        const int wait = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
-        Clock.Advance(std::min(wait, ms));
-        return wait <= ms || camera_->HasVanished;
-    }
     int QueryCapability(v4l2_capability &capability) const {
         std::strcpy(reinterpret_cast<char *>(capability.card), camera_->Card.c_str());
         capability.version = 6 << 16 | 1 << 8 | 99;
         // As of a camera whose nodes together can do more than this one.
         capability.capabilities = V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_STREAMING | V4L2_CAP_DEVICE_CAPS;
         capability.device_caps = camera_->Capabilities;
-        return 0;
-    }
-    int EnumerateFormats(v4l2_fmtdesc &description) const {
-        if (description.index >= camera_->Formats.size()) return Failed(EINVAL);
-        description.pixelformat = camera_->Formats[description.index].Code;
         return 0;
     }
     int SetFormat(v4l2_pix_format &pixels) const {

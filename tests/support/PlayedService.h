@@ -21,8 +21,6 @@ public:
         listener_->Listen();
     }
     ~PlayedService() { Refuse(); }
-    PlayedService(const PlayedService &) = delete;
-    PlayedService &operator=(const PlayedService &) = delete;
 
     /// "http://127.0.0.1:port"
     std::string Base() const { return "http://127.0.0.1:" + std::to_string(listener_->LocalPort); }

@@ -27,8 +27,6 @@ public:
         SetOwnerDialogue(nullptr);
         for (const Step &step : script_) ADD_FAILURE() << "never came: " << step.Text;
     }
-    ScriptedOwner(const ScriptedOwner &) = delete;
-    ScriptedOwner &operator=(const ScriptedOwner &) = delete;
 
     /// A message box. @param text as IsForeseen takes it @param flags exact
     void ExpectMessage(const std::string &text, int flags, int answer = AnswerOk) {
