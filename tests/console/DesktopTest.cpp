@@ -9,11 +9,8 @@
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
 #include "platform/runtime/RunTimeError.h"
-#include "setup/rules/AlbumEditor.h"
-#include "store/Schema.h"
-#include "store/Settings.h"
 #include "support/Client.h"
-#include "support/ProgramFolder.h"
+#include "support/SetupFixture.h"
 
 namespace pixmora::test {
 namespace {
@@ -24,7 +21,6 @@ protected:
         SaveSetting("Setup", "ListenPort", "0");
         SaveSetting("Setup", "RunSetup", "1");
         gWebsiteAddress.clear();
-        MakeDesktop();
     }
     ~DesktopTest() override {
         if (gWebsiteStarted) StopWebsite(true);
@@ -32,7 +28,8 @@ protected:
         ReleaseProgram();
     }
 
-    void MakeDesktop() {
+    /// A new program, whose splash screen is clicked away first of all.
+    void Begin() {
         const auto showSetup = [this](const SetupOpening &) {
             Done += "setup|";
             WhileSetupIsOpen();
@@ -44,17 +41,6 @@ protected:
         Program.reset();  // the owner's dialogue is one at a time
         Program = std::make_unique<Desktop>(SetupForms{showSetup, Noting(Done, "album ")},
                                             Shell{open, [] { return true; }, Noting(Done, "end")});
-    }
-    void SaveAlbum() {
-        ASSERT_TRUE(OpenOrCreateDatabase());
-        AlbumFields fields;
-        fields.Name = "Holiday";
-        fields.Directory = Folder.MakeFolder("albums/Holiday");
-        AlbumEditor().Save(fields);
-    }
-    /// A new program, whose splash screen is clicked away first of all.
-    void Begin() {
-        MakeDesktop();
         Done.clear();
         Hands.WhenShown("frmSplash", [this](QWidget &splash) {
             EXPECT_EQ(ShownWindow("frmMain"), nullptr);
@@ -72,7 +58,7 @@ protected:
     Robot Hands;
 };
 
-TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesAlsoUnderADialog) {
+TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesUnderADialogAndOpensAddresses) {
     Begin();
     EXPECT_TRUE(Program->Main(""));
     EXPECT_NE(ShownWindow("frmMain"), nullptr);
@@ -93,12 +79,21 @@ TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesAlsoUnderADialog) 
     Program->ShowTrayMenu({200, 200});
     ASSERT_NE(ShownWindow("frmXPMenu"), nullptr);
     clsXPMenu::KillAllMenus();
+
+    Done.clear();
+    for (const char *address : {"http://192.0.2.1:8080", "service.example?anna", "mailto:?subject=x"})
+        OpenInBrowser(address);
+    EXPECT_EQ(Done, "open http://192.0.2.1:8080|open http://service.example?anna|open mailto:?subject=x|");
+    CanOpen = false;
+    Hands.WhenAsked("There is no program on this computer that opens 'http://192.0.2.1'.", "imgOk");
+    OpenInBrowser("http://192.0.2.1");
 }
 
 TEST_F(DesktopTest, AStartServesDuringADialogShowsAnErrorOnceAndEndsWhenToldTo) {
-    SaveAlbum();
-    gDatabase.reset();
     Begin();
+    ASSERT_TRUE(OpenOrCreateDatabase());
+    SaveAlbum(Folder, "Holiday");
+    gDatabase.reset();
     Hands.WhenStartEnds([](QWidget &window) { Click(window, "cmdCancel"); });
     SaveSetting("Records", "InstallTime", "2004030112");
     EXPECT_TRUE(Program->Main("start"));
@@ -142,7 +137,7 @@ TEST_F(DesktopTest, ADirectoryAnAddressAndAFirstRunHaveTheirOwnBeginnings) {
     WhileSetupIsOpen = [this] {
         SaveSetting("Setup", "RunSetup", "1");
         SaveSetting("Records", "CreatedAlbum", "1");
-        SaveAlbum();
+        SaveAlbum(Folder, "Holiday");
     };
     Begin();
     Hands.WhenAsked("Welcome to your first time using Pixmora! Digital Media Software!...", "imgOk");
@@ -151,15 +146,6 @@ TEST_F(DesktopTest, ADirectoryAnAddressAndAFirstRunHaveTheirOwnBeginnings) {
     EXPECT_EQ(Done, "splash|setup|");
     EXPECT_EQ(TextOf(*ShownWindow("frmMain"), "lblStatAlbums"), "1");
     EXPECT_FALSE(gWebsiteStarted);
-}
-
-TEST_F(DesktopTest, OpensAddressesAndSaysWhenNothingDoes) {
-    for (const char *address : {"http://192.0.2.1:8080", "service.example?anna", "mailto:?subject=x"})
-        OpenInBrowser(address);
-    EXPECT_EQ(Done, "open http://192.0.2.1:8080|open http://service.example?anna|open mailto:?subject=x|");
-    CanOpen = false;
-    Hands.WhenAsked("There is no program on this computer that opens 'http://192.0.2.1'.", "imgOk");
-    OpenInBrowser("http://192.0.2.1");
 }
 
 }  // namespace
