@@ -1,10 +1,4 @@
 """The clients' side of the endurance scripts: somebody who watches, crowds of connections, visitors of all tastes."""
-import contextlib
-import multiprocessing
-import random
-import struct
-from pathlib import Path
-
 from endurance import *
 
 HELP, LOGOUT = [b"GET /%s HTTP/1.0\r\n\r\n" % page for page in (b"ShowHelp", b"ShowLogout")]
@@ -71,7 +65,7 @@ class Probe:
             self.p99(), 1000 * max(self.waits), self.failures, len(self.waits))
 
 
-def _churn(port, count, wanted, found):
+def _churn(port, count, wanted):
     wrong = 0
     for _ in range(count):
         try:
@@ -80,17 +74,12 @@ def _churn(port, count, wanted, found):
                 wrong += read_all(client) != wanted
         except OSError:
             wrong += 1
-    found.put(wrong)
+    return wrong
 
 
 def churn(site, count, wanted, workers=4):
     """So many requests from some processes at once; returns how many got something else than wanted."""
-    found = multiprocessing.Queue()
-    words = (site.port, count // workers, wanted, found)
-    processes = [multiprocessing.Process(target=_churn, args=words) for _ in range(workers)]
-    for process in processes:
-        process.start()
-    return sum(found.get() for _ in processes)
+    return sum(in_lanes(functools.partial(_churn, site.port, count // workers), workers * [wanted], workers))
 
 
 class Visitor(threading.Thread):

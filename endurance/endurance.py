@@ -5,8 +5,12 @@
     with Site(programs, settings={"IdleTimeout": "5"}) as site: ...
     results = Results(); results.add("D1", "kill -9 while events are written", 1000, "0 lost", "0 lost", lost == 0)
 """
+import concurrent.futures
 import contextlib
+import functools
+import multiprocessing
 import os
+import random
 import re
 import resource
 import select
@@ -14,11 +18,13 @@ import shutil
 import signal
 import socket
 import sqlite3
+import struct
 import subprocess
 import sys
 import tempfile
 import threading
 import time
+from pathlib import Path
 
 sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "../tests/support"))
 import site_under_test  # noqa: E402
@@ -83,6 +89,12 @@ def percentile(values, share):
     return ordered[min(len(ordered) - 1, int(share * len(ordered)))]
 
 
+def in_lanes(work, items, lanes=8):
+    """The results of work(item), each in one of some processes."""
+    with concurrent.futures.ProcessPoolExecutor(lanes) as pool:
+        return list(pool.map(work, items))
+
+
 class Results:
     """Rows of the table; prints each as it comes, one line of tab-separated fields."""
 
@@ -100,17 +112,11 @@ class Results:
         sys.exit(1 if self.failed else 0)
 
 
-def programs_folder():
-    """The folder of the programs, the scripts' first argument."""
-    if len(sys.argv) < 2:
-        sys.exit("usage: %s FOLDER_OF_THE_PROGRAMS" % sys.argv[0])
-    return sys.argv[1]
-
-
 def run_rows(rows):
-    """All rows, or those that the command line names, of (name, check(programs, results))."""
-    programs, only = programs_folder(), sys.argv[2:]
-    results = Results()
+    """All rows, or those that the command line names behind the folder of the programs, of (name, check(programs, results))."""
+    if len(sys.argv) < 2:
+        sys.exit("usage: %s FOLDER_OF_THE_PROGRAMS [ROW...]" % sys.argv[0])
+    programs, only, results = sys.argv[1], sys.argv[2:], Results()
     for row, check in rows:
         if not only or row in only:
             check(programs, results)

@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
 """What strangers' pictures do to the site: media.py FOLDER_OF_THE_PROGRAMS [ROW...]. Pictures of which each is nearly too much;
 which are refused the picture engine's tests tell, and what damaged ones hold is the fuzz targets'."""
-import functools
-
 from clients import *
 
 HEAD = b"HTTP/1.0 200 OK\r\nServer: Pixmora! Digital Media Software v1.0\r\nContent-Type: image/jpeg\r\n" \

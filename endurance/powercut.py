@@ -2,13 +2,8 @@
 """What a power cut does to the counts (D2), and what the safety costs (D5): powercut.py FOLDER_OF_THE_PROGRAMS
 
 The system calls of the running site are noted by strace and played again up to random moments."""
-import contextlib
-import random
-from pathlib import Path
-
 from endurance import *
 from store import JPEG_HEAD, THUMBS, ask_thumb, attached, files_of, is_whole, total
-
 
 TRACED = "openat,pwrite64,ftruncate,fdatasync,fsync,unlink,sendto"
 
@@ -154,11 +149,8 @@ def commits(operations):
     return sum(each[:2] == ("w", "-wal") and len(each[3]) == 24 and each[3][4:8] != bytes(4) for each in operations)
 
 
-def main():
-    results = Results()
-    programs = programs_folder()
-    cuts = 400
-    visits = 2400  # some checkpoints' worth
+def check_cuts(programs, results):
+    cuts, visits = 400, 2400  # some checkpoints' worth
     base, operations = trace_visits(programs, visits)
     damaged, broken, greatest = try_cuts(base, operations, lambda database: total(database, THUMBS) - 1, cuts,
                                          acks_by_last_log_sync)
@@ -177,8 +169,7 @@ def main():
     damaged, broken, _ = try_cuts(base, operations, count, cuts, everything)
     results.add("D2", "power cuts while the owner edits (pixmoractl): database whole, nothing lost", cuts,
                 "%d damaged, %d lost something" % (damaged, broken), "0, 0", damaged == broken == 0)
-    results.finish()
 
 
 if __name__ == "__main__":
-    main()
+    run_rows([("D2", check_cuts)])

@@ -2,8 +2,6 @@
 """Requests that no browser sends, answered over a socket: requests.py FOLDER_OF_THE_PROGRAMS [ROW...]. Malformed ones are in
 the tests' table; what damaged ones hold is the fuzz targets'."""
 import itertools
-import random
-from pathlib import Path
 
 from endurance import *
 

@@ -1,11 +1,5 @@
 #!/usr/bin/env python3
 """What kills, locks, failing disks and damage do to what the site has counted: store.py FOLDER_OF_THE_PROGRAMS [ROW...]"""
-import concurrent.futures
-import contextlib
-import functools
-import random
-from pathlib import Path
-
 from endurance import *
 
 LANES = 8  # sites at once: most of a start is its own pauses
@@ -14,12 +8,6 @@ JPEG_HEAD = b"Content-Type: image/jpeg\r\nPragma: no-cache\r\n\r\n\xff\xd8\xff"
 THUMBS = 2  # a kind of events
 QUIET = {resource.RLIMIT_CORE: 0}
 AS_ROOT = [] if os.geteuid() == 0 else ["sudo"]
-
-
-def in_lanes(work, items, lanes=LANES):
-    """The results of work(item), each in one of some processes."""
-    with concurrent.futures.ProcessPoolExecutor(lanes) as pool:
-        return list(pool.map(work, items))
 
 
 @contextlib.contextmanager
@@ -93,6 +81,10 @@ class Load:
             thread.join()
 
 
+def sums(found, *names):
+    return [sum(each[name] for each in found) for name in names]
+
+
 # ---- D1
 
 def kill_lane(programs, seed):
@@ -131,15 +123,14 @@ def kill_lane(programs, seed):
 
 def d1(programs, results):
     lanes = in_lanes(functools.partial(kill_lane, programs), range(LANES))
-    kills, answered, lost, damaged = (sum(lane[what] for lane in lanes)
-                                      for what in ("kills", "answered", "lost", "damaged"))
+    kills, answered, lost, damaged = sums(lanes, "kills", "answered", "lost", "damaged")
     results.add("D1", "kill -9 under load, each fifth within the start: acknowledged events kept", kills,
                 "%d of %d lost" % (lost, answered), "0 lost", lost == 0 and answered > kills)
     results.add("D1", "... and the database whole", kills, "%d damaged" % damaged, "0", damaged == 0)
-    starts = sorted(start for lane in lanes for start in lane["starts"])
-    middle = starts[len(starts) // 2]
+    starts = [start for lane in lanes for start in lane["starts"]]
+    middle = percentile(starts, 0.5)
     results.add("D1", "... and the next start, %d sites at once, 1 s of it the start's own pauses" % LANES, len(starts),
-                "median %.2f s, longest %.2f s" % (middle, starts[-1]), "median <= 2 s", middle <= 2)
+                "median %.2f s, longest %.2f s" % (middle, max(starts)), "median <= 2 s", middle <= 2)
 
 
 # ---- D3: a database that another program has locked
@@ -271,10 +262,6 @@ def fail_while_starting(programs, job):
         lost = max(0, thumbs - total_running(site), thumbs - 1 - counted)
     # One event may be the one whose write failed.
     return {"hits": hit, "crashes": int(crashed), "lost": max(0, lost - hit), "damaged": int(not whole)}
-
-
-def sums(found, *names):
-    return [sum(each[name] for each in found) for name in names]
 
 
 def d4(programs, results):

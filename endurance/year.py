@@ -1,8 +1,5 @@
 #!/usr/bin/env python3
 """A year without a hand on it: year.py FOLDER_OF_THE_PROGRAMS_AND_TESTS [ROW...]"""
-import contextlib
-from pathlib import Path
-
 from endurance import *
 from store import AS_ROOT
 

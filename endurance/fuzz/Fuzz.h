@@ -5,9 +5,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,8 +22,9 @@
 
 namespace pixmora {
 
-/// A target is this function: what it requires of any bytes.
-void CheckInput(std::string_view text);
+/// By the names of their programs, what the targets of a source require of any bytes.
+using Targets = std::map<std::string_view, void (*)(std::string_view)>;
+extern const Targets targets;
 
 [[noreturn]] inline void ReportBroken(const char *property, const char *file, int line) {
     std::fprintf(stderr, "%s:%d: broken: %s\n", file, line, property);
@@ -60,8 +63,6 @@ class MemoryFile {
 public:
     MemoryFile() : descriptor_(memfd_create("input", MFD_CLOEXEC)) { REQUIRE(descriptor_ >= 0); }
     ~MemoryFile() { close(descriptor_); }
-    MemoryFile(const MemoryFile &) = delete;
-    MemoryFile &operator=(const MemoryFile &) = delete;
 
     /// Replaces what the file holds.
     void Fill(std::string_view bytes) const {
@@ -77,6 +78,7 @@ private:
 }  // namespace pixmora
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-    pixmora::CheckInput({reinterpret_cast<const char *>(bytes), size});
+    static const auto check = pixmora::targets.at(program_invocation_short_name);
+    check({reinterpret_cast<const char *>(bytes), size});
     return 0;
 }

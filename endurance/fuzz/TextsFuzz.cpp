@@ -1,215 +1,116 @@
-// The targets that take texts, each a function; the name of the program says which is meant.
+// The targets that take texts of a language: statements, wildcards, tags, and the files of settings.
 #include <algorithm>
-#include <cerrno>
-#include <map>
-#include <vector>
 
 #include "Fuzz.h"
-#include "core/site/RequestGrammar.h"
-#include "platform/database/Database.h"
-#include "platform/database/StatementTranslator.h"
+#include "platform/database/RecordsetRows.h"
+#include "platform/registry/RegistryFile.h"
 #include "platform/runtime/Text.h"
-#include "platform/sockets/Hosts.h"
-#include "platform/sockets/SocketAddress.h"
 #include "setup/rules/StripTags.h"
+#include "store/IniFile.h"
+#include "support/OpenStore.h"
 
 namespace pixmora {
 namespace {
 
-// RequestGrammar
+/// What a statement may do: read, and the functions that the translation knows; and the engine's look at a table.
+int Authorize(void *, int action, const char *name, const char *function, const char *, const char *) {
+    if (action == SQLITE_SELECT || action == SQLITE_READ) return SQLITE_OK;
+    if (action == SQLITE_PRAGMA && std::string_view(name) == "table_info") return SQLITE_OK;
+    constexpr std::string_view functions[] = {"like", "sum", "count"};
+    const auto isCalled = [function](std::string_view known) {
+        return EqualsIgnoreCase(function, known);
+    };
+    if (action == SQLITE_FUNCTION && std::ranges::any_of(functions, isCalled)) return SQLITE_OK;
+    ReportBroken("a statement only reads", __FILE__, __LINE__);
+}
 
-/// The decoder as its description reads, with no thought of speed.
-std::string DecodeSlowly(std::string text) {
-    std::size_t position = 0;
-    while ((position = text.find('%')) != std::string::npos) {
-        const std::string escape = text.substr(position, 3);
-        const std::string digits = escape.substr(1);
-        if (digits.empty() || !HoldsOnly(digits, "0123456789abcdefABCDEF")) {
-            throw RunTimeError(ErrorNumber::TypeMismatch);
-        }
-        text = Replace(text, escape, std::string(1, static_cast<char>(std::stoi(digits, nullptr, 16))));
+/// A database of the program with a few rows, on which nothing but reading is allowed any more.
+struct Base {
+    Base() {
+        for (const char *name : {"Ann", "bob", "O%34Brien"})
+            Store.Ask(std::string("INSERT INTO Users (Username, Password) VALUES ('") + name + "', 'secret')");
+        Engine.Table("Users");  // the engine makes a table of its own for the first look
+        sqlite3_set_authorizer(Engine.Handle(), Authorize, nullptr);
     }
-    return Replace(Replace(Replace(text, "+", " "), "**", " "), "*", "&");
+
+    OpenStore Store;  // first: the engine's file is in it
+    DatabaseEngine Engine{DatabasePath(CurrentSchemaVersion), SQLITE_OPEN_READWRITE};
+};
+
+DatabaseEngine &Engine() {
+    static Base base;
+    return base.Engine;
 }
 
-void CheckDecoding(std::string_view text) {
-    const auto decoded = ResultOf([&] { return DecodeQuery(std::string(text)); });
-    constexpr std::size_t slowIsFastEnough = 128;
-    if (text.size() <= slowIsFastEnough) {
-        REQUIRE(decoded == ResultOf([&] { return DecodeSlowly(std::string(text)); }));
+std::int64_t CountOf(const std::string &statement) {
+    return StatementRows(Engine(), TranslateSelect(statement)).Count();
+}
+
+/// The translation has marks and names only, and the engine reads it as the one condition that it stands for.
+void CheckCriteria(const TranslatedCondition &condition) {
+    std::string outside;
+    std::size_t marks = 0;
+    bool isInName = false;
+    for (const char c : condition.Sql) {
+        if (c == '"') isInName = !isInName;
+        if (!isInName) outside += c;
+        if (!isInName && c == '?') ++marks;
     }
-    if (!decoded) return;
-    REQUIRE(HoldsNone(*decoded, "%+*"));
-    REQUIRE(decoded->size() <= text.size());
+    REQUIRE(!isInName && marks == condition.Literals.size());
+    REQUIRE(HoldsOnly(outside, "\" ?=<>()!'-ACDEIKLNOPRSTXabcdefghijklmnopqrstuvwxyz"));
+
+    sqlite3_stmt *handle = nullptr;
+    const char *tail = nullptr;
+    const std::string sql = "SELECT 1 FROM Users WHERE " + condition.Sql;
+    if (sqlite3_prepare_v2(Engine().Handle(), sql.c_str(), -1, &handle, &tail) != SQLITE_OK) return;
+    REQUIRE(tail == sql.c_str() + sql.size());
+    REQUIRE(sqlite3_stmt_readonly(handle) != 0);
+    REQUIRE(sqlite3_bind_parameter_count(handle) == static_cast<int>(marks));
+    sqlite3_finalize(handle);
 }
 
-void CheckLinks(std::string_view name) {
-    const std::string link = EncodeLinkPart(name);
-    REQUIRE(HoldsNone(link, "&+# "));
-    REQUIRE(std::ranges::count(link, '%') == std::ranges::count(name, ' '));
-    REQUIRE(link.size() <= name.size() * std::string_view("<percent>num<percent>").size());
-    // A star has no token, and a name with a piece of one in it can't be told from the token itself.
-    if (name.empty() || !HoldsNone(name, "<*")) return;
-    REQUIRE(DecodeLinkPart(link) == name);
-    const Target target = ParseTarget("ShowPicture?1&thumb&" + link);
-    REQUIRE(target.Args.size() == 3 && DecodeLinkPart(target.Args[2]) == name);
-}
-
-void CheckTarget(std::string_view text) {
-    const auto target = ResultOf([&] { return ParseTarget(std::string(text)); });
-    if (!target) return;
-    REQUIRE(target->HasQuery == Contains(text, "?"));
-    REQUIRE(HoldsNone(target->Name, target->HasQuery ? "?" : "?."));
-    REQUIRE(target->HasQuery || target->Args.empty());
-    for (const std::string &argument : target->Args) REQUIRE(HoldsNone(argument, "&%+*"));
-}
-
-void CheckFirstLine(std::string_view head) {
-    const std::string method = GetRequestMethod(head);
-    REQUIRE(HoldsNone(method, " ") && head.starts_with(method));
-    const std::optional<std::string> target = GetRequestTarget(head);
-    REQUIRE(target.has_value() == (std::ranges::count(head, ' ') >= 2));
-    const std::string page =
-        GetVisitorPageName(head, [](std::int32_t number) { return "Album " + std::to_string(number); });
-    if (!target) {
-        REQUIRE(page.empty());
-        return;
-    }
-    REQUIRE(HoldsNone(*target, " ") && Contains(head, *target));
-    REQUIRE(page.size() <= 4 * target->size() + 30);
-    CheckTarget(*target);
-}
-
-/// Requests and links: the first line's parts, the query's decoding, names on their way through links.
-void CheckRequestGrammar(std::string_view text) {
-    CheckFirstLine(text);
-    CheckTarget(text);
-    CheckDecoding(text);
-    CheckLinks(text);
-    REQUIRE(HoldsNone(FileDisplayName(text), "_"));
-}
-
-// Login
-
-void CheckCookie(std::string_view request) {
-    const auto username = ResultOf([&] { return GetCookieUsername(request); });
-    if (!username) return;
-    REQUIRE(HoldsNone(*username, ";=") && Contains(request, *username));
-    REQUIRE(!Contains(*username, "\r\n\r\n"));
-}
-
-/// What the login asks: whatever was sent, it is two compares with two literals, or no statement at all.
-void CheckStatement(const LoginForm &form) {
-    const auto statement = ResultOf([&] {
-        return TranslateSelect("SELECT * FROM Users WHERE Username=" + QuotedText(form.Username) +
-                               " and Password=" + QuotedText(form.Password));
+/// Opens and reads what the text asks for, as a recordset does.
+void CheckStatement(std::string_view text) {
+    ResultOf([&] {
+        StatementRows statement(Engine(), TranslateSelect(text));
+        const std::int64_t count = statement.Count();
+        std::int64_t rows = 0;
+        for (Row row; statement.FetchNext(row);) ++rows;
+        REQUIRE(rows == count);
+        return count;
     });
-    const std::string both = form.Username + form.Password;
-    REQUIRE(statement.has_value() == HoldsNone(both, std::string_view("'\0", 2)));
-    if (!statement) return;
-    REQUIRE(statement->Where.Sql == R"("Username" COLLATE TEXTS = ? AND "Password" COLLATE TEXTS = ? )");
-    REQUIRE(statement->Where.Literals == (std::vector<FieldValue>{form.Username, form.Password}));
 }
 
-void CheckForm(std::string_view request) {
-    const auto form = ResultOf([&] { return ParseLoginForm(request); });
-    if (!form) return;
-    // Both go into the answer's head as they are.
-    REQUIRE(HoldsNone(form->Username, "&=\r\n") && HoldsNone(form->Password, "&=\r\n"));
-    REQUIRE(form->Args.size() >= 2 && Join(form->Args, "&").size() >= form->ArgText.size());
-    for (const std::string &argument : form->Args) {
-        REQUIRE(HoldsNone(argument, "&+"));
-        ResultOf([&] { return DecodeLinkPart(argument); });
-    }
-    IsLoginAddress(form->Args);
-    CheckStatement(*form);
+/// A text in a literal is that literal's value or an error, and what stands around it stays what it was.
+void CheckLiteral(const std::string &text) {
+    const std::string inQuotes = "Username=\"" + Replace(text, "\"", "") + "\" or Username='x'";
+    const auto condition = ResultOf([&] { return TranslateCriteria(inQuotes); });
+    REQUIRE(condition.has_value() == !Contains(text, std::string_view("\0", 1)));
+    if (!condition) return;
+    REQUIRE(condition->Sql == R"("Username" COLLATE TEXTS = ? OR "Username" COLLATE TEXTS = ? )");
+    REQUIRE(condition->Literals == (std::vector<FieldValue>{Replace(text, "\"", ""), "x"}));
+
+    const auto quoted = ResultOf([&] { return QuotedText(text); });
+    REQUIRE(quoted.has_value() == !Contains(text, "'"));
+    if (!quoted) return;
+    const bool isUser =
+        CompareTexts(text, "ann") == 0 || CompareTexts(text, "bob") == 0 || CompareTexts(text, "o%34brien") == 0;
+    REQUIRE(CountOf("SELECT * FROM Users WHERE Username=" + *quoted) == (isUser ? 1 : 0));
+    // "*" is the one wildcard of this language.
+    if (!HoldsNone(text, "[?#") || std::ranges::any_of(text, [](char c) { return static_cast<signed char>(c) < 0; }))
+        return;
+    std::int64_t matches = 0;
+    for (const char *name : {"ann", "bob", "o%34brien"}) matches += Like(name, LCase(text));
+    REQUIRE(CountOf("SELECT * FROM Users WHERE Username LIKE " + *quoted) == matches);
 }
 
-/// The cookie and the login's body, and the statement that a login asks the database with.
-void CheckLogin(std::string_view text) {
-    CheckCookie(text);
-    CheckForm(text);
-    CheckForm("POST /SendLogin HTTP/1.0\r\n\r\nargs=1%26thumbs%261&" + std::string(text));
+/// Statements and criteria on their way to the engine: as a whole, and with a stranger's text in a literal.
+void CheckStatements(std::string_view text) {
+    if (const auto condition = ResultOf([&] { return TranslateCriteria(text); })) CheckCriteria(*condition);
+    CheckStatement(text);
+    CheckStatement("SELECT * FROM Users WHERE " + std::string(text));
+    CheckLiteral(std::string(text));
 }
-
-// LoginGathering
-
-/// What has been gathered when the pieces, of that many bytes each behind the first, suffice; all of it when they never
-/// do.
-std::string_view Gathered(std::string_view request, std::size_t first, std::size_t piece) {
-    std::size_t length = first;
-    do {
-        length = std::min(length + piece, request.size());
-    } while (length < request.size() && IsUnfinishedLogin(request.substr(0, length)));
-    return request.substr(0, length);
-}
-
-void CheckGathering(std::string_view start, std::string_view body, std::size_t piece) {
-    const std::string head = "POST /SendLogin HTTP/1.0" + std::string(start.substr(0, start.find("\r\n\r\n")));
-    const std::string request = head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
-    const std::string whole = request + std::string(body);
-    if (GetRequestTarget(head) != "SendLogin") return;  // the rest of the first line made another address of it
-    for (std::size_t length = head.size(); length < request.size(); ++length) {
-        REQUIRE(IsUnfinishedLogin(whole.substr(0, length)));
-    }
-    const std::string_view gathered = Gathered(whole, head.size(), piece);
-    REQUIRE(gathered.size() >= request.size());
-    // A length announced before ours is the one that counts, and any text may stand there.
-    if (HeaderValue(head + "\r\n\r\n", "Content-Length")) return;
-    REQUIRE(gathered == whole && !IsUnfinishedLogin(whole));
-    REQUIRE(body.empty() || IsUnfinishedLogin(std::string_view(whole).substr(0, whole.size() - 1)));
-}
-
-/// A login that arrives in pieces: when its gathering ends, wherever the pieces begin.
-void CheckLoginGathering(std::string_view text) {
-    if (text.empty()) return;
-    const auto [head, body] = FirstLineAndRest(text.substr(1));
-    CheckGathering(head, body, std::size_t{static_cast<unsigned char>(text[0])} + 1);
-    IsUnfinishedLogin(text);
-}
-
-// ForwardedAddress
-
-/// Whatever a visitor sends, what the proxy writes behind it is what counts.
-void CheckForwarding(std::string_view text) {
-    GetForwardedAddress(text);
-    std::string visitors = "GET / HTTP/1.0\r\nCookie: " + std::string(text.substr(0, text.find("\r\n\r\n")));
-    while (visitors.ends_with("\r\n")) visitors.erase(visitors.size() - 2);
-    REQUIRE(GetForwardedAddress(visitors + "\r\nX-Forwarded-For: 203.0.113.7\r\n\r\n") == "203.0.113.7");
-    if (Contains(text, "\r\n")) return;
-    REQUIRE(GetForwardedAddress("GET / HTTP/1.0\r\nX-Forwarded-For: " + std::string(text) + ", ::1\r\n\r\n") == "::1");
-}
-
-void CheckAddress(const std::string &text) {
-    const auto address = SocketAddress::From(text, 80);
-    IsPrivateAddress(text);
-    if (!address) return;
-    const std::string plain = address->Text();
-    REQUIRE(IsIpAddress(plain) && HoldsOnly(plain, "0123456789abcdef.:"));
-    REQUIRE(IsInNetwork(plain, plain));
-    const auto again = SocketAddress::From(plain, 80);
-    REQUIRE(again && again->Text() == plain);
-}
-
-void CheckHosts(std::string_view text) {
-    const std::string host = HostIn(text);
-    REQUIRE(host.empty() || (IsHost(host) && Contains(text, host)));
-    const std::string address = WebAddressFrom(text, 8080);
-    REQUIRE(address.empty() || EqualsIgnoreCase(address.substr(0, 7), "http://") ||
-            EqualsIgnoreCase(address.substr(0, 8), "https://"));
-    REQUIRE(HoldsNone(address, " \r\n\"<>"));
-}
-
-/// The address that a proxy forwards, and the texts that are addresses, networks and hosts.
-void CheckForwardedAddress(std::string_view text) {
-    CheckForwarding(text);
-    CheckAddress(std::string(text));
-    CheckHosts(text);
-    const auto [address, network] = FirstLineAndRest(text);
-    IsInNetwork(std::string(address), std::string(network));
-}
-
-// Like
 
 /// Each character in a list of its own, which stands for itself alone.
 std::string Literally(std::string_view text) {
@@ -259,13 +160,11 @@ void CheckPathMatch(const std::string &name, const std::string &patterns) {
 }
 
 /// The wildcard matches: the pattern stands in the first line, the text behind it.
-void CheckLikeTarget(std::string_view text) {
+void CheckWildcards(std::string_view text) {
     const auto [pattern, name] = FirstLineAndRest(text);
     CheckLike(std::string(name), std::string(pattern));
     CheckPathMatch(std::string(name), std::string(pattern));
 }
-
-// StripTags
 
 /// Whether the part comes of the whole by leaving characters out.
 bool IsLeftOf(std::string_view part, std::string_view whole) {
@@ -291,20 +190,58 @@ void CheckStripTags(std::string_view text) {
     CheckStripping(owners, "");
 }
 
-const std::map<std::string_view, void (*)(std::string_view)> targets = {
-    {"fuzz_RequestGrammar", CheckRequestGrammar},
-    {"fuzz_Login", CheckLogin},
-    {"fuzz_LoginGathering", CheckLoginGathering},
-    {"fuzz_ForwardedAddress", CheckForwardedAddress},
-    {"fuzz_Like", CheckLikeTarget},
-    {"fuzz_StripTags", CheckStripTags},
-};
+/// What was read comes back from what is written, also what is damaged.
+void CheckTree(std::string_view text) {
+    const Registry::Tree tree = Registry::ReadTree(text);
+    const std::string written = Registry::WriteTree(tree);
+    const Registry::Tree again = Registry::ReadTree(written);
+    REQUIRE(again.Preamble == tree.Preamble && again.Keys.size() == tree.Keys.size());
+    for (std::size_t i = 0; i < tree.Keys.size(); ++i) {
+        REQUIRE(again.Keys[i].Path == tree.Keys[i].Path && again.Keys[i].Folded == tree.Keys[i].Folded);
+        REQUIRE(std::ranges::equal(again.Keys[i].Entries, tree.Keys[i].Entries, [](const auto &a, const auto &b) {
+            return a.IsValue == b.IsValue && a.Name == b.Name && a.Data == b.Data && a.Remark == b.Remark;
+        }));
+    }
+    REQUIRE(Registry::WriteTree(again) == written);
+}
+
+/// Any text is a key's path, a value's name and a value.
+void CheckValue(std::string_view name, std::string_view value) {
+    Registry::Tree tree;
+    Registry::SetValue(tree.FindOrAdd(std::string("HKCU\\") + std::string(name)), name, std::string(value));
+    Registry::Tree again = Registry::ReadTree(Registry::WriteTree(tree));
+    Registry::Key *key = again.Find(std::string("HKCU\\") + std::string(name));
+    REQUIRE(key != nullptr);
+    const Registry::Entry *entry = Registry::FindValue(*key, name);
+    REQUIRE(entry != nullptr && entry->Data == Registry::Value(std::string(value)));
+}
+
+void CheckIni(std::string_view text, const MemoryFile &file) {
+    file.Fill(text);
+    const IniFile ini(file.Path());
+    REQUIRE(HoldsNone(ini.Value("Orientation", "Format"), "\n"));
+    const std::string known = ini.Value("Added section", "key");
+    file.Fill(std::string(text) + "\n[added SECTION]\r\n KEY = 'a=b' \n");
+    const std::string added = IniFile(file.Path()).Value("Added section", "key");
+    REQUIRE(added == "a=b" || added == known);
+}
+
+/// The registry's file and the plain INI reader, both on any bytes.
+void CheckIniFiles(std::string_view text) {
+    static const MemoryFile file;
+    CheckTree(text);
+    const auto [name, value] = FirstLineAndRest(text);
+    CheckValue(name, value);
+    CheckIni(text, file);
+}
 
 }  // namespace
 
-void CheckInput(std::string_view text) {
-    static const auto check = targets.at(program_invocation_short_name);
-    check(text);
-}
+const Targets targets = {
+    {"fuzz_Statements", CheckStatements},
+    {"fuzz_Like", CheckWildcards},
+    {"fuzz_StripTags", CheckStripTags},
+    {"fuzz_IniFiles", CheckIniFiles},
+};
 
 }  // namespace pixmora

@@ -20,9 +20,8 @@ import make_seeds  # noqa: E402
 from endurance import Results  # noqa: E402
 
 # The longest input of each, in bytes.
-LONGEST = {"RequestGrammar": 1024, "Login": 1024, "Statements": 512, "Like": 512, "StripTags": 1024, "Exif": 4608,
-           "IniFiles": 1024, "Pictures": 8192, "Movies": 16384, "Heif": 8192, "LoginGathering": 512,
-           "ForwardedAddress": 512}
+LONGEST = {"RequestGrammar": 1024, "Login": 1024, "Statements": 512, "Like": 512, "StripTags": 1024, "Exif": 4608, "IniFiles": 1024,
+           "Pictures": 8192, "Movies": 16384, "Heif": 8192, "LoginGathering": 512, "ForwardedAddress": 512}
 MOST_MEGABYTES = 512
 MOST_ENDS = 20  # after so many findings a target's time is over
 # The sanitizer keeps freed memory back; of pictures that would count as the target's own.
@@ -33,13 +32,11 @@ class Target:
     def __init__(self, programs, work, name):
         self.name = name
         self.program = os.path.join(programs, "fuzz_" + name)
-        self.corpus = os.path.join(work, "corpus", name)
-        self.seeds = os.path.join(work, "seeds", name)
-        self.findings = os.path.join(work, "findings", name + "-")
-        self.log = os.path.join(work, name + ".log")
+        self.corpus, self.seeds, findings = (os.path.join(work, part, name) for part in ("corpus", "seeds", "findings"))
+        self.findings, self.log = findings + "-", os.path.join(work, name + ".log")
         self.runs = self.megabytes = self.coverage = 0
         self.crashes, self.timeouts = set(), set()
-        for folder in (self.corpus, os.path.dirname(self.findings)):
+        for folder in (self.corpus, os.path.dirname(findings)):
             os.makedirs(folder, exist_ok=True)
 
     def command(self, *options):

@@ -91,19 +91,17 @@ class Engine:
     def close(self):
         if self.firefox:
             self.driver.command_executor.close()
-            self.firefox.terminate()
-            self.firefox.wait()
         else:
             self.driver.quit()
-        if self.screen:
-            self.screen.terminate()
-            self.screen.wait()
+        for server in filter(None, [self.firefox, self.screen]):
+            server.terminate()
+            server.wait()
         shutil.rmtree(self.profile, ignore_errors=True)
 
 
-def wait_until(condition, what, patience=PATIENCE, told=None):
-    """The condition's first true value; fails with what was told when it doesn't come in time. A page that changes meanwhile
-    is asked again."""
+def wait_until(condition, what, patience=PATIENCE, told=lambda: ""):
+    """The condition's first true value; fails with what is told then when it doesn't come in time. A page that changes
+    meanwhile is asked again."""
     end, last = time.monotonic() + patience, None
     while time.monotonic() < end:
         try:
@@ -112,4 +110,4 @@ def wait_until(condition, what, patience=PATIENCE, told=None):
         except WebDriverException as error:
             last = error
         time.sleep(0.02)
-    raise AssertionError("too long: %s %s" % (what, told or last or ""))
+    raise AssertionError("too long: %s %s" % (what, told() or last or ""))

@@ -33,7 +33,6 @@ const faults = [];
 return faults;
 """
 
-
 # Asks for all that the page at an address leads to in the view of thumbnails, by the browser's own reading of its links.
 # Answers the beginnings of the pages and the types of all else, by their addresses.
 WALK = r"""
@@ -98,26 +97,16 @@ class SiteTest(unittest.TestCase):
         self.driver.switch_to.default_content()
         self.driver.switch_to.frame(self.find("frame[name=%s]" % name)[0])
 
-    def click(self, selector, number=0):
-        wait_until(lambda: self.find(selector)[number].click() or True, "a click on " + selector)
-
-    def text(self):
-        return self.run_script("return document.body.innerText")
+    def click(self, selector):
+        wait_until(lambda: self.find(selector)[0].click() or True, "a click on " + selector)
 
     def assert_whole(self):
         self.driver.switch_to.default_content()
-        faults = []
-
-        def is_whole():
-            faults[:] = self.run_script(FAULTS)
-            return not faults
-        wait_until(is_whole, "the page", told=faults)
+        wait_until(lambda: self.run_script(FAULTS) == [], "the page", told=lambda: self.run_script(FAULTS))
 
     def wait_for_text(self, text, frame="media"):
-        def is_there():
-            self.enter(frame)
-            return text in (self.run_script("return document.documentElement.outerHTML") or "")
-        wait_until(is_there, text)
+        source = "return document.documentElement.outerHTML"
+        wait_until(lambda: self.enter(frame) or text in (self.run_script(source) or ""), text)
 
     def test_front_page_leads_into_the_album_and_every_view_is_whole(self):
         self.open("")
@@ -126,6 +115,13 @@ class SiteTest(unittest.TestCase):
         wait_until(lambda: "ShowAlbum?1" in self.driver.current_url, "the frameset")
         self.assert_whole()
         self.wait_for_text("film")
+        self.enter("tree")
+        self.click("a[href^='ShowAlbum?1&thumbs&1&'][href*='%20']")
+        wait_until(lambda: "%20" in self.driver.current_url, "the directory")
+        self.enter("media")
+        self.click("a[href*='ShowDetails']")
+        self.wait_for_text("40 x 30")
+        self.assert_whole()
         for view in ["1&thumbs&1", "1&list&1", "1&slideshow&1&pause&0&5", "ShowPopular&thumbs", "ShowHelp", "ShowStats",
                      "ShowLogin&1&thumbs&1"]:
             self.open("ShowAlbum?" + view)
@@ -139,22 +135,6 @@ class SiteTest(unittest.TestCase):
         reached = 3 + len(ODD_NAMES) + len([name for name in ODD_NAMES if " " not in name])
         self.assertEqual(["image"] * 2 * reached, kinds["ShowPicture"])
         self.assertEqual({"<!DOC"}, {*kinds["ShowDetails"], *kinds["ShowAlbum"], *kinds["ShowAlbumMedia"]})
-
-    def test_directories_with_blanks_in_their_names_are_reached_by_clicks(self):
-        for number in range(len([name for name in ODD_NAMES if " " in name])):
-            self.open("ShowAlbum?1&thumbs&1")
-            for link, place in [("a[href^='ShowAlbum?1&thumbs&1&'][href*='%20']", number),
-                                ("a[href$='Day one'], a[href$='Day%20one']", 0)]:
-                before = self.driver.current_url
-                self.enter("tree")
-                self.click(link, place)
-                wait_until(lambda: self.driver.current_url != before, "another page than " + before)
-                self.assert_whole()
-                self.enter("media")
-            self.assertEqual(1, len(self.find("img[src*=ShowPicture]")))
-            self.click("a[href*='ShowDetails']")
-            self.wait_for_text("40 x 30")
-            self.assert_whole()
 
     def test_slide_show_plays_pauses_and_wraps(self):
         self.open("ShowAlbum?1&slideshow&1&play&0&1")
@@ -172,8 +152,6 @@ class SiteTest(unittest.TestCase):
         self.wait_for_text("File %d of %d" % (last, last))
         self.click("a img[src*='next.gif']")
         self.wait_for_text("File 1 of")
-        self.click("a img[src*='previous.gif']")
-        self.wait_for_text("File %d of" % last)
 
     def test_login_opens_a_protected_directory(self):
         for password, wanted in [("wrong", "Invalid username or password!"), ("secret", "/closed/picture_0.bmp")]:

@@ -1,25 +1,16 @@
 // The desktop program: its run modes, and its windows as the owner's dialogue.
 #include "console/Desktop.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-
-#include <QClipboard>
-
 #include "console/Robot.h"
 #include "console/RunMode.h"
-#include "console/TrayIcon.h"
 #include "console/clsXPMenu.h"
 #include "core/WebsiteStop.h"
 #include "core/modMain.h"
 #include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
 #include "platform/runtime/RunTimeError.h"
-#include "setup/rules/AlbumEditor.h"
-#include "store/Schema.h"
-#include "store/Settings.h"
 #include "support/Client.h"
-#include "support/ProgramFolder.h"
+#include "support/SetupFixture.h"
 
 namespace pixmora::test {
 namespace {
@@ -30,7 +21,6 @@ protected:
         SaveSetting("Setup", "ListenPort", "0");
         SaveSetting("Setup", "RunSetup", "1");
         gWebsiteAddress.clear();
-        MakeDesktop();
     }
     ~DesktopTest() override {
         if (gWebsiteStarted) StopWebsite(true);
@@ -38,45 +28,25 @@ protected:
         ReleaseProgram();
     }
 
-    void MakeDesktop() {
-        const SetupForms forms{[this](const SetupOpening &) { Note("setup"), WhileSetupIsOpen(); },
-                               [this](const std::string &directory) {
-                                   Note("album " + directory);
-                               }};
-        const Shell shell{[this](const std::string &address) { return Note("open " + address), CanOpen; },
-                          [] { return true; },
-                          [this] {
-                              Note("end");
-                          }};
-        Program.reset();  // the owner's dialogue is one at a time
-        Program = std::make_unique<Desktop>(forms, shell);
-    }
-    void Note(const std::string &what) { Done += what + "|"; }
-    void SaveAlbum() {
-        ASSERT_TRUE(OpenOrCreateDatabase());
-        AlbumFields fields;
-        fields.Name = "Holiday";
-        fields.Directory = Folder.MakeFolder("albums/Holiday");
-        AlbumEditor().Save(fields);
-    }
     /// A new program, whose splash screen is clicked away first of all.
     void Begin() {
-        MakeDesktop();
+        const auto showSetup = [this](const SetupOpening &) {
+            Done += "setup|";
+            WhileSetupIsOpen();
+        };
+        const auto open = [this](const std::string &address) {
+            Done += "open " + address + "|";
+            return CanOpen;
+        };
+        Program.reset();  // the owner's dialogue is one at a time
+        Program = std::make_unique<Desktop>(SetupForms{showSetup, Noting(Done, "album ")},
+                                            Shell{open, [] { return true; }, Noting(Done, "end")});
         Done.clear();
         Hands.WhenShown("frmSplash", [this](QWidget &splash) {
             EXPECT_EQ(ShownWindow("frmMain"), nullptr);
-            Note("splash");
+            Done += "splash|";
             QTest::mouseClick(&splash, Qt::LeftButton);
         });
-    }
-    void CloseStartWindow() {
-        const auto cancel = [] {
-            const QWidget *form = ShownWindow("frmStartStatus");
-            return form == nullptr ? "" : TextOf(*form, "cmdCancel");
-        };
-        Hands.When(
-            "end of the start", [cancel] { return cancel() == "Close"; },
-            [] { Click(*ShownWindow("frmStartStatus"), "cmdCancel"); });
     }
 
     ProgramFolder Folder;
@@ -88,14 +58,7 @@ protected:
     Robot Hands;
 };
 
-TEST(RunMode, IsTheExactCommandLine) {
-    EXPECT_EQ(RunModeOf("START"), RunMode::NewAlbum);
-    EXPECT_EQ(RunModeOf(" start"), RunMode::NewAlbum);
-    EXPECT_EQ(NewAlbumDirectory("START"), "START");
-    EXPECT_TRUE(NewAlbumDirectory("./").starts_with("/"));
-}
-
-TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesAlsoUnderADialog) {
+TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesUnderADialogAndOpensAddresses) {
     Begin();
     EXPECT_TRUE(Program->Main(""));
     EXPECT_NE(ShownWindow("frmMain"), nullptr);
@@ -116,13 +79,22 @@ TEST_F(DesktopTest, ANormalStartShowsTheMainWindowWhichTogglesAlsoUnderADialog) 
     Program->ShowTrayMenu({200, 200});
     ASSERT_NE(ShownWindow("frmXPMenu"), nullptr);
     clsXPMenu::KillAllMenus();
+
+    Done.clear();
+    for (const char *address : {"http://192.0.2.1:8080", "service.example?anna", "mailto:?subject=x"})
+        OpenInBrowser(address);
+    EXPECT_EQ(Done, "open http://192.0.2.1:8080|open http://service.example?anna|open mailto:?subject=x|");
+    CanOpen = false;
+    Hands.WhenAsked("There is no program on this computer that opens 'http://192.0.2.1'.", "imgOk");
+    OpenInBrowser("http://192.0.2.1");
 }
 
 TEST_F(DesktopTest, AStartServesDuringADialogShowsAnErrorOnceAndEndsWhenToldTo) {
-    SaveAlbum();
-    gDatabase.reset();
     Begin();
-    CloseStartWindow();
+    ASSERT_TRUE(OpenOrCreateDatabase());
+    SaveAlbum(Folder, "Holiday");
+    gDatabase.reset();
+    Hands.WhenStartEnds([](QWidget &window) { Click(window, "cmdCancel"); });
     SaveSetting("Records", "InstallTime", "2004030112");
     EXPECT_TRUE(Program->Main("start"));
     EXPECT_EQ(GetSetting("Records", "InstallTime"), "2004030112");
@@ -154,107 +126,26 @@ TEST_F(DesktopTest, ADirectoryAnAddressAndAFirstRunHaveTheirOwnBeginnings) {
     Begin();
     EXPECT_TRUE(Program->Main("/srv/pictures of mine"));
     EXPECT_EQ(Done, "album /srv/pictures of mine|splash|");
+    EXPECT_TRUE(NewAlbumDirectory("./").starts_with("/"));
     Begin();
     Hands.WhenAsked("You haven't setup any albums! Would you like to set one up now?", "imgNo");
-    CloseStartWindow();
+    Hands.WhenStartEnds([](QWidget &window) { Click(window, "cmdCancel"); });
     EXPECT_TRUE(Program->Main("startopensite"));
     EXPECT_EQ(Done, "splash|open |");
     EXPECT_NE(ShownWindow("frmMain"), nullptr);
-    for (const bool makesAlbum : {false, true}) {
-        SaveSetting("Setup", "RunSetup", makesAlbum ? "-1" : "");
-        WhileSetupIsOpen = [this, makesAlbum] {
-            SaveSetting("Setup", "RunSetup", "1");
-            if (!makesAlbum) return;
-            SaveSetting("Records", "CreatedAlbum", "1");
-            SaveAlbum();
-        };
-        Begin();
-        Hands.WhenAsked(
-            "Welcome to your first time using Pixmora! Digital Media Software!\n\nTo get your website up and running, "
-            "there are some things we have to setup and configure.\n\nPlease read everything carefully to expedite the "
-            "setup process.\n\nClick OK to continue!",
-            "imgOk");
-        if (makesAlbum)
-            Hands.WhenAsked(
-                "In order for your pictures and movies to appear online, you must start your website.\n\nWould you "
-                "like "
-                "to do that now?\n\nIn the future you can do this yourself by clicking the 'Start Website' button on "
-                "the main window.",
-                "imgNo");
-        EXPECT_TRUE(Program->Main(""));
-        EXPECT_EQ(Done, "splash|setup|");
-        EXPECT_EQ(TextOf(*ShownWindow("frmMain"), "lblStatAlbums"), makesAlbum ? "1" : "0");
-        EXPECT_TRUE(Hands.IsDone()) << makesAlbum;
-    }
+    SaveSetting("Setup", "RunSetup", "-1");
+    WhileSetupIsOpen = [this] {
+        SaveSetting("Setup", "RunSetup", "1");
+        SaveSetting("Records", "CreatedAlbum", "1");
+        SaveAlbum(Folder, "Holiday");
+    };
+    Begin();
+    Hands.WhenAsked("Welcome to your first time using Pixmora! Digital Media Software!...", "imgOk");
+    Hands.WhenAsked("In order for your pictures and movies to appear online, you must start...", "imgNo");
+    EXPECT_TRUE(Program->Main(""));
+    EXPECT_EQ(Done, "splash|setup|");
+    EXPECT_EQ(TextOf(*ShownWindow("frmMain"), "lblStatAlbums"), "1");
     EXPECT_FALSE(gWebsiteStarted);
-}
-
-TEST_F(DesktopTest, ASecondCopyIsRefusedBeforeAnythingOpens) {
-    const int other = open(Folder.Write("pixmora.lock").c_str(), O_RDWR | O_CLOEXEC);
-    ASSERT_EQ(flock(other, LOCK_EX), 0);
-    const std::string refusal = "Pixmora! Digital Media Software is already running!";
-    Hands.WhenAsked(refusal, "imgOk");
-    EXPECT_FALSE(Program->Main(""));
-    Hands.WhenAsked(refusal + " To create an album, click on Setup and then Albums.", "imgOk");
-    EXPECT_FALSE(Program->Main("start"));
-    EXPECT_EQ(gDatabase, nullptr);
-    EXPECT_EQ(Done, "");
-    close(other);
-}
-
-TEST_F(DesktopTest, OpensAddressesAndSaysWhenNothingDoes) {
-    for (const char *address : {"http://192.0.2.1:8080", "service.example?anna", "mailto:?subject=x"})
-        OpenInBrowser(address);
-    EXPECT_EQ(Done, "open http://192.0.2.1:8080|open http://service.example?anna|open mailto:?subject=x|");
-    CanOpen = false;
-    Hands.WhenAsked("There is no program on this computer that opens 'http://192.0.2.1'.", "imgOk");
-    OpenInBrowser("http://192.0.2.1");
-    gWebsiteAddress = "http://192.0.2.7:80";
-    Program->Actions().HandleClick("AddressOptsMenu", "Copy Link to Clipboard");
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("http://192.0.2.7:80"));
-}
-
-TEST_F(DesktopTest, WindowsFollowTheDesktopsFontWhileTheyShow) {
-    const QFont before = QApplication::font();
-    Begin();
-    EXPECT_TRUE(Program->Main(""));
-    const QSize usual = ShownWindow("frmMain")->size();
-    QFont large = before;
-    large.setPointSizeF(before.pointSizeF() * 1.5);
-    const auto sizeOfBox = [&] {
-        QSize size;
-        Hands.WhenShown("frmMsgBox", [&](QWidget &form) {
-            QApplication::setFont(large);
-            QTest::qWait(1);
-            size = form.size();
-            QTest::keyClick(&form, Qt::Key_Escape);
-        });
-        ShowMessageBox("What is to be done?", FlagYesNo);
-        return size;
-    };
-    const QSize changedBox = sizeOfBox();
-    const QSize changed = ShownWindow("frmMain")->size();
-    Begin();
-    EXPECT_TRUE(Program->Main(""));
-    QTest::qWait(1);
-    EXPECT_EQ(changedBox, sizeOfBox()) << "as it is when it begins with that font";
-    EXPECT_EQ(changed, ShownWindow("frmMain")->size());
-    EXPECT_GT(changed.height(), usual.height() * 5 / 4);
-    QApplication::setFont(before);
-}
-
-TEST(TrayIcon, TakesTheTwoClicksOfATrayWithoutDoubleClicksForOne) {
-    const ClockSetForTest clock(1000000, MakeDate(2004, 3, 1));
-    TrayIcon tray;
-    int doubleClicks = 0;
-    tray.OnDoubleClick = [&doubleClicks] {
-        ++doubleClicks;
-    };
-    tray.TrayAdd("Tip", {});
-    for (const int wanted : {1, 1, 2}) {
-        tray.HandleActivation(QSystemTrayIcon::Trigger);
-        EXPECT_EQ(doubleClicks, wanted);
-    }
 }
 
 }  // namespace

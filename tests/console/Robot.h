@@ -15,13 +15,15 @@
 #include <string>
 #include <utility>
 
+#include "platform/runtime/Text.h"
+#include "support/ScriptedOwner.h"
+
 namespace pixmora::test {
 
 /// The visible window of that name, or null.
 inline QWidget *ShownWindow(const char *name) {
-    for (QWidget *form : QApplication::topLevelWidgets()) {
+    for (QWidget *form : QApplication::topLevelWidgets())
         if (form->isVisible() && form->objectName() == QLatin1String(name)) return form;
-    }
     return nullptr;
 }
 
@@ -47,9 +49,8 @@ inline std::string RowsOf(const QWidget &form, const char *name) {
     std::string rows;
     const auto &list = Find<QTreeWidget>(form, name);
     for (int row = 0; row < list.topLevelItemCount(); ++row) {
-        for (int column = 0; column < list.columnCount(); ++column) {
+        for (int column = 0; column < list.columnCount(); ++column)
             if (!list.isColumnHidden(column)) rows += list.topLevelItem(row)->text(column).toStdString() + "|";
-        }
         rows += "\n";
     }
     return rows;
@@ -60,6 +61,13 @@ inline std::string TextOf(const QWidget &form, const char *name) {
     const QWidget &control = Find(form, name);
     if (const auto *button = qobject_cast<const QAbstractButton *>(&control)) return button->text().toStdString();
     return dynamic_cast<const QLabel &>(control).text().toStdString();
+}
+
+/// A hand of the program that notes in the text what it is asked for, "|" behind each.
+inline auto Noting(std::string &done, const std::string &what) {
+    return [&done, what](const auto &...texts) {
+        done += Concat(what, texts..., "|");
+    };
 }
 
 /// Waits, from its making on, for one thing after the other and does then what is to be done. A step that has not come
@@ -78,15 +86,25 @@ public:
         steps_.push_back({name, std::move(isDue), std::move(act)});
     }
     void WhenShown(const char *name, const std::function<void(QWidget &form)> &act) {
-        When(
-            name, [name] { return ShownWindow(name) != nullptr; }, [name, act] { act(*ShownWindow(name)); });
+        const auto isShown = [name] {
+            return ShownWindow(name) != nullptr;
+        };
+        When(name, isShown, [name, act] { act(*ShownWindow(name)); });
     }
-    /// A message box. @param text whole, with the line ends of a label @param button that is pressed then
+    /// A message box. @param text as IsForeseen takes it, with the line ends of a label @param button pressed then
     void WhenAsked(const std::string &text, const char *button) {
         WhenShown("frmMsgBox", [text, button](QWidget &box) {
-            EXPECT_EQ(TextOf(box, "lblMessage"), text);
+            EXPECT_TRUE(IsForeseen(TextOf(box, "lblMessage"), text)) << TextOf(box, "lblMessage");
             Click(box, button);
         });
+    }
+    /// The start window, when its sequence is over and nothing is left but to close it.
+    void WhenStartEnds(const std::function<void(QWidget &form)> &act) {
+        const auto isOver = [] {
+            const QWidget *form = ShownWindow("frmStartStatus");
+            return form != nullptr && TextOf(*form, "cmdCancel") == "Close";
+        };
+        When("end of the start", isOver, [act] { act(*ShownWindow("frmStartStatus")); });
     }
     bool IsDone() const { return steps_.empty(); }
 

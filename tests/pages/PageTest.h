@@ -24,11 +24,6 @@ inline int Count(const std::string &text, std::string_view part) {
     return static_cast<int>(Split(text, part).size()) - 1;
 }
 
-/// The header of a visitor who has logged in.
-inline std::string LoggedIn(const std::string &user) {
-    return user.empty() ? "" : "Cookie: ms_username=" + user + "; a=b\r\n";
-}
-
 /// Fails for each part that the page doesn't hold; for one behind a "!", when it does.
 inline void ExpectParts(const std::string &page, const std::vector<std::string> &parts) {
     for (const std::string &part : parts) {

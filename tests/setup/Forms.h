@@ -7,8 +7,6 @@
 #include "console/Robot.h"
 #include "console/Texts.h"
 #include "setup/ControlText.h"
-#include "setup/rules/WebcamEditor.h"
-#include "support/Pictures.h"
 #include "support/SetupFixture.h"
 
 namespace pixmora {
@@ -37,34 +35,5 @@ inline void Enter(const QWidget &form, const char *name, const std::string &text
 inline bool IsEnabled(const QWidget &form, const char *name) {
     return Find<QAbstractButton>(form, name).isEnabled();
 }
-
-/// Cameras that are played. The first gives pictures, the second has a dialog for its source, the third tells nothing.
-struct PlayedCameras {
-    int Count = 0;
-    int Opened = -1;
-    bool Delivers = false;
-
-    WebcamHands Hands() {
-        WebcamHands hands;
-        hands.GetDriverDescription = [this](int device) -> std::optional<CaptureDescription> {
-            return device < Count ? std::optional(CaptureDescription{"Camera", std::to_string(device)}) : std::nullopt;
-        };
-        hands.OpenWebcam = [this](int device) {
-            Opened = device;
-            return true;
-        };
-        hands.CloseWebcam = [this] {
-            Opened = -1;
-        };
-        hands.GetDriverDialogs = [this]() -> std::optional<WebcamHands::Dialogs> {
-            return Opened == 2 ? std::nullopt : std::optional(WebcamHands::Dialogs{Opened == 1, false});
-        };
-        hands.TestCapture = Give(Delivers);
-        hands.TakePreview = [this](const std::function<void(const std::string &)> &show) {
-            show(Opened == 0 ? test::BitmapFile(4, 2) : "");
-        };
-        return hands;
-    }
-};
 
 }  // namespace pixmora

@@ -2,8 +2,6 @@
 #include <QComboBox>
 #include <QFrame>
 #include <QListWidget>
-#include <QScreen>
-#include <QSlider>
 
 #include "setup/Forms.h"
 #include "setup/frmSetupAccess.h"
@@ -14,34 +12,29 @@
 #include "setup/modTree.h"
 #include "setup/rules/HelpTexts.h"
 #include "setup/rules/UserEditor.h"
-#include "support/FileSizeLimit.h"
+#include "setup/rules/WebcamEditor.h"
+#include "support/Pictures.h"
 
 namespace pixmora {
 namespace {
 
-class SubForms : public SetupFixture {
-protected:
-    /// Choosers that answer these, one after the other.
-    static Choosers Chooses(const std::vector<QUrl> &folders, const std::string &picture = "") {
-        Choosers choosers;
-        choosers.ChooseFolder = [next = folders](QWidget *, const std::string &) mutable -> std::optional<QUrl> {
-            if (next.empty()) return std::nullopt;
-            const QUrl folder = next.front();
-            next.erase(next.begin());
-            return folder;
-        };
-        choosers.ChoosePicture = [picture](QWidget *, const std::string &) {
-            return picture;
-        };
-        return choosers;
-    }
-    static QUrl Local(const std::string &path) { return QUrl::fromLocalFile(ToQt(path)); }
-};
+using SubForms = SetupFixture;
 
 TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     const std::string folder = Program.MakeFolder("pictures");
-    frmSetupAlbum form(nullptr, std::nullopt,
-                       Chooses({QUrl("smb://server/share"), Local("/"), Local(folder), Local("/"), Local(folder)}));
+    std::deque<QUrl> chosen = {QUrl("smb://server/share")};
+    for (const std::string &path : {std::string("/"), folder, std::string("/"), folder})
+        chosen.push_back(QUrl::fromLocalFile(ToQt(path)));
+    Choosers choosers;
+    choosers.ChooseFolder = [&chosen](QWidget *, const std::string &) {
+        const QUrl next = chosen.front();
+        chosen.pop_front();
+        return next;
+    };
+    choosers.ChoosePicture = [](QWidget *, const std::string &) {
+        return std::string();
+    };
+    frmSetupAlbum form(nullptr, std::nullopt, choosers);
     form.show();
     EXPECT_FALSE(IsEnabled(form, "cmdDelete"));
     EXPECT_EQ(form.focusWidget()->objectName(), "txtAlbumName");
@@ -60,6 +53,8 @@ TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     Owner.ExpectMessage("You must choose a directory for this album!", FlagCritical);
     Click(form, "cmdOK");
     EXPECT_EQ(TextOf(form, "txtAlbumPath"), folder) << "the refusal brings the chooser";
+    Click(form, "optFeaturedImageSpecified");
+    EXPECT_TRUE(Find<QAbstractButton>(form, "optFeaturedImageRandom").isChecked()) << "no picture was chosen";
     for (const char *box : {"chkAlbumPictures", "chkAlbumMovies"}) Click(form, box);
     Owner.ExpectMessage("You must at least choose...", FlagCritical);
     Click(form, "cmdOK");
@@ -70,27 +65,6 @@ TEST_F(SubForms, AnAlbumIsCreatedOnceItIsValid) {
     EXPECT_EQ(form.Outcome().What, AlbumOutcome::Kind::Saved);
     EXPECT_EQ(Column("Albums", "AlbumName") + Column("Albums", "Pictures") + Column("Albums", "FeaturedImage"),
               "Trips|0|1|");
-}
-
-TEST_F(SubForms, TheFeaturedPictureIsChosenOrLeft) {
-    gPictureEngine = std::make_unique<PictureEngine>();
-    const std::string big = Program.Write("big.bmp", test::BitmapFile(200, 100));
-    for (const std::string &chosen : {std::string(), big}) {
-        frmSetupAlbum form(nullptr, std::nullopt, Chooses({}, chosen));
-        form.show();
-        if (!chosen.empty()) {
-            Owner.ExpectMessage("The picture you have specified is pretty big...", CriticalQuestion, AnswerYes);
-            Owner.ExpectMessage(
-                "The smaller copy cannot be saved beside the picture! The picture will be shown as it is.",
-                FlagCritical);
-        }
-        const FileSizeLimit full(0);
-        Click(form, "optFeaturedImageSpecified");
-        const char *const kept = chosen.empty() ? "optFeaturedImageRandom" : "optFeaturedImageSpecified";
-        EXPECT_TRUE(Find<QAbstractButton>(form, kept).isChecked());
-        EXPECT_EQ(TextOf(form, "txtFeaturedImagePath"), chosen);
-    }
-    gPictureEngine.reset();
 }
 
 TEST_F(SubForms, AUserIsAddedAndEdited) {
@@ -235,8 +209,37 @@ TEST_F(SubForms, DirectoriesAreMovedDraggedAndSaved) {
     EXPECT_EQ(Column("DBOrder", "SeqPos"), "2|1|3|");
 }
 
+/// Three cameras that are played. The first gives pictures, the second has a dialog for its source, the third tells
+/// nothing.
+struct PlayedCameras {
+    int Opened = -1;
+    bool Delivers = true;
+
+    WebcamHands Hands() {
+        WebcamHands hands;
+        hands.GetDriverDescription = [this](int device) -> std::optional<CaptureDescription> {
+            return device < 3 ? std::optional(CaptureDescription{"Camera", std::to_string(device)}) : std::nullopt;
+        };
+        hands.OpenWebcam = [this](int device) {
+            Opened = device;
+            return true;
+        };
+        hands.CloseWebcam = [this] {
+            Opened = -1;
+        };
+        hands.GetDriverDialogs = [this]() -> std::optional<WebcamHands::Dialogs> {
+            return Opened == 2 ? std::nullopt : std::optional(WebcamHands::Dialogs{Opened == 1, false});
+        };
+        hands.TestCapture = Give(Delivers);
+        hands.TakePreview = [this](const std::function<void(const std::string &)> &show) {
+            show(Opened == 0 ? test::BitmapFile(4, 2) : "");
+        };
+        return hands;
+    }
+};
+
 TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
-    PlayedCameras cameras{.Count = 3, .Delivers = true};
+    PlayedCameras cameras;
     SaveSetting("Setup", "WebcamSource", "1");
     const auto accept = [&](const char *source, const char *interval) {
         frmSetupWebcam form(nullptr, cameras.Hands());
@@ -259,29 +262,6 @@ TEST_F(SubForms, TheWebcamFormFollowsItsSource) {
     EXPECT_EQ(accept("Camera 2", "25"), "2m 5s");
     EXPECT_EQ(GetSetting("Setup", "CaptureInterval") + GetSetting("Setup", "WebcamSource"), "252")
         << "the index stands over the mark of the failed test";
-    SaveSetting("Setup", "WebcamSource", "7");
-    EXPECT_TRUE(WebcamEditor(cameras.Hands()).Enter());
-    EXPECT_EQ(cameras.Opened, 0) << "in the place of a device that is there no more";
-}
-
-TEST_F(SubForms, TheOwnersSizeComesAgainUnlessItIsNonsense) {
-    const auto sizeIn = [](const std::string &kept, QSize resized = {}) {
-        SaveSetting("Windows", "frmSetupUsers", kept);
-        frmSetupUsers form(nullptr, "");
-        form.show();
-        const QSize size = form.size();
-        if (resized.isValid()) form.resize(resized);
-        form.hide();
-        return size;
-    };
-    const QSize usual = sizeIn("");
-    EXPECT_EQ(GetSetting("Windows", "frmSetupUsers"), "") << "nobody has chosen it";
-    EXPECT_EQ(sizeIn("", {611, 433}), usual);
-    EXPECT_EQ(GetSetting("Windows", "frmSetupUsers"), "611x433");
-    EXPECT_EQ(sizeIn("611x433"), QSize(611, 433));
-    const QSize room = QGuiApplication::primaryScreen()->availableSize();
-    EXPECT_EQ(sizeIn("90000x90000").boundedTo(room), sizeIn("90000x90000")) << "a smaller screen than before";
-    for (const char *nonsense : {"wide", "0x0", "-5x400", "700", "x"}) EXPECT_EQ(sizeIn(nonsense), usual) << nonsense;
 }
 
 }  // namespace

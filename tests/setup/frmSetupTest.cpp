@@ -1,22 +1,12 @@
 // The setup dialog's form: opening, wizard, lists, Finish and Cancel.
 #include "setup/frmSetup.h"
 
-#include <QAccessible>
 #include <QAction>
 #include <QComboBox>
-#include <QSlider>
-#include <QStyleOptionSlider>
-#include <QTabBar>
 #include <QTabWidget>
-#include <filesystem>
 
-#include "core/site/RequestGrammar.h"
 #include "core/site/frmSystray.h"
 #include "setup/Forms.h"
-#include "setup/SetupPages.h"
-#include "setup/frmSetupAccess.h"
-#include "setup/frmSetupDirOrder.h"
-#include "setup/frmSetupUsers.h"
 #include "setup/rules/UserEditor.h"
 #include "support/PlayedService.h"
 
@@ -24,39 +14,13 @@ namespace pixmora {
 namespace {
 
 const std::string discardQuestion = "Are you sure you wish to cancel...";
-const std::string albumQuestion = "You don't have any albums setup!...";
-
-/// Fails for every control that shows less than its text, and every slider that shows less than its handle.
-void ExpectNothingIsCut(const QWidget &form) {
-    for (const QSlider *slider : form.findChildren<QSlider *>()) {
-        QStyleOptionSlider option;
-        option.initFrom(slider);
-        option.tickPosition = slider->tickPosition();
-        const QRect handle =
-            slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
-        EXPECT_TRUE(slider->rect().top() <= handle.top() && handle.bottom() <= slider->rect().bottom());
-    }
-    for (const QWidget *control : form.findChildren<QWidget *>()) {
-        const auto *label = qobject_cast<const QLabel *>(control);
-        const auto *button = qobject_cast<const QAbstractButton *>(control);
-        const QString words = label != nullptr ? label->text() : button != nullptr ? button->text() : QString();
-        if (words.isEmpty() || !control->isVisible()) continue;
-        if (label != nullptr && label->wordWrap()) {
-            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << FromQt(words);
-        } else if (control->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
-            EXPECT_GE(control->width(), control->sizeHint().width()) << FromQt(words);
-        }
-        EXPECT_GE(control->height(), control->fontMetrics().height()) << FromQt(words);
-    }
-}
 
 class SetupForm : public SetupFixture {
 protected:
     SetupForm() {
         gSystray = std::make_unique<frmSystray>();
-        for (const char *style : {"Default", "Garden"}) {
+        for (const char *style : {"Default", "Garden"})
             Program.Write(std::string("htdocs/StyleSheet_") + style + ".tpl");
-        }
         SaveSetting("Setup", "RunSetup", "1");
         SaveSetting("Setup", "RunFirewallCheck", "1");
     }
@@ -70,20 +34,10 @@ protected:
         surroundings.IsConnectedToInternet = [] {
             return true;
         };
-        surroundings.Webcam = [this] {
-            return Cameras.Hands();
-        };
         surroundings.Program = "/opt/pixmora";
         auto form = std::make_unique<frmSetup>(opening, surroundings);
         form->show();
         return form;
-    }
-    void WhenAskedMakeTrips() {
-        Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
-            Enter(album, "txtAlbumName", "Trips");
-            Click(album, "cmdAlbumChangeDir");
-            Click(album, "cmdOK");
-        });
     }
     static QTabWidget &Tabs(const QWidget &form) { return Find<QTabWidget>(form, "SSTab1"); }
     static std::string Tab(const QWidget &form) { return FromQt(Tabs(form).tabText(Tabs(form).currentIndex())); }
@@ -93,7 +47,6 @@ protected:
         if (isTwice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
     }
 
-    PlayedCameras Cameras;
     Robot Hands;
 };
 
@@ -179,7 +132,11 @@ TEST_F(SetupForm, CancelAsksOnlyAfterAChange) {
 TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
     const auto form = Open({true, false});
     EXPECT_EQ(Tab(*form), "Albums");
-    WhenAskedMakeTrips();
+    Hands.WhenShown("frmSetupAlbum", [](QWidget &album) {
+        Enter(album, "txtAlbumName", "Trips");
+        Click(album, "cmdAlbumChangeDir");
+        Click(album, "cmdOK");
+    });
     Click(*form, "cmdAlbumAdd");
     const std::string path = AbbreviatedDir(Program.Path("pictures"));
     EXPECT_EQ(RowsOf(*form, "lstAlbums"), "Trips|" + path + "|\n");
@@ -204,38 +161,6 @@ TEST_F(SetupForm, AlbumsComeChangeAndGoInTheList) {
     EXPECT_EQ(RowsOf(*form, "lstAlbums") + Column("Albums", "AlbumName") + RowsOf(*form, "lvwRestricted"), "");
 }
 
-TEST_F(SetupForm, AnAlbumMayBeAskedForAtOnce) {
-    const auto form = Open({false, true});
-    form->hide();
-    Hands.WhenShown("frmSetupAlbum", [&form](QWidget &editor) {
-        Click(editor, "cmdCancel");
-        QTimer::singleShot(0, form.get(), [&form] { Click(*form, "cmdCancel"); });
-    });
-    form->Run();
-}
-
-TEST_F(SetupForm, CustomOrderNeedsAnAlbumAndAnOrder) {
-    const auto form = Open();
-    Tabs(*form).setCurrentIndex(4);
-    Owner.ExpectMessage(
-        "You must create an album before you can set the directory order!\r\n\r\nWould you like to create one now?",
-        CriticalQuestion, AnswerNo);
-    Click(*form, "optDirSortMethod(2)");
-    EXPECT_FALSE(IsEnabled(*form, "optDirSortOrder(0)"));
-    Click(*form, "optDirSortMethod(0)");
-    EXPECT_TRUE(IsEnabled(*form, "optDirSortOrder(0)"));
-    Owner.ExpectMessage("You must create an album before you can enter Access Control!...", CriticalQuestion,
-                        AnswerYes);
-    WhenAskedMakeTrips();
-    Tabs(*form).setCurrentIndex(6);
-    Click(*form, "cmdSetupRestricted");
-    EXPECT_EQ(Tab(*form), "Albums");
-    Tabs(*form).setCurrentIndex(4);
-    Hands.WhenShown("frmSetupDirOrder", [](QWidget &editor) { Click(editor, "cmdOK"); });
-    Click(*form, "cmdSetDirOrder");
-    EXPECT_EQ(TextOf(*form, "optDirSortMethod"), "2");
-}
-
 TEST_F(SetupForm, AClickTakesARightAway) {
     for (const char *folder : {"\\a", "\\b"}) AddRight("Trips", folder, "Ann");
     const auto form = Open();
@@ -249,7 +174,7 @@ TEST_F(SetupForm, AClickTakesARightAway) {
     EXPECT_EQ(RowsOf(*form, "lvwRestricted"), "Trips|b|Ann|\n") << "the next key takes no other away";
 }
 
-TEST_F(SetupForm, APortNeedsNumbersAndAWebcamADevice) {
+TEST_F(SetupForm, APortNeedsNumbers) {
     const auto form = Open();
     Tabs(*form).setCurrentIndex(7);
     auto *port = &Find<QComboBox>(*form, "cboListenPort");
@@ -260,27 +185,6 @@ TEST_F(SetupForm, APortNeedsNumbersAndAWebcamADevice) {
     EXPECT_EQ(port->currentText(), "8080x");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(port->currentText(), "8080");
-
-    Tabs(*form).setCurrentIndex(4);
-    Owner.ExpectMessage("I'm sorry but no capture devices could be found...", FlagCritical);
-    Click(*form, "chkWebcam");
-    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0");
-    Cameras.Count = 1;
-    Hands.WhenShown("frmSetupWebcam", [](QWidget &webcam) { Click(webcam, "cmdOK"); });
-    Click(*form, "chkWebcam");
-    EXPECT_EQ(TextOf(*form, "chkWebcam"), "0") << "it gives no picture";
-}
-
-TEST_F(SetupForm, AnAlbumMadeOnTheWayLeavesTheKeysOnFinish) {
-    const auto form = Open();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
-    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerYes);
-    WhenAskedMakeTrips();
-    Find<QWidget>(*form, "cmdOK").setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(form->focusWidget()->objectName(), "cmdOK");
-    QTest::keyClick(form->focusWidget(), Qt::Key_Return);
-    EXPECT_FALSE(form->isVisible());
 }
 
 TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsWhatIsGone) {
@@ -325,8 +229,6 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     SaveSetting("Setup", "ServiceBase", service.Base());
     SaveSetting("Setup", "AccountName", "ann b");
     const auto form = Open();
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(&Find<QLabel>(*form, "lblPublicIP"))->text(QAccessible::Name),
-              "...");
     EXPECT_EQ(Find<QAbstractButton>(*form, "lblURLRedirecting").text(), ToQt(service.Base() + "?ann%20b"));
     const auto free = Winsock::Create();
     free->LocalPort = 0;
@@ -348,69 +250,6 @@ TEST_F(SetupForm, ChecksAskTheCentralService) {
     };
     Click(*form, "cmdCheckFirewall");
     EXPECT_FALSE(form->isVisible()) << "closed while it waits, the check ends without a word";
-}
-
-TEST_F(SetupForm, WithoutAServiceNothingLeadsToIt) {
-    const auto form = Open();
-    for (const bool hasService : {false, true}) {
-        if (hasService) Enter(*form, "txtServiceBase", " service.example/ ");
-        for (const char *control : {"lblLinkIP", "lblWhatPortsAre", "chkListOnline", "lblURLOnlineList"})
-            EXPECT_EQ(IsEnabled(*form, control), hasService) << control;
-    }
-    Enter(*form, "txtAccountName", "ann&co");
-    Enter(*form, "txtPublicAddress", "photos.example:8080");
-    EXPECT_EQ(FromQt(Find<QAbstractButton>(*form, "lblURLRedirecting").text()),
-              "http://service.example?" + EncodeLinkPart("ann&co"));
-    Owner.ExpectMessage(albumQuestion, CriticalQuestion, AnswerNo);
-    Click(*form, "cmdOK");
-    EXPECT_EQ(GetSetting("Setup", "ServiceBase") + " " + GetSetting("Setup", "AccountName") + " " +
-                  GetSetting("Setup", "PublicAddress"),
-              "http://service.example ann&co photos.example:8080");
-}
-
-TEST_F(SetupForm, EveryControlHasANameAndHelp) {
-    const auto form = Open();
-    for (QWidget *control : form->findChildren<QWidget *>()) {
-        if (control->focusPolicy() == Qt::NoFocus || control->focusProxy() != nullptr) continue;
-        if (control->window() != form.get()) continue;  // the lists that drop down speak for their boxes
-        const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(control);
-        EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty() && spoken->relations(QAccessible::Label).isEmpty())
-            << control->metaObject()->className() << " " << FromQt(control->objectName());
-    }
-    Owner.ExpectBalloon("Sample Help", "A description to help you will be displayed here.");
-    Click(*form, "lblHelpSample");
-}
-
-TEST_F(SetupForm, NothingIsCutInLargeTextAndOnSmallScreens) {
-    MakeAlbum("Trips");
-    const QFont before = QApplication::font();
-    for (const int pixels : {12, 18}) {
-        QFont font = before;
-        font.setPixelSize(pixels);
-        QApplication::setFont(font);
-        const auto form = Open();
-        form->resize(form->sizeHint());
-        for (int tab = 0; tab < SetupTabs; ++tab) {
-            Tabs(*form).setCurrentIndex(tab);
-            QTest::qWait(1);
-            ExpectNothingIsCut(*form);
-        }
-        EXPECT_GE(Tabs(*form).tabBar()->width(), Tabs(*form).tabBar()->sizeHint().width());
-        frmSetupAlbum album(nullptr, std::nullopt, {});
-        frmSetupUsers users(nullptr, "");
-        frmSetupAccess access(nullptr);
-        frmSetupDirOrder order(nullptr);
-        for (QDialog *dialog : std::initializer_list<QDialog *>{&album, &users, &access, &order}) {
-            dialog->show();
-            QTest::qWait(1);
-            ExpectNothingIsCut(*dialog);
-            dialog->hide();
-        }
-    }
-    QApplication::setFont(before);
-    const auto form = Open();
-    form->resize(500, 300);
-    EXPECT_LE(form->height(), 320) << "the tabs scroll";
 }
 
 }  // namespace

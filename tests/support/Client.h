@@ -19,6 +19,7 @@
 #include <utility>
 
 #include "platform/loop/MessageLoop.h"
+#include "platform/runtime/Text.h"
 
 namespace pixmora::test {
 
@@ -52,18 +53,14 @@ public:
         const sockaddr_in own = Address(from, 0);
         const sockaddr_in server = Address("127.0.0.1", port);
         if (bind(socket_, reinterpret_cast<const sockaddr *>(&own), sizeof own) != 0) Throw("bind");
-        if (connect(socket_, reinterpret_cast<const sockaddr *>(&server), sizeof server) != 0 && errno != EINPROGRESS) {
+        if (connect(socket_, reinterpret_cast<const sockaddr *>(&server), sizeof server) != 0 && errno != EINPROGRESS)
             Throw("connect");
-        }
     }
     ~Client() { Close(); }
     Client(Client &&other) noexcept
         : socket_(std::exchange(other.socket_, -1)),
           received_(std::move(other.received_)),
           hasEnded_(other.hasEnded_) {}
-    Client &operator=(Client &&) = delete;
-    Client(const Client &) = delete;
-    Client &operator=(const Client &) = delete;
 
     void Send(std::string_view bytes) {
         Wait("send", [&] {
@@ -85,20 +82,16 @@ public:
     const std::string &Receive() {
         std::array<char, 16384> buffer{};
         ssize_t count = 0;
-        while (!hasEnded_ && (count = recv(socket_, buffer.data(), buffer.size(), 0)) > 0) {
+        while (!hasEnded_ && (count = recv(socket_, buffer.data(), buffer.size(), 0)) > 0)
             received_.append(buffer.data(), static_cast<std::size_t>(count));
-        }
-        if (count < 0 && errno != EAGAIN && errno != EINPROGRESS && errno != ENOTCONN) {
-            wasReset_ = hasEnded_ = true;
-        } else if (count == 0) {
-            hasEnded_ = true;
-        }
+        wasReset_ |= count < 0 && errno != EAGAIN && errno != EINPROGRESS && errno != ENOTCONN;
+        hasEnded_ |= count == 0 || wasReset_;
         return received_;
     }
     /// Everything up to the server's close. @throws std::runtime_error also when the server resets the connection
     std::string ReceiveAll() {
         Wait("receive", [&] { return HasEnded(); });
-        if (wasReset_) throw std::runtime_error("Client: reset after " + std::to_string(received_.size()) + " bytes");
+        if (wasReset_) throw std::runtime_error(Concat("Client: reset after ", received_.size(), " bytes"));
         return received_;
     }
     void WaitForBytes(std::size_t count) {
@@ -132,12 +125,11 @@ private:
 
     template <class Condition>
     void Wait(const char *what, Condition condition) const {
-        if (!TurnUntil(condition, patience, socket_))
-            throw std::runtime_error(std::string("Client: too long: ") + what);
+        if (!TurnUntil(condition, patience, socket_)) throw std::runtime_error(Concat("Client: too long: ", what));
     }
 
     [[noreturn]] static void Throw(const char *what) {
-        throw std::runtime_error(std::string("Client: ") + what + ": " + std::strerror(errno));
+        throw std::runtime_error(Concat("Client: ", what, ": ", std::strerror(errno)));
     }
 
     int socket_;

@@ -24,9 +24,7 @@ public:
 
     std::string Number(std::uint32_t value, int width) const {
         std::string bytes;
-        for (int i = 0; i < width; ++i) {
-            bytes += static_cast<char>(value >> 8 * (isLittleEndian_ ? i : width - 1 - i));
-        }
+        for (int i = 0; i < width; ++i) bytes += static_cast<char>(value >> 8 * (isLittleEndian_ ? i : width - 1 - i));
         return bytes;
     }
 

@@ -19,8 +19,6 @@ public:
         setrlimit(RLIMIT_FSIZE, &former_);
         signal(SIGXFSZ, formerHandler_);
     }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
 
 private:
     rlimit former_{};

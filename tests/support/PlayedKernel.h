@@ -61,43 +61,47 @@ public:
         return paths;
     }
     int Open(const std::string &path) override {
-        const auto found = Cameras.find(path);
-        if (found == Cameras.end()) return Failed(ENOENT);
-        if (found->second.HasVanished) return Failed(ENODEV);
-        camera_ = &found->second;
+        if (!Cameras.contains(path)) return Failed(ENOENT);
+        camera_ = &Cameras[path];
+        if (camera_->HasVanished) return Failed(ENODEV);
         ++OpenDescriptors;
         return 3;
     }
     void Close(int) override { --OpenDescriptors; }
 
     int Ioctl(int, unsigned long request, void *argument) override {
-        if (camera_->HasVanished) return Failed(ENODEV);
-        if (const auto error = camera_->Errors.find(request); error != camera_->Errors.end())
-            return Failed(error->second);
+        const auto error = camera_->Errors.find(request);
+        if (camera_->HasVanished || error != camera_->Errors.end())
+            return Failed(camera_->HasVanished ? ENODEV : error->second);
+        auto *const description = static_cast<v4l2_fmtdesc *>(argument);
+        auto *const format = static_cast<v4l2_format *>(argument);
+        auto *const buffers = static_cast<v4l2_requestbuffers *>(argument);
+        auto *const buffer = static_cast<v4l2_buffer *>(argument);
         switch (request) {
             case VIDIOC_QUERYCAP:
                 return QueryCapability(*static_cast<v4l2_capability *>(argument));
             case VIDIOC_ENUM_FMT:
-                return EnumerateFormats(*static_cast<v4l2_fmtdesc *>(argument));
+                if (description->index >= camera_->Formats.size()) return Failed(EINVAL);
+                description->pixelformat = camera_->Formats[description->index].Code;
+                return 0;
             case VIDIOC_G_FMT:
-                static_cast<v4l2_format *>(argument)->fmt.pix.pixelformat = camera_->Formats.front().Code;
-                return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
+                format->fmt.pix.pixelformat = camera_->Formats.front().Code;
+                [[fallthrough]];
             case VIDIOC_TRY_FMT:
             case VIDIOC_S_FMT:
-                return SetFormat(static_cast<v4l2_format *>(argument)->fmt.pix);
+                return SetFormat(format->fmt.pix);
             case VIDIOC_REQBUFS:
-                Buffers = std::min(static_cast<v4l2_requestbuffers *>(argument)->count, 2U);
-                static_cast<v4l2_requestbuffers *>(argument)->count = Buffers;
+                Buffers = buffers->count = std::min(buffers->count, 2U);
                 return 0;
             case VIDIOC_QUERYBUF:
-                static_cast<v4l2_buffer *>(argument)->length = sizeof memory_[0];
-                static_cast<v4l2_buffer *>(argument)->m.offset = static_cast<v4l2_buffer *>(argument)->index;
+                buffer->length = sizeof memory_[0];
+                buffer->m.offset = buffer->index;
                 return 0;
             case VIDIOC_QBUF:
-                queued_.push_back(static_cast<v4l2_buffer *>(argument)->index);
+                queued_.push_back(buffer->index);
                 return 0;
             case VIDIOC_DQBUF:
-                return GiveFrame(*static_cast<v4l2_buffer *>(argument));
+                return GiveFrame(*buffer);
             case VIDIOC_STREAMON:
                 IsStreaming = true;
                 return 0;
@@ -119,31 +123,25 @@ public:
     std::shared_ptr<void> AwaitInput(int, int ms, std::function<void(bool hasInput)> done) override {
         const auto wait = std::make_shared<bool>();
         const auto finish = [this, ms, done, weak = std::weak_ptr(wait)] {
-            if (!weak.expired()) done(LetTimeGo(ms));
+            if (weak.expired()) return;
+            const int due = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
+            Clock.Advance(std::min(due, ms));
+            done(due <= ms || camera_->HasVanished);
         };
         QMetaObject::invokeMethod(QCoreApplication::instance(), finish, Qt::QueuedConnection);
         return wait;
     }
     ssize_t Read(int, void *buffer, std::size_t count) override {
         if (camera_->HasVanished) return Failed(ENODEV);
-        const std::string bytes = TakeFrame().Bytes;
-        std::memcpy(buffer, bytes.data(), std::min(count, bytes.size()));
-        return static_cast<ssize_t>(std::min(count, bytes.size()));
+        return static_cast<ssize_t>(TakeFrame().Bytes.copy(static_cast<char *>(buffer), count));
     }
 
     ClockSetForTest Clock{1000000, MakeDate(2004, 3, 1)};
 
-protected:
+private:
     static int Failed(int error) {
         errno = error;
         return -1;
-    }
-
-private:
-    bool LetTimeGo(int ms) {
-        const int wait = camera_->Frames.empty() ? ms + 1 : camera_->Frames.front().Delay;
-        Clock.Advance(std::min(wait, ms));
-        return wait <= ms || camera_->HasVanished;
     }
     int QueryCapability(v4l2_capability &capability) const {
         std::strcpy(reinterpret_cast<char *>(capability.card), camera_->Card.c_str());
@@ -151,11 +149,6 @@ private:
         // As of a camera whose nodes together can do more than this one.
         capability.capabilities = V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_STREAMING | V4L2_CAP_DEVICE_CAPS;
         capability.device_caps = camera_->Capabilities;
-        return 0;
-    }
-    int EnumerateFormats(v4l2_fmtdesc &description) const {
-        if (description.index >= camera_->Formats.size()) return Failed(EINVAL);
-        description.pixelformat = camera_->Formats[description.index].Code;
         return 0;
     }
     int SetFormat(v4l2_pix_format &pixels) const {
@@ -182,7 +175,7 @@ private:
         queued_.pop_front();
         buffer.bytesused = static_cast<std::uint32_t>(frame.Bytes.size());
         buffer.flags = frame.Flags;
-        std::memcpy(memory_[buffer.index], frame.Bytes.data(), frame.Bytes.size());
+        frame.Bytes.copy(memory_[buffer.index], sizeof memory_[0]);
         return 0;
     }
 

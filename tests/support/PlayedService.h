@@ -21,8 +21,6 @@ public:
         listener_->Listen();
     }
     ~PlayedService() { Refuse(); }
-    PlayedService(const PlayedService &) = delete;
-    PlayedService &operator=(const PlayedService &) = delete;
 
     /// "http://127.0.0.1:port"
     std::string Base() const { return "http://127.0.0.1:" + std::to_string(listener_->LocalPort); }
@@ -47,11 +45,7 @@ private:
         Winsock *const element = connection.get();
         element->OnDataArrival = [this, element](std::size_t) {
             Requests.push_back(element->GetData());
-            if (OnRequest) {
-                const std::string request = Requests.back();
-                OnRequest(*element, request);
-                return;
-            }
+            if (OnRequest) return OnRequest(*element, std::string(Requests.back()));
             element->OnSendComplete = [element] {
                 element->Close();
             };

@@ -11,14 +11,10 @@
 #include "core/WebsiteStart.h"
 #include "core/WebsiteStop.h"
 #include "core/modMain.h"
-#include "core/site/Globals.h"
 #include "core/site/frmSystray.h"
-#include "setup/rules/AlbumEditor.h"
 #include "setup/rules/UserEditor.h"
-#include "store/Settings.h"
 #include "support/Client.h"
-#include "support/ProgramFolder.h"
-#include "support/ScriptedOwner.h"
+#include "support/SetupFixture.h"
 
 namespace pixmora::test {
 
@@ -47,13 +43,7 @@ protected:
         ReleaseProgram();
     }
 
-    std::string AddAlbum(const std::string &name) const {
-        AlbumFields fields;
-        fields.Name = name;
-        fields.Directory = Program.MakeFolder("albums/" + name);
-        AlbumEditor().Save(fields);
-        return fields.Directory;
-    }
+    std::string AddAlbum(const std::string &name) const { return SaveAlbum(Program, name); }
 
     const std::vector<std::string> &Start() {
         view_ = {};

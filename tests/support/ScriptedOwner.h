@@ -11,6 +11,12 @@
 
 namespace pixmora {
 
+/// Whether the text is the one foreseen: whole, or its beginning with "..." behind it.
+inline bool IsForeseen(const std::string &text, const std::string &foreseen) {
+    if (!foreseen.ends_with("...")) return text == foreseen;
+    return text.starts_with(foreseen.substr(0, foreseen.size() - 3));
+}
+
 /// Installs itself as the owner's dialogue for its life. Whatever comes when something else was expected, or nothing,
 /// fails the test; so does what was expected and has not come by the end of the scope. Questions that the script
 /// doesn't foresee take their No.
@@ -21,10 +27,8 @@ public:
         SetOwnerDialogue(nullptr);
         for (const Step &step : script_) ADD_FAILURE() << "never came: " << step.Text;
     }
-    ScriptedOwner(const ScriptedOwner &) = delete;
-    ScriptedOwner &operator=(const ScriptedOwner &) = delete;
 
-    /// A message box. @param text whole, or its beginning with "..." behind it @param flags exact
+    /// A message box. @param text as IsForeseen takes it @param flags exact
     void ExpectMessage(const std::string &text, int flags, int answer = AnswerOk) {
         script_.push_back({Described(text, flags), answer});
     }
@@ -66,9 +70,7 @@ private:
     int Take(const std::string &text, int refusal = AnswerOk) {
         const Step step = script_.empty() ? Step{"nothing"} : script_.front();
         if (!script_.empty()) script_.pop_front();
-        const bool isBeginning = step.Text.ends_with("...");
-        const bool isForeseen =
-            isBeginning ? text.starts_with(step.Text.substr(0, step.Text.size() - 3)) : text == step.Text;
+        const bool isForeseen = IsForeseen(text, step.Text);
         EXPECT_TRUE(isForeseen) << "came: " << text << "\nforeseen: " << step.Text;
         return isForeseen ? step.Answer : refusal;
     }

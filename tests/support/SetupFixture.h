@@ -29,6 +29,15 @@ auto TakeInto(Value &variable) {
     };
 }
 
+/// An album on a new folder of that name below "albums". @return the folder, in the system's form
+inline std::string SaveAlbum(const TempFolder &program, const std::string &name) {
+    AlbumFields fields;
+    fields.Name = name;
+    fields.Directory = program.MakeFolder("albums/" + name);
+    AlbumEditor().Save(fields);
+    return fields.Directory;
+}
+
 class SetupFixture : public testing::Test {
 protected:
     SetupFixture() {
@@ -40,14 +49,7 @@ protected:
         unsetenv("XDG_CONFIG_HOME");
     }
 
-    /// An album on a new folder of that name. @return the folder, in the system's form
-    std::string MakeAlbum(const std::string &name) const {
-        AlbumFields fields;
-        fields.Name = name;
-        fields.Directory = Program.MakeFolder("albums/" + name);
-        AlbumEditor().Save(fields);
-        return fields.Directory;
-    }
+    std::string MakeAlbum(const std::string &name) const { return SaveAlbum(Program, name); }
 
     /// A column's values, each with "|" behind it.
     static std::string Column(const std::string &table, const std::string &field) {

@@ -1,5 +1,4 @@
 """A pixmorad of one's own on a folder, for what runs the whole program: benchmarks, endurance, browsers."""
-import glob
 import os
 import random
 import resource
@@ -10,6 +9,7 @@ import sqlite3
 import subprocess
 import tempfile
 import threading
+from pathlib import Path
 
 
 def bitmap(width=40, height=30, shade=90):
@@ -35,22 +35,17 @@ def free_port():
 
 def processor_seconds(pid):
     """What all threads of a process have used so far; the kernel's count in nanoseconds."""
-    total = 0
-    for path in glob.glob("/proc/%d/task/*/schedstat" % pid):
-        with open(path) as file:
-            total += int(file.read().split()[0])
-    return total / 1e9
+    return sum(int(path.read_text().split()[0]) for path in Path("/proc/%d/task" % pid).glob("*/schedstat")) / 1e9
 
 
 def memory_kb(pid, field="VmRSS"):
     """VmRSS: resident now; VmHWM: its peak; RssAnon: the part that is no file's."""
-    with open("/proc/%d/status" % pid) as file:
-        return next(int(line.split()[1]) for line in file if line.startswith(field + ":"))
+    lines = Path("/proc/%d/status" % pid).read_text().splitlines()
+    return next(int(line.split()[1]) for line in lines if line.startswith(field + ":"))
 
 
 def forget_memory_peak(pid):
-    with open("/proc/%d/clear_refs" % pid, "w") as file:
-        file.write("5")
+    Path("/proc/%d/clear_refs" % pid).write_text("5")
 
 
 def read_all(client):
@@ -76,7 +71,7 @@ class Site:
         self.port = free_port()
         self.process = self._reader = None
         self.command_prefix = list(command_prefix)
-        self.limits = limits or {}
+        self.limits = {what: (value, value) for what, value in (limits or {}).items()}
         self.environment = dict(os.environ, PIXMORA_HOME=self.home, XDG_CONFIG_HOME=self.folder + "/config", TZ="UTC")
         os.makedirs(self.home)
         for key, value in {"ListenPort": str(self.port), **(settings or {})}.items():
@@ -96,27 +91,18 @@ class Site:
     def add_album(self, name, folder, *options):
         self.control("album", "add", name, folder, *options)
 
-    def _limit(self):
-        for what, value in self.limits.items():
-            resource.setrlimit(what, (value, value))
-
     def start(self, timeout=30):
         """Starts and waits until the site tells its address; raises when it did not come up."""
         with open(self.errors, "ab") as errors:
             self.process = subprocess.Popen(
                 self.command_prefix + [self.programs + "/pixmorad"], env=self.environment, stdout=subprocess.PIPE,
-                stderr=errors, preexec_fn=self._limit)
+                stderr=errors, preexec_fn=lambda: [resource.setrlimit(*limit) for limit in self.limits.items()])
         watchdog = threading.Timer(timeout, self.process.kill)
         watchdog.start()
-        said = b""
-        for line in self.process.stdout:
-            said += line
-            if line.startswith(b"http://"):
-                break
-        else:
-            watchdog.cancel()
-            raise RuntimeError("pixmorad did not start: %r %r" % (said, self.error_text()[-500:]))
+        has_started = any(line.startswith(b"http://") for line in self.process.stdout)
         watchdog.cancel()
+        if not has_started:
+            raise RuntimeError("pixmorad did not start: %r" % self.error_text()[-500:])
         self._reader = threading.Thread(target=self.process.stdout.read, daemon=True)
         self._reader.start()
 
@@ -128,8 +114,7 @@ class Site:
         """The process id of pixmorad itself, also behind a command prefix."""
         if not self.command_prefix:
             return self.process.pid
-        with open("/proc/%d/task/%d/children" % (self.process.pid, self.process.pid)) as file:
-            children = file.read().split()
+        children = Path("/proc/%d/task/%d/children" % (self.process.pid, self.process.pid)).read_text().split()
         return int(children[0]) if children else self.process.pid  # a prefix may become the program
 
     def stop(self, number=signal.SIGTERM, timeout=20):
@@ -154,8 +139,7 @@ class Site:
             shutil.rmtree(self.folder, ignore_errors=True)
 
     def error_text(self):
-        with open(self.errors, "rb") as file:
-            return file.read().decode("utf-8", "replace")
+        return Path(self.errors).read_text("utf-8", "replace")
 
     def address(self, target=""):
         return "http://127.0.0.1:%d/%s" % (self.port, target)

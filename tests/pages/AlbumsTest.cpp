@@ -1,4 +1,4 @@
-// Tests of the walks over an album's directories, and of what an address may reach.
+// Tests of what an album shows: its directories and files, what an address may reach, and a file's details.
 #include "pages/Listings.h"
 
 #include <chrono>
@@ -7,6 +7,8 @@
 #include "pages/AlbumAddress.h"
 #include "pages/PageTest.h"
 #include "store/MediaTypes.h"
+#include "support/ExifBlock.h"
+#include "support/Pictures.h"
 
 namespace pixmora::test {
 namespace {
@@ -71,28 +73,62 @@ TEST_F(ListingsTest, SortsSubdirectoriesAsTheOwnerWants) {
     EXPECT_EQ(SubDirs("\\", 0, 0), "");
 }
 
-TEST_F(ListingsTest, MediaPageMayShowAllFilesOnOnePageAndNoSubdirectories) {
-    for (const char *name : {"a.jpg", "b.jpg", "c.jpg", "d.jpg", "sub/x.jpg"}) AddFile(name);
-    clsAlbum &album = StartAlbum();
-    gFilesPerPage = 0;
-    const std::string page = Get("/ShowAlbumMedia?1&thumbs&0");
-    EXPECT_EQ(Count(page, "id=\"pic_"), 4);
-    EXPECT_EQ(Count(page, "<tr>\r\n"), 2);
-    ExpectParts(page, {"Page 0 of 1"});
-    gFilesPerPage = 4;
-    ExpectParts(Get("/ShowAlbumMedia?1&thumbs&1"), {"!next.gif"});
-    album.SubDirectories = 0;
-    ExpectParts(Get("/ShowAlbumMedia?1&thumbs&1&gone"), {"No files here.<"});
-    ExpectParts(Get("/ShowAlbumMedia?1&thumbs&1"), {"/a.jpg"});
-    gFilesPerRow = 0;
-    EXPECT_EQ(Get("/ShowAlbumMedia?1&thumbs&1"), "Bad Request");
-}
-
 TEST(VisitorFilePath, StaysInsideTheAlbumAndHasOneSpelling) {
     EXPECT_EQ(VisitorFilePath("C", "/a%20b/R<amp>and<amp>B<plus>and<plus>1.jpg"), "C\\a b\\R&B+1.jpg");
     EXPECT_EQ(VisitorFilePath("C", "//./..a..//.\\b.jpg"), "C\\..a..\\b.jpg");
     for (const char *link : {"/../a.jpg", "/%252e%252e/a.jpg", "/x%5C..%2Fa.jpg", "/a%00.jpg", "aunt/a.jpg", "/a/", ""})
         EXPECT_EQ(VisitorFilePath("C", link), "") << link;
+}
+
+class ShowDetailsTest : public PageTest {
+protected:
+    /// The page of a file with these bytes.
+    std::string PageOf(const std::string &bytes, const std::string &name = "a.bmp") const {
+        AddFile(name, bytes);
+        return Get("/ShowDetails?1&nocount&/" + name);
+    }
+};
+
+TEST_F(ShowDetailsTest, TellsWhatTheCameraNotedInTheOwnersWords) {
+    StartAlbum();
+    const std::string photograph = BlockBuilder(true).File(
+        {{272, 2, 8, 0, {}, "Acme 200"}},
+        {{36867, 2, 19, 0, {}, "2004:03:01 16:05:09"}, {40962, 4, 1, 4, {4000}}, {40963, 4, 1, 4, {3000}}});
+    ExpectParts(PageOf(photograph), {"Dimensions: 4000 x 3000<br>\r\n", "Camera Model: Acme 200<br>\r\n",
+                                     "Date Taken: 03/01/2004 4:05:09 PM<br>\n"});
+    ExpectParts(PageOf("no picture"), {"Dimensions: N/A<br>\r\n", "Date Taken: N/A<br>\n"});
+    ExpectParts(PageOf(BitmapFile(40, 20) + std::string("Exif\0\0II*\0", 10)),
+                {"Dimensions: 40 x 20<br>\r\n", "Camera Model: N/A<br>\r\n&nbsp;&nbsp;Date Taken: N/A<br>\n"});
+    Program.Write("exif.ini", "[ExposureTime]\nFormat=1/@X s\n[FNumber]\nFormat=f/@X\n[Flash]\n16=switched off\n");
+    const std::pair<std::vector<std::uint32_t>, const char *> exposures[] = {
+        {{10, 2500}, "1/250 s"}, {{4, 1}, "4 s"}, {{1, 2}, "0.5 s"}};
+    for (const auto &[fraction, text] : exposures) {
+        const std::string bytes = BlockBuilder(false).File({}, {{33434, 5, 1, 4, fraction},
+                                                                {33437, 5, 1, 4, {28, 10}},
+                                                                {37385, 3, 1, 2, {16}},
+                                                                {37386, 5, 1, 4, {60000}},
+                                                                {42036, 2, 9, 0, {}, "50 <mm> &"}});
+        ExpectParts(PageOf(bytes),
+                    {Concat(">&nbsp;&nbsp;Exposure: ", text, "<br>\r\n&nbsp;&nbsp;Aperture: f/2.8<br>\r\n",
+                            "&nbsp;&nbsp;Flash: switched off<br>\r\n&nbsp;&nbsp;Lens: 50 &lt;mm&gt; &amp;<br>\r\n<")});
+    }
+}
+
+TEST_F(ShowDetailsTest, ShowsThePlaceOnlyWhereTheOwnerWantsIt) {
+    StartAlbum();
+    const auto photograph = [](const char *side, std::uint32_t degrees) {
+        const BlockBuilder builder(true);
+        const std::uint32_t behind = 8 + 2 + 12;
+        return builder.Head() + builder.Directory(8, {{34853, 4, 1, 4, {behind}}}) +
+               builder.Directory(behind, {{1, 2, 2, 0, {}, side},
+                                          {2, 5, 3, 4, {degrees, 1, 30, 1, 90, 10}},
+                                          {3, 2, 2, 0, {}, "E"},
+                                          {4, 5, 3, 4, {16, 1, 2250, 100, 0, 1}}});
+    };
+    ExpectParts(PageOf(photograph("S", 48)), {"!?mlat="});
+    SaveSetting("Setup", "ShowPlaces", "1");
+    ExpectParts(PageOf(photograph("S", 48)), {"?mlat=-48.50250&amp;mlon=16.37500#map=15/-48.50250/16.37500\""});
+    ExpectParts(PageOf(photograph("N", 148)), {"!?mlat="});
 }
 
 }  // namespace

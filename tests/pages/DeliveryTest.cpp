@@ -1,11 +1,11 @@
-// Tests of picture delivery, and of what browsers may keep.
+// Tests of the delivery of pictures and movies, and of what browsers may keep.
 #include <chrono>
 #include <filesystem>
 #include <optional>
 
 #include "pages/PageTest.h"
-#include "pages/clsWebServerCommands.h"
 #include "platform/runtime/Clock.h"
+#include "store/MediaTypes.h"
 #include "support/Pictures.h"
 
 namespace pixmora::test {
@@ -91,36 +91,6 @@ TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
     EXPECT_EQ(gThumbsSession, 2);
 }
 
-TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
-    for (const char *name : {"outer.bmp", "inner.bmp"}) AddFile(name, BitmapFile(300, 10));
-    StartAlbum();
-    for (const bool goes : {false, true}) {
-        SCOPED_TRACE(goes);
-        Client first(Port());
-        Client visitor(Port());
-        ASSERT_TRUE(TurnUntil([] { return gSystray->wnskConnect.UBound() == 2; }));
-        const Tick begun = GetTickCount();
-        gLastConversionTick = begun;
-        const Connection inner = gSystray->wnskConnect.Item(2);
-        Tick innerDone = 0;
-        inner->OnDataArrival = [&](std::size_t) {
-            if (goes) {
-                visitor.Reset();
-                TurnUntil([&] { return inner->State() != SocketState::Connected; });
-            }
-            gWebServerCommands->genShowPicture(inner, {"1", "thumb", "/inner.bmp"});
-            innerDone = GetTickCount();
-        };
-        visitor.Send("GET");  // arrives while the outer one waits
-        gWebServerCommands->genShowPicture(gSystray->wnskConnect.Item(1), {"1", "thumb", "/outer.bmp"});
-        EXPECT_EQ(WidthOf(first.ReceiveAll()), 150);
-        EXPECT_EQ(innerDone - begun, goes ? 0 : 501) << "nobody's picture is not waited for";
-        EXPECT_EQ(GetTickCount() - begun, goes ? 501 : 1002);
-        TurnUntil([] { return gSystray->wnskConnect.UBound() == 0; });
-    }
-    EXPECT_EQ(gThumbsSession, 3);
-}
-
 TEST_F(ShowPictureTest, BrowsersKeepWhatTheOwnerAllowsUntilItChanges) {
     AddFile("a.jpg", "picture");
     clsAlbum &album = StartAlbum();
@@ -152,6 +122,55 @@ TEST_F(ShowPictureTest, BrowsersKeepWhatTheOwnerAllowsUntilItChanges) {
     EXPECT_EQ(Body(Get("/ShowAlbumIcon?1")), "small");
     album.FeaturedImagePath = album.Directory + "\\gone.pixmoraicon";
     EXPECT_EQ(Get("/ShowAlbumIcon?1"), "Bad Request!");
+}
+
+std::string Movie(std::size_t size) {
+    std::string movie;
+    for (std::size_t i = 0; i < size; ++i) movie += static_cast<char>(i * 7 + i / 1024);
+    return movie;
+}
+
+using ShowMovieTest = PageTest;
+
+TEST_F(ShowMovieTest, SendsEveryByteAndBooksWholeKilobytes) {
+    StartAlbum();
+    for (const std::size_t size : {0U, 1U, 1023U, 1024U, 300000U}) {
+        gBandwidthSession = 0;
+        AddFile("a b/m.avi", Movie(size));
+        EXPECT_EQ(Get("/ShowMovie?1&preview&/a%20b/m.avi"), Concat(WriteResponseHead("application/octet-stream", false),
+                                                                   "Content-Length: ", size, "\r\n\r\n", Movie(size)));
+        EXPECT_EQ(gBandwidthSession, static_cast<double>(size / 1024));
+    }
+    EXPECT_EQ(Ask("SELECT DISTINCT AlbumName FROM StatsDaily"), " \n");
+    EXPECT_EQ(gSystray->wnskConnect.UBound(), 0) << "all connections are trimmed";
+}
+
+TEST_F(ShowMovieTest, SendsPlayersThePartThatTheyAskForWithItsType) {
+    const std::string movie = Movie(5000);
+    AddFile("m.mp4", movie);
+    StartAlbum();
+    const auto ask = [this](const std::string &mode, const std::string &range) {
+        return Get("/ShowMovie?1&" + mode + "&/m.mp4", "range: bytes=" + range + "\r\n");
+    };
+    EXPECT_EQ(Body(ask("preview", "4000-")), movie) << "without the setting";
+    SaveSetting("Setup", "MoreTypes", "1");
+    LoadMediaTypes();
+    const std::string lines = "\r\nPragma: no-cache\r\nAccept-Ranges: bytes\r\n";
+    const std::string part = ask("preview", "4000-");
+    EXPECT_TRUE(part.starts_with("HTTP/1.0 206 Partial Content\r\n"));
+    ExpectParts(part, {"Content-Type: video/mp4" + lines +
+                       "Content-Range: bytes 4000-4999/5000\r\nContent-Length: 1000\r\n\r\n"});
+    EXPECT_EQ(Body(part), movie.substr(4000));
+    EXPECT_EQ(Body(ask("full", "1-3000")), movie.substr(1, 3000));
+    const std::string downloads = "SELECT FilePath, FileCount FROM PopularFiles";
+    EXPECT_EQ(Ask(downloads), "") << "a part behind the start is no download";
+    ask("full", "0-");
+    EXPECT_EQ(Ask(downloads), "\\m.mp4|1\n");
+    const std::string beyond = ask("preview", "5000-");
+    EXPECT_TRUE(beyond.starts_with("HTTP/1.0 416 Range Not Satisfiable\r\n"));
+    EXPECT_TRUE(beyond.ends_with(lines + "Content-Range: bytes */5000\r\nContent-Length: 0\r\n\r\n"));
+    DeleteSetting("Setup", "MoreTypes");
+    LoadMediaTypes();
 }
 
 }  // namespace

@@ -1,14 +1,11 @@
-// The popup menus: geometry, pointer, keys, and how they end.
-#include "console/clsXPMenu.h"
-
-#include <QAccessible>
-#include <QPushButton>
-#include <QScreen>
+// What pops up over windows: menus, the message box and the help balloon.
 #include <algorithm>
 
-#include "console/AccessibleMenus.h"
 #include "console/Robot.h"
 #include "console/TrayIcon.h"
+#include "console/clsXPMenu.h"
+#include "console/frmHelpBalloon.h"
+#include "console/frmMsgBox.h"
 #include "console/frmXPMenu.h"
 #include "support/Client.h"
 
@@ -28,11 +25,11 @@ protected:
     }
     ~clsXPMenuTest() override { clsXPMenu::KillAllMenus(); }
 
-    std::shared_ptr<clsXPMenu> Show(const MenuItems &items = commands, const QPoint &corner = {100, 100}) {
-        const auto menu = clsXPMenu::Create("Menu", items, [this](const std::string &name, const std::string &text) {
+    std::shared_ptr<clsXPMenu> Show() {
+        const auto menu = clsXPMenu::Create("Menu", commands, [this](const std::string &name, const std::string &text) {
             clicked_ += name + ":" + text + " ";
         });
-        menu->ShowMenu(corner);
+        menu->ShowMenu({100, 100});
         return menu;
     }
     static QList<frmXPMenu *> Windows() {
@@ -65,15 +62,11 @@ private:
 };
 
 TEST_F(clsXPMenuTest, RowsFollowTheItemsAndOnlyAClickOnACommandReachesTheHandler) {
-    const auto wider = Show({{"Second & third", {}, {}}, {"A much longer item than that one", {}, {}}});
+    const auto before = Show();
+    QTest::mousePress(QApplication::activePopupWidget(), Qt::LeftButton, {}, QPoint(-500, -50));
+    EXPECT_EQ(OpenMenus(), 0);
     const auto menu = Show();
-    EXPECT_GT(wider->GetWidth(), menu->GetWidth());
     EXPECT_EQ(WindowOf(*menu)->height(), menu->GetHeight());
-    for (const auto &[y, item] : {std::pair{menu->ItemRect(1).center().y(), 1},
-                                  {menu->ItemRect(2).center().y(), 0},
-                                  {menu->GetHeight() + 5, 0},
-                                  {-1, 0}})
-        EXPECT_EQ(menu->GetHilightedItem(y), item) << y;
     QTest::mouseRelease(WindowOf(*menu), Qt::RightButton, {}, Middle(*menu, 1));  // of the press that opened it
     for (const int item : {2, 4}) QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, item));
     EXPECT_EQ(Clicked(), "");
@@ -81,26 +74,6 @@ TEST_F(clsXPMenuTest, RowsFollowTheItemsAndOnlyAClickOnACommandReachesTheHandler
     QTest::mouseClick(WindowOf(*menu), Qt::LeftButton, {}, Middle(*menu, 3));
     EXPECT_EQ(Clicked(), "Menu:Second & third ");
     EXPECT_EQ(OpenMenus(), 0);
-}
-
-TEST_F(clsXPMenuTest, ThePointerOpensAndClosesSubmenus) {
-    const auto menu = Show();
-    QTest::mouseMove(WindowOf(*menu), Middle(*menu, 1));  // off the place where an earlier menu may have left it
-    QTest::mouseMove(WindowOf(*menu), Middle(*menu, 4));
-    ASSERT_TRUE(menu->PopupShown());
-    const clsXPMenu &subMenu = *menu->OpenSubMenu();
-    EXPECT_EQ(subMenu.GetMenuName(), "People");
-    EXPECT_GT(WindowOf(subMenu)->x(), WindowOf(*menu)->x());
-    EXPECT_EQ(OpenMenus(), 2);
-    QTest::mouseMove(WindowOf(*menu), Middle(*menu, 1));
-    EXPECT_FALSE(menu->PopupShown());
-    EXPECT_EQ(menu->GetHilightNum(), 1);
-    EXPECT_EQ(OpenMenus(), 1);
-    const QRect screen = QGuiApplication::primaryScreen()->geometry();
-    const auto atTheEdge = Show(commands, {screen.right() - 150, 100});
-    atTheEdge->setHilightedItem(4);
-    ASSERT_TRUE(atTheEdge->PopupShown());
-    EXPECT_LT(WindowOf(*atTheEdge->OpenSubMenu())->geometry().right(), WindowOf(*atTheEdge)->geometry().right() - 100);
 }
 
 TEST_F(clsXPMenuTest, KeysWalkTheItemsAndTheSubmenus) {
@@ -128,63 +101,6 @@ TEST_F(clsXPMenuTest, KeysWalkTheItemsAndTheSubmenus) {
     EXPECT_EQ(Clicked(), "");
 }
 
-TEST_F(clsXPMenuTest, StaysOnTheScreenAndScrollsToWhatIsBeyond) {
-    MenuItems albums = {{std::string(300, 'w'), {}, {}}};
-    for (int i = 1; i < 60; ++i) albums.push_back({(i == 40 ? "Zermatt " : "Album ") + std::to_string(i), {}, {}});
-    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-    for (const QPoint &corner : {QPoint(-300, -50), room.bottomRight()}) {
-        const auto menu = Show(albums, corner);
-        const frmXPMenu &window = *WindowOf(*menu);
-        EXPECT_TRUE(room.contains(window.geometry())) << window.x() << " " << window.y() << " " << window.width();
-        EXPECT_LT(menu->GetWidth(), room.width());
-        Press(*menu, {Qt::Key_End});
-        EXPECT_EQ(menu->GetHilightNum(), 60);
-        const QRect last(window.PlaceOfRow(menu->ItemRect(60)), menu->ItemRect(60).size());
-        EXPECT_TRUE(window.geometry().contains(last));
-        EXPECT_EQ(menu->ItemUnder(last.center()), 60);
-        EXPECT_EQ(menu->ItemUnder(window.geometry().topLeft() + QPoint(9, 3)), 0) << "the band that scrolls back";
-        Press(*menu, {Qt::Key_Z});
-        EXPECT_EQ(menu->GetHilightNum(), 41);
-        Press(*menu, {Qt::Key_A, Qt::Key_A});
-        EXPECT_EQ(menu->GetHilightNum(), 43);
-        Press(*menu, {Qt::Key_Q, Qt::Key_Home});
-        EXPECT_EQ(menu->GetHilightNum(), 1);
-        EXPECT_EQ(window.PlaceOfRow(menu->ItemRect(1)).y(), window.y() + menu->ItemRect(1).y());
-    }
-}
-
-TEST_F(clsXPMenuTest, IsAmongTheWindowsOfAssistiveTechnology) {
-    ShowMenusToAssistiveTechnology();
-    QAccessibleInterface *program = QAccessible::queryAccessibleInterface(qApp);
-    const auto menu = Show();
-    QAccessibleInterface *window = QAccessible::queryAccessibleInterface(WindowOf(*menu));
-    const int index = program->indexOfChild(window);
-    ASSERT_GE(index, 0);
-    EXPECT_EQ(program->child(index), window);
-    EXPECT_LT(index, program->childCount());
-    WindowOf(*menu)->findChildren<QPushButton *>()[1]->click();  // as assistive technology does
-    EXPECT_EQ(Clicked(), "Menu:Second & third ");
-    EXPECT_EQ(program->indexOfChild(window), -1);
-}
-
-TEST_F(clsXPMenuTest, EndsWithTheNextMenuAPressOutsideOrTheFocusGoneElsewhere) {
-    const auto openTwo = [this](const QPoint &corner) {
-        const auto menu = Show(commands, corner);
-        EXPECT_EQ(OpenMenus(), 1) << "the one before has gone";
-        menu->setHilightedItem(4);
-        return menu;
-    };
-    const auto first = openTwo({100, 100});
-    const auto second = openTwo({300, 300});
-    QTest::mousePress(QApplication::activePopupWidget(), Qt::LeftButton, {}, QPoint(-500, -50));
-    EXPECT_EQ(OpenMenus(), 0);
-    const auto third = openTwo({100, 100});
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    EXPECT_TRUE(TurnUntil([] { return OpenMenus() == 0; }));
-}
-
 TEST(MenuPlace, StaysClearOfWhatOpensItAndOnTheScreen) {
     const QRect screen(0, 0, 1000, 800);
     const QSize menu(200, 150);
@@ -195,6 +111,64 @@ TEST(MenuPlace, StaysClearOfWhatOpensItAndOnTheScreen) {
     EXPECT_EQ(TrayMenuPlace({500, 100}, menu, screen, barBelow), QPoint(500, 100)) << "no room above the pointer";
     EXPECT_EQ(MenuPlaceAt({100, 100, 28, 24}, menu, screen), QPoint(100, 124)) << "below a button";
     EXPECT_EQ(MenuPlaceAt({100, 700, 28, 24}, menu, screen), QPoint(100, 550)) << "no room below it";
+}
+
+TEST(frmMsgBox, ShowsWhatItsFlagsSayAndTakesKeys) {
+    const std::tuple<int, QList<Qt::Key>, int, const char *> cases[] = {
+        {FlagCritical, {Qt::Key_Escape}, AnswerOk, "imgCritical"},
+        {0, {Qt::Key_Space}, AnswerOk, "imgInfo"},
+        {CriticalQuestion, {Qt::Key_A, Qt::Key_Enter}, AnswerYes, "imgCritical"},
+        {FlagYesNo, {Qt::Key_Tab, Qt::Key_Return}, AnswerNo, "imgInfo"},
+        {FlagYesNo, {Qt::Key_Tab, Qt::Key_Left, Qt::Key_Enter}, AnswerYes, "imgInfo"},
+        {FlagYesNo, {Qt::Key_Escape}, AnswerNo, "imgInfo"}};
+    frmMsgBox box;
+    for (const auto &[flags, keys, answer, icon] : cases) {
+        Robot robot;
+        robot.WhenShown("frmMsgBox", [&, flags = flags, &keys = keys, icon = icon](QWidget &form) {
+            EXPECT_EQ(TextOf(form, "lblMessage"), "One <b>line</b>\n\nand another");
+            for (const char *button : {"imgYes", "imgNo"})
+                EXPECT_EQ(Find(form, button).isVisible(), (flags & FlagYesNo) != 0) << flags;
+            EXPECT_NE(Find(form, "imgOk").isVisible(), Find(form, "imgNo").isVisible());
+            EXPECT_TRUE(Find(form, icon).isVisible()) << flags;
+            ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+            for (const Qt::Key key : keys) {
+                ASSERT_NE(QApplication::focusWidget(), nullptr) << "no button tells its focus";
+                QTest::keyClick(QApplication::focusWidget(), key);
+            }
+        });
+        EXPECT_EQ(box.Ask("One <b>line</b>\r\n\r\nand another", flags, nullptr), answer) << flags << " " << keys.last();
+        EXPECT_FALSE(box.isVisible());
+    }
+}
+
+TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
+    int opened = 0;
+    frmHelpBalloon balloon([&opened] { ++opened; });
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    const auto endsBy = [&](const std::function<void()> &action) {
+        balloon.Show("Title", std::string(200, 'x'), true);
+        action();
+        return !balloon.isVisible();
+    };
+    EXPECT_FALSE(endsBy([&] { Click(balloon, "lblOnlineSupport"); }));
+    EXPECT_EQ(opened, 1);
+    EXPECT_TRUE(endsBy([&] { QTest::keyClick(&dialog, Qt::Key_Escape); }));
+    EXPECT_TRUE(dialog.isVisible()) << "Escape was meant for the balloon";
+    QDialog above;
+    above.setModal(true);
+    EXPECT_TRUE(endsBy([&] { above.show(); })) << "it lay dead over the box that opens";
+    above.hide();
+    EXPECT_TRUE(endsBy([&] { dialog.hide(); })) << "it belongs to its dialog";
+    balloon.Show("Another", "text", false);
+    EXPECT_EQ(TextOf(balloon, "lblHelpBalloonTitle"), "Another");
+    EXPECT_FALSE(Find(balloon, "lblOnlineSupport").isVisible());
+    EXPECT_TRUE(endsBy([&] { Click(balloon, "imgHelpBallonExit"); }));
+    EXPECT_EQ(BalloonTime(QStringLiteral("\u00e9x")), 120);
+    balloon.Show("Title", "abc", true);
+    EXPECT_TRUE(balloon.isVisible());
+    EXPECT_TRUE(TurnUntil([&balloon] { return !balloon.isVisible(); }));
 }
 
 }  // namespace
