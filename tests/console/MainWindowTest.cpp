@@ -249,6 +249,28 @@ TEST_F(frmMainTest, ShowsFiguresEachSecondAndOnLoading) {
     EXPECT_EQ(gOnlineTimer->Elapsed(), 86460000);
 }
 
+TEST_F(frmMainTest, EverythingIsReachedAndWorkedByKeys) {
+    StartSite();
+    std::string order;
+    QWidget *first = &Control("lblAddress");
+    first->setFocus();
+    for (QWidget *at = first;;) {
+        order += at->objectName().toStdString() + " ";
+        do at = at->nextInFocusChain();
+        while (at != first && !((at->focusPolicy() & Qt::TabFocus) != 0 && at->isEnabled() && at->isVisible()));
+        if (at == first) break;
+    }
+    EXPECT_EQ(order,
+              "lblAddress lblAddressOptions lblAlbumsBrowse lblSeeActive cmdStartStop cmdSetup cmdStatistics cmdAbout "
+              "cmdExit imgMin ");
+    Owner.ExpectMessage("Are you sure you want to stop your website and exit?", 36, AnswerNo);
+    QTest::keyClick(&Control("cmdExit"), Qt::Key_Return);
+    QTest::keyClick(&Main, Qt::Key_Escape);
+    EXPECT_EQ(Done(), "");
+    for (const auto *control : Main.findChildren<QPushButton *>())
+        EXPECT_FALSE(control->accessibleName().isEmpty() && control->text().isEmpty()) << FromQt(control->objectName());
+}
+
 TEST_F(frmMainTest, GoesToTheTrayOrIsMinimised) {
     EXPECT_FALSE(Control("cmdMenu").isVisible());
     Click(Main, "imgMin");

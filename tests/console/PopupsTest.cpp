@@ -141,6 +141,24 @@ TEST(frmMsgBox, ShowsWhatItsFlagsSayAndTakesKeys) {
     }
 }
 
+TEST(frmMsgBox, ASecondQuestionWaitsForTheFirstAndEachKeepsItsAnswer) {
+    frmMsgBox box;
+    std::string order;
+    Robot robot;
+    bool isAsked = false;
+    QTimer::singleShot(0, [&] {
+        isAsked = true;
+        order += box.Ask("second", FlagYesNo, nullptr) == AnswerNo ? "second No " : "? ";
+    });
+    robot.When(
+        "the second question waits", [&isAsked] { return isAsked; },
+        [] { EXPECT_EQ(TextOf(*ShownWindow("frmMsgBox"), "lblMessage"), "first"); });
+    robot.WhenAsked("first", "imgYes");
+    robot.WhenAsked("second", "imgNo");
+    order += box.Ask("first", FlagYesNo, nullptr) == AnswerYes ? "first Yes" : "?";
+    EXPECT_EQ(order, "second No first Yes");
+}
+
 TEST(frmHelpBalloon, EndsByTimeAtAnyKeyOrItsExitAndLinksToTheSupport) {
     int opened = 0;
     frmHelpBalloon balloon([&opened] { ++opened; });

@@ -53,27 +53,6 @@ TEST_F(OutboundRequest, SendsThePathAsItStandsAndAsksNobodyForAnAddressThatLeads
                                               "GET /" + requestEnd, "GET /no?scheme" + requestEnd));
 }
 
-TEST_F(OutboundRequest, CutsTheHead) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"HTTP/1.0 404 Not Found\r\nA: b\r\n\r\nmissing", "missing"},
-        {"HTTP/1.0 200 OK\r\n\r\none\r\n\r\ntwo", "one\r\n\r\ntwo"},
-        {"just text\n\nmore", "just text\n\nmore"},
-        {"HTTP/1.0 200 OK\r\n\r\n", ""},
-        {std::string("\r\n\r\n\0\xFF", 6), std::string("\0\xFF", 2)},
-    };
-    for (const auto &[answer, page] : cases) {
-        service.OnRequest = [&, bytes = answer](Winsock &visitor, const std::string &) {
-            visitor.OnSendComplete = [&] {
-                SetClock();
-                visitor.Close();
-            };
-            visitor.SendData(bytes);
-        };
-        EXPECT_EQ(GetWebPage(service.Base() + "/"), page) << answer;
-        EXPECT_EQ(TakeWaited(), 0) << "an answer ends with its connection";
-    }
-}
-
 TEST_F(OutboundRequest, WaitsForTheFirstByteAndForTheEndButNotForEver) {
     service.OnRequest = [this](Winsock &, const std::string &) {
         SetClock();

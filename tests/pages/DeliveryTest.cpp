@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "pages/PageTest.h"
+#include "pages/clsWebServerCommands.h"
 #include "platform/runtime/Clock.h"
 #include "store/MediaTypes.h"
 #include "support/Pictures.h"
@@ -89,6 +90,36 @@ TEST_F(ShowPictureTest, HoldsPicturesThatComeDuringAConversionUntilItsEnd) {
     EXPECT_FALSE(gHeldPictures);
     EXPECT_EQ(WidthOf(visitor.ReceiveAll()), 150);
     EXPECT_EQ(gThumbsSession, 2);
+}
+
+TEST_F(ShowPictureTest, FinishesTheLastOfTheWaitingFirstUnlessItsVisitorGoes) {
+    for (const char *name : {"outer.bmp", "inner.bmp"}) AddFile(name, BitmapFile(300, 10));
+    StartAlbum();
+    for (const bool goes : {false, true}) {
+        SCOPED_TRACE(goes);
+        Client first(Port());
+        Client visitor(Port());
+        ASSERT_TRUE(TurnUntil([] { return gSystray->wnskConnect.UBound() == 2; }));
+        const Tick begun = GetTickCount();
+        gLastConversionTick = begun;
+        const Connection inner = gSystray->wnskConnect.Item(2);
+        Tick innerDone = 0;
+        inner->OnDataArrival = [&](std::size_t) {
+            if (goes) {
+                visitor.Reset();
+                TurnUntil([&] { return inner->State() != SocketState::Connected; });
+            }
+            gWebServerCommands->genShowPicture(inner, {"1", "thumb", "/inner.bmp"});
+            innerDone = GetTickCount();
+        };
+        visitor.Send("GET");  // arrives while the outer one waits
+        gWebServerCommands->genShowPicture(gSystray->wnskConnect.Item(1), {"1", "thumb", "/outer.bmp"});
+        EXPECT_EQ(WidthOf(first.ReceiveAll()), 150);
+        EXPECT_EQ(innerDone - begun, goes ? 0 : 501) << "nobody's picture is not waited for";
+        EXPECT_EQ(GetTickCount() - begun, goes ? 501 : 1002);
+        TurnUntil([] { return gSystray->wnskConnect.UBound() == 0; });
+    }
+    EXPECT_EQ(gThumbsSession, 3);
 }
 
 TEST_F(ShowPictureTest, BrowsersKeepWhatTheOwnerAllowsUntilItChanges) {

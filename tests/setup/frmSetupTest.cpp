@@ -1,6 +1,7 @@
 // The setup dialog's form: opening, wizard, lists, Finish and Cancel.
 #include "setup/frmSetup.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QComboBox>
 #include <QTabWidget>
@@ -185,6 +186,17 @@ TEST_F(SetupForm, APortNeedsNumbers) {
     EXPECT_EQ(port->currentText(), "8080x");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(port->currentText(), "8080");
+}
+
+TEST_F(SetupForm, EveryControlHasAName) {
+    const auto form = Open();
+    for (QWidget *control : form->findChildren<QWidget *>()) {
+        if (control->focusPolicy() == Qt::NoFocus || control->focusProxy() != nullptr) continue;
+        if (control->window() != form.get()) continue;  // the lists that drop down speak for their boxes
+        const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(control);
+        EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty() && spoken->relations(QAccessible::Label).isEmpty())
+            << control->metaObject()->className() << " " << FromQt(control->objectName());
+    }
 }
 
 TEST_F(SetupForm, AnAlbumsRowHasAMenuAndTellsWhatIsGone) {

@@ -20,7 +20,10 @@ public:
         };
         listener_->Listen();
     }
-    ~PlayedService() { Refuse(); }
+    ~PlayedService() {
+        listener_->Close();
+        for (const auto &connection : connections_) connection->Close();
+    }
 
     /// "http://127.0.0.1:port"
     std::string Base() const { return "http://127.0.0.1:" + std::to_string(listener_->LocalPort); }
@@ -30,12 +33,6 @@ public:
     std::string Answer;
     /// What is done with a request instead of answering it and closing.
     std::function<void(Winsock &, const std::string &request)> OnRequest;
-
-    /// From now on the port is closed.
-    void Refuse() {
-        listener_->Close();
-        for (const auto &connection : connections_) connection->Close();
-    }
 
 private:
     void TakeConnection(int requestId) {

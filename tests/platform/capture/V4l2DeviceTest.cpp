@@ -153,4 +153,9 @@ TEST_F(V4l2Device, GivesNothingWhenItFailsAndGoesOnOnceMended) {
     }
 }
 
+TEST(V4l2Calls, AreThoseOfTheModule) {
+    EXPECT_EQ(SystemV4l2Calls().Open("/dev/null"), -1);
+    EXPECT_NE(errno, 0) << "which is no camera";
+}
+
 }  // namespace pixmora
