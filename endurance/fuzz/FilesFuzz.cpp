@@ -7,6 +7,7 @@
 #include "platform/files/Files.h"
 #include "platform/movies/MovieProbe.h"
 #include "platform/pictures/HeifModule.h"
+#include "platform/pictures/HevcHead.h"
 #include "platform/pictures/JpegHead.h"
 #include "platform/pictures/PictureEngine.h"
 #include "platform/runtime/Text.h"
@@ -59,7 +60,7 @@ void CheckHeif(std::string_view text) {
     PixmoraHeifReader.Exif(file);
     if (!PixmoraHeifReader.Size(file, width, height)) return;
     constexpr std::int64_t mostPixels = 1'000'000;  // many small pictures find more than few large ones
-    if (width <= 0 || height <= 0 || std::int64_t{width} * height > mostPixels) return;
+    if (width <= 0 || height <= 0 || std::max(std::int64_t{width} * height, MostCodedPixels(file)) > mostPixels) return;
     HeifPixels pixels;
     if (!PixmoraHeifReader.Decode(file, 50, pixels)) return;
     REQUIRE(pixels.Width > 0 && pixels.Height > 0 && pixels.Stride >= pixels.Width * (pixels.HasAlpha ? 4 : 3));

@@ -3,6 +3,7 @@
 
 #include <libheif/heif.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <iterator>
@@ -60,7 +61,10 @@ Handle SmallPicture(const heif_image_handle *whole, int wantedWidth) {
         heif_image_handle *handle = nullptr;
         if (!HasWorked(heif_image_handle_get_thumbnail(whole, ids[i], &handle))) continue;
         Handle small(handle);
-        if (heif_image_handle_get_width(handle) >= wantedWidth && IsOfShape(handle, whole)) return small;
+        const int width = heif_image_handle_get_width(handle);
+        const bool isSmaller =
+            width <= heif_image_handle_get_width(whole);  // no promise of a thumbnail's that is beyond it
+        if (width >= wantedWidth && isSmaller && IsOfShape(handle, whole)) return small;
     }
     return nullptr;
 }
@@ -113,6 +117,9 @@ bool Decode(const std::vector<unsigned char> &file, int wantedWidth, HeifPixels 
     if (!open.Primary) return false;
     const Handle small = SmallPicture(open.Primary.get(), wantedWidth);
     const heif_image_handle *handle = small ? small.get() : open.Primary.get();
+    // Tiles may be said to make a far larger picture than the file's head says.
+    heif_context_set_maximum_image_size_limit(
+        open.File.get(), std::max(heif_image_handle_get_width(handle), heif_image_handle_get_height(handle)));
     pixels.HasAlpha = heif_image_handle_has_alpha_channel(handle) != 0;
     pixels.Profile = ProfileOf(open.Primary.get());
     const std::shared_ptr<const heif_image> image = DecodeImage(handle);

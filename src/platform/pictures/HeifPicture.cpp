@@ -2,12 +2,14 @@
 #include "platform/pictures/HeifPicture.h"
 
 #include <QColorSpace>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
 #include "platform/files/Files.h"
 #include "platform/pictures/HeifExif.h"
 #include "platform/pictures/HeifModule.h"
+#include "platform/pictures/HevcHead.h"
 #include "platform/runtime/Modules.h"
 #include "platform/runtime/RunTimeError.h"
 #include "platform/runtime/Text.h"
@@ -84,7 +86,8 @@ std::unique_ptr<PictureSource> OpenHeif(std::string_view path) {
     int width = 0;
     int height = 0;
     if (bytes.empty() || !Reader()->Size(bytes, width, height)) return nullptr;
-    if (width <= 0 || height <= 0 || std::int64_t{width} * height > MaximumPixelsHeldWhole) return nullptr;
+    const std::int64_t pixels = std::max(std::int64_t{width} * height, MostCodedPixels(bytes));
+    if (width <= 0 || height <= 0 || pixels > MaximumPixelsHeldWhole) return nullptr;
     return std::make_unique<HeifPicture>(std::move(bytes), QSize(width, height));
 }
 

@@ -143,6 +143,17 @@ TEST_F(PictureEngineTest, TakesTheNewerFormatsWhereTheyAreNamedSo) {
     }
 }
 
+TEST_F(PictureEngineTest, RefusesNewerPicturesThatAreFarLargerThanTheySay) {
+    ASSERT_TRUE(LoadFile(Sample("tiles_beyond_their_picture.heic")));
+    Resize(64);
+    EXPECT_EQ(ErrorOf([&] { engine.Encoded(3); }), ErrorNumber::PictureError);
+    const auto decoderOf60000By40000 = QByteArray::fromHex(
+        "0000003f687663430100000000000000000000000000000000000000000001"
+        "a10001001b42010101600000030090000003000003005da0001d4c2000271060");
+    const std::string bytes = ReadBinaryFile(Sample("red_quarter.heic")) + decoderOf60000By40000.toStdString();
+    EXPECT_FALSE(LoadFile(folder.Write("large.heic", bytes)));
+}
+
 TEST_F(PictureEngineTest, KeepsTheProportionsAndThePictureWhenItScales) {
     const std::pair<QSize, QSize> sizes[] = {
         {{640, 480}, {150, 113}}, {{643, 481}, {150, 112}}, {{400, 30}, {4, 1}}, {{40, 30}, {200, 150}}};
