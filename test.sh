@@ -7,4 +7,5 @@ preset=${1:-release}
 scripts/install-packages build run test
 cmake --preset "$preset" -DPIXMORA_TESTS=ON
 cmake --build --preset "$preset"
-ctest --test-dir "build/$preset" -j "$(nproc)" --output-on-failure
+# The tests, the browsers above all, wait more than they work.
+ctest --test-dir "build/$preset" -j "$((3 * $(nproc)))" --output-on-failure
