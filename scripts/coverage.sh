@@ -6,4 +6,5 @@ scripts/install-packages build test coverage
 cmake --preset coverage
 cmake --build --preset coverage
 ctest --test-dir build/coverage -j "$(nproc)" --output-on-failure
-gcovr --root . --filter src/ --object-directory build/coverage --print-summary --gcov-ignore-parse-errors
+cd build/coverage  # sources are named as seen from where the compiler ran
+gcovr --root ../.. --filter ../../src/ --object-directory . --print-summary --gcov-ignore-parse-errors .
