@@ -62,9 +62,9 @@ Handle SmallPicture(const heif_image_handle *whole, int wantedWidth) {
         if (!HasWorked(heif_image_handle_get_thumbnail(whole, ids[i], &handle))) continue;
         Handle small(handle);
         const int width = heif_image_handle_get_width(handle);
-        const bool isSmaller =
-            width <= heif_image_handle_get_width(whole);  // no promise of a thumbnail's that is beyond it
-        if (width >= wantedWidth && isSmaller && IsOfShape(handle, whole)) return small;
+        // One that says to be larger than the whole picture could take any memory.
+        const bool willDo = width >= wantedWidth && width <= heif_image_handle_get_width(whole);
+        if (willDo && IsOfShape(handle, whole)) return small;
     }
     return nullptr;
 }

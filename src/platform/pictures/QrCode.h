@@ -8,7 +8,9 @@
 namespace pixmora {
 
 struct QrCode {
-    int Size = 0;            ///< modules of a side, without the light margin; 0 for a text that is too long
+    /// Modules of a side, without the light margin; 0 for a text that is too long, or where the program's module is
+    /// missing.
+    int Size = 0;
     std::vector<bool> Dark;  ///< row by row
 
     bool IsDark(int x, int y) const {
